@@ -1,0 +1,105 @@
+// The cabinet's books: 58 counters, in memory as on disk, and the payout histogram.
+#pragma once
+
+#include <cstdint>
+
+#include "frame/sides.h"
+#include "platform/shared.h"  // Shared
+
+struct AuditRow {  // 56 bytes, little-endian on disk
+  std::uint32_t index;
+  std::uint32_t flags;  // AUDIT_IS_...
+  char name[32];        // display name, zero-ended
+  Shared<std::int32_t> count;
+  Shared<float> float_value;
+  Shared<std::int64_t> time_ms;
+};
+static_assert(sizeof(AuditRow) == 56);
+
+enum AuditFlags : std::uint32_t { AUDIT_IS_FLOAT = 0x10, AUDIT_IS_TIME = 0x20 };
+
+// A row of a pair is the Left one; the Right one stands behind it.
+enum AuditIndex {
+  AUDIT_TIME_GAME_ON = 0,
+  AUDIT_TIME_SINCE_BOOT = 1,
+  AUDIT_GAMES_PLAYED = 2,
+  AUDIT_TIME_PLAYED = 4,
+  AUDIT_GAMES_SINCE_BOOT = 6,
+  AUDIT_TIME_SINCE_BOOT_SIDE = 8,
+  AUDIT_TIME_TOTAL_PLAYED = 10,
+  AUDIT_REPEAT_PLAYS = 12,
+  AUDIT_BOOT_COUNT = 14,
+  AUDIT_TEST_ENTRY_COUNT = 15,
+  AUDIT_WATCHDOG_COUNT = 16,
+  AUDIT_PERIODIC_REBOOT_COUNT = 17,
+  AUDIT_IO_CHECKSUM_FAILURES = 18,
+  AUDIT_COIN_DROPS = 19,
+  AUDIT_SERVICE_CREDITS = 21,
+  AUDIT_TICKETS = 22,
+  AUDIT_TICKETS_OWED = 24,
+  AUDIT_CURRENT_CREDITS = 26,
+  AUDIT_CURRENT_COINS = 28,
+  AUDIT_BUGS = 30,
+  AUDIT_BUTTERFLIES = 32,
+  AUDIT_BONUSES = 34,
+  AUDIT_DOUBLE_BONUSES = 36,
+  AUDIT_JACKPOTS = 38,
+  AUDIT_FREES = 40,
+  AUDIT_BUG_TICKETS = 42,
+  AUDIT_BUTTERFLY_TICKETS = 44,
+  AUDIT_BONUS_TICKETS = 46,
+  AUDIT_DOUBLE_BONUS_TICKETS = 48,
+  AUDIT_JACKPOT_TICKETS = 50,
+  AUDIT_FREE_TICKETS = 52,
+  AUDIT_FIXED_TICKETS = 54,
+  AUDIT_CAPPED_TICKETS = 56,
+  AUDIT_COUNT = 58,
+};
+
+constexpr int HISTOGRAM_CELLS = 1400;
+
+extern AuditRow audits[AUDIT_COUNT];          // one writer: start-up, then the game thread
+extern AuditRow audit_defaults[AUDIT_COUNT];  // the built-in rows, from audits_load on
+extern Shared<std::uint32_t> histogram[SIDE_COUNT][HISTOGRAM_CELLS];
+
+// Loads "d:\audits", else "d:\audbak", and "d:\histo", counts the boot, zeroes the rows since boot,
+// and stores all three files. Start-up.
+void audits_load();
+
+// Stores "d:\audits", "d:\audbak", "d:\histo". Returns when the books are on the disk. A file that
+// can't be written is skipped.
+void audits_save();
+
+// Puts the built-in rows back and zeroes the histogram, in memory, without storing.
+void audits_reset();
+
+// Adds to the count of a row; a row outside the table changes nothing.
+void audit_add(int row, std::int32_t delta);
+
+inline std::int32_t audit_count(int row) {
+  return audits[row].count;
+}
+inline void audit_add(AuditIndex left_row, int side, std::int32_t delta) {
+  audit_add(static_cast<int>(left_row) + side, delta);
+}
+inline std::int32_t audit_count(AuditIndex left_row, int side) {
+  return audits[static_cast<int>(left_row) + side].count;
+}
+
+// Counts one frog that paid `tickets` on `side`; numbers outside 0 to 1399 aren't counted.
+void histogram_count(int side, std::int32_t tickets);
+
+// What the time accounting needs to know of a tick.
+struct AuditsTick {
+  std::int64_t now_ms;
+  bool idle[SIDE_COUNT];            // no frog of the side is in play
+  int live_frogs[SIDE_COUNT];       // frogs of the side in flight or fading, demo frogs apart
+  std::uint32_t checksum_failures;  // running count of the I/O link
+};
+
+// Adds the tick's time to the time rows and new checksum failures to theirs, and stores the books
+// every ten minutes while both sides are idle. Game thread, once per tick, in every mode.
+void audits_tick(const AuditsTick& tick);
+
+// Forgets the running times of `audits_tick`, as at process start.
+void audits_tick_reset();

@@ -1,0 +1,5 @@
+// The rules' door to the LED board. It includes nothing, so that a lower floor may call it.
+#pragma once
+
+// Shows the jackpot's present value on the LED board. Game thread and start-up.
+void led_update();

@@ -1,0 +1,93 @@
+// The window and what can be drawn in it. All calls belong to the main thread.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+// --- window ---------------------------------------------------------------------------------
+
+struct DisplaySize {
+  int width;
+  int height;
+};
+
+enum DisplayModeResult {  // the outcomes of a change of the display mode
+  DISPLAY_MODE_OK = 0,
+  DISPLAY_MODE_FAILED = -1,
+  DISPLAY_MODE_BAD_MODE = -2,
+  DISPLAY_MODE_BAD_FLAGS = -4,
+  DISPLAY_MODE_BAD_PARAM = -5,
+};
+
+// Asks for a full screen of this size. A display that can't change its mode but is at least that
+// large gives a window without a frame in place of it, as a desk has it.
+DisplayModeResult display_set_mode(int width, int height);
+
+// Makes the one window. `fullscreen` gives it no frame. False if there can be none.
+bool display_open_window(const char* title, int width, int height, bool fullscreen);
+
+DisplaySize display_window_size();
+void display_resize_window(int width, int height);
+
+struct DisplayEvents {
+  bool quit;   // the window was closed, or Esc typed
+  bool moved;  // moved or resized since the last look
+};
+
+// Takes all waiting events. Keys apart from Esc go to the socket of LILYHOP_KEYS, a line each:
+// "press NAME" and "release NAME", with the key's SDL name.
+DisplayEvents display_poll_events();
+
+// Shows a box and waits for the answer; without a display it is a line on standard error and the
+// answer is No. `yes_no`: true for Yes.
+bool display_message_box(const char* title, const char* text, bool yes_no);
+
+// --- context and frame ----------------------------------------------------------------------
+
+// Makes a GL 1.1 context on the window, current on the calling thread. False with the reason in
+// `error`.
+bool display_create_context(std::string& error);
+
+// Maps layout coordinates, `left`, `top` to `width`, `height`, y downward, onto the whole window.
+void display_set_projection(int left, int top, int width, int height);
+
+// Opens a frame: viewport over the window, cleared with `colour` (0xAARRGGBB). Returns how many
+// GL errors it met.
+int display_begin_frame(std::uint32_t colour);
+
+// Shows the frame.
+void display_end_frame();
+
+// --- textures -------------------------------------------------------------------------------
+
+enum PixelFormat { PIXELS_RGB, PIXELS_RGBA, PIXELS_BGRA };
+
+// Makes a texture of `width` by `height` pixels, first row on top, nearest filtering. Returns its
+// name, or 0.
+std::uint32_t display_texture_create(int width, int height, PixelFormat format, const void* pixels);
+
+// Loads a PNG file by its host path as a compressed texture. Returns its name, or 0.
+std::uint32_t display_texture_load_png(const char* path, int* width, int* height);
+
+// Reads a texture back as RGBA rows, `width` x `height` x 4 bytes. False if that can't be done.
+bool display_texture_read(std::uint32_t texture, void* rgba);
+
+// --- drawing --------------------------------------------------------------------------------
+
+// One textured or plain quad. Corners in the order top left, top right, bottom right, bottom left,
+// in layout pixels, y downward.
+struct DisplayQuad {
+  std::uint32_t texture;  // 0: plain
+  float x[4], y[4];
+  float u[4], v[4];         // texture coordinates, not used when plain
+  std::uint32_t colour[4];  // 0xAARRGGBB at each corner
+  bool opaque;              // every pixel has alpha 255: it may be drawn without blending
+  bool clipped;             // draw only pixels inside the clip box
+  int clip_x, clip_y;       // layout pixels; pixels that the box only touches are drawn
+  int clip_w, clip_h;
+};
+
+void display_draw_quad(const DisplayQuad& quad);
+
+// Reads the finished frame back, before `display_end_frame`, as RGB rows from the top, window size.
+bool display_read_frame(std::uint8_t* rgb);

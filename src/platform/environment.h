@@ -1,0 +1,21 @@
+// What the outside world tells the program through environment variables.
+#pragma once
+
+#include <string>
+
+enum UsbIoKind { USBIO_NONE, USBIO_LIBUSB, USBIO_SOCKET };
+
+struct Environment {
+  std::string drive_d;  // folder that stands for d:
+  std::string com[16];  // device that stands for "COM1" to "COM16"; empty: no such port
+  UsbIoKind usbio = USBIO_NONE;
+  std::string usbio_socket;   // with USBIO_SOCKET
+  bool power_reboot = false;  // an ordered reboot reaches the machine
+  std::string keys_socket;    // keys pressed in the window go there; empty: nowhere
+};
+
+inline Environment environment;
+
+// Reads the LILYHOP_ variables into `environment`. On a wrong value returns false with one line in
+// `error` that names the variable, the value and what is allowed. Called once, first of all.
+bool environment_read(std::string& error);

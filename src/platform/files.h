@@ -1,0 +1,35 @@
+// Files of the installation and of drive d:.
+//
+// A name that begins with "d:\" lies below LILYHOP_DRIVE_D; any other name is relative to the
+// program's own folder. Backslashes part folders. A name that would climb out of its root, with
+// "..", gives no path. Safe from any thread, each file from one thread at a time.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+// The host path of a name, or an empty string for a name that leaves its root.
+std::string files_path(const char* name);
+
+// Where d: lies and where the program's own folder lies; set once at start-up, before any file is
+// opened, and by tests. `files_use_roots` makes the drive's folder if it is missing.
+void files_use_roots(const std::string& drive_d, const std::string& program_folder);
+
+struct ReadFile;
+struct StoreFile;
+
+// Opens for reading; null if there is no such file.
+ReadFile* read_open(const char* name);
+// Reads up to `size` bytes; returns how many came, less at the end of the file or on an error.
+std::size_t read_bytes(ReadFile* file, void* data, std::size_t size);
+void read_close(ReadFile* file);
+
+// Opens a file of the books for writing, truncating. What is written goes unbuffered to a
+// temporary file beside it and takes the old file's place in `store_close`, so a power cut leaves
+// the old file or the new one whole. Null if it can't be created.
+StoreFile* store_open(const char* name);
+// Writes all `size` bytes or returns false; after a failure `store_close` keeps the old file.
+bool store_bytes(StoreFile* file, const void* data, std::size_t size);
+// Brings the data to the disk, renames, and brings the folder to the disk. False if the old file
+// is still in place.
+bool store_close(StoreFile* file);

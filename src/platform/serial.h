@@ -1,0 +1,33 @@
+// Serial ports, raw 8N1 without flow control, opened by name "COM1" to "COM16".
+#pragma once
+
+#include <cstddef>
+
+struct SerialPort;
+
+// Opens a port for this process alone. Null if the name stands for no device, the device can't be
+// opened, or another handle, of this process too, holds it; `*error` then gets the system's error
+// number, which is never 0.
+SerialPort* serial_open(const char* name, int* error);
+
+// Sets speed (9600 or 115200 baud) and framing. False if the device refuses.
+bool serial_configure(SerialPort* port, int baud);
+
+// Throws away what has arrived and what was not yet sent.
+void serial_purge(SerialPort* port);
+
+// Waits until a byte has arrived, at most `timeout_ms` (-1: for ever). Returns 1 if there is
+// something to read, 0 after the time or when woken, -1 if the port failed.
+int serial_wait(SerialPort* port, int timeout_ms);
+
+// Ends a `serial_wait` of another thread, or the next one if none is waiting.
+void serial_wake(SerialPort* port);
+
+// Reads what has arrived, without waiting. Returns the count, 0 if nothing is there, -1 if the port
+// failed.
+int serial_read(SerialPort* port, void* data, std::size_t size);
+
+// Writes all bytes. Returns the count, or -1 if the port failed or didn't take them within 100 ms.
+int serial_write(SerialPort* port, const void* data, std::size_t size);
+
+void serial_close(SerialPort* port);

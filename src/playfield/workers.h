@@ -1,0 +1,14 @@
+// Small workers that step animation frames against the game clock: scenery, riders, effects. Each
+// is a step on its own records; one thread carries them all.
+#pragma once
+
+#include <cstdint>
+
+// Starts the next record of a ring. Game thread.
+void fx_splash_start(int x, int y, int lane);
+void fx_spark_start(int x, int y);
+void fx_heart_start(int rider, int x, int y);
+
+// One pass over all of them at the present game clock. Worker thread, or a caller without threads.
+void workers_step();
+void workers_reset();
