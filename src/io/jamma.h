@@ -141,9 +141,15 @@ extern Shared<std::int32_t> jamma_link_error;
 // Running count of frames dropped for a bad checksum.
 extern Shared<std::uint32_t> jamma_checksum_failures;
 
-// Brings the link up and starts its two threads. 0 or a JammaError; the game goes on without.
+// Searches the ports for the board, brings the link up and starts its two threads. 0 or a
+// JammaError; the game then goes on without a board. Takes up to 2 s when there is none.
 std::int32_t JammaInit();
+
+// Ends both threads within a bound and closes the port. JammaInit may follow.
 void JammaShutdown();
+
+// True while the board has been heard from lately. Any thread.
+bool jamma_link_alive();
 
 // Carries out one command of the table in io/jamma_commands.cpp. Never waits. 0 or a value,
 // failures negative (JammaError). Arguments are whole numbers, out-arguments pointers cast to
@@ -154,6 +160,7 @@ std::int32_t jamma_command(std::int32_t command, std::intptr_t a = 0, std::intpt
 // Presses of an input that the game has not consumed yet. A press counts when it ends. Game thread.
 std::uint32_t jamma_presses_pending(JammaPress press);
 
-// Consumes the presses of an input that `jamma_presses_pending` last showed; a press that lands
-// between the two is kept for the next tick. Game thread.
+// Consumes the presses of an input that `jamma_presses_pending` showed since the last clear; a
+// press that lands between the two is kept for the next tick. If nobody looked since the last
+// clear, all of them are lost: that is how coins in the operator's menus go uncounted. Game thread.
 void jamma_presses_clear(JammaPress press);

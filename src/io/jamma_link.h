@@ -1,0 +1,180 @@
+// The link to the I/O board from within: its record, and the calls between the files of the link.
+// The game includes io/jamma.h instead.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+
+#include "io/jamma.h"
+#include "io/jamma_wire.h"    // WireFraming
+#include "platform/serial.h"  // SerialPort
+#include "platform/shared.h"  // Shared
+#include "platform/thread.h"  // Thread
+
+inline constexpr std::uint32_t RX_RING_SIZE = 4096;
+inline constexpr std::uint32_t TX_RING_SIZE = 1024;
+inline constexpr int LAMP_CHANNELS = 16;
+inline constexpr std::uint32_t LAMP_FULL = 0xFFF;
+inline constexpr std::int32_t TICKETS_ON_BOARD_MAX = 1023;  // the count travels in 10 bits
+inline constexpr std::int32_t NO_PORT = 16;
+
+// Why the reader is unhappy with the port. The low byte makes it purge the port. (Bits 2 and 8 tell
+// of overlapped calls, which this machine's ports don't have.)
+enum JammaCommError : std::uint32_t {
+  COMM_WAIT_FAILED = 0x1,
+  COMM_READ_FAILED = 0x4,
+  COMM_PURGE_MASK = 0xFF,
+  COMM_RX_OVERFLOW = 0x1000,
+};
+
+enum JammaPacket : std::uint32_t {
+  PACKET_CONFIG = 1,
+  PACKET_WATCHDOG = 2,
+  PACKET_H_LEFT_COIN_METER = 3,
+  PACKET_H_UNUSED = 4,
+  PACKET_QUERY_CONFIG = 5,
+  PACKET_QUERY_COUNTERS = 6,
+  PACKET_QUERY_STATUS = 7,
+  PACKET_QUERY_VERSION = 8,
+  PACKET_H_GUN1_OUTPUT = 9,
+  PACKET_H_GUN2_OUTPUT = 10,
+  PACKET_F = 11,
+  PACKET_H_AUX_OUT_1 = 12,
+  PACKET_H_AUX_OUT_2 = 13,
+  PACKET_LEFT_TICKETS = 14,
+  PACKET_LEFT_STOP = 15,
+  PACKET_RIGHT_TICKETS = 16,
+  PACKET_RIGHT_STOP = 17,
+  PACKET_LAMP = 18,
+  PACKET_NUL = 19,
+  PACKET_CHECKSUMS_ON = 20,
+};
+inline constexpr std::uint32_t PACKET_BIT_ON =
+    0x100;  // with an H packet: set its bit, else clear it
+
+// Words that several threads change are atomic; a `Shared` word has one writer. What stands behind
+// a lock says so.
+struct JammaLink {
+  Shared<std::uint8_t> alive{};
+  std::atomic<std::uint32_t> flags{};
+  std::atomic<std::uint32_t> comm_errors{};
+  std::atomic<std::uint32_t> changed{};
+  std::atomic<std::int32_t> frames_ready{};  // changed under rx_mutex
+  JammaInputs inputs{};
+  std::uint8_t counter_offset[COUNTER_COUNT] = {};    // pump
+  std::uint8_t counter_last_raw[COUNTER_COUNT] = {};  // pump
+  Shared<std::uint32_t> watchdog_byte{};
+  std::atomic<std::uint32_t> step_deadline{};                                // system tick
+  std::atomic<std::int32_t> coin_meter_steps[2]{}, ticket_meter_steps[2]{};  // half-periods left
+  std::atomic<std::int32_t> lockout_request[2]{};
+  std::uint32_t status_deadline = 0;  // system tick; pump
+  Shared<std::uint32_t> hardware_version{}, firmware_version{};
+  Shared<std::uint32_t> config_f[4]{};
+  Shared<std::uint32_t> input_table{};
+  std::atomic<std::int32_t> tickets_queued[2]{}, tickets_owed[2]{}, tickets_in_flight[2]{};
+  Shared<std::uint32_t> lamp_value[LAMP_CHANNELS]{};
+  Shared<std::uint32_t> last_lamp{};
+  Shared<std::int64_t> last_heard{};  // calendar seconds; 0: not yet
+
+  std::uint32_t keys = 0, key_edges = 0;  // the keypad; pump
+  std::uint8_t key_queue[32] = {};
+  std::uint32_t key_count = 0;
+
+  SerialPort* port = nullptr;
+  std::shared_ptr<Thread> reader_thread, pump_thread;
+  std::int32_t which_port = NO_PORT;
+
+  std::mutex rx_mutex;
+  std::uint8_t rx_data[RX_RING_SIZE] = {};  // under rx_mutex, and so are the next three rows
+  std::uint32_t rx_capacity = 0, rx_used = 0, rx_head = 0, rx_tail = 0;
+  std::uint8_t* capture = nullptr;
+  std::size_t capture_size = 0, capture_used = 0;
+  std::atomic<bool> capture_on{};
+  WireFraming framing;  // reader
+
+  std::atomic<std::uint32_t> h_bits{};
+  Shared<std::uint32_t> h_invert{};
+
+  std::mutex tx_mutex;
+  std::uint8_t tx_data[TX_RING_SIZE] = {};  // under tx_mutex, and so is the next row
+  std::uint32_t tx_capacity = 0, tx_used = 0;
+  std::uint32_t tx_min_gap_ms = 0, tx_next_time = 0;  // system tick; pump
+  Shared<bool> trace{}, status_events{};
+};
+
+// The record once the link is up, else null.
+extern std::atomic<JammaLink*> jamma_link;
+
+inline bool jamma_flag(const JammaLink& link, std::uint32_t flag) {
+  return link.flags & flag;
+}
+inline void jamma_set_flag(JammaLink& link, std::uint32_t flag, bool on) {
+  if (on) {
+    link.flags |= flag;
+  } else {
+    link.flags &= ~flag;
+  }
+}
+
+// True once the system tick has reached a deadline.
+inline bool tick_reached(std::uint32_t now, std::uint32_t deadline) {
+  return static_cast<std::int32_t>(now - deadline) >= 0;
+}
+
+// jamma_link.cpp
+
+// Zeroes the record and the presses, and returns the record. The threads must not be running.
+JammaLink& jamma_reset();
+// Takes an opened link into use: rings, defaults, the first queries, all lamps off.
+void jamma_bring_up(JammaLink& link);
+// Ends the threads and closes the port. A thread that doesn't end in time keeps the port.
+void jamma_close(JammaLink& link);
+
+// jamma_port.cpp
+
+// Searches "COM1" to "COM16" for the board. Returns its index, or NO_PORT.
+std::int32_t jamma_find_port();
+// Finds and opens the port and starts the threads. 0 or a JammaError; then nothing is left open.
+std::int32_t jamma_open(JammaLink& link);
+
+// jamma_threads.cpp
+
+bool jamma_start_threads(JammaLink& link);
+void jamma_stop_threads(JammaLink& link);
+
+// jamma_rings.cpp
+
+// Appends bytes, all or nothing. 0, or JAMMA_ERR_TX_FULL, which sets `jamma_link_error`. Any
+// thread.
+std::int32_t jamma_tx_queue(JammaLink& link, const void* bytes, std::size_t length);
+// Sends what the ring holds as one burst. Pump thread.
+void jamma_tx_flush(JammaLink& link);
+// Cuts received bytes into frames and puts these into the receive ring. Reader thread.
+void jamma_receive_bytes(JammaLink& link, const std::uint8_t* bytes, std::size_t count);
+// Takes one decoded frame from the receive ring. `out` takes 512 bytes. Returns its length, 0 if
+// there is none or an empty one, -1 if it would not fit. Pump thread.
+std::int32_t jamma_read_frame(JammaLink& link, std::uint8_t* out);
+// Empties both rings.
+void jamma_clear_rings(JammaLink& link);
+// Copies what arrives from now on into a caller's buffer, until it is full.
+void jamma_capture(JammaLink& link, std::uint8_t* buffer, std::size_t size, bool on);
+
+// jamma_frames.cpp
+
+// Builds the frame of a JammaPacket and queues it. Any thread.
+std::int32_t jamma_send_packet(JammaLink& link, std::uint32_t packet);
+// Queues the P frame of a channel.
+std::int32_t jamma_send_lamp(JammaLink& link, std::uint32_t channel, std::uint32_t value);
+// The first data byte of the C frame, as the flags require.
+std::uint8_t jamma_config_byte(const JammaLink& link);
+
+// jamma_receive.cpp, jamma_pump.cpp and jamma_presses.cpp: the pump thread's duties.
+
+void jamma_handle_frame(JammaLink& link, const std::uint8_t* frame, std::size_t size);
+void jamma_pump();
+void jamma_presses_count();
+// Starts the presses at half of each counter.
+void jamma_presses_reset(const JammaInputs& inputs);

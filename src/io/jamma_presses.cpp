@@ -1,0 +1,58 @@
+// Presses of the inputs, counted by the pump and consumed by the tick.
+#include "io/jamma_link.h"
+
+namespace {
+
+struct PressRow {
+  std::uint32_t last = 0;                 // half of the counter; pump
+  std::atomic<std::uint32_t> pending{0};  // the pump adds, the game thread takes off
+  std::uint32_t shown = 0;                // game thread
+  bool looked = false;                    // game thread
+};
+
+constinit PressRow rows[PRESS_COUNT];
+
+constexpr JammaCounter COUNTERS[PRESS_COUNT] = {
+    COUNTER_P1S, COUNTER_P2S, COUNTER_C1,  COUNTER_C2,  COUNTER_BIL,
+    COUNTER_SRV, COUNTER_TST, COUNTER_VLU, COUNTER_VLD,
+};
+
+}  // namespace
+
+void jamma_presses_reset(const JammaInputs& inputs) {
+  for (int press = 0; press < PRESS_COUNT; ++press) {
+    PressRow& row = rows[press];
+    row.last = inputs.counters[COUNTERS[press]] >> 1;
+    row.pending = row.last;
+    row.shown = 0;
+    row.looked = false;
+  }
+}
+
+void jamma_presses_count() {
+  const JammaInputs* inputs = nullptr;
+  if (jamma_command(JAMMA_GET_INPUTS, reinterpret_cast<std::intptr_t>(&inputs)) != 0) return;
+  for (int press = 0; press < PRESS_COUNT; ++press) {
+    PressRow& row = rows[press];
+    const std::uint32_t half = inputs->counters[COUNTERS[press]] >> 1;
+    if (row.last >= half) continue;
+    row.pending += half - row.last;
+    row.last = half;
+  }
+}
+
+std::uint32_t jamma_presses_pending(JammaPress press) {
+  PressRow& row = rows[press];
+  row.looked = true;
+  return row.shown = row.pending;
+}
+
+void jamma_presses_clear(JammaPress press) {
+  PressRow& row = rows[press];
+  if (row.looked) {
+    row.pending -= row.shown;
+  } else {
+    row.pending = 0;
+  }
+  row.looked = false;
+}

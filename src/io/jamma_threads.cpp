@@ -1,0 +1,81 @@
+// The two threads of the link: the reader cuts bytes into frames, the pump lives the protocol.
+#include "io/jamma_link.h"
+#include "platform/clock.h"
+
+namespace {
+
+constexpr int ROUND_MS = 1;
+constexpr int READ_WAIT_MS = 250;  // comes round on a silent line to look at the board's health
+constexpr std::uint32_t SILENT_QUERY_MS = 300;
+constexpr int JOIN_BOUND_MS = 2000;
+
+// Frames what arrives within the time. Returns after the first bytes.
+void receive(JammaLink& link, int wait_ms) {
+  clock_sleep_ms(ROUND_MS);
+  if (link.comm_errors & COMM_PURGE_MASK) {
+    serial_purge(link.port);
+    link.comm_errors &= ~COMM_PURGE_MASK;
+  }
+  const int ready = serial_wait(link.port, wait_ms);
+  if (ready < 0) link.comm_errors |= COMM_WAIT_FAILED;
+  if (ready <= 0) return;
+  std::uint8_t bytes[RX_RING_SIZE];
+  const int count = serial_read(link.port, bytes, sizeof bytes);
+  if (count < 0) link.comm_errors |= COMM_READ_FAILED;
+  if (count > 0) jamma_receive_bytes(link, bytes, static_cast<std::size_t>(count));
+}
+
+// The board is silent: show it, ask, and listen until it is time to ask again.
+void silent_round(const Thread& self, JammaLink& link) {
+  jamma_link_error = 1;
+  jamma_command(JAMMA_QUERY_CONFIG);
+  const std::uint32_t next_query = clock_system_tick_ms() + SILENT_QUERY_MS;
+  while (!link.alive && !thread_stop_requested(self)) {
+    const std::uint32_t now = clock_system_tick_ms();
+    if (tick_reached(now, next_query)) return;
+    receive(link, static_cast<int>(next_query - now));
+  }
+}
+
+void reader_body(const Thread& self, void* context) {
+  JammaLink& link = *static_cast<JammaLink*>(context);
+  while (!thread_stop_requested(self)) {
+    if (!link.alive) {
+      silent_round(self, link);
+      continue;
+    }
+    jamma_link_error = 0;
+    receive(link, READ_WAIT_MS);
+  }
+}
+
+void pump_body(const Thread& self, void*) {
+  while (!thread_stop_requested(self)) {
+    jamma_pump();
+    jamma_presses_count();
+    clock_sleep_ms(ROUND_MS);
+  }
+}
+
+void stop(std::shared_ptr<Thread>& thread) {
+  if (thread && thread_join(*thread, JOIN_BOUND_MS)) thread.reset();
+}
+
+}  // namespace
+
+bool jamma_start_threads(JammaLink& link) {
+  link.reader_thread =
+      thread_start("jamma-reader", THREAD_PRIORITY_TIME_CRITICAL, reader_body, &link);
+  link.pump_thread = thread_start("jamma-pump", THREAD_PRIORITY_TIME_CRITICAL, pump_body, &link);
+  return link.reader_thread && link.pump_thread;
+}
+
+void jamma_stop_threads(JammaLink& link) {
+  if (link.reader_thread) {
+    thread_request_stop(*link.reader_thread);
+    serial_wake(link.port);
+  }
+  if (link.pump_thread) thread_request_stop(*link.pump_thread);
+  stop(link.reader_thread);
+  stop(link.pump_thread);
+}

@@ -1,0 +1,34 @@
+#include "platform/clock.h"
+
+#include <chrono>
+#include <ctime>
+#include <thread>
+
+namespace {
+
+using Steady = std::chrono::steady_clock;
+
+std::int64_t whole_ms(Steady::duration span) {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(span).count();
+}
+
+// Taken while the program is loaded, so that the first caller doesn't become the origin.
+const Steady::time_point process_start = Steady::now();
+
+}  // namespace
+
+std::int64_t clock_ms() {
+  return whole_ms(Steady::now() - process_start);
+}
+
+std::uint32_t clock_system_tick_ms() {
+  return static_cast<std::uint32_t>(whole_ms(Steady::now().time_since_epoch()));
+}
+
+std::int64_t clock_calendar_s() {
+  return std::time(nullptr);
+}
+
+void clock_sleep_ms(int ms) {
+  std::this_thread::sleep_for(std::chrono::milliseconds(ms));
+}

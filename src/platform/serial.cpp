@@ -1,0 +1,221 @@
+#include "platform/serial.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/file.h>
+#include <sys/ioctl.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <charconv>
+#include <chrono>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "platform/environment.h"
+
+using Steady = std::chrono::steady_clock;
+
+struct SerialPort {
+  std::string path;
+  int fd = -1;  // never changes: a repair puts the new device behind the same number
+  int wake_fd = -1;
+  std::atomic<int> baud{0};  // 0 until configured
+  std::atomic<bool> lost{false};
+  std::mutex repair_mutex;
+  Steady::time_point next_repair;  // under repair_mutex
+};
+
+namespace {
+
+constexpr auto REPAIR_EVERY = std::chrono::milliseconds(250);
+constexpr int LOST_PAUSE_MS = 100;
+constexpr auto WRITE_BOUND = std::chrono::milliseconds(100);
+
+// The device that stands for "COM1" to "COM16", or null.
+const std::string* device_of(const char* name) {
+  if (std::strncmp(name, "COM", 3) != 0) return nullptr;
+  const char* const end = name + std::strlen(name);
+  int number = 0;
+  const auto [stop, error] = std::from_chars(name + 3, end, number);
+  if (error != std::errc{} || stop != end || number < 1 || number > 16) return nullptr;
+  const std::string& path = environment.com[number - 1];
+  return path.empty() ? nullptr : &path;
+}
+
+// Opens a device for this handle alone, or returns the negative error number. The lock is what
+// counts among our own handles and as root; the exclusive mode keeps other programs out.
+int device_open(const std::string& path) {
+  const int fd = open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+  if (fd < 0) return -errno;
+  if (!isatty(fd) || flock(fd, LOCK_EX | LOCK_NB) != 0 || ioctl(fd, TIOCEXCL) != 0) {
+    const int error = errno;
+    close(fd);
+    return -error;
+  }
+  return fd;
+}
+
+// Exclusive mode belongs to the terminal, not to the handle: left on, it would lock us out too if
+// another process holds the terminal open.
+void device_release(int fd) {
+  ioctl(fd, TIOCNXCL);
+  flock(fd, LOCK_UN);
+}
+
+bool device_configure(int fd, int baud) {
+  const speed_t speed = baud == 9600 ? B9600 : baud == 115200 ? B115200 : B0;
+  termios state{};
+  if (speed == B0 || tcgetattr(fd, &state) != 0) return false;
+  cfmakeraw(&state);
+  state.c_cflag &= ~static_cast<tcflag_t>(CSTOPB | CRTSCTS | HUPCL);
+  state.c_cflag |= CS8 | CREAD | CLOCAL;
+  state.c_iflag &= ~static_cast<tcflag_t>(IXON | IXOFF | IXANY | INPCK);
+  state.c_cc[VMIN] = 1;  // so that a read of nothing is an error of its own, and 0 means gone
+  state.c_cc[VTIME] = 0;
+  cfsetispeed(&state, speed);
+  cfsetospeed(&state, speed);
+  if (tcsetattr(fd, TCSANOW, &state) != 0) return false;
+  int lines = TIOCM_DTR | TIOCM_RTS;
+  ioctl(fd, TIOCMBIS, &lines);  // a pseudo-terminal has no such lines
+  return true;
+}
+
+// True if the port can be used. A port whose device has gone looks for it by its path again, a few
+// times a second, so that an adapter that is pulled and put back works on.
+bool usable(SerialPort* port) {
+  if (!port->lost) return true;
+  const std::unique_lock lock(port->repair_mutex, std::try_to_lock);
+  if (!lock) return false;
+  if (!port->lost) return true;
+  const auto now = Steady::now();
+  if (now < port->next_repair) return false;
+  port->next_repair = now + REPAIR_EVERY;
+
+  device_release(port->fd);
+  const int fresh = device_open(port->path);
+  if (fresh < 0) return false;
+  const int baud = port->baud;
+  const bool good =
+      (baud == 0 || device_configure(fresh, baud)) && dup3(fresh, port->fd, O_CLOEXEC) == port->fd;
+  if (!good) device_release(fresh);
+  close(fresh);
+  port->lost = !good;
+  return good;
+}
+
+// Keeps a caller that loops on a lost port from spinning.
+int lost_pause(SerialPort* port, int timeout_ms) {
+  const int pause_ms = timeout_ms < 0 ? LOST_PAUSE_MS : std::min(timeout_ms, LOST_PAUSE_MS);
+  pollfd wake{port->wake_fd, POLLIN, 0};
+  if (poll(&wake, 1, pause_ms) <= 0) return -1;
+  std::uint64_t count = 0;
+  return read(port->wake_fd, &count, sizeof count) > 0 ? 0 : -1;
+}
+
+bool bytes_waiting(int fd) {
+  int count = 0;
+  return ioctl(fd, FIONREAD, &count) == 0 && count > 0;
+}
+
+}  // namespace
+
+SerialPort* serial_open(const char* name, int* error) {
+  const std::string* path = device_of(name);
+  if (!path) {
+    *error = ENODEV;
+    return nullptr;
+  }
+  const int fd = device_open(*path);
+  if (fd < 0) {
+    *error = -fd;
+    return nullptr;
+  }
+  auto port = std::make_unique<SerialPort>();
+  port->path = *path;
+  port->fd = fd;
+  port->wake_fd = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
+  if (port->wake_fd < 0) {
+    *error = errno;
+    device_release(fd);
+    close(fd);
+    return nullptr;
+  }
+  return port.release();
+}
+
+bool serial_configure(SerialPort* port, int baud) {
+  if (!device_configure(port->fd, baud)) return false;
+  port->baud = baud;
+  return true;
+}
+
+void serial_purge(SerialPort* port) {
+  tcflush(port->fd, TCIOFLUSH);
+}
+
+int serial_wait(SerialPort* port, int timeout_ms) {
+  if (!usable(port)) return lost_pause(port, timeout_ms);
+  pollfd watched[2] = {{port->fd, POLLIN, 0}, {port->wake_fd, POLLIN, 0}};
+  if (poll(watched, 2, timeout_ms) < 0) return errno == EINTR ? 0 : -1;
+  if ((watched[0].revents & (POLLHUP | POLLERR | POLLNVAL)) && !bytes_waiting(port->fd)) {
+    port->lost = true;
+    return lost_pause(port, timeout_ms);
+  }
+  if (watched[0].revents) return 1;
+  std::uint64_t count = 0;
+  if (watched[1].revents && read(port->wake_fd, &count, sizeof count) < 0) return -1;
+  return 0;
+}
+
+void serial_wake(SerialPort* port) {
+  const std::uint64_t one = 1;
+  // It fails only if 2^64 - 2 wakes are waiting.
+  [[maybe_unused]] const auto written = write(port->wake_fd, &one, sizeof one);
+}
+
+int serial_read(SerialPort* port, void* data, std::size_t size) {
+  if (!usable(port)) return -1;
+  const ssize_t count = read(port->fd, data, size);
+  if (count > 0) return static_cast<int>(count);
+  if (count < 0 && (errno == EAGAIN || errno == EINTR)) return 0;
+  port->lost = true;
+  return -1;
+}
+
+int serial_write(SerialPort* port, const void* data, std::size_t size) {
+  if (!usable(port)) return -1;
+  const auto* bytes = static_cast<const std::uint8_t*>(data);
+  const auto deadline = Steady::now() + WRITE_BOUND;
+  for (std::size_t sent = 0; sent < size;) {
+    const ssize_t count = write(port->fd, bytes + sent, size - sent);
+    if (count > 0) {
+      sent += static_cast<std::size_t>(count);
+      continue;
+    }
+    if (count < 0 && errno != EAGAIN && errno != EINTR) {
+      port->lost = true;
+      return -1;
+    }
+    const auto left =
+        std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Steady::now()).count();
+    if (left <= 0) return -1;
+    pollfd room{port->fd, POLLOUT, 0};
+    poll(&room, 1, static_cast<int>(left));
+  }
+  return static_cast<int>(size);
+}
+
+void serial_close(SerialPort* port) {
+  device_release(port->fd);
+  close(port->fd);
+  close(port->wake_fd);
+  delete port;
+}
