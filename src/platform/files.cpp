@@ -1,0 +1,121 @@
+#include "platform/files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <string_view>
+
+namespace {
+
+struct FileRoots {
+  std::string drive_d;
+  std::string program;
+};
+
+FileRoots& roots() {
+  static FileRoots instance;
+  return instance;
+}
+
+std::string folder_of(const std::string& path) {
+  return std::filesystem::path(path).parent_path().string();
+}
+
+// The new name is only safe once the folder that holds it is on the disk too.
+bool sync_folder(const std::string& folder) {
+  const int fd = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (fd < 0) return false;
+  const bool ok = fsync(fd) == 0;
+  close(fd);
+  return ok;
+}
+
+}  // namespace
+
+void files_use_roots(const std::string& drive_d, const std::string& program_folder) {
+  roots() = {drive_d, program_folder};
+  std::error_code ignored;  // a drive that can't be made shows when the books are stored
+  std::filesystem::create_directories(drive_d, ignored);
+}
+
+std::string files_path(const char* name) {
+  std::string_view rest = name;
+  const bool on_drive = rest.starts_with(R"(d:\)") || rest.starts_with(R"(D:\)");
+  if (on_drive) rest.remove_prefix(3);
+  std::string path = on_drive ? roots().drive_d : roots().program;
+  while (!rest.empty()) {
+    const std::size_t end = rest.find_first_of("\\/");
+    const std::string_view part = rest.substr(0, end);
+    rest = end == std::string_view::npos ? std::string_view{} : rest.substr(end + 1);
+    if (part == "..") return {};
+    if (part.empty() || part == ".") continue;
+    path += '/';
+    path += part;
+  }
+  return path;
+}
+
+struct ReadFile {
+  std::FILE* stream;
+};
+
+ReadFile* read_open(const char* name) {
+  const std::string path = files_path(name);
+  std::FILE* stream = path.empty() ? nullptr : std::fopen(path.c_str(), "rbe");
+  return stream == nullptr ? nullptr : new ReadFile{stream};
+}
+
+std::size_t read_bytes(ReadFile* file, void* data, std::size_t size) {
+  return std::fread(data, 1, size, file->stream);
+}
+
+void read_close(ReadFile* file) {
+  std::fclose(file->stream);
+  delete file;
+}
+
+struct StoreFile {
+  int fd;
+  bool whole;  // every write so far went through
+  std::string path, temporary;
+};
+
+StoreFile* store_open(const char* name) {
+  const std::string path = files_path(name);
+  if (path.empty()) return nullptr;
+  const std::string temporary = path + ".new";
+  const int fd = open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+  if (fd < 0) return nullptr;
+  return new StoreFile{fd, true, path, temporary};
+}
+
+bool store_bytes(StoreFile* file, const void* data, std::size_t size) {
+  const char* rest = static_cast<const char*>(data);
+  while (size > 0 && file->whole) {
+    const ssize_t count = write(file->fd, rest, size);
+    if (count < 0 && errno == EINTR) continue;
+    file->whole = count > 0;
+    if (count > 0) {
+      rest += count;
+      size -= static_cast<std::size_t>(count);
+    }
+  }
+  return file->whole;
+}
+
+bool store_close(StoreFile* file) {
+  bool ok = file->whole && fsync(file->fd) == 0;
+  close(file->fd);
+  ok = ok && rename(file->temporary.c_str(), file->path.c_str()) == 0;
+  if (ok) {
+    sync_folder(folder_of(file->path));
+  } else {
+    unlink(file->temporary.c_str());
+  }
+  delete file;
+  return ok;
+}

@@ -1,0 +1,8 @@
+#include "platform/power.h"
+
+#include "platform/headless/power_record.h"
+
+bool power_reboot() {
+  ++headless_reboots_ordered;
+  return true;
+}
