@@ -161,7 +161,7 @@ void panel_table_free() {
 
 void sheet_table_fill() {
   for (const SheetRow& row : sheet_rows) {
-    Panel& panel = panels[PANEL_FIRST_SHEET + row.index];
+    Panel& panel = panels[int{PANEL_FIRST_SHEET} + row.index];
     sheets[row.index] = {&panel, row.columns, row.rows, row.frames};
     panel.flags |= PANEL_SOURCE_RECT;
     panel.src_w = panel.width / row.columns;
