@@ -42,6 +42,12 @@ void files_use_roots(const std::string& drive_d, const std::string& program_fold
   std::filesystem::create_directories(drive_d, ignored);
 }
 
+std::string files_program_folder() {
+  std::error_code failed;
+  const auto program = std::filesystem::read_symlink("/proc/self/exe", failed);
+  return failed ? "." : program.parent_path().string();
+}
+
 std::string files_path(const char* name) {
   std::string_view rest = name;
   const bool on_drive = rest.starts_with(R"(d:\)") || rest.starts_with(R"(D:\)");

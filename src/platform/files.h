@@ -15,6 +15,9 @@ std::string files_path(const char* name);
 // opened, and by tests. `files_use_roots` makes the drive's folder if it is missing.
 void files_use_roots(const std::string& drive_d, const std::string& program_folder);
 
+// The folder that the running program lies in.
+std::string files_program_folder();
+
 struct ReadFile;
 struct StoreFile;
 

@@ -1,0 +1,84 @@
+#include "frame/app_window.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "frame/tokens.h"
+#include "gfx/frame.h"  // LAYOUT_WIDTH
+#include "platform/display.h"
+
+AppWindow app_window = {LAYOUT_WIDTH, LAYOUT_HEIGHT, 1};
+
+namespace {
+
+constexpr const char* TITLE = "SlyApp";
+constexpr int SMALLEST_WINDOW = 80;
+constexpr DisplaySize FALLBACK = {1920, 1080};
+
+struct SizeOption {
+  const char* token;
+  DisplaySize size;
+};
+
+constexpr SizeOption SIZES[] = {
+    {"-1280X720", {1280, 720}},   {"-1920X1080", {1920, 1080}}, {"-640X480", {640, 480}},
+    {"-800X600", {800, 600}},     {"-1024X768", {1024, 768}},   {"-1600X900", {1600, 900}},
+    {"-1920X1200", {1920, 1200}},
+};
+
+const char* mode_question(DisplayModeResult result) {
+  switch (result) {
+    case DISPLAY_MODE_BAD_PARAM:
+      return "The Requested Fullscreen Mode Contained An Invalid Param.\n"
+             "Use Windowed Mode Instead?";
+    case DISPLAY_MODE_BAD_FLAGS:
+      return "The Requested Fullscreen Mode Contained Invalid Flags.\nUse Windowed Mode Instead?";
+    case DISPLAY_MODE_BAD_MODE:
+      return "The Requested Fullscreen Mode Is Not Supported.\nUse Windowed Mode Instead?";
+    default:
+      return "The Requested Fullscreen Mode Failed.\nUse Windowed Mode Instead?";
+  }
+}
+
+// The size asked for, then the size most panels have, then the operator's word.
+bool choose_mode() {
+  AppWindow& app = app_window;
+  if (display_set_mode(app.screen_width, app.screen_height) == DISPLAY_MODE_OK) return true;
+  app.screen_width = FALLBACK.width;
+  app.screen_height = FALLBACK.height;
+  const DisplayModeResult result = display_set_mode(app.screen_width, app.screen_height);
+  if (result == DISPLAY_MODE_OK) return true;
+  if (display_message_box("ERROR", mode_question(result), true)) {
+    app.fullscreen = 0;
+    return true;
+  }
+  display_message_box("ERROR", "Program Will Now Close.", false);
+  return false;
+}
+
+}  // namespace
+
+void app_parse_command_line(const char* line) {
+  const int count = app_tokenize_line(line);
+  for (int i = 0; i < count; ++i) {
+    const char* token = token_table[i];
+    if (std::strcmp(token, "-FULLSCREEN") == 0 || std::strcmp(token, "-FS") == 0) {
+      app_window.fullscreen = 1;
+    }
+    for (const SizeOption& option : SIZES) {
+      if (std::strcmp(token, option.token) != 0) continue;
+      app_window.screen_width = option.size.width;
+      app_window.screen_height = option.size.height;
+    }
+  }
+}
+
+bool app_create_window() {
+  if (app_window.fullscreen != 0 && !choose_mode()) return false;
+  const bool full = app_window.fullscreen != 0;
+  const int width =
+      full ? app_window.screen_width : std::max(app_window.screen_width, SMALLEST_WINDOW);
+  const int height =
+      full ? app_window.screen_height : std::max(app_window.screen_height, SMALLEST_WINDOW);
+  return display_open_window(TITLE, width, height, full);
+}

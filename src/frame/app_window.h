@@ -1,0 +1,18 @@
+// The one window of the program and the display mode. Main thread.
+#pragma once
+
+#include <cstdint>
+
+struct AppWindow {
+  std::int32_t screen_width, screen_height;  // asked of the display
+  std::int32_t fullscreen;
+};
+
+extern AppWindow app_window;
+
+// Chooses the display mode: "-fullscreen", "-fs" and seven sizes; anything else is ignored, a later
+// word overrides an earlier one.
+void app_parse_command_line(const char* line);
+
+// Display mode and window. False if there can be none, or the operator says No.
+bool app_create_window();

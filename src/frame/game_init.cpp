@@ -1,0 +1,67 @@
+#include "frame/game_init.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+
+#include "books/audits.h"
+#include "books/prefs.h"
+#include "frame/game_thread.h"
+#include "gfx/text.h"  // text_fonts_load
+#include "io/jamma.h"
+#include "io/lamps.h"
+#include "io/led_board.h"
+#include "operator/boot_check.h"
+#include "platform/clock.h"   // clock_calendar_s
+#include "platform/random.h"  // random_seed
+#include "playfield/playfield.h"
+#include "presentation/volume.h"
+#include "sound/jps.h"
+
+namespace {
+
+void open_board() {
+  const std::int32_t result = JammaInit();
+  if (result == 0) return;
+  std::printf("Game_Init: JammaInit: ec = %d\n", result);
+  jamma_link_error = 1;
+}
+
+void open_sound() {
+  const std::int32_t step = std::clamp(pref_int(PREF_VOLUME), 0, 20);
+  if (!jps_init() || !jps_bank_load(R"(sounds\mainpls.txt)")) return;
+  // A plain scale for the moment of start-up; the curve takes over with the field.
+  volume_step = step;
+  volume_value = std::clamp(13 * step, 0, 255);
+  jps_set_master_volume(volume_value);
+}
+
+}  // namespace
+
+int Game_Init() {
+  random_seed(static_cast<std::uint64_t>(clock_calendar_s()));
+  open_board();
+  audits_load();
+  prefs_load();
+  text_fonts_load();
+  open_sound();
+  boot_check_and_version();
+  jamma_lamps_init();
+  led_open();
+  playfield_init();
+  attract_begin();
+  game_threads_start();
+  return 1;
+}
+
+int Game_Shutdown() {
+  game_threads_stop();
+  playfield_free();
+  led_close();
+  text_fonts_free();
+  jps_shutdown();
+  prefs_save();
+  audits_save();
+  JammaShutdown();
+  return 1;
+}

@@ -1,0 +1,9 @@
+// Bringing every subsystem up, in one order, and down again. Main thread.
+#pragma once
+
+// Leaves the game running on its own threads. A device that is missing is reported and start-up
+// goes on. Returns 1.
+int Game_Init();
+
+// Stops the threads, stores the books, releases everything. Returns 1.
+int Game_Shutdown();

@@ -1,0 +1,65 @@
+#include "frame/game_thread.h"
+
+#include <memory>
+
+#include "frame/game_clock.h"  // now_ms
+#include "frame/tick.h"
+#include "platform/clock.h"
+#include "platform/thread.h"
+#include "playfield/ticket_dings.h"
+#include "playfield/workers.h"
+#include "presentation/win_show.h"
+
+namespace {
+
+constexpr int JOIN_BOUND_MS = 2000;  // a store of the books may be under way
+
+struct GameThreads {
+  std::shared_ptr<Thread> game;
+  std::shared_ptr<Thread> workers;
+};
+
+GameThreads& threads() {
+  static GameThreads instance;
+  return instance;
+}
+
+void game_thread(const Thread& self, void* /*context*/) {
+  game_begin();
+  bool running = true;
+  while (!thread_stop_requested(self)) {
+    const std::int64_t t_ms = clock_ms();
+    // Behind an ordered reboot there is no tick any more: the thread waits for the machine.
+    if (running && game_tick_due(t_ms)) running = game_tick(t_ms);
+    clock_sleep_ms(1);
+  }
+}
+
+void workers_thread(const Thread& self, void* /*context*/) {
+  while (!thread_stop_requested(self)) {
+    workers_step();
+    ticket_dings_step(now_ms());
+    win_show_step();
+    clock_sleep_ms(1);
+  }
+}
+
+void stop(std::shared_ptr<Thread>& thread) {
+  if (thread == nullptr) return;
+  thread_request_stop(*thread);
+  thread_join(*thread, JOIN_BOUND_MS);
+  thread = nullptr;
+}
+
+}  // namespace
+
+bool game_threads_start() {
+  threads().workers = thread_start("workers", THREAD_PRIORITY_NORMAL, workers_thread, nullptr);
+  threads().game = thread_start("game", THREAD_PRIORITY_NORMAL, game_thread, nullptr);
+  return threads().workers != nullptr && threads().game != nullptr;
+}
+
+void game_threads_stop() {
+  stop(threads().game);
+  stop(threads().workers);
+}

@@ -1,0 +1,9 @@
+// The thread that owns the game clock and all game state, and the one that carries the small
+// workers.
+#pragma once
+
+// Starts both. False if the machine gives no thread. Start-up, last of all.
+bool game_threads_start();
+
+// Asks both to stop and waits for them. Main thread, at shutdown.
+void game_threads_stop();

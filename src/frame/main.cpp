@@ -1,0 +1,34 @@
+// The process: environment, window, context, subsystems, main loop, and the orderly way out.
+#include <cstdio>
+#include <string>
+
+#include "frame/app_window.h"
+#include "frame/game_init.h"
+#include "frame/main_loop.h"
+#include "gfx/frame.h"
+#include "platform/clock.h"
+#include "platform/environment.h"
+#include "platform/files.h"
+#include "platform/thread.h"
+
+int main(int argc, char** argv) {
+  clock_ms();  // the game's time begins here
+  std::string error;
+  if (!environment_read(error)) {
+    std::fprintf(stderr, "%s\n", error.c_str());
+    return 2;
+  }
+  files_use_roots(environment.drive_d, files_program_folder());
+
+  std::string line;
+  for (int i = 1; i < argc; ++i) line.append(i > 1 ? " " : "").append(argv[i]);
+  app_parse_command_line(line.c_str());
+
+  if (!app_create_window()) return 0;
+  thread_pin_to_one_processor();
+  gfx_context_create(LAYOUT_WIDTH, LAYOUT_HEIGHT);
+  Game_Init();
+  main_loop();
+  Game_Shutdown();
+  return 0;
+}

@@ -1,0 +1,53 @@
+#include "frame/periodic_reboot.h"
+
+#include <cstdint>
+
+#include "books/audits.h"
+#include "frame/game_clock.h"
+#include "frame/game_mode.h"
+#include "frame/sides.h"
+#include "frame/system_reboot.h"
+#include "playfield/playfield.h"  // station_idle
+#include "presentation/win_show_start.h"
+
+namespace {
+
+constexpr std::int64_t DAY_MS = 86400000;
+constexpr std::int64_t QUIET_MS = 120000;  // twice: the deadline moves ahead of a busy tick,
+                                           // and then has to lie this far back
+constexpr std::int64_t NOTICE_MS = 10000;  // the screen says so before the machine goes
+
+struct RebootState {
+  bool going_down;
+  std::int64_t busy_deadline_ms;
+  std::int64_t reboot_at_ms;
+};
+
+constinit RebootState state{};
+
+bool busy() {
+  return win_show_active(SIDE_LEFT) || win_show_active(SIDE_RIGHT) || !station_idle(SIDE_LEFT) ||
+         !station_idle(SIDE_RIGHT) || game_mode == MODE_OPERATOR;
+}
+
+}  // namespace
+
+void periodic_reboot_reset() {
+  state = {};
+}
+
+bool periodic_reboot_step() {
+  const std::int64_t now = now_ms();
+  if (busy() && !state.going_down) state.busy_deadline_ms = now + QUIET_MS;
+  if (now <= DAY_MS || now <= state.busy_deadline_ms + QUIET_MS) return false;
+  if (!state.going_down) {
+    audit_add(AUDIT_PERIODIC_REBOOT_COUNT, 1);
+    game_mode = MODE_GOING_DOWN;
+    audits_save();
+    state.reboot_at_ms = now + NOTICE_MS;
+    state.going_down = true;
+  }
+  if (now <= state.reboot_at_ms) return false;
+  system_reboot();
+  return true;
+}
