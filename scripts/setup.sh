@@ -1,0 +1,57 @@
+# Sourced by ./play, ./check, ./build and .ci/run: goes to the project's root, installs the Debian
+# packages that are missing, and says what it does. Quick when there is nothing to do.
+
+cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
+
+say() { printf '== %s\n' "$*"; }
+
+BUILD_PACKAGES="g++ cmake ninja-build pkg-config ccache git ca-certificates
+  libsdl2-dev libsoil-dev libgl-dev libgl1-mesa-dri libcairo2-dev libpango1.0-dev libpng-dev zlib1g-dev
+  libusb-1.0-0-dev libgtest-dev libbenchmark-dev fonts-cherrybomb fonts-dejavu-core fontconfig"
+DISPLAY_PACKAGES="xvfb imagemagick x11-utils"
+CHECK_PACKAGES="clang-format clang-tidy python3 xdotool"
+
+# install_packages LIST: installs what of LIST is missing, as root or through sudo.
+install_packages() {
+  local missing="" name
+  for name in $1; do
+    dpkg-query -W -f='${db:Status-Status}' "$name" 2>/dev/null | grep -qx installed || missing+=" $name"
+  done
+  [ -z "$missing" ] && return 0
+  say "installing Debian packages:$missing"
+  local root=""
+  if [ "$(id -u)" -ne 0 ]; then
+    command -v sudo >/dev/null || {
+      echo "These packages are missing, and there is no sudo to install them:$missing" >&2
+      echo "Install them as root (apt-get install$missing) and run this again." >&2
+      exit 1
+    }
+    root=sudo
+  fi
+  $root apt-get update -qq &&
+    $root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends $missing \
+      >/tmp/lilyhop-packages.log 2>&1 || {
+    echo "The packages could not be installed; the log is /tmp/lilyhop-packages.log:" >&2
+    tail -5 /tmp/lilyhop-packages.log >&2
+    exit 1
+  }
+}
+
+# build [DIRECTORY [CMAKE ARGUMENTS]]: configures once, builds what changed.
+build() {
+  local where=${1:-obj}
+  shift || true
+  if [ ! -f "$where/build.ninja" ]; then
+    say "configuring $where"
+    cmake -S . -B "$where" -G Ninja "$@" >"$where.log" 2>&1 || { cat "$where.log" >&2; exit 1; }
+    rm -f "$where.log"
+  fi
+  say "building $where"
+  cmake --build "$where" -- --quiet || exit 1
+}
+
+# Fills out/: the pictures and the list of files, where their sources changed.
+fill_out() {
+  say "rendering pictures"
+  obj/art/render out && obj/art/render --list out || exit 1
+}

@@ -1,0 +1,251 @@
+// The books on disk: which file is believed, what a short or foreign file does, and that both files
+// are whole afterwards.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+#include "books/audits.h"
+#include "books/prefs.h"
+#include "platform/files.h"
+#include "tests/temp_folder.h"
+
+namespace {
+
+constexpr std::size_t PREFS_SIZE = 3204, AUDITS_SIZE = 3252, HISTO_SIZE = 11204;
+
+class Books : public testing::Test {
+ protected:
+  Books() {
+    files_use_roots(drive.path(), drive.path());
+    prefs_reset();
+    audits_reset();
+    audits_tick_reset();
+  }
+
+  // The bytes of a settings file with this volume.
+  std::string prefs_file(int volume) {
+    prefs_reset();
+    prefs[PREF_VOLUME].int_value = volume;
+    prefs_save();
+    std::string bytes = drive.read("prefs");
+    clear();
+    return bytes;
+  }
+  std::string audits_file(int bugs) {
+    audits_reset();
+    audits[AUDIT_BUGS].count = bugs;
+    audits_save();
+    std::string bytes = drive.read("audits");
+    clear();
+    return bytes;
+  }
+  void clear() {
+    for (const char* name : {"prefs", "prefbak", "audits", "audbak", "histo"}) {
+      std::filesystem::remove(drive.file(name));
+    }
+    prefs_reset();
+    audits_reset();
+  }
+
+  TempFolder drive;
+};
+
+enum FileState { GOOD, MISSING, WRONG_MAGIC, SHORT, LONGER };
+
+// A file in the given state; a short one ends in the middle of the table, behind row 10.
+std::string in_state(const std::string& good, FileState state, std::size_t row_size) {
+  switch (state) {
+    case WRONG_MAGIC:
+      return "XXXX" + good.substr(4);
+    case SHORT:
+      return good.substr(0, 4 + 10 * row_size + row_size / 2);
+    case LONGER:
+      return good + std::string(100, 'z');
+    default:
+      return good;
+  }
+}
+
+TEST_F(Books, FormatIsFixed) {
+  prefs_load();
+  audits_load();
+  const std::string p = drive.read("prefs");
+  ASSERT_EQ(p.size(), PREFS_SIZE);
+  EXPECT_EQ(p.substr(0, 4), "030P");
+  const char* timeout = p.data() + 4 + 8 * 128;
+  EXPECT_EQ(std::memcmp(timeout, "\x08\0\0\0\0\0\0\0Timeout (Seconds)\0", 26), 0);
+  EXPECT_EQ(std::memcmp(timeout + 40, "\xff\xff\xff\xff", 4), 0);
+  const char* payout = p.data() + 4 + 14 * 128;
+  float value = 0;
+  std::memcpy(&value, payout + 44, 4);
+  EXPECT_EQ(payout[4], 0x10);
+  EXPECT_EQ(value, 0.4F);
+  EXPECT_EQ(drive.read("prefbak"), p);
+
+  const std::string a = drive.read("audits");
+  ASSERT_EQ(a.size(), AUDITS_SIZE);
+  EXPECT_EQ(a.substr(0, 4), "810A");
+  EXPECT_EQ(a[4 + 4], 0x20) << "Time Game On is a time";
+  const char* boots = a.data() + 4 + 14 * 56;
+  EXPECT_STREQ(boots + 8, "Boot Count");
+  EXPECT_EQ(boots[40], 1);
+  EXPECT_STREQ(a.data() + 4 + 57 * 56 + 8, "Capped Tickets Right");
+  EXPECT_EQ(drive.read("audbak"), a);
+
+  const std::string h = drive.read("histo");
+  EXPECT_EQ(h.size(), HISTO_SIZE);
+  EXPECT_EQ(h.substr(0, 4), "500H");
+}
+
+// Every state of the main file against every state of the backup: a good magic wins, rows that a
+// short file lacks are those of the built-in table, and both files are whole and alike afterwards.
+TEST_F(Books, EveryPairOfPrefsFiles) {
+  const std::string main_good = prefs_file(3), backup_good = prefs_file(5);
+  for (const FileState main : {GOOD, MISSING, WRONG_MAGIC, SHORT, LONGER}) {
+    for (const FileState backup : {GOOD, MISSING, WRONG_MAGIC, SHORT, LONGER}) {
+      SCOPED_TRACE(testing::Message() << "main " << main << ", backup " << backup);
+      clear();
+      if (main != MISSING) drive.write("prefs", in_state(main_good, main, 128));
+      if (backup != MISSING) drive.write("prefbak", in_state(backup_good, backup, 128));
+      prefs_load();
+      const auto volume_of = [](FileState state, int stored) {
+        return state == SHORT ? 16 : stored;  // row 20 lies behind the cut
+      };
+      const bool main_counts = main != MISSING && main != WRONG_MAGIC;
+      const bool backup_counts = backup != MISSING && backup != WRONG_MAGIC;
+      const int expected = main_counts     ? volume_of(main, 3)
+                           : backup_counts ? volume_of(backup, 5)
+                                           : 16;
+      EXPECT_EQ(pref_int(PREF_VOLUME), expected);
+      EXPECT_EQ(drive.read("prefs").size(), PREFS_SIZE);
+      EXPECT_EQ(drive.read("prefs"), drive.read("prefbak"));
+    }
+  }
+}
+
+TEST_F(Books, EveryPairOfAuditsFiles) {
+  const std::string main_good = audits_file(30), backup_good = audits_file(50);
+  for (const FileState main : {GOOD, MISSING, WRONG_MAGIC, SHORT, LONGER}) {
+    for (const FileState backup : {GOOD, MISSING, WRONG_MAGIC, SHORT, LONGER}) {
+      SCOPED_TRACE(testing::Message() << "main " << main << ", backup " << backup);
+      clear();
+      if (main != MISSING) drive.write("audits", in_state(main_good, main, 56));
+      if (backup != MISSING) drive.write("audbak", in_state(backup_good, backup, 56));
+      audits_load();
+      const bool main_counts = main != MISSING && main != WRONG_MAGIC;
+      const bool backup_counts = backup != MISSING && backup != WRONG_MAGIC;
+      const int expected = main_counts     ? (main == SHORT ? 0 : 30)
+                           : backup_counts ? (backup == SHORT ? 0 : 50)
+                                           : 0;
+      EXPECT_EQ(audit_count(AUDIT_BUGS), expected);
+      EXPECT_EQ(audit_count(AUDIT_BOOT_COUNT), 1);
+      EXPECT_EQ(drive.read("audits").size(), AUDITS_SIZE);
+      EXPECT_EQ(drive.read("audits"), drive.read("audbak"));
+    }
+  }
+}
+
+TEST_F(Books, HistogramAloneWithoutBackup) {
+  histogram_count(SIDE_LEFT, 0);
+  histogram_count(SIDE_RIGHT, 1399);
+  histogram_count(SIDE_RIGHT, 1400);
+  histogram_count(SIDE_LEFT, -1);
+  audits_save();
+  const std::string good = drive.read("histo");
+  for (const auto& [file, left, right] : {std::tuple{good, 1U, 1U},
+                                          {"500X" + good.substr(4), 0U, 0U},
+                                          {good.substr(0, 5608), 1U, 0U}}) {
+    drive.write("histo", file);
+    audits_load();
+    EXPECT_EQ(histogram[SIDE_LEFT][0], left);
+    EXPECT_EQ(histogram[SIDE_RIGHT][1399], right);
+    EXPECT_EQ(drive.read("histo").size(), HISTO_SIZE);
+  }
+}
+
+TEST_F(Books, StoredNamesStayAndResetBringsTheBuiltInOnesBack) {
+  std::string file = prefs_file(16);
+  std::memcpy(file.data() + 4 + 8, "Gratis\0\0\0", 9);
+  drive.write("prefs", file);
+  prefs_load();
+  EXPECT_STREQ(prefs[PREF_FREEPLAY].name, "Gratis");
+  EXPECT_STREQ(prefs_defaults[PREF_FREEPLAY].name, "Freeplay");
+  prefs_reset();
+  EXPECT_STREQ(prefs[PREF_FREEPLAY].name, "Freeplay");
+}
+
+TEST_F(Books, BootZeroesOnlyWhatCountsSinceBoot) {
+  for (auto& row : audits) {
+    row.count = 7;
+    row.time_ms = 7000;
+  }
+  audits_save();
+  audits_load();
+  EXPECT_EQ(audit_count(AUDIT_BOOT_COUNT), 8);
+  for (int i = 0; i < AUDIT_COUNT; ++i) {
+    const bool since_boot = i == 1 || (i >= 6 && i <= 9);
+    const bool time = i == 1 || i == 8 || i == 9;
+    if (i == AUDIT_BOOT_COUNT) continue;
+    EXPECT_EQ(audits[i].count, since_boot && !time ? 0 : 7) << i;
+    EXPECT_EQ(audits[i].time_ms, time ? 0 : 7000) << i;
+  }
+}
+
+// A file that can't be written is skipped: the others are stored, and nothing stops.
+TEST_F(Books, UnwritableFileIsSkipped) {
+  std::filesystem::create_directory(drive.file("audits.new"));
+  std::filesystem::create_directory(drive.file("prefs.new"));
+  audits[AUDIT_BUGS].count = 9;
+  audits_save();
+  prefs_save();
+  EXPECT_FALSE(drive.has("audits"));
+  EXPECT_FALSE(drive.has("prefs"));
+  EXPECT_EQ(drive.read("audbak").size(), AUDITS_SIZE);
+  EXPECT_EQ(drive.read("prefbak").size(), PREFS_SIZE);
+  EXPECT_EQ(drive.read("histo").size(), HISTO_SIZE);
+}
+
+TEST_F(Books, NamesDoNotLeaveTheirRoot) {
+  EXPECT_EQ(files_path(R"(d:\audits)"), drive.file("audits"));
+  EXPECT_EQ(files_path(R"(images\fonts\x.tga)"), drive.file("images/fonts/x.tga"));
+  EXPECT_EQ(files_path(R"(d:\..\audits)"), "");
+  EXPECT_EQ(files_path(R"(images\..\..\x)"), "");
+  EXPECT_EQ(files_path("/etc/passwd"), drive.file("etc/passwd"));
+  EXPECT_EQ(store_open(R"(d:\..\x)"), nullptr);
+}
+
+TEST_F(Books, TimeAccounting) {
+  AuditsTick tick{1000, {true, true}, {0, 0}, 0};
+  audits_tick(tick);  // the first step is as long as a stall
+  EXPECT_EQ(audits[AUDIT_TIME_GAME_ON].time_ms, 0);
+  tick = {1999, {false, true}, {2, 0}, 3};
+  audits_tick(tick);
+  EXPECT_EQ(audits[AUDIT_TIME_GAME_ON].time_ms, 999);
+  EXPECT_EQ(audits[AUDIT_TIME_PLAYED].time_ms, 999);
+  EXPECT_EQ(audits[AUDIT_TIME_PLAYED + 1].time_ms, 0);
+  EXPECT_EQ(audits[AUDIT_TIME_SINCE_BOOT_SIDE].time_ms, 999);
+  EXPECT_EQ(audits[AUDIT_TIME_TOTAL_PLAYED].time_ms, 1998) << "once for each frog";
+  EXPECT_EQ(audit_count(AUDIT_IO_CHECKSUM_FAILURES), 3);
+  tick = {2999, {false, false}, {1, 1}, 5};
+  audits_tick(tick);  // 1000 ms: a stall
+  EXPECT_EQ(audits[AUDIT_TIME_GAME_ON].time_ms, 999);
+  EXPECT_EQ(audit_count(AUDIT_IO_CHECKSUM_FAILURES), 5);
+}
+
+// The periodic store waits, a minute at a time, while a frog is in flight.
+TEST_F(Books, PeriodicStoreWaitsForQuiet) {
+  const auto tick = [&](std::int64_t at, bool idle) {
+    std::filesystem::remove(drive.file("audits"));
+    audits_tick({at, {true, idle}, {0, 0}, 0});
+    return drive.has("audits");
+  };
+  EXPECT_FALSE(tick(599999, true));
+  EXPECT_FALSE(tick(600000, false));
+  EXPECT_FALSE(tick(659999, true));
+  EXPECT_TRUE(tick(660000, true));
+  EXPECT_FALSE(tick(660017, true));
+  EXPECT_TRUE(tick(1260000, true));
+}
+
+}  // namespace

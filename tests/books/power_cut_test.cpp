@@ -1,0 +1,150 @@
+// The power goes at every write, fsync and rename of a store. What had not been brought to the disk
+// by then is lost: files that were written and not synced are cut in half. The next start has to
+// read the books from before or after, whole.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <map>
+#include <string>
+
+#include "books/audits.h"
+#include "books/prefs.h"
+#include "platform/files.h"
+#include "tests/temp_folder.h"
+
+extern "C" {
+ssize_t __real_write(int fd, const void* data, size_t size);
+int __real_fsync(int fd);
+int __real_rename(const char* from, const char* to);
+}
+
+namespace {
+
+int steps_seen = 0;
+int cut_at = -1;  // the step at which the power goes; -1: never
+std::map<std::string, bool> unsynced;
+
+std::string path_of(int fd) {
+  return std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(fd));
+}
+
+[[noreturn]] void power_cut() {
+  for (const auto& [path, dirty] : unsynced) {
+    std::error_code gone;
+    const auto size = std::filesystem::file_size(path, gone);
+    if (dirty && !gone) std::filesystem::resize_file(path, size / 2, gone);
+  }
+  _exit(0);
+}
+
+bool step() {
+  return ++steps_seen == cut_at;
+}
+
+}  // namespace
+
+extern "C" {
+
+ssize_t __wrap_write(int fd, const void* data, size_t size) {
+  if (cut_at >= 0 && fd > 2) {
+    unsynced[path_of(fd)] = true;
+    if (step()) {
+      __real_write(fd, data, size / 2);
+      power_cut();
+    }
+  } else if (fd > 2) {
+    ++steps_seen;
+  }
+  return __real_write(fd, data, size);
+}
+
+int __wrap_fsync(int fd) {
+  if (step()) power_cut();
+  unsynced[path_of(fd)] = false;
+  return __real_fsync(fd);
+}
+
+int __wrap_rename(const char* from, const char* to) {
+  if (step()) power_cut();
+  const bool dirty = unsynced[from];
+  unsynced.erase(from);
+  unsynced[to] = dirty;
+  return __real_rename(from, to);
+}
+}
+
+namespace {
+
+const char* const FILES[] = {"prefs", "prefbak", "audits", "audbak", "histo"};
+
+void set_state(int value) {
+  for (auto& row : prefs) row.int_value = value;
+  for (auto& row : audits) row.count = value;
+  for (auto& side : histogram) {
+    for (auto& cell : side) cell = static_cast<std::uint32_t>(value);
+  }
+}
+
+void store_all() {
+  prefs_save();
+  audits_save();
+}
+
+TEST(PowerCut, EveryStepLeavesTheBooksWhole) {
+  TempFolder drive;
+  files_use_roots(drive.path(), drive.path());
+  prefs_reset();
+  audits_reset();
+
+  set_state(2);
+  steps_seen = 0;
+  store_all();
+  const int steps = steps_seen;
+  ASSERT_EQ(steps, 5 * 5) << "two writes, a sync, a rename and the folder's sync for each file";
+  std::map<std::string, std::string> after;
+  for (const char* name : FILES) after[name] = drive.read(name);
+  set_state(1);
+  store_all();
+  std::map<std::string, std::string> before;
+  for (const char* name : FILES) before[name] = drive.read(name);
+
+  for (int cut = 1; cut <= steps; ++cut) {
+    SCOPED_TRACE(testing::Message() << "power cut at step " << cut);
+    for (const char* name : FILES) drive.write(name, before[name]);
+    const pid_t child = fork();
+    if (child == 0) {
+      steps_seen = 0;
+      cut_at = cut;
+      set_state(2);
+      store_all();
+      _exit(1);  // no cut: the test is wrong
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+
+    bool older = false;  // files are stored in order: behind an old file there is no new one
+    for (const char* name : FILES) {
+      const std::string now = drive.read(name);
+      EXPECT_TRUE(now == before[name] || now == after[name]) << name;
+      EXPECT_FALSE(older && now == after[name]) << name;
+      older = now == before[name];
+    }
+
+    prefs_load();
+    audits_load();
+    const int value = pref_int(PREF_VOLUME);
+    EXPECT_TRUE(value == 1 || value == 2);
+    for (const auto& row : prefs) EXPECT_EQ(row.int_value, value);
+    const int count = audit_count(AUDIT_BUGS);
+    EXPECT_TRUE(count == 1 || count == 2);
+    for (int i = AUDIT_COIN_DROPS; i < AUDIT_COUNT; ++i) EXPECT_EQ(audits[i].count, count);
+    const std::uint32_t cell = histogram[0][0];
+    EXPECT_TRUE(cell == 1 || cell == 2);
+    EXPECT_EQ(histogram[1][1399], cell);
+  }
+}
+
+}  // namespace
