@@ -41,3 +41,8 @@ std::int32_t butterfly_value();
 std::int32_t tier1_value();
 std::int32_t tier2_value();
 std::int32_t minimum_value();
+// The most that a frog pays, and what each frog pays with "Fixed Ticket".
+std::int32_t maximum_value();
+std::int32_t fixed_value();
+// True if values are in points, two to a ticket.
+bool pays_points();

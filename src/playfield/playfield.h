@@ -173,9 +173,13 @@ extern Shared<std::int32_t> lead_lane;  // lowest lane of any frog hopping or re
 extern const std::int32_t lane_y[LANE_COUNT];
 extern const std::int32_t queue_x[SIDE_COUNT][QUEUE_PLACES];
 
-// Sets the whole field up: pictures, lanes, stations, butterfly, riders, effects, scenery,
-// paytable. Main thread, once, before the game thread starts.
+// Sets the whole field up: loads the pictures, fills the sheets, then `playfield_reset`. The
+// threads that carry the small workers, and the sound that start-up begins with, are the caller's.
+// Main thread, once, before the game thread starts.
 void playfield_init();
+// Lanes, stations, butterfly, riders, effects, scenery, paytable and LED board as at process start,
+// with the sheets as they are. Needs the settings loaded. A test may call it again and again.
+void playfield_reset();
 // Releases pictures and lanes. At shutdown, with the game thread ended.
 void playfield_free();
 

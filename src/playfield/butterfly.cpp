@@ -1,0 +1,97 @@
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <numbers>
+
+#include "frame/game_clock.h"  // now_ms, seconds_since
+#include "platform/random.h"   // random_unit
+#include "playfield/river.h"   // butterfly_update
+
+namespace {
+
+constexpr float LEFT_END_PX = -256.0F;
+constexpr float RIGHT_END_PX = 1360.0F;
+constexpr float FLAP_SECONDS = 1.2F;  // one run of the wings, and one turn of the ticket
+constexpr int FLAP_FRAMES = 32;
+constexpr int TICKET_FRAMES = 18;
+constexpr float CAUGHT_SECONDS = 2.0F;
+constexpr float PI = std::numbers::pi_v<float>;
+
+void park() {
+  butterfly.state = BUTTERFLY_PARKED;
+  butterfly.state_time = now_ms();
+  butterfly.wait_s = static_cast<float>(10.0 + 10.0 * random_unit());
+  butterfly.x = LEFT_END_PX;
+  butterfly.y = 0;
+}
+
+void take_off() {
+  butterfly.state = BUTTERFLY_FLYING;
+  butterfly.path = std::min(static_cast<std::int32_t>(4.0 * random_unit()), 3);
+  const std::int32_t dx = 4 - static_cast<std::int32_t>(-2.0 * random_unit());
+  butterfly.dx = random_unit() < 0.5 ? -dx : dx;
+  butterfly.state_time = now_ms();
+  butterfly.flight_time = now_ms();
+  butterfly.y = 0;
+  butterfly.x = butterfly.dx > 0 ? LEFT_END_PX : RIGHT_END_PX;
+}
+
+std::int32_t path_y(std::int32_t path, float x, std::int32_t dx) {
+  const float u = x + 128.0F;
+  switch (path) {
+    case 0:  // turned over on the way back, so that it is one curve seen from both sides
+      return static_cast<std::int32_t>(
+          std::cos(u * PI / RIGHT_END_PX) * (dx >= 0 ? 106.0F : -106.0F) + 54.0F);
+    case 1:
+      return static_cast<std::int32_t>(std::cos(u * 2.0F * PI / RIGHT_END_PX + PI) * 112.0F +
+                                       60.0F);
+    case 2:
+      return static_cast<std::int32_t>(std::cos(u * 4.0F * PI / RIGHT_END_PX) * 52.0F);
+    default:
+      return static_cast<std::int32_t>(std::cos(u * 4.0F * PI / RIGHT_END_PX + PI) * 52.0F);
+  }
+}
+
+void ticket_turn(float b) {
+  butterfly.ticket_frame =
+      static_cast<std::int32_t>(TICKET_FRAMES * b / FLAP_SECONDS) % TICKET_FRAMES;
+}
+
+void fly(float a, float b) {
+  butterfly.frame = static_cast<std::int32_t>(a * FLAP_FRAMES / FLAP_SECONDS) % FLAP_FRAMES;
+  ticket_turn(b);
+  butterfly.x += static_cast<float>(butterfly.dx);
+  butterfly.y = path_y(butterfly.path, butterfly.x, butterfly.dx);
+  if (butterfly.x > RIGHT_END_PX || butterfly.x < LEFT_END_PX) park();
+}
+
+void looks_update(float a) {
+  if (butterfly.state == BUTTERFLY_CAUGHT) {
+    butterfly.scale = 1.0F + 0.25F * a + 0.25F * std::sin(4.0F * PI * a * 0.5F);
+    const float v = std::clamp((CAUGHT_SECONDS - a) * 4.0F * 0.5F, 0.0F, 1.0F);
+    butterfly.alpha = static_cast<std::int32_t>(255.0F * v);
+  } else {
+    butterfly.alpha = 255;
+    butterfly.scale = std::max(butterfly.scale - 0.1F, 1.0F);
+  }
+}
+
+}  // namespace
+
+void butterfly_update() {
+  const float a = seconds_since(butterfly.state_time);
+  const float b = seconds_since(butterfly.flight_time);
+  looks_update(a);
+  switch (butterfly.state) {
+    case BUTTERFLY_PARKED:
+      if (a > butterfly.wait_s) take_off();
+      break;
+    case BUTTERFLY_FLYING:
+      fly(a, b);
+      break;
+    case BUTTERFLY_CAUGHT:
+      ticket_turn(b);
+      if (a > CAUGHT_SECONDS) park();
+      break;
+  }
+}

@@ -1,0 +1,229 @@
+#include "playfield/frog_states.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <numbers>
+
+#include "books/audits.h"
+#include "books/prefs.h"
+#include "frame/game_clock.h"  // now_ms, seconds_since
+#include "gfx/panel_table.h"   // sheets
+#include "platform/random.h"   // random_unit
+#include "playfield/awards.h"
+
+namespace {
+
+constexpr float HOP_SECONDS = 0.35F;  // of a hop, and of a rest
+constexpr int HOP_FRAMES = 15;
+constexpr float WIN_SECONDS = 4.0F;
+constexpr float FADE_SECONDS = 0.6F;
+constexpr float IDLE_SECONDS = 2.5F;
+constexpr float RINGS_PER_SECOND = 30.0F;
+constexpr float PI = std::numbers::pi_v<float>;
+
+std::int32_t alpha_of(float v) {
+  return static_cast<std::int32_t>(255.0F * std::clamp(v, 0.0F, 1.0F));
+}
+
+float sinking_seconds(const Frog& frog) {
+  return static_cast<float>(static_cast<double>(frog.sink_ms) / 1000.0);
+}
+
+void scale_and_alpha(Frog& frog, float t) {
+  switch (frog.state) {
+    case FROG_WINNING:
+      frog.scale = 1.0F + t * 0.125F + 0.25F * std::sin(t * (16.0F * PI) * 0.25F);
+      frog.alpha = alpha_of((WIN_SECONDS - t) * 8.0F * 0.25F);
+      break;
+    case FROG_SINKING:
+      frog.scale = 1.0F + std::min(t * 0.5F, 1.0F) * 0.5F + 0.25F * std::sin(4.0F * PI * t);
+      frog.alpha = alpha_of(2.0F * (sinking_seconds(frog) - t));
+      break;
+    case FROG_FADING:
+      frog.alpha = alpha_of((FADE_SECONDS - t) / FADE_SECONDS);
+      break;
+    default:
+      frog.scale = std::max(frog.scale - 0.1F, 1.0F);
+      break;
+  }
+}
+
+// The label of a demo frog swells and fades every two seconds, and once the frog is done it ends
+// the next time that it is faint.
+void pulse_update(Frog& frog, float l) {
+  const bool ending = frog.state == FROG_SINKING || frog.state == FROG_FADING;
+  frog.pulse = ending && frog.pulse < 4
+                   ? 0
+                   : static_cast<std::int32_t>(255.0F * (0.5F + 0.5F * std::cos(PI + PI * l)));
+}
+
+void ring_frame_update(Frog& frog, float r) {
+  frog.ring_frame =
+      static_cast<std::int32_t>(RINGS_PER_SECOND * r) % sheets[SHEET_GRN_RINGS].frames;
+}
+
+void frog_free(int side, Frog& frog) {
+  if (frog.state == FROG_SINKING) {
+    frog.sink_ms = 0;
+    frog.frame = 0;
+  }
+  frog.state = FROG_FREE;
+  frog.x = static_cast<float>(queue_x[side][0]);
+  frog.y = lane_y[LANE_NEAR_BANK];
+  frog.lane = LANE_NEAR_BANK;
+  frog.flags = 0;
+  frog.state_time = now_ms();
+}
+
+// --- waiting ------------------------------------------------------------------------------------
+
+bool side_in_flight(int side) {
+  return std::ranges::any_of(stations[side].frogs, [](const Frog& frog) {
+    const FrogState state = frog.state;
+    return state == FROG_LAUNCHING || state == FROG_HOPPING || state == FROG_RESTING;
+  });
+}
+
+bool side_can_play(int side) {
+  return audit_count(AUDIT_CURRENT_CREDITS, side) > 0 || pref_on(PREF_FREEPLAY);
+}
+
+SpriteSheet* next_idle_sheet(const SpriteSheet* sheet) {
+  if (sheet == &sheets[SHEET_GFROG_IDLE2] || sheet == &sheets[SHEET_GFROG_IDLE3]) {
+    return &sheets[SHEET_GFROG_IDLE1];
+  }
+  const int n = static_cast<int>(random_unit() * 5.0);
+  return &sheets[n < 2 ? SHEET_GFROG_IDLE1 : n == 2 ? SHEET_GFROG_IDLE2 : SHEET_GFROG_IDLE3];
+}
+
+void waiting_step(int side, Frog& frog, const FrogTimes& times) {
+  if (frog.queue_pos == 0) {
+    if (side_in_flight(side)) return;
+    if (side_can_play(side)) {
+      if ((frog.flags & FROG_HIDDEN) != 0) {
+        frog.ring_time = now_ms();
+        frog.ring_frame = 0;
+      }
+      frog.flags &= ~FROG_HIDDEN;
+    }
+  }
+  if ((frog.flags & FROG_IDLE_ANIM) == 0) {
+    frog.flags |= FROG_IDLE_ANIM;
+    frog.sheet = &sheets[SHEET_GFROG_IDLE1];
+    frog.state_time = now_ms();
+  }
+  const std::int32_t frames = frog.sheet.get()->frames;
+  frog.frame =
+      static_cast<std::int32_t>(times.state / IDLE_SECONDS * static_cast<float>(frames - 1));
+  if (frog.frame >= frames) {
+    frog.sheet = next_idle_sheet(frog.sheet);
+    frog.state_time = now_ms();
+    frog.frame = 0;
+  }
+  ring_frame_update(frog, times.ring);
+}
+
+// --- in flight ----------------------------------------------------------------------------------
+
+void queue_close_up(int side) {
+  FrogQueue& queue = frog_queues[side];
+  for (int place = 0; place < queue.count; ++place) {
+    queue.places[place].get()->x = static_cast<float>(queue_x[side][place]);
+  }
+}
+
+void landing(int side, Frog& frog) {
+  if (frog.state == FROG_LAUNCHING) queue_close_up(side);
+  frog.lane -= 1;
+  frog.state = FROG_RESTING;
+  frog.state_time = now_ms();
+  if ((frog.flags & FROG_DEMO) == 0) {
+    if (frog.lane < lead_lane) frog.flags |= FROG_LEAD_CUE;
+    award_landing_cue();
+  }
+  if (frog.lane <= LANE_FAR_BANK) {
+    frog.x = static_cast<float>(queue_x[side][0]);
+    frog.lane = LANE_FAR_BANK;
+    frog.state = FROG_WINNING;
+    award_jackpot(side, frog);
+  }
+  frog.y = lane_y[frog.lane];
+}
+
+void hop_step(int side, Frog& frog, const FrogTimes& times) {
+  const float t = times.state;
+  if (t > HOP_SECONDS) {
+    landing(side, frog);
+  } else {
+    const std::int32_t from = lane_y[frog.lane];
+    const std::int32_t rise = from - lane_y[frog.lane - 1];
+    frog.y = static_cast<std::int32_t>(static_cast<float>(from) -
+                                       static_cast<float>(rise) * t / HOP_SECONDS);
+  }
+  frog.frame = static_cast<std::int32_t>(t / HOP_SECONDS * HOP_FRAMES) % HOP_FRAMES;
+  ring_frame_update(frog, times.ring);
+}
+
+void resting_step(Frog& frog, const FrogTimes& times) {
+  frog.y = lane_y[frog.lane];
+  frog.frame = 0;
+  if (times.state > HOP_SECONDS) {
+    frog.flags &= ~FROG_LANDED;
+    frog.state_time = now_ms();
+    if ((frog.flags & FROG_DEMO) == 0) award_hop_cues();
+    frog.state = FROG_HOPPING;
+  }
+  ring_frame_update(frog, times.ring);
+}
+
+void winning_step(int side, Frog& frog, const FrogTimes& times) {
+  if ((frog.flags & FROG_WIN_ANIM) == 0) {
+    frog.flags |= FROG_WIN_ANIM;
+    frog.sheet = &sheets[SHEET_GFROG_WIN];
+    frog.state_time = now_ms();
+  }
+  const std::int32_t frames = sheets[SHEET_GFROG_WIN].frames;
+  frog.frame = static_cast<std::int32_t>(times.state * 0.25F * static_cast<float>(frames)) % frames;
+  if (times.state > WIN_SECONDS) frog_free(side, frog);
+}
+
+}  // namespace
+
+FrogTimes frog_times(const Frog& frog) {
+  return {seconds_since(frog.state_time), seconds_since(frog.ring_time),
+          seconds_since(frog.launch_time)};
+}
+
+void frog_looks_update(Frog& frog, const FrogTimes& times) {
+  scale_and_alpha(frog, times.state);
+  pulse_update(frog, times.launch);
+  frog.ring_alpha = frog.state == FROG_WAITING ? 255 : alpha_of(3.0F - times.launch);
+}
+
+void frog_state_step(int side, Frog& frog, const FrogTimes& times) {
+  switch (frog.state) {
+    case FROG_FREE:
+      break;
+    case FROG_WAITING:
+      waiting_step(side, frog, times);
+      break;
+    case FROG_LAUNCHING:
+    case FROG_HOPPING:
+      hop_step(side, frog, times);
+      break;
+    case FROG_RESTING:
+      resting_step(frog, times);
+      break;
+    case FROG_SINKING:
+      frog.frame = 0;
+      if (times.state > sinking_seconds(frog)) frog_free(side, frog);
+      break;
+    case FROG_WINNING:
+      winning_step(side, frog, times);
+      break;
+    case FROG_FADING:
+      if (times.state > FADE_SECONDS) frog_free(side, frog);
+      break;
+  }
+}

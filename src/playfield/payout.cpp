@@ -1,0 +1,128 @@
+// The end of a frog: what is booked, told to the dispenser and stored.
+#include <algorithm>
+#include <cstdint>
+
+#include "books/audits.h"
+#include "books/prefs.h"
+#include "frame/game_clock.h"   // now_ms
+#include "frame/tick_timers.h"  // award_done
+#include "io/jamma.h"
+#include "playfield/awards.h"
+#include "playfield/paytable.h"
+#include "playfield/purse.h"
+#include "playfield/ticket_dings.h"
+#include "presentation/win_show_start.h"
+
+namespace {
+
+constexpr std::int64_t SINK_AFTER_JACKPOT_MS = 2000;
+
+void purse_set_total(int side, Frog& frog, std::int32_t sum) {
+  const std::int32_t most = maximum_value();
+  frog.total_tickets = std::min(sum, most);
+  if (sum > most) audit_add(AUDIT_CAPPED_TICKETS, side, sum - most);
+}
+
+// Books the award and has it paid, in points or in tickets as the books count.
+void pay(int side, std::int32_t tickets, std::int32_t paper) {
+  audit_add(AUDIT_TICKETS, side, tickets);
+  histogram_count(side, tickets);
+  jamma_command(JAMMA_ADD_TICKETS, side, paper);
+  jamma_command(JAMMA_PULSE_TICKET_METER, side, paper);
+}
+
+void pay_total(int side, const Frog& frog) {
+  const std::int32_t total = frog.total_tickets;
+  pay(side, total, pays_points() ? total / 2 : total);
+}
+
+void pay_fixed(int side, std::int32_t tickets) {
+  audit_add(AUDIT_FIXED_TICKETS, side, tickets);
+  pay(side, tickets, tickets);
+}
+
+// The books count the pieces uncapped, "Tickets" the capped sum.
+void pieces_book(int side, const Frog& frog) {
+  switch (frog.award_kind) {
+    case AWARD_BUG:
+      audit_add(AUDIT_BUG_TICKETS, side, frog.base_tickets);
+      break;
+    case AWARD_TIER1:
+      audit_add(AUDIT_BONUS_TICKETS, side, frog.base_tickets);
+      break;
+    case AWARD_TIER2:
+      audit_add(AUDIT_DOUBLE_BONUS_TICKETS, side, frog.base_tickets);
+      break;
+    case AWARD_FREE:
+      audit_add(AUDIT_FREE_TICKETS, side, frog.base_tickets);
+      break;
+    default:
+      break;
+  }
+  audit_add(AUDIT_BUTTERFLY_TICKETS, side, frog.butterfly_tickets);
+}
+
+void ding_on_river(std::int32_t lane, std::int32_t tickets) {
+  if (lane > LANE_FAR_BANK && lane < LANE_MIDDLE_BANK) ticket_dings(lane, tickets);
+}
+
+// Sinking frogs make room for the show.
+void sinking_hurry(int side) {
+  for (Frog& frog : stations[side].frogs) {
+    if (frog.sink_ms <= 0) continue;
+    frog.sink_ms = std::min(frog.sink_ms.get(), now_ms() - frog.state_time + SINK_AFTER_JACKPOT_MS);
+  }
+}
+
+}  // namespace
+
+void purse_add_up(int side, Frog& frog) {
+  purse_set_total(side, frog, frog.base_tickets + frog.butterfly_tickets);
+}
+
+void award_minimum(int side, Frog& frog) {
+  const std::int32_t minimum = minimum_value();
+  if (frog.total_tickets >= minimum) return;
+  frog.base_tickets = minimum;
+  purse_add_up(side, frog);
+  frog.award_kind = AWARD_FREE;
+  if ((frog.flags & FROG_DEMO) == 0) audit_add(AUDIT_FREES, side, 1);
+}
+
+void award_payout(int side, const Frog& frog) {
+  tick_timers.award_done[side] = 1;
+  if (pref_on(PREF_TICKET_USE)) {
+    if (pref_on(PREF_FIXED_TICKET)) {
+      ding_on_river(frog.lane, fixed_value());
+      pay_fixed(side, fixed_value());
+    } else {
+      ding_on_river(frog.lane, frog.total_tickets);
+      pieces_book(side, frog);
+      pay_total(side, frog);
+    }
+  }
+  audits_save();
+}
+
+// What the frog held before isn't paid; its butterflies stay on the record for the eye.
+void award_jackpot(int side, Frog& frog) {
+  const std::int32_t jackpot = jackpot_value();
+  frog.base_tickets = jackpot;
+  purse_set_total(side, frog, jackpot);
+  frog.award_kind = AWARD_JACKPOT;
+  if ((frog.flags & FROG_DEMO) != 0) return;
+
+  sinking_hurry(side);
+  audit_add(AUDIT_JACKPOTS, side, 1);
+  if (!pref_on(PREF_TICKET_USE)) {
+    win_show_start(side, 0);
+  } else if (pref_on(PREF_FIXED_TICKET)) {
+    win_show_start(side, fixed_value());
+    pay_fixed(side, fixed_value());
+  } else {
+    audit_add(AUDIT_JACKPOT_TICKETS, side, jackpot);
+    win_show_start(side, frog.total_tickets);
+    pay_total(side, frog);
+  }
+  audits_save();
+}

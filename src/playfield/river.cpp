@@ -1,0 +1,110 @@
+#include "playfield/river.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+
+#include "frame/game_clock.h"  // now_ms
+#include "platform/random.h"   // random_unit
+#include "playfield/lanes.h"   // lane_rows
+
+namespace {
+
+constexpr int RIVER_LANES = 5;
+constexpr int FIRST_RIVER_LANE = 1;
+constexpr float SCREEN_MIDDLE_PX = 680.0F;
+
+// How far the speeds wander about those of the lane table.
+constexpr float WANDER[RIVER_LANES] = {-0.5F, 1.0F, -0.75F, 0.5F, -0.25F};
+
+struct River {
+  float from[RIVER_LANES], to[RIVER_LANES];  // speeds at the ends of the present change
+  std::int64_t change_start, change_at;
+  bool started;
+};
+constinit River river{};
+
+float base_speed(int i) {
+  return lane_rows[FIRST_RIVER_LANE + i].speed;
+}
+
+std::int64_t from_now_ms(double base, double span) {
+  return static_cast<std::int64_t>(static_cast<double>(now_ms()) + base + span * random_unit());
+}
+
+void period_begin(float clock) {
+  // The same for all five lanes, it wanders with the clock.
+  const float u = std::sin(clock);
+  std::copy(std::begin(river.to), std::end(river.to), river.from);
+  river.change_start = now_ms();
+  // A frog in the river holds the speeds; look again within a second.
+  if (!station_river_clear(SIDE_LEFT) || !station_river_clear(SIDE_RIGHT)) {
+    river.change_at = from_now_ms(500.0, 500.0);
+    return;
+  }
+  for (int i = 0; i < RIVER_LANES; ++i) river.to[i] = base_speed(i) + WANDER[i] * u;
+  river.change_at = from_now_ms(15000.0, 15000.0);
+}
+
+}  // namespace
+
+void river_reset(std::int64_t change_at) {
+  river = {};
+  for (int i = 0; i < RIVER_LANES; ++i) river.from[i] = river.to[i] = base_speed(i);
+  river.change_at = change_at;
+}
+
+void river_speed_step() {
+  if (!river.started) {
+    river.started = true;
+    river.change_start = now_ms();
+  }
+  const auto clock = static_cast<float>(now_ms());
+  const auto start = static_cast<float>(river.change_start);
+  const auto end = static_cast<float>(river.change_at);
+  const float held = std::min(std::max(clock, start), end);
+  for (int i = 0; i < RIVER_LANES; ++i) {
+    const float from = river.from[i];
+    const float to = river.to[i];
+    lanes[FIRST_RIVER_LANE + i].speed =
+        end == start ? to : from + (to - from) * (held - start) / (end - start);
+  }
+  if (now_ms() > river.change_at) period_begin(clock);
+}
+
+namespace {
+
+// An eaten bug comes back when it leaves the screen or crosses the strip just left of its middle,
+// so the two stations don't eat each other's bugs for good.
+bool bug_returns(const Lane& lane, const LaneSlot& slot) {
+  const std::int32_t x = slot.x;
+  if (x + lane.sprite_w <= 0 || x >= lane.length) return true;
+  const auto left = static_cast<float>(x);
+  const auto width = static_cast<float>(lane.sprite_w);
+  return left > SCREEN_MIDDLE_PX - 1.5F * width && left <= SCREEN_MIDDLE_PX - 0.5F * width;
+}
+
+void slot_animate(LaneSlot& slot) {
+  if (slot.kind == SLOT_EMPTY) return;
+  const std::int32_t frames = slot.sheet.get()->frames;
+  const auto elapsed = static_cast<float>((now_ms() - slot.cycle_start) * frames);
+  const std::int32_t frame = static_cast<std::int32_t>(elapsed / (slot.cycle_s * 1000.0F)) % frames;
+  if (frame == 0 && slot.frame != 0) slot.cycle_start = now_ms();
+  slot.frame = frame;
+}
+
+}  // namespace
+
+void lane_update(int number) {
+  Lane& lane = lanes[number];
+  if (lane.speed == 0.0F) return;
+  for (int cell = 0; cell < LANE_CELLS; ++cell) {
+    LaneSlot& slot = lane.slots[cell];
+    if (lane.eaten[cell] != 0 && bug_returns(lane, slot)) lane.eaten[cell] = 0;
+    slot.active = lane.eaten[cell] == 0 ? 1 : 0;
+    slot_animate(slot);
+  }
+  const auto wrap = static_cast<float>(lane.slot_count * lane.cell_size);
+  const float scroll = lane.scroll + lane.speed;
+  lane.scroll = scroll > wrap ? scroll - wrap : scroll < 0.0F ? scroll + wrap : scroll;
+}
