@@ -1,0 +1,346 @@
+// Money in and tickets out, through whole ticks of the real rules: what the switches report on one
+// side, what the books and the board are told on the other.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "books/audits.h"
+#include "books/prefs.h"
+#include "frame/coins.h"
+#include "frame/game_clock.h"
+#include "frame/game_mode.h"
+#include "frame/lockouts.h"
+#include "frame/periodic_reboot.h"
+#include "frame/tick.h"
+#include "frame/tick_timers.h"
+#include "frame/ticket_status.h"
+#include "frame/tickets.h"
+#include "operator/menu.h"
+#include "platform/files.h"
+#include "platform/headless/power_record.h"
+#include "platform/random.h"
+#include "playfield/awards.h"
+#include "playfield/frog_queue.h"
+#include "playfield/paytable.h"
+#include "playfield/playfield.h"
+#include "presentation/volume.h"
+#include "presentation/win_show.h"
+#include "tests/fakes/jamma_fake.h"
+#include "tests/fakes/jps_fake.h"
+#include "tests/temp_folder.h"
+
+namespace {
+
+class Money : public testing::Test {
+ protected:
+  Money() {
+    files_use_roots(drive.path(), drive.path());
+    prefs_reset();
+    audits_reset();
+    audits_tick_reset();
+    jamma_fake_reset();
+    jps_fake_reset();
+    awards_reset();
+    win_show_reset();
+    menu_reset();
+    lockouts_reset();
+    periodic_reboot_reset();
+    random_seed(1);
+    game_mode = MODE_PLAY;
+    sound_enabled = 1;
+    game_clock.now_ms = 0;
+    headless_reboots_ordered = 0;
+    for (int side = 0; side < SIDE_COUNT; ++side) {
+      tick_timers.coin_prompt_start[side] = 0;
+      tick_timers.coin_prompt_until[side] = 0;
+      tick_timers.credit_wait_ms[side] = 0;
+      tick_timers.since_award_ms[side] = 0;
+      tick_timers.award_done[side] = 0;
+      tick_timers.attract_demo_next[side] = 1LL << 40;
+      ticket_status.tickets_owed[side] = 0;
+      ticket_status.ticket_error[side] = 0;
+    }
+    tick_timers.next_bonk_ms = 0;
+    tick_timers.test_hold_ticks = 0;
+    playfield_reset();
+    frog_enqueue(SIDE_LEFT);
+    frog_enqueue(SIDE_RIGHT);
+    tick();
+    jamma_fake_reset();
+  }
+
+  void tick(int count = 1) {
+    for (int i = 0; i < count; ++i) running = game_tick(now_ms() + 17);
+  }
+  void coin(int side, std::uint32_t n = 1) {
+    jamma_fake.pending[side == 0 ? PRESS_C1 : PRESS_C2] = n;
+    tick();
+  }
+  void start(int side) {
+    jamma_fake.pending[side == 0 ? PRESS_P1S : PRESS_P2S] = 1;
+    tick();
+  }
+  static int credits(int side) { return audit_count(AUDIT_CURRENT_CREDITS, side); }
+  static int coins(int side) { return audit_count(AUDIT_CURRENT_COINS, side); }
+  static int in_state(int side, FrogState state) {
+    return static_cast<int>(std::ranges::count_if(stations[side].frogs,
+                                                  [&](const Frog& f) { return f.state == state; }));
+  }
+  std::string stored_audits() { return drive.read("audits"); }
+
+  TempFolder drive;
+  bool running = true;
+};
+
+TEST_F(Money, CoinsBecomeCreditsAndAreStoredInTheSameTick) {
+  prefs[PREF_COINS_TO_PLAY].int_value = 3;
+  prefs[PREF_FROGS_PER_GAME].int_value = 2;
+  coin(SIDE_LEFT);
+  EXPECT_EQ(coins(0), 1);
+  EXPECT_EQ(credits(0), 0);
+  std::int32_t on_disk = 0;
+  const std::string file = stored_audits();
+  ASSERT_EQ(file.size(), 3252U);
+  std::memcpy(&on_disk, file.data() + 4 + AUDIT_COIN_DROPS * 56 + 40, 4);
+  EXPECT_EQ(on_disk, 1);
+  coin(SIDE_LEFT, 7);  // several in one tick, heard once
+  EXPECT_EQ(coins(0), 2);
+  EXPECT_EQ(credits(0), 4);
+  EXPECT_EQ(audit_count(AUDIT_COIN_DROPS, 0), 8);
+  EXPECT_EQ(jps_fake_count("coin"), 2);
+  EXPECT_EQ(jamma_fake_sum(JAMMA_PULSE_COIN_METER, 0), 8);
+  EXPECT_EQ(jamma_fake_sum(JAMMA_PULSE_COIN_METER, 1), 0);
+  EXPECT_EQ(coins(1) + credits(1), 0);
+}
+
+TEST_F(Money, SwipesCountPulses) {
+  prefs[PREF_CURRENCY_UNIT].int_value = CURRENCY_SWIPES;
+  prefs[PREF_COINS_PER_SWIPE_PULSE].int_value = 4;
+  coin(SIDE_RIGHT);
+  EXPECT_EQ(audit_count(AUDIT_COIN_DROPS, 1), 4);
+  EXPECT_EQ(jamma_fake_sum(JAMMA_PULSE_COIN_METER, 1), 4);
+  EXPECT_EQ(credits(1), 4);
+  prefs[PREF_CURRENCY_UNIT].int_value = CURRENCY_EURO;
+  coin(SIDE_RIGHT);
+  EXPECT_EQ(audit_count(AUDIT_COIN_DROPS, 1), 5);
+}
+
+TEST_F(Money, ACostOfNothingKeepsTheCoins) {
+  prefs[PREF_COINS_TO_PLAY].int_value = 0;
+  coin(SIDE_LEFT, 2);
+  EXPECT_EQ(coins(0), 2);
+  EXPECT_EQ(credits(0), 0);
+}
+
+TEST_F(Money, StartTakesOneCreditAndLaunchesOneFrog) {
+  coin(SIDE_LEFT, 2);
+  start(SIDE_LEFT);
+  EXPECT_EQ(credits(0), 1);
+  EXPECT_EQ(in_state(0, FROG_LAUNCHING), 1);
+  EXPECT_EQ(in_state(0, FROG_WAITING), 1) << "the next one waits";
+  EXPECT_EQ(audit_count(AUDIT_GAMES_PLAYED, 0), 1);
+  EXPECT_EQ(jps_fake_count("ricochet"), 1);
+  EXPECT_EQ(jps_fake_count("jump"), 1);
+
+  start(SIDE_LEFT);  // in flight: nothing is taken
+  EXPECT_EQ(credits(0), 1);
+  EXPECT_EQ(jps_fake_count("bonk"), 1);
+  start(SIDE_LEFT);  // and the sound is not heard again at once
+  EXPECT_EQ(jps_fake_count("bonk"), 1);
+  tick(30);
+  start(SIDE_LEFT);
+  EXPECT_EQ(jps_fake_count("bonk"), 2);
+}
+
+TEST_F(Money, FreePlayTakesNothing) {
+  prefs[PREF_FREEPLAY].int_value = 1;
+  start(SIDE_RIGHT);
+  EXPECT_EQ(credits(1), 0);
+  EXPECT_EQ(in_state(1, FROG_LAUNCHING), 1);
+}
+
+TEST_F(Money, StartWithoutMoneyPromptsOnAGridOfSeconds) {
+  start(SIDE_LEFT);
+  const std::int64_t begun = now_ms();
+  EXPECT_EQ(tick_timers.coin_prompt_start[0], begun);
+  EXPECT_EQ(tick_timers.coin_prompt_until[0], begun + 5000);
+  tick(100);  // 1.7 s later
+  start(SIDE_LEFT);
+  EXPECT_EQ(tick_timers.coin_prompt_start[0], begun);
+  EXPECT_EQ(tick_timers.coin_prompt_until[0], begun + 6000);
+  EXPECT_EQ(tick_timers.coin_prompt_until[1], 0);
+  coin(SIDE_LEFT);
+  EXPECT_EQ(tick_timers.coin_prompt_until[0], now_ms()) << "a coin ends it";
+}
+
+TEST_F(Money, ServiceGivesAFrogToEachSide) {
+  jamma_fake.pending[PRESS_SRV] = 2;
+  tick();
+  EXPECT_EQ(credits(0), 2);
+  EXPECT_EQ(credits(1), 2);
+  EXPECT_EQ(audit_count(AUDIT_SERVICE_CREDITS), 2);
+}
+
+TEST_F(Money, TimeoutLaunchesWhenItCan) {
+  prefs[PREF_TIMEOUT_SECONDS].int_value = 15;
+  coin(SIDE_LEFT);
+  tick(15000 / 17);
+  EXPECT_EQ(credits(0), 1);
+  tick(3);
+  EXPECT_EQ(credits(0), 0);
+  EXPECT_EQ(in_state(0, FROG_LAUNCHING), 1);
+  prefs[PREF_TIMEOUT_SECONDS].int_value = 0;
+  coin(SIDE_RIGHT);
+  tick(1);
+  EXPECT_EQ(credits(1), 0);
+}
+
+TEST_F(Money, ACoinClearsTheDemoOfItsSideOnly) {
+  frog_launch(SIDE_LEFT, true);
+  frog_enqueue(SIDE_LEFT);
+  frog_launch(SIDE_RIGHT, true);
+  frog_enqueue(SIDE_RIGHT);
+  coin(SIDE_LEFT);
+  EXPECT_EQ(in_state(0, FROG_FADING), 1);
+  EXPECT_EQ(in_state(1, FROG_FADING), 0);
+  EXPECT_EQ(audit_count(AUDIT_GAMES_PLAYED, 0), 0);
+}
+
+TEST_F(Money, RepeatPlayWithinFifteenSecondsOfAnAward) {
+  coin(SIDE_LEFT, 3);
+  start(SIDE_LEFT);
+  EXPECT_EQ(audit_count(AUDIT_REPEAT_PLAYS, 0), 1) << "the timer stands at 0 after boot";
+  for (Frog& frog : stations[0].frogs) {
+    if (frog.state == FROG_LAUNCHING) frog.state = FROG_FREE;
+  }
+  tick_timers.award_done[0] = 1;
+  tick_timers.since_award_ms[0] = 14990;
+  start(SIDE_LEFT);  // the tick brings it past 15 s
+  EXPECT_EQ(audit_count(AUDIT_REPEAT_PLAYS, 0), 1);
+}
+
+TEST_F(Money, PressesInOperatorModeAreLost) {
+  jamma_fake.inputs.counters[COUNTER_TST] = 1;
+  tick(120);
+  EXPECT_EQ(game_mode, MODE_PLAY);
+  tick(1);
+  EXPECT_EQ(game_mode, MODE_OPERATOR);
+  EXPECT_EQ(audit_count(AUDIT_TEST_ENTRY_COUNT), 1);
+  EXPECT_EQ(sound_enabled, 0);
+  jamma_fake_forget();
+  coin(SIDE_LEFT, 5);
+  EXPECT_EQ(coins(0) + credits(0), 0);
+  EXPECT_EQ(jamma_fake.pending[PRESS_C1], 0U);
+  EXPECT_EQ(jamma_fake_sum(JAMMA_PULSE_COIN_METER, 0), 0);
+
+  // The release of the held button is a press: it only wakes the menu. The next one leaves.
+  jamma_fake.inputs.counters[COUNTER_TST] = 2;
+  jamma_fake.pending[PRESS_TST] = 1;
+  tick();
+  EXPECT_EQ(game_mode, MODE_OPERATOR);
+  jamma_fake.pending[PRESS_TST] = 1;
+  tick();
+  EXPECT_EQ(game_mode, MODE_PLAY);
+  EXPECT_EQ(sound_enabled, 1);
+}
+
+TEST_F(Money, TestHoldCountsUnbrokenTicks) {
+  jamma_fake.inputs.counters[COUNTER_TST] = 1;
+  tick(119);
+  jamma_fake.inputs.counters[COUNTER_TST] = 2;
+  tick();
+  jamma_fake.inputs.counters[COUNTER_TST] = 3;
+  tick(120);
+  EXPECT_EQ(game_mode, MODE_PLAY);
+  tick();
+  EXPECT_EQ(game_mode, MODE_OPERATOR);
+}
+
+TEST_F(Money, OwedTicketsAreStoredWhenTheyRiseAndWhenTheyEnd) {
+  const auto stored = [&](int owed) {
+    std::filesystem::remove(drive.file("audits"));
+    jamma_fake.tickets_owed[0] = owed;
+    tick();
+    EXPECT_EQ(audit_count(AUDIT_TICKETS_OWED, 0), owed);
+    EXPECT_EQ(ticket_status.tickets_owed[0], owed);
+    return drive.has("audits");
+  };
+  EXPECT_TRUE(stored(30));
+  EXPECT_FALSE(stored(29));
+  EXPECT_FALSE(stored(1));
+  EXPECT_TRUE(stored(0));
+  EXPECT_FALSE(stored(0));
+  EXPECT_TRUE(stored(2));
+}
+
+TEST_F(Money, FaultsFollowTheLinkAndMissingBoardsKeepTheBooks) {
+  jamma_fake.flags = RIGHT_TICKET_FAULT;
+  tick();
+  EXPECT_EQ(ticket_status.ticket_error[0], 0);
+  EXPECT_EQ(ticket_status.ticket_error[1], 1);
+  jamma_fake.flags = 0;
+  tick();
+  EXPECT_EQ(ticket_status.ticket_error[1], 0);
+
+  audits[AUDIT_TICKETS_OWED].count = 12;
+  jamma_fake.open = false;
+  tick(3);
+  EXPECT_EQ(audit_count(AUDIT_TICKETS_OWED, 0), 12) << "an error code is no count";
+  jamma_fake.open = true;
+  jamma_fake_forget();
+  tickets_restore();
+  EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 0), 12);
+}
+
+TEST_F(Money, LockoutCoils) {
+  jamma_fake_reset();
+  lockouts_reset();
+  tick(2);  // off: both coils energised, once
+  EXPECT_EQ(jamma_fake_count(JAMMA_SET_LOCKOUT), 2);
+  EXPECT_EQ(jamma_fake_sum(JAMMA_SET_LOCKOUT, 0), 1);
+  jamma_fake_forget();
+  prefs[PREF_LOCKOUT_COILS].int_value = 1;
+  coin(SIDE_RIGHT);
+  tick(2);
+  EXPECT_EQ(jamma_fake_count(JAMMA_SET_LOCKOUT), 1);
+  EXPECT_EQ(jamma_fake_sum(JAMMA_SET_LOCKOUT, 1), -1);
+  jamma_fake_forget();
+  start(SIDE_RIGHT);
+  EXPECT_EQ(jamma_fake_sum(JAMMA_SET_LOCKOUT, 1), 1);
+}
+
+// A day old, the machine goes at the first 240 quiet seconds, with ten seconds' notice.
+TEST_F(Money, PeriodicReboot) {
+  constexpr std::int64_t DAY = 86400000;
+  game_tick(DAY - 1000);
+  coin(SIDE_LEFT);
+  start(SIDE_LEFT);
+  const std::int64_t busy = now_ms();
+  for (std::int64_t t = busy + 17; t < busy + 20000; t += 17) game_tick(t);
+  ASSERT_TRUE(station_idle(SIDE_LEFT));
+  audits[AUDIT_CURRENT_COINS].count = 0;
+  std::int64_t last_busy = 0;
+  for (std::int64_t t = now_ms() + 17; game_mode == MODE_PLAY; t += 1000) {
+    if (!station_idle(SIDE_LEFT) || !station_idle(SIDE_RIGHT)) last_busy = t;
+    ASSERT_LT(t, DAY + 400000) << "never went down";
+    game_tick(t);
+  }
+  EXPECT_EQ(game_mode, MODE_GOING_DOWN);
+  EXPECT_EQ(audit_count(AUDIT_PERIODIC_REBOOT_COUNT), 1);
+  EXPECT_GT(now_ms(), busy + 240000);
+  const std::int64_t notice = now_ms();
+  EXPECT_TRUE(game_tick(notice + 10000));
+  EXPECT_EQ(headless_reboots_ordered, 0);
+  EXPECT_FALSE(game_tick(notice + 10001));
+  EXPECT_EQ(headless_reboots_ordered, 1);
+}
+
+TEST_F(Money, NoRebootWithinADay) {
+  for (std::int64_t t = 60000; t <= 86400000; t += 60000) ASSERT_TRUE(game_tick(t));
+  EXPECT_EQ(game_mode, MODE_PLAY);
+}
+
+}  // namespace

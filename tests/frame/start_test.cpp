@@ -1,0 +1,95 @@
+// What start-up reads from outside: the command line and the environment.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "frame/app_window.h"
+#include "frame/tokens.h"
+#include "platform/environment.h"
+
+namespace {
+
+TEST(CommandLine, Tokens) {
+  EXPECT_EQ(app_tokenize_line(""), 0);
+  EXPECT_EQ(app_tokenize_line("  \t "), 0);
+  ASSERT_EQ(app_tokenize_line("one,two(three)\tfour"), 4);
+  EXPECT_STREQ(token_table[2], "THREE");
+  EXPECT_EQ(app_tokenize_line("images\\a.tga 12 -34 ; remark"), 3);
+  EXPECT_STREQ(token_table[0], "IMAGES\\A.TGA");
+  EXPECT_EQ(app_tokenize_line("a;b c"), 2) << "only where a token would begin";
+  EXPECT_EQ(app_tokenize_line("a\nb"), 2);
+  EXPECT_EQ(app_tokenize_line("a \nb"), 1);
+  EXPECT_EQ(app_tokenize_line(std::string(255, 'x').c_str()), 1);
+  EXPECT_EQ(std::string(token_table[0]).size(), 127U);
+  EXPECT_EQ(app_tokenize_line(std::string(256, 'x').c_str()), 0);
+  std::string many;
+  for (int i = 0; i < 100; ++i) many += "a ";
+  EXPECT_EQ(app_tokenize_line(many.c_str()), 64);
+}
+
+TEST(CommandLine, DisplayModes) {
+  const auto parse = [](const char* line) {
+    app_window = {1360, 768, 1};
+    app_parse_command_line(line);
+    return std::pair{app_window.screen_width, app_window.screen_height};
+  };
+  EXPECT_EQ(parse(""), std::pair(1360, 768));
+  EXPECT_EQ(parse("-1024x768 -fs"), std::pair(1024, 768));
+  EXPECT_EQ(parse("-640x480 -1920X1080 -unknown"), std::pair(1920, 1080));
+  EXPECT_EQ(parse(("-640x480 " + std::string(260, 'y')).c_str()), std::pair(1360, 768));
+}
+
+class EnvironmentTest : public testing::Test {
+ protected:
+  EnvironmentTest() { clear(); }
+  ~EnvironmentTest() override { clear(); }
+  static void clear() {
+    for (const char* name :
+         {"LILYHOP_DRIVE_D", "LILYHOP_COM3", "LILYHOP_USBIO", "LILYHOP_POWER", "LILYHOP_KEYS"}) {
+      unsetenv(name);
+    }
+  }
+  static std::string read() {
+    std::string error;
+    return environment_read(error) ? "" : error;
+  }
+};
+
+TEST_F(EnvironmentTest, DefaultsAreSafeOnADesk) {
+  setenv("XDG_DATA_HOME", "/tmp/x", 1);
+  EXPECT_EQ(read(), "");
+  EXPECT_EQ(environment.drive_d, "/tmp/x/lilyhop");
+  for (const auto& port : environment.com) EXPECT_EQ(port, "");
+  EXPECT_EQ(environment.usbio, USBIO_NONE);
+  EXPECT_FALSE(environment.power_reboot);
+}
+
+TEST_F(EnvironmentTest, ValuesAndComplaints) {
+  setenv("LILYHOP_DRIVE_D", "/tmp/d", 1);
+  setenv("LILYHOP_COM3", "/dev/pts/7", 1);
+  setenv("LILYHOP_USBIO", "unix:/tmp/s", 1);
+  setenv("LILYHOP_POWER", "reboot", 1);
+  setenv("LILYHOP_KEYS", "unix:/tmp/k", 1);
+  EXPECT_EQ(read(), "");
+  EXPECT_EQ(environment.drive_d, "/tmp/d");
+  EXPECT_EQ(environment.com[2], "/dev/pts/7");
+  EXPECT_EQ(environment.usbio_socket, "/tmp/s");
+  EXPECT_TRUE(environment.power_reboot);
+  EXPECT_EQ(environment.keys_socket, "/tmp/k");
+
+  for (const auto& [name, wrong, allowed] : {std::tuple{"LILYHOP_COM3", "COM3", "path of a device"},
+                                             {"LILYHOP_USBIO", "usb", "libusb, none or unix:PATH"},
+                                             {"LILYHOP_POWER", "on", "off or reboot"},
+                                             {"LILYHOP_KEYS", "/tmp/k", "unix:PATH"}}) {
+    const std::string good = getenv(name);
+    setenv(name, wrong, 1);
+    const std::string error = read();
+    EXPECT_NE(error.find(name), std::string::npos) << error;
+    EXPECT_NE(error.find(wrong), std::string::npos) << error;
+    EXPECT_NE(error.find(allowed), std::string::npos) << error;
+    setenv(name, good.c_str(), 1);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,341 @@
+// The order of the tick. Everything that the tick calls is replaced by a recorder here, so what is
+// compared is the tick's own order and nothing else.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "books/audits.h"
+#include "books/prefs.h"
+#include "frame/coins.h"
+#include "frame/game_clock.h"
+#include "frame/game_mode.h"
+#include "frame/lockouts.h"
+#include "frame/periodic_reboot.h"
+#include "frame/test_hold.h"
+#include "frame/tick.h"
+#include "frame/tick_timers.h"
+#include "frame/tickets.h"
+#include "io/jamma.h"
+#include "io/lamps.h"
+#include "io/watchdog_link.h"
+#include "operator/menu.h"
+#include "operator/test_screen.h"
+#include "playfield/frog_flight.h"
+#include "playfield/frog_queue.h"
+#include "playfield/playfield.h"
+#include "playfield/river.h"
+#include "presentation/attract.h"
+#include "presentation/volume.h"
+#include "presentation/win_show_start.h"
+
+namespace {
+
+struct World {
+  std::vector<std::string> calls;
+  bool menu_open = false;
+  bool idle[2] = {true, true};
+  bool show[2] = {};
+  bool ready = true;
+  std::uint32_t pending[PRESS_COUNT] = {};
+  JammaInputs inputs{};
+  std::int32_t inputs_result = 0;
+  int level_seen = -1;
+  std::int64_t clock_in_timers = -1;
+  bool reboot = false;
+};
+World* world = nullptr;
+
+void call(const std::string& name) {
+  world->calls.push_back(name);
+}
+void call(const char* name, int n) {
+  call(std::string(name) + " " + std::to_string(n));
+}
+
+}  // namespace
+
+Shared<std::int32_t> attract_flag{1}, volume_step{0}, volume_value{0};
+Shared<std::uint32_t> jamma_checksum_failures{0};
+
+void attract_volume_step() {
+  call("attract_volume_step");
+}
+void river_speed_step() {
+  call("river_speed_step");
+}
+void lead_lane_update() {
+  call("lead_lane_update");
+}
+void lane_update(int lane) {
+  call("lane_update", lane);
+}
+void butterfly_update() {
+  call("butterfly_update");
+}
+void station_update(int side) {
+  call("station_update", side);
+}
+void voices_step() {
+  call("voices_step");
+}
+void attract_step() {
+  call("attract_step");
+}
+bool station_idle(int side) {
+  return world->idle[side];
+}
+int station_live_frogs(int) {
+  return 0;
+}
+std::int32_t jamma_command(std::int32_t command, std::intptr_t a, std::intptr_t, std::intptr_t,
+                           std::intptr_t) {
+  call("jamma_command", command);
+  if (command == JAMMA_GET_INPUTS && world->inputs_result == 0) {
+    *reinterpret_cast<JammaInputs**>(a) = &world->inputs;
+  }
+  return world->inputs_result;
+}
+std::uint32_t jamma_presses_pending(JammaPress press) {
+  return world->pending[press];
+}
+void jamma_presses_clear(JammaPress press) {
+  call("clear", press);
+}
+bool menu_is_open() {
+  return world->menu_open;
+}
+void menu_input() {
+  call("menu_input");
+}
+void test_screen_input() {
+  call("test_screen_input");
+}
+void coins_take(int side) {
+  call("coins_take", side);
+}
+void start_take(int side) {
+  call("start_take", side);
+}
+void service_credits_take() {
+  call("service_credits_take");
+}
+void auto_launch() {
+  call("auto_launch");
+}
+void test_hold_step(int level) {
+  world->level_seen = level;
+  call("test_hold_step");
+}
+void volume_button(std::int32_t delta) {
+  call("volume_button", delta);
+}
+void jamma_update_lockouts() {
+  call("jamma_update_lockouts");
+}
+void tickets_poll() {
+  call("tickets_poll");
+}
+void tickets_restore() {
+  call("tickets_restore");
+}
+void lamps_update() {
+  call("lamps_update");
+}
+void jamma_lamps_tick() {
+  call("jamma_lamps_tick");
+}
+bool frog_ready(int) {
+  return world->ready;
+}
+void frog_launch(int side, bool demo) {
+  call(demo ? "demo_launch" : "launch", side);
+}
+void frog_enqueue(int side) {
+  call("frog_enqueue", side);
+}
+void watchdog_heartbeat() {
+  call("watchdog_heartbeat");
+}
+bool win_show_active(int side) {
+  return world->show[side];
+}
+bool periodic_reboot_step() {
+  call("periodic_reboot_step");
+  return world->reboot;
+}
+
+namespace {
+
+using Calls = std::vector<std::string>;
+
+class TickOrder : public testing::Test {
+ protected:
+  TickOrder() {
+    world = &state;
+    prefs_reset();
+    audits_reset();
+    audits_tick_reset();
+    game_mode = MODE_PLAY;
+    game_clock.now_ms = 0;
+    attract_flag = 1;
+    for (int side = 0; side < 2; ++side) {
+      tick_timers.attract_demo_next[side] = 1 << 20;
+      tick_timers.credit_wait_ms[side] = 0;
+      tick_timers.since_award_ms[side] = 0;
+      tick_timers.award_done[side] = 0;
+      tick_timers.idle_ms[side] = 0;
+    }
+    tick_timers.idle_both_ms = 0;
+    tick_timers.no_money_ms = 0;
+  }
+
+  Calls tick(std::int64_t at) {
+    state.calls.clear();
+    game_tick(at);
+    return state.calls;
+  }
+
+  World state;
+};
+
+const Calls PLAYFIELD = {
+    "attract_volume_step", "river_speed_step", "lead_lane_update", "lane_update 0",
+    "lane_update 1",       "lane_update 2",    "lane_update 3",    "lane_update 4",
+    "lane_update 5",       "lane_update 6",    "lane_update 7",    "lane_update 8",
+    "lane_update 9",       "lane_update 10",   "lane_update 11",   "lane_update 12",
+    "butterfly_update",    "station_update 0", "station_update 1", "voices_step"};
+const Calls PLAY_INPUTS = {"coins_take 0", "coins_take 1",         "start_take 0",
+                           "start_take 1", "service_credits_take", "test_hold_step"};
+const Calls CLEARS = {"clear 2", "clear 3", "clear 0", "clear 1",
+                      "clear 5", "clear 6", "clear 7", "clear 8"};
+const Calls REST = {"jamma_update_lockouts", "tickets_poll", "lamps_update", "jamma_lamps_tick"};
+const Calls END = {"watchdog_heartbeat", "periodic_reboot_step"};
+
+Calls joined(std::initializer_list<Calls> parts) {
+  Calls all;
+  for (const Calls& part : parts) all.insert(all.end(), part.begin(), part.end());
+  return all;
+}
+
+TEST_F(TickOrder, InPlay) {
+  EXPECT_EQ(
+      tick(17),
+      joined({PLAYFIELD, {"attract_step", "jamma_command 2"}, PLAY_INPUTS, CLEARS, REST, END}));
+  EXPECT_EQ(now_ms(), 17);
+}
+
+TEST_F(TickOrder, WithAMenuOrATestScreenOrGoingDown) {
+  const Calls open = joined({{"attract_step", "jamma_command 2", "menu_input"}, CLEARS, REST, END});
+  game_mode = MODE_OPERATOR;
+  state.menu_open = true;
+  EXPECT_EQ(tick(17), open);
+  state.menu_open = false;
+  EXPECT_EQ(tick(34),
+            joined({{"attract_step", "jamma_command 2", "test_screen_input"}, CLEARS, REST, END}));
+  game_mode = MODE_GOING_DOWN;  // no input is read any more, but presses don't pile up
+  EXPECT_EQ(tick(51), joined({{"attract_step", "jamma_command 2"}, CLEARS, REST, END}));
+}
+
+TEST_F(TickOrder, VolumeButtonsUpBeforeDown) {
+  state.pending[PRESS_VLU] = 3;
+  state.pending[PRESS_VLD] = 1;
+  EXPECT_EQ(tick(17), joined({PLAYFIELD,
+                              {"attract_step", "jamma_command 2"},
+                              PLAY_INPUTS,
+                              {"volume_button 1", "volume_button -1"},
+                              CLEARS,
+                              REST,
+                              END}));
+}
+
+TEST_F(TickOrder, TestLevelNeedsABoard) {
+  state.inputs.counters[COUNTER_TST] = 7;
+  tick(17);
+  EXPECT_EQ(state.level_seen, 1);
+  state.inputs.counters[COUNTER_TST] = 8;
+  tick(34);
+  EXPECT_EQ(state.level_seen, 0);
+  state.inputs.counters[COUNTER_TST] = 7;
+  state.inputs_result = JAMMA_ERR_NOT_OPEN;
+  tick(51);
+  EXPECT_EQ(state.level_seen, 0);
+}
+
+// Demo frogs fly in attract with no time-out set; the time of the next moves on even if none could.
+TEST_F(TickOrder, DemoFrogsOrAutomaticLaunch) {
+  tick_timers.attract_demo_next[0] = 100;
+  EXPECT_EQ(tick(100), tick(100)) << "not past yet";
+  EXPECT_EQ(tick(101), joined({PLAYFIELD,
+                               {"attract_step", "jamma_command 2"},
+                               PLAY_INPUTS,
+                               CLEARS,
+                               REST,
+                               {"demo_launch 0", "frog_enqueue 0"},
+                               END}));
+  EXPECT_GE(tick_timers.attract_demo_next[0], 101 + 7500);
+  EXPECT_LE(tick_timers.attract_demo_next[0], 101 + 15000);
+
+  state.ready = false;
+  tick_timers.attract_demo_next[1] = 0;
+  tick(200);
+  EXPECT_GE(tick_timers.attract_demo_next[1], 200 + 7500);
+
+  tick_timers.attract_demo_next[0] = 0;
+  prefs[PREF_TIMEOUT_SECONDS].int_value = 0;
+  EXPECT_EQ(tick(217), joined({PLAYFIELD,
+                               {"attract_step", "jamma_command 2"},
+                               PLAY_INPUTS,
+                               CLEARS,
+                               REST,
+                               {"auto_launch"},
+                               END}));
+}
+
+TEST_F(TickOrder, TimersGrowByTheStepAndFallAsTold) {
+  tick(100);
+  tick(150);
+  EXPECT_EQ(tick_timers.idle_both_ms, 150);
+  EXPECT_EQ(tick_timers.no_money_ms, 150);
+  EXPECT_EQ(tick_timers.credit_wait_ms[0], 0);
+  EXPECT_EQ(tick_timers.since_award_ms[0], 0);
+
+  audits[AUDIT_CURRENT_CREDITS + 1].count = 1;
+  tick_timers.award_done[1] = 1;
+  state.idle[0] = false;
+  tick(200);
+  EXPECT_EQ(tick_timers.idle_both_ms, 0);
+  EXPECT_EQ(tick_timers.idle_ms[0], 0);
+  EXPECT_EQ(tick_timers.idle_ms[1], 200);
+  EXPECT_EQ(tick_timers.no_money_ms, 0);
+  EXPECT_EQ(tick_timers.credit_wait_ms[0], 0);
+  EXPECT_EQ(tick_timers.credit_wait_ms[1], 50);
+  EXPECT_EQ(tick_timers.since_award_ms[1], 50);
+
+  state.show[1] = true;  // a show keeps the wait at nothing, and so does free play
+  tick(250);
+  EXPECT_EQ(tick_timers.credit_wait_ms[1], 0);
+  state.show[1] = false;
+  prefs[PREF_FREEPLAY].int_value = 1;
+  tick(300);
+  EXPECT_EQ(tick_timers.credit_wait_ms[0], 0);
+  EXPECT_EQ(tick_timers.credit_wait_ms[1], 0);
+  tick_timers.award_done[1] = 0;
+  tick(350);
+  EXPECT_EQ(tick_timers.since_award_ms[1], 0);
+}
+
+TEST_F(TickOrder, TicksAreSeventeenMillisecondsApart) {
+  tick(1000);
+  EXPECT_FALSE(game_tick_due(1016));
+  EXPECT_TRUE(game_tick_due(1017));
+  state.reboot = true;
+  EXPECT_FALSE(game_tick(1017)) << "an ordered reboot ends the ticks";
+}
+
+TEST_F(TickOrder, BeginningPutsAFrogInEachLineAndGivesTicketsBack) {
+  game_begin();
+  EXPECT_EQ(state.calls, (Calls{"frog_enqueue 0", "frog_enqueue 1", "tickets_restore"}));
+}
+
+}  // namespace
