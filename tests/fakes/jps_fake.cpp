@@ -1,0 +1,34 @@
+#include "tests/fakes/jps_fake.h"
+
+#include <algorithm>
+
+#include "sound/jps.h"
+
+JpsFake jps_fake;
+
+void jps_fake_reset() {
+  jps_fake = {};
+}
+
+int jps_fake_count(const std::string& name) {
+  return static_cast<int>(std::ranges::count(jps_fake.played, name));
+}
+
+std::uint32_t jps_bank_play_name(const char* name) {
+  jps_fake.played.emplace_back(name);
+  return 1;
+}
+
+void sound_pitch_scale(std::uint32_t /*tracks*/, double factor) {
+  jps_fake.pitches.push_back(factor);
+}
+
+void jps_stop_all() {}
+void jps_set_master_volume(int /*volume*/) {}
+bool jps_init() {
+  return true;
+}
+void jps_shutdown() {}
+bool jps_bank_load(const char* /*name*/) {
+  return true;
+}

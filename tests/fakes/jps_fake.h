@@ -1,0 +1,15 @@
+// Stands in for the sound system at link time and remembers what it was asked to play.
+#pragma once
+
+#include <string>
+#include <vector>
+
+struct JpsFake {
+  std::vector<std::string> played;
+  std::vector<double> pitches;
+};
+
+extern JpsFake jps_fake;
+
+void jps_fake_reset();
+int jps_fake_count(const std::string& name);
