@@ -21,6 +21,7 @@ constexpr int LAST_MEADOW_LANE = 11;
 // No file of settings is checked when it is read. Held to this range, a number of tickets can't
 // take anything away from a player and sums of them can't overflow.
 constexpr std::int32_t TICKETS_LIMIT = 1'000'000;
+constexpr double WANTED_LIMIT = 1e9;
 
 std::int32_t pref_tickets(PrefIndex row) {
   return std::clamp(pref_int(row), 0, TICKETS_LIMIT);
@@ -54,7 +55,8 @@ float paytable_wanted() {
   const double wanted = static_cast<double>(pref_float(PREF_COIN_VALUE)) *
                         static_cast<double>(pref_float(PREF_PAYOUT_PERCENT)) * coins_per_frog /
                         static_cast<double>(pref_float(PREF_TICKET_VALUE));
-  return std::isfinite(wanted) ? static_cast<float>(wanted) : 0.0F;
+  if (!std::isfinite(wanted)) return 0.0F;
+  return static_cast<float>(std::clamp(wanted, -WANTED_LIMIT, WANTED_LIMIT));
 }
 
 void paytable_row_update() {

@@ -1,0 +1,202 @@
+#include "playfield/river.h"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+
+#include "frame/game_clock.h"
+#include "tests/playfield/field.h"
+
+namespace {
+
+class River : public Field {
+ protected:
+  static void speed_steps(std::int64_t ms) {
+    for (std::int64_t end = now_ms() + ms; now_ms() < end;) {
+      game_clock.now_ms += TICK_MS;
+      river_speed_step();
+    }
+  }
+  // Turns the lane until the cell stands there or just past it, and returns its place then.
+  static int turn_to(int lane, int cell, int x_from, int x_to) {
+    LaneSlot& slot = lanes[lane].slots[cell];
+    for (int i = 0; i < 20000; ++i) {
+      lane_update(lane);
+      slot.x = -5000;
+      gfx_strip_draw(&lanes[lane]);
+      if (slot.x >= x_from && slot.x <= x_to) break;
+    }
+    return slot.x;
+  }
+};
+
+TEST_F(River, SpeedsWanderWithinTheirRangesForHours) {
+  struct {
+    float least, most;
+  } const range[] = {
+      {2.82F, 3.82F}, {-7.55F, -5.55F}, {4.73F, 6.23F}, {-5.04F, -4.04F}, {2.05F, 2.55F}};
+  float seen_least[5] = {99, 99, 99, 99, 99};
+  float seen_most[5] = {-99, -99, -99, -99, -99};
+  for (int i = 0; i < 6 * 3600 * 1000 / TICK_MS; ++i) {
+    game_clock.now_ms += TICK_MS;
+    river_speed_step();
+    for (int lane = 0; lane < 5; ++lane) {
+      const float speed = lanes[1 + lane].speed;
+      ASSERT_GE(speed, range[lane].least - 1e-5F) << lane;
+      ASSERT_LE(speed, range[lane].most + 1e-5F) << lane;
+      seen_least[lane] = std::min(seen_least[lane], speed);
+      seen_most[lane] = std::max(seen_most[lane], speed);
+    }
+  }
+  for (int lane = 0; lane < 5; ++lane) {
+    const float width = range[lane].most - range[lane].least;
+    EXPECT_GT(seen_most[lane] - seen_least[lane], 0.9F * width);
+  }
+}
+
+TEST_F(River, AFrogInTheRiverHoldsTheSpeeds) {
+  speed_steps(100000);
+  Frog& frog = frog_on(SIDE_RIGHT, 3);
+  speed_steps(31000);  // the change under way ends
+  const float held = lanes[2].speed;
+  for (int i = 0; i < 60; ++i) {
+    speed_steps(1000);
+    ASSERT_EQ(lanes[2].speed, held);
+  }
+  frog.lane = LANE_MIDDLE_BANK;  // out of the river: new goals within a second
+  speed_steps(3000);
+  const float moving = lanes[2].speed;
+  EXPECT_NE(moving, held);
+  frog.lane = 3;
+  frog.flags = FROG_DEMO;  // holds nothing
+  speed_steps(31000);
+  const float first = lanes[2].speed;
+  speed_steps(31000);
+  EXPECT_NE(lanes[2].speed, first);
+}
+
+TEST_F(River, AStandstillOfTheTickBeginsANewPeriodAtOnce) {
+  speed_steps(20000);
+  game_clock.now_ms += 3600000;
+  river_speed_step();
+  const float at_goal = lanes[1].speed;
+  speed_steps(200);
+  EXPECT_NE(lanes[1].speed, at_goal);
+}
+
+TEST_F(River, EatenBugsComeBackJustLeftOfTheMiddle) {
+  for (const int lane : {7, 9}) {  // one runs right, one left
+    SCOPED_TRACE(lane);
+    const float width = static_cast<float>(lanes[lane].sprite_w);
+    fill_lane(lane, CELL_BUG);
+    lane_cells[lane][5] = CELL_BUG;
+    const bool runs_left = lanes[lane].speed > 0.0F;
+    turn_to(lane, 5, runs_left ? 900 : 300, runs_left ? 1000 : 400);
+    lanes[lane].eaten[5] = 1;
+    LaneSlot& slot = lanes[lane].slots[5];
+    lane_update(lane);
+    EXPECT_EQ(slot.active, 0);
+    int ticks = 0;
+    while (lanes[lane].eaten[5] != 0 && ++ticks < 2000) {
+      gfx_strip_draw(&lanes[lane]);
+      lane_update(lane);
+    }
+    EXPECT_EQ(slot.active, 1);
+    EXPECT_GT(static_cast<float>(slot.x), 680.0F - 1.5F * width);
+    EXPECT_LE(static_cast<float>(slot.x), 680.0F - 0.5F * width);
+  }
+}
+
+TEST_F(River, EatenBugsComeBackOffTheScreen) {
+  for (const int x : {-96, 1360}) {
+    lanes[7].slots[0].x = x;
+    lanes[7].eaten[0] = 1;
+    lane_update(7);
+    EXPECT_EQ(lanes[7].eaten[0], 0) << x;
+  }
+  for (const int x : {-95, 1359, 536, 633}) {
+    lanes[7].slots[0].x = x;
+    lanes[7].eaten[0] = 1;
+    lane_update(7);
+    EXPECT_EQ(lanes[7].eaten[0], 1) << x;
+  }
+}
+
+TEST_F(River, LanesStayOnTheirRingAndAnimationsOnTheirSheets) {
+  std::set<int> wrapped;
+  for (int i = 0; i < 30000; ++i) {
+    game_clock.now_ms += TICK_MS;
+    for (int lane = 0; lane < LANE_COUNT; ++lane) {
+      const float before = lanes[lane].scroll;
+      lane_update(lane);
+      const float after = lanes[lane].scroll;
+      if (lanes[lane].speed == 0.0F) continue;
+      ASSERT_GE(after, 0.0F);
+      ASSERT_LE(after, 40.0F * static_cast<float>(lanes[lane].cell_size));
+      if (std::abs(after - before) > 1000.0F) wrapped.insert(lane);
+      for (int cell = 0; cell < LANE_CELLS; ++cell) {
+        const LaneSlot& slot = lanes[lane].slots[cell];
+        if (slot.kind != SLOT_EMPTY) {
+          ASSERT_LT(slot.frame, slot.sheet.get()->frames);
+        }
+      }
+    }
+  }
+  EXPECT_EQ(wrapped, (std::set<int>{1, 2, 3, 4, 5, 7, 8, 9, 10, 11}));
+}
+
+TEST_F(River, TheButterflyFliesItsCurvesAndRests) {
+  std::set<std::pair<int, bool>> seen;
+  std::int64_t parked_at = now_ms();
+  bool parked = true;
+  bool first = true;
+  for (int i = 0; i < 4 * 3600 * 1000 / TICK_MS; ++i) {
+    game_clock.now_ms += TICK_MS;
+    butterfly_update();
+    if (butterfly.state == BUTTERFLY_FLYING) {
+      ASSERT_GE(butterfly.x, -256.0F);
+      ASSERT_LE(butterfly.x, 1360.0F);
+      ASSERT_GE(butterfly.y, -52);
+      ASSERT_LE(butterfly.y, 172);
+      ASSERT_LT(butterfly.frame, 32);
+      ASSERT_LT(butterfly.ticket_frame, 18);
+      if (parked) {
+        const auto rested = now_ms() - parked_at;
+        if (first) {
+          ASSERT_LE(rested, 2 * TICK_MS) << "the first flight starts at once";
+        } else {
+          ASSERT_GE(rested, 10000);
+          ASSERT_LE(rested, 20000 + 2 * TICK_MS);
+        }
+        first = false;
+        seen.emplace(butterfly.path, butterfly.dx > 0);
+      }
+      parked = false;
+    } else if (!parked) {
+      parked = true;
+      parked_at = now_ms();
+    }
+  }
+  EXPECT_EQ(seen.size(), 8U) << "four curves, both ways";
+}
+
+TEST_F(River, ACaughtButterflyIsGoneForTwoSecondsAndARest) {
+  game_clock.now_ms += TICK_MS;
+  butterfly_update();
+  ASSERT_EQ(butterfly.state, BUTTERFLY_FLYING);
+  butterfly.state = BUTTERFLY_CAUGHT;
+  butterfly.state_time = now_ms();
+  const std::int64_t caught = now_ms();
+  while (butterfly.state == BUTTERFLY_CAUGHT && now_ms() < caught + 5000) {
+    game_clock.now_ms += TICK_MS;
+    butterfly_update();
+  }
+  EXPECT_NEAR(static_cast<double>(now_ms() - caught), 2000.0, TICK_MS);
+  EXPECT_EQ(butterfly.alpha, 0);
+  EXPECT_EQ(butterfly.state, BUTTERFLY_PARKED);
+  EXPECT_EQ(butterfly.x, -256.0F);
+  EXPECT_GE(butterfly.wait_s, 10.0F);
+  EXPECT_LE(butterfly.wait_s, 20.0F);
+}
+
+}  // namespace
