@@ -1,0 +1,81 @@
+// The I/O board: bytes in, bytes out, and a time that the caller hands in. It knows nothing of
+// pseudo-terminals or clocks.
+#pragma once
+
+#include <cstdint>
+#include <random>
+#include <string>
+
+#include "cabinet/coils.h"
+#include "cabinet/dispenser.h"
+#include "cabinet/frame_log.h"
+#include "cabinet/sides.h"
+#include "cabinet/switches.h"
+#include "cabinet/wire.h"
+
+struct BoardSettings {
+  std::uint8_t hardware = 0x01;
+  std::uint8_t firmware = 0x51;  // high nibble 5: the family with a trackball
+  std::uint8_t dips = 0;         // a 1 is a switch that is on
+  std::uint8_t config_bits = 0;  // second byte of the c answer
+  int watchdog_ask_ms = 1000;    // how often the board asks for a W frame; 0: never
+  int watchdog_bite_ms = 7500;   // how long it does without one; 0: for ever
+};
+
+struct BoardCounts {  // since the cabinet began
+  long checksum_errors = 0;
+  long malformed = 0;  // unknown letters, wrong lengths, capitals, values that can't be
+  long restarts = 0;
+  long watchdog_fed = 0;
+  long watchdog_bites = 0;
+};
+
+struct Board {
+  BoardSettings settings;
+  bool powered = true;
+  bool silent = false;  // it hears but says nothing
+
+  // What a restart forgets.
+  bool checksums = false;
+  bool counters_valid = false;       // a C frame has come
+  std::uint8_t config = 0;           // first byte of that frame
+  bool watchdog_armed = false;       // a W frame has come
+  std::int64_t watchdog_fed_ms = 0;  // when the last one came
+  std::int64_t watchdog_ask_at_ms = 0;
+  std::int64_t digits_due_ms = 0;  // until then the host may still lack checksums
+  WireReceiver receiver;
+
+  Switches switches;
+  Dispenser dispensers[SIDES];
+  Coils coils;
+  BoardCounts counts;
+  FrameLog log;
+  std::mt19937 random;  // where the counters start
+
+  std::string to_host;  // bytes for the line; the caller takes them
+};
+
+constexpr int BOARD_RANDOM_COUNTERS = -1;
+
+// Starts the board: counters begin at `counter`, or each at a value of its own, everything that
+// isn't mechanical is forgotten, and *R goes out. Closed switches stay closed, paper stays where
+// it is.
+void board_restart(Board& board, int counter, std::int64_t now_ms);
+
+// Takes the board off its power: it hears and says nothing until `board_restart`.
+void board_power_off(Board& board);
+
+// Takes one byte from the host.
+void board_receive(Board& board, std::uint8_t byte, std::int64_t now_ms);
+
+// Lets time pass: tickets come out, the watchdog asks and bites. At least every few milliseconds.
+void board_advance(Board& board, std::int64_t now_ms);
+
+// Moves a switch. Each edge sends an S frame at once.
+void board_switch(Board& board, int input, bool closed, std::int64_t now_ms);
+
+// Turns the trackball by `steps`; axis 0 is x, 1 is y.
+void board_turn_ball(Board& board, int axis, int steps, std::int64_t now_ms);
+
+// Turns checksums on, which it tells the host by a u frame, or off, which it tells nobody.
+void board_set_checksums(Board& board, bool on, std::int64_t now_ms);

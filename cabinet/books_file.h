@@ -1,0 +1,22 @@
+// The game's books on disk, as far as the cabinet looks into them: audits to compare with what came
+// out, settings to start a game with.
+#pragma once
+
+#include <string>
+
+struct BooksValue {
+  bool found = false;
+  double value = 0;
+  std::string why;  // why it wasn't found
+};
+
+// The value of an audit row by its display name, from `drive`/audits. Times are in milliseconds.
+BooksValue books_audit(const std::string& drive, const std::string& name);
+
+// The value of a setting by its display name, from `drive`/prefs.
+BooksValue books_pref(const std::string& drive, const std::string& name);
+
+// Changes a setting in both files of `drive`. Files that don't exist are made, with the settings of
+// a new cabinet. The game must not be running. Returns an error text, empty if all went well.
+std::string books_set_pref(const std::string& drive, const std::string& name,
+                           const std::string& value);

@@ -1,0 +1,163 @@
+#include "cabinet/cabinet.h"
+
+#include <poll.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <vector>
+
+#include "cabinet/commands.h"
+
+namespace {
+
+constexpr int BUSY_WAIT_MS = 2;  // while switches or tickets move
+
+std::string open_signals(Cabinet& cabinet) {
+  for (const int signal : {SIGPIPE, SIGTTIN, SIGTTOU}) std::signal(signal, SIG_IGN);
+  sigset_t set;
+  sigemptyset(&set);
+  for (const int signal : {SIGINT, SIGTERM, SIGCHLD}) sigaddset(&set, signal);
+  sigprocmask(SIG_BLOCK, &set, nullptr);
+  cabinet.signals = signalfd(-1, &set, SFD_NONBLOCK | SFD_CLOEXEC);
+  return cabinet.signals < 0 ? std::string("signals: ") + std::strerror(errno) : std::string();
+}
+
+void describe_game(Cabinet& cabinet) {
+  const Options& options = cabinet.options;
+  GameProcess& game = cabinet.game;
+  if (!options.no_game) game.command = options.game;
+  game.environment = {{"LILYHOP_DRIVE_D", options.drive},
+                      {"LILYHOP_KEYS", "unix:" + cabinet.keys.path},
+                      {"LILYHOP_POWER", "off"}};
+  // No port of the machine but the cabinet's own may be probed.
+  for (int port = 1; port <= 16; ++port) {
+    const bool ours = port == options.com && !options.no_board;
+    game.environment.emplace_back("LILYHOP_COM" + std::to_string(port),
+                                  ours ? cabinet.cable.path : std::string());
+  }
+}
+
+bool busy(const Cabinet& cabinet) {
+  if (!cabinet.hands.bursts.empty()) return true;
+  return cabinet.board.dispensers[LEFT].running || cabinet.board.dispensers[RIGHT].running;
+}
+
+void take_signals(Cabinet& cabinet) {
+  signalfd_siginfo info;
+  while (read(cabinet.signals, &info, sizeof info) == sizeof info) {
+    if (info.ssi_signo == SIGINT || info.ssi_signo == SIGTERM) {
+      cabinet_finish(cabinet, static_cast<int>(info.ssi_signo));
+    }
+  }
+}
+
+void take_typed(Cabinet& cabinet, std::int64_t now_ms) {
+  char buffer[512];
+  const ssize_t n = read(STDIN_FILENO, buffer, sizeof buffer);
+  if (n < 0 && (errno == EINTR || errno == EAGAIN)) return;
+  if (n <= 0) {
+    cabinet.commands_open = false;
+    return;
+  }
+  cabinet.typed.append(buffer, static_cast<std::size_t>(n));
+  for (std::size_t end; (end = cabinet.typed.find('\n')) != std::string::npos;) {
+    const std::string line = cabinet.typed.substr(0, end);
+    cabinet.typed.erase(0, end + 1);
+    const std::string error = commands_do(cabinet, line, now_ms);
+    if (!error.empty()) std::printf("%s\n", error.c_str());
+    std::fflush(stdout);
+  }
+}
+
+// What the board wants to say goes out, what has come in is heard, until both are quiet.
+void exchange(Cabinet& cabinet, std::int64_t now_ms) {
+  Board& board = cabinet.board;
+  for (const char byte : cable_take(cabinet.cable)) {
+    board_receive(board, static_cast<std::uint8_t>(byte), now_ms);
+  }
+  if (board.to_host.empty()) return;
+  cable_send(cabinet.cable, board.to_host);
+  board.to_host.clear();
+}
+
+void wait(const Cabinet& cabinet, int wait_ms) {
+  std::vector<pollfd> files = {{cabinet.signals, POLLIN, 0}, {cabinet.keys.listener, POLLIN, 0}};
+  if (cabinet.cable.near >= 0) files.push_back({cabinet.cable.near, POLLIN, 0});
+  if (cabinet.commands_open) files.push_back({STDIN_FILENO, POLLIN, 0});
+  for (const KeyClient& client : cabinet.keys.clients) files.push_back({client.socket, POLLIN, 0});
+  poll(files.data(), files.size(), busy(cabinet) ? std::min(wait_ms, BUSY_WAIT_MS) : wait_ms);
+}
+
+bool typed_waits() {
+  pollfd file = {STDIN_FILENO, POLLIN, 0};
+  return poll(&file, 1, 0) > 0;
+}
+
+}  // namespace
+
+std::int64_t cabinet_now_ms() {
+  using namespace std::chrono;
+  return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
+std::string cabinet_open(Cabinet& cabinet) {
+  const Options& options = cabinet.options;
+  std::error_code failed;
+  std::filesystem::create_directories(options.drive, failed);
+  if (failed) return options.drive + ": " + failed.message();
+  if (std::string error = open_signals(cabinet); !error.empty()) return error;
+  if (!options.no_board) {
+    if (std::string error = cable_open(cabinet.cable); !error.empty()) return error;
+  }
+  if (std::string error = keys_open(cabinet.keys); !error.empty()) return error;
+  line_faults_seed(cabinet.cable.to_host, options.seed);
+  line_faults_seed(cabinet.cable.to_board, options.seed + 1);
+  Board& board = cabinet.board;
+  board.random.seed(options.seed);
+  board.settings.firmware = options.firmware;
+  const std::int64_t now_ms = cabinet_now_ms();
+  board.log.began_ms = now_ms;
+  board_restart(board, BOARD_RANDOM_COUNTERS, now_ms);
+  board.counts.restarts = 0;
+  board.to_host.clear();  // nobody listens yet
+  describe_game(cabinet);
+  return {};
+}
+
+void cabinet_close(Cabinet& cabinet) {
+  game_kill(cabinet.game);
+  keys_close(cabinet.keys);
+  cable_close(cabinet.cable);
+  if (cabinet.signals >= 0) close(cabinet.signals);
+  cabinet.signals = -1;
+}
+
+std::string cabinet_start_game(Cabinet& cabinet) {
+  if (!cabinet.game.running) cable_reset(cabinet.cable);
+  return game_start(cabinet.game);
+}
+
+bool cabinet_turn(Cabinet& cabinet, int wait_ms) {
+  wait(cabinet, wait_ms);
+  const std::int64_t now_ms = cabinet_now_ms();
+  take_signals(cabinet);
+  const bool ended = game_watch(cabinet.game, now_ms);
+  keys_take(cabinet, now_ms);
+  hands_advance(cabinet.hands, cabinet.board, now_ms);
+  board_advance(cabinet.board, now_ms);
+  exchange(cabinet, now_ms);
+  if (cabinet.commands_open && typed_waits()) take_typed(cabinet, now_ms);
+  return ended;
+}
+
+void cabinet_finish(Cabinet& cabinet, int signal) {
+  cabinet.finishing = true;
+  game_ask_to_quit(cabinet.game, signal, cabinet_now_ms());
+}

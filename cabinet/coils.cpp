@@ -1,0 +1,56 @@
+#include "cabinet/coils.h"
+
+namespace {
+
+constexpr std::uint8_t H_COIN_METER_LEFT = 0x10;
+
+struct MeterRow {
+  int number;
+  const char* name;
+  int channel;  // lamp channel of its coil, -1: the H byte drives it
+};
+
+constexpr MeterRow METERS[METER_COUNT] = {
+    {METER_COIN_LEFT, "coin-left", -1},
+    {METER_COIN_RIGHT, "coin-right", 0},
+    {METER_TICKET_LEFT, "ticket-left", 12},
+    {METER_TICKET_RIGHT, "ticket-right", 11},
+};
+
+constexpr int LOCKOUT_CHANNEL[2] = {10, 1};
+
+}  // namespace
+
+const char* meter_name(int meter) {
+  return METERS[meter].name;
+}
+
+int meter_find(const std::string& name) {
+  for (const MeterRow& row : METERS) {
+    if (name == row.name) return row.number;
+  }
+  return -1;
+}
+
+void coils_set_h(Coils& coils, std::uint8_t h) {
+  if ((h & ~coils.h & H_COIN_METER_LEFT) != 0) ++coils.meter[METER_COIN_LEFT];
+  coils.h = h;
+}
+
+void coils_set_lamp(Coils& coils, int channel, int value) {
+  const bool rises = coils.lamp[channel] == 0 && value != 0;
+  coils.lamp[channel] = static_cast<std::uint16_t>(value);
+  if (!rises) return;
+  for (const MeterRow& row : METERS) {
+    if (row.channel == channel) ++coils.meter[row.number];
+  }
+}
+
+bool coils_lockout(const Coils& coils, int side) {
+  return coils.lamp[LOCKOUT_CHANNEL[side]] != 0;
+}
+
+void coils_power_off(Coils& coils) {
+  coils.h = 0;
+  for (std::uint16_t& value : coils.lamp) value = 0;
+}

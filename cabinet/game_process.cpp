@@ -1,0 +1,101 @@
+#include "cabinet/game_process.h"
+
+#include <fcntl.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+
+namespace {
+
+constexpr std::int64_t QUIT_MS = 5000;
+
+[[noreturn]] void become_game(const GameProcess& game) {
+  // A process group of its own: Ctrl-C in the terminal is ours, and passed on once. If the cabinet
+  // dies the game goes with it.
+  setpgid(0, 0);
+  prctl(PR_SET_PDEATHSIG, SIGTERM);
+  sigset_t none;
+  sigemptyset(&none);
+  sigprocmask(SIG_SETMASK, &none, nullptr);
+  for (const int signal : {SIGPIPE, SIGTTIN, SIGTTOU}) std::signal(signal, SIG_DFL);
+  const int null = open("/dev/null", O_RDONLY | O_CLOEXEC);
+  if (null >= 0) dup2(null, STDIN_FILENO);
+  for (const auto& [name, value] : game.environment) {
+    if (value.empty()) {
+      unsetenv(name.c_str());
+    } else {
+      setenv(name.c_str(), value.c_str(), 1);
+    }
+  }
+  std::vector<char*> arguments;
+  for (const std::string& word : game.command) arguments.push_back(const_cast<char*>(word.c_str()));
+  arguments.push_back(nullptr);
+  execvp(arguments[0], arguments.data());
+  dprintf(STDERR_FILENO, "cabinet: can't start %s: %s\n", arguments[0], std::strerror(errno));
+  _exit(127);
+}
+
+void note_end(GameProcess& game, int status) {
+  game.running = false;
+  game.pid = -1;
+  game.kill_at_ms = 0;
+  game.exit_code = WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+}
+
+}  // namespace
+
+std::string game_start(GameProcess& game) {
+  if (game.running) return "the game is running";
+  if (game.command.empty()) return "this cabinet was started without a game";
+  const pid_t pid = fork();
+  if (pid < 0) return std::string("the game can't be started: ") + std::strerror(errno);
+  if (pid == 0) become_game(game);
+  game.pid = pid;
+  game.running = true;
+  game.end_ordered = false;
+  game.would_not_quit = false;
+  game.kill_at_ms = 0;
+  game.exit_code = 0;
+  return {};
+}
+
+void game_kill(GameProcess& game) {
+  if (!game.running) return;
+  game.end_ordered = true;
+  kill(game.pid, SIGKILL);
+  int status = 0;
+  while (waitpid(game.pid, &status, 0) < 0 && errno == EINTR) {
+  }
+  note_end(game, status);
+}
+
+void game_ask_to_quit(GameProcess& game, int signal, std::int64_t now_ms) {
+  if (!game.running) return;
+  game.end_ordered = true;
+  kill(game.pid, signal);
+  if (game.kill_at_ms == 0) game.kill_at_ms = now_ms + QUIT_MS;
+}
+
+bool game_watch(GameProcess& game, std::int64_t now_ms) {
+  if (!game.running) return false;
+  int status = 0;
+  if (waitpid(game.pid, &status, WNOHANG) == game.pid) {
+    note_end(game, status);
+    return true;
+  }
+  if (game.kill_at_ms == 0 || now_ms < game.kill_at_ms) return false;
+  game.would_not_quit = true;
+  game_kill(game);
+  return true;
+}
+
+int game_verdict(const GameProcess& game) {
+  if (game.would_not_quit) return 1;
+  if (game.end_ordered && game.exit_code > 128) return 0;
+  return game.exit_code;
+}

@@ -1,0 +1,139 @@
+#include "cabinet/options.h"
+
+#include <unistd.h>
+
+#include <climits>
+#include <cstdlib>
+#include <filesystem>
+
+namespace {
+
+std::string data_folder() {
+  const char* data = std::getenv("XDG_DATA_HOME");
+  if (data != nullptr && data[0] == '/') return std::string(data) + "/lilyhop-cabinet";
+  const char* home = std::getenv("HOME");
+  return std::string(home != nullptr ? home : "/tmp") + "/.local/share/lilyhop-cabinet";
+}
+
+// The program that lies beside this one.
+std::string beside(const char* name) {
+  std::error_code failed;
+  const auto self = std::filesystem::read_symlink("/proc/self/exe", failed);
+  return failed ? name : (self.parent_path() / name).string();
+}
+
+bool number(const std::string& text, double least, double most, double& value) {
+  char* end = nullptr;
+  // strtoll reads 0x51, strtod the seconds of --for.
+  value = text.compare(0, 2, "0x") == 0 ? static_cast<double>(std::strtoll(text.c_str(), &end, 16))
+                                        : std::strtod(text.c_str(), &end);
+  return !text.empty() && *end == '\0' && value >= least && value <= most;
+}
+
+// An option with a value. False if there is none of this name; `error` if the value is wrong.
+bool take_value(Options& options, const std::string& name, const std::string& value,
+                std::string& error) {
+  double n = 0;
+  bool good = true;
+  if (name == "--drive") {
+    options.drive = value;
+    good = !value.empty();
+  } else if (name == "--script") {
+    options.script = value;
+    good = !value.empty();
+  } else if (name == "--com") {
+    good = number(value, 1, 16, n);
+    options.com = static_cast<int>(n);
+  } else if (name == "--for") {
+    good = number(value, 0.001, 1e7, n);
+    options.for_seconds = n;
+  } else if (name == "--seed") {
+    good = number(value, 0, UINT_MAX, n);
+    options.seed = static_cast<std::uint32_t>(n);
+  } else if (name == "--firmware") {
+    good = number(value, 0, 255, n);
+    options.firmware = static_cast<std::uint8_t>(n);
+  } else {
+    return false;
+  }
+  if (!good) error = name + " can't be \"" + value + "\"";
+  return true;
+}
+
+bool take_flag(Options& options, const std::string& name) {
+  if (name == "--no-board") {
+    options.no_board = true;
+  } else if (name == "--no-game") {
+    options.no_game = true;
+  } else if (name == "--quiet") {
+    options.quiet = true;
+  } else if (name == "--verbose") {
+    options.verbose = true;
+  } else if (name == "--help") {
+    options.help = true;
+  } else {
+    return false;
+  }
+  return true;
+}
+
+std::string choose_drive(Options& options) {
+  if (!options.drive.empty()) {
+    std::error_code failed;
+    const auto whole = std::filesystem::absolute(options.drive, failed);
+    if (!failed) options.drive = whole.string();
+    return {};
+  }
+  options.drive = data_folder();
+  if (options.script.empty()) return {};
+  // A script has to find a new cabinet each time.
+  std::error_code failed;
+  std::filesystem::create_directories(options.drive, failed);
+  options.drive += "/script-XXXXXX";
+  if (mkdtemp(options.drive.data()) == nullptr) return options.drive + " can't be made";
+  options.drive_is_temporary = true;
+  return {};
+}
+
+}  // namespace
+
+std::string options_read(int argc, char** argv, Options& options) {
+  int i = 1;
+  for (; i < argc; ++i) {
+    const std::string name = argv[i];
+    if (name == "--") {
+      ++i;
+      break;
+    }
+    if (take_flag(options, name)) continue;
+    std::string error;
+    if (!take_value(options, name, i + 1 < argc ? argv[i + 1] : "", error)) {
+      return "there is no option \"" + name + "\"; --help lists them";
+    }
+    if (!error.empty()) return error;
+    ++i;
+  }
+  options.game.assign(argv + i, argv + argc);
+  if (options.game.empty()) options.game = {beside("lilyhop")};
+  return options.help ? std::string() : choose_drive(options);
+}
+
+std::string options_help() {
+  return R"(usage: cabinet [options] [-- GAME [ARGUMENTS]]
+
+The virtual cabinet: an I/O board on a pseudo-terminal, with switches, dispensers, lamps and meters,
+and the game started against it. GAME is the lilyhop beside this program, if it isn't named.
+
+  --drive FOLDER   the game's drive d:; otherwise lilyhop-cabinet in the user's data folder, and with
+                   --script a new one that goes when the script has passed
+  --com N          the game's port that the board is on, 1 to 16; otherwise 1
+  --firmware BYTE  the board's firmware version; 0x5n is the family with a trackball. 0x51
+  --seed N         chance begins here: line faults, counters after a restart. 1
+  --script FILE    do what the file says; exit code 0 if all it expects came true, else 1
+  --for SECONDS    ask the game to quit after this time
+  --no-board       the game finds no port at all
+  --no-game        only the board, for somebody else's program
+  --quiet          no status
+  --verbose        say each line of the script as it is done
+)";
+}

@@ -1,0 +1,28 @@
+// The command line of the virtual cabinet.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+struct Options {
+  std::string drive;  // folder that stands for the game's drive d:
+  bool drive_is_temporary = false;
+  int com = 1;  // the game's port that the board is on
+  bool no_board = false;
+  bool no_game = false;
+  bool quiet = false;
+  bool verbose = false;
+  bool help = false;
+  double for_seconds = 0;  // 0: until it is ended
+  std::string script;
+  std::uint32_t seed = 1;
+  std::uint8_t firmware = 0x51;
+  std::vector<std::string> game;  // the program and its arguments
+};
+
+// Reads the command line. Returns an error text, empty if all went well.
+std::string options_read(int argc, char** argv, Options& options);
+
+// What --help prints of the options.
+std::string options_help();
