@@ -107,7 +107,7 @@ enum SheetIndex {
   SHEET_COUNT,
 };
 
-constexpr int PANEL_COUNT = int{PANEL_FIRST_SHEET} + int{SHEET_COUNT};
+constexpr int PANEL_COUNT = int{PANEL_FIRST_SHEET} + SHEET_COUNT;
 
 extern Panel panels[PANEL_COUNT];
 extern SpriteSheet sheets[SHEET_COUNT];

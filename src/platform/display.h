@@ -74,17 +74,25 @@ bool display_texture_read(std::uint32_t texture, void* rgba);
 
 // --- drawing --------------------------------------------------------------------------------
 
+struct DisplayBox {  // layout pixels; no width: nothing
+  int x, y, width, height;
+};
+
 // One textured or plain quad. Corners in the order top left, top right, bottom right, bottom left,
 // in layout pixels, y downward.
+//
+// The two boxes save fill and never change a pixel. Texture coordinates run over the whole quad
+// whatever they say; they only tell the display what it needn't do: outside `clip` every pixel of
+// the quad is transparent, and inside `core` every one has alpha 255. A window pixel that `clip`
+// touches is drawn, and one is drawn without blending if it lies wholly inside `core`.
 struct DisplayQuad {
   std::uint32_t texture;  // 0: plain
   float x[4], y[4];
   float u[4], v[4];         // texture coordinates, not used when plain
   std::uint32_t colour[4];  // 0xAARRGGBB at each corner
-  bool opaque;              // every pixel has alpha 255: it may be drawn without blending
-  bool clipped;             // draw only pixels inside the clip box
-  int clip_x, clip_y;       // layout pixels; pixels that the box only touches are drawn
-  int clip_w, clip_h;
+  bool clipped;             // `clip` counts
+  DisplayBox clip;
+  DisplayBox core;
 };
 
 void display_draw_quad(const DisplayQuad& quad);

@@ -1,0 +1,125 @@
+#include "gfx/blit.h"
+
+#include <cmath>
+#include <numbers>
+
+#include "gfx/texture.h"
+#include "platform/display.h"
+
+namespace {
+
+// Below these a saving costs more than it brings: each piece of a quad is a draw of its own.
+constexpr std::int32_t LEAST_SAVED_PX = 512;  // pixels outside the box
+constexpr std::int32_t LEAST_CORE_PX = 8192;  // opaque pixels
+
+struct Target {  // destination in layout pixels
+  std::int32_t x, y, width, height;
+};
+
+std::uint32_t alpha_of(std::uint32_t colour) {
+  return colour >> 24;
+}
+
+// Where a part of the source lands: the least box of whole layout pixels round it, or the greatest
+// one in it.
+DisplayBox part_box(const Target& target, const PixelRect& rect, const PixelRect& part, bool flip,
+                    bool inside) {
+  const double scale_x = static_cast<double>(target.width) / rect.width;
+  const double scale_y = static_cast<double>(target.height) / rect.height;
+  const std::int32_t from_left = part.x - rect.x;
+  const std::int32_t left = flip ? rect.width - from_left - part.width : from_left;
+  const std::int32_t top = part.y - rect.y;
+  const auto low = [inside](double v) {
+    return static_cast<int>(inside ? std::ceil(v) : std::floor(v));
+  };
+  const auto high = [inside](double v) {
+    return static_cast<int>(inside ? std::floor(v) : std::ceil(v));
+  };
+  const int x0 = low(left * scale_x);
+  const int y0 = low(top * scale_y);
+  const int x1 = high((left + part.width) * scale_x);
+  const int y1 = high((top + part.height) * scale_y);
+  return {target.x + x0, target.y + y0, x1 > x0 ? x1 - x0 : 0, y1 > y0 ? y1 - y0 : 0};
+}
+
+// Tells the display what of an upright quad it needn't fill. False if that is all of it.
+bool savings_note(const Target& target, const GlTexture& texture, const PixelRect& rect,
+                  std::uint32_t colour, bool flip, DisplayQuad& quad) {
+  if (texture.coverage == nullptr || gfx_blit_whole) return true;
+  if (rect.width <= 0 || rect.height <= 0 || target.width <= 0 || target.height <= 0) return true;
+  const CoverageParts& parts = coverage_recall(texture.id, *texture.coverage, rect);
+  if (parts.box.width == 0) return false;
+  const DisplayBox box = part_box(target, rect, parts.box, flip, false);
+  if (target.width * target.height - box.width * box.height >= LEAST_SAVED_PX) {
+    quad.clipped = true;
+    quad.clip = box;
+  }
+  if (parts.core.width > 0 && alpha_of(colour) == 0xFF) {
+    const DisplayBox core = part_box(target, rect, parts.core, flip, true);
+    if (core.width * core.height >= LEAST_CORE_PX) quad.core = core;
+  }
+  return true;
+}
+
+// Corners relative to the centre, turned. y runs downward here and upward in the angle's sense.
+void corners_turn(const Target& target, float rotation, DisplayQuad& quad) {
+  const float half_w = 0.5F * static_cast<float>(target.width);
+  const float half_h = 0.5F * static_cast<float>(target.height);
+  const float centre_x = static_cast<float>(target.x) + half_w;
+  const float centre_y = static_cast<float>(target.y) + half_h;
+  const float angle = rotation * std::numbers::pi_v<float> / 180.0F;
+  const float cosine = std::cos(angle);
+  const float sine = std::sin(angle);
+  const float dx[4] = {-half_w, half_w, half_w, -half_w};
+  const float dy[4] = {-half_h, -half_h, half_h, half_h};
+  for (int i = 0; i < 4; ++i) {
+    quad.x[i] = centre_x + dx[i] * cosine + dy[i] * sine;
+    quad.y[i] = centre_y - dx[i] * sine + dy[i] * cosine;
+  }
+}
+
+void corners_set(const Target& target, DisplayQuad& quad) {
+  const auto x0 = static_cast<float>(target.x);
+  const auto y0 = static_cast<float>(target.y);
+  const auto x1 = static_cast<float>(target.x + target.width);
+  const auto y1 = static_cast<float>(target.y + target.height);
+  quad.x[0] = quad.x[3] = x0;
+  quad.x[1] = quad.x[2] = x1;
+  quad.y[0] = quad.y[1] = y0;
+  quad.y[2] = quad.y[3] = y1;
+}
+
+void source_set(const GlTexture& texture, const PixelRect& rect, bool flip, DisplayQuad& quad) {
+  const auto padded_w = static_cast<float>(gfx_padded_size(texture.width));
+  const auto padded_h = static_cast<float>(gfx_padded_size(texture.height));
+  const float left = static_cast<float>(rect.x) / padded_w;
+  const float right = static_cast<float>(rect.x + rect.width) / padded_w;
+  quad.u[0] = quad.u[3] = flip ? right : left;
+  quad.u[1] = quad.u[2] = flip ? left : right;
+  quad.v[0] = quad.v[1] = static_cast<float>(rect.y) / padded_h;
+  quad.v[2] = quad.v[3] = static_cast<float>(rect.y + rect.height) / padded_h;
+}
+
+}  // namespace
+
+int gfx_blit(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height,
+             const GlTexture* texture, std::int32_t src_x, std::int32_t src_y, std::int32_t src_w,
+             std::int32_t src_h, float rotation, std::uint32_t colour, int flip) {
+  if (texture == nullptr) return 0;
+  // A file that couldn't be read has no texture, and with alpha 0 nothing is seen.
+  if (texture->id == 0 || alpha_of(colour) == 0) return 1;
+  const Target target{x, y, width, height};
+  const PixelRect rect{src_x, src_y, src_w, src_h};
+  DisplayQuad quad{};
+  quad.texture = texture->id;
+  for (std::uint32_t& corner : quad.colour) corner = colour;
+  source_set(*texture, rect, flip != 0, quad);
+  if (rotation != 0.0F) {
+    corners_turn(target, rotation, quad);
+  } else {
+    if (!savings_note(target, *texture, rect, colour, flip != 0, quad)) return 1;
+    corners_set(target, quad);
+  }
+  display_draw_quad(quad);
+  return 1;
+}

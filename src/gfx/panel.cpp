@@ -1,0 +1,146 @@
+#include "gfx/panel.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <cstring>
+
+#include "gfx/blit.h"
+#include "gfx/texture.h"
+
+namespace {
+
+// The number fonts that gfx_number_draw knows.
+constinit const NumberFont* number_fonts = nullptr;
+constinit int number_font_count = 0;
+
+enum NumberFlags { NUMBER_TRIMMED = 1, NUMBER_CENTRED = 2, NUMBER_ENDS_AT_X = 4 };
+
+int digits_of(int value) {
+  return value > 0 ? static_cast<int>(std::floor(std::log10(value))) + 1 : 1;
+}
+
+int number_offset(int flags, int digits, int digit_width) {
+  if ((flags & NUMBER_CENTRED) != 0) return -static_cast<int>(digits * 0.5 * digit_width);
+  if ((flags & NUMBER_ENDS_AT_X) != 0) return -digit_width * digits;
+  return 0;
+}
+
+std::int64_t power_of_ten(int exponent) {
+  constexpr int MOST = 18;  // more than any value's digits
+  std::int64_t power = 1;
+  for (int i = 0; i < std::min(exponent, MOST); ++i) power *= 10;
+  return power;
+}
+
+struct Size {
+  std::int32_t width, height;
+};
+
+Size panel_size(const Panel& panel) {
+  if ((panel.flags & PANEL_SOURCE_RECT) != 0) {
+    if ((panel.flags & PANEL_SCALED) == 0) return {panel.src_w, panel.src_h};
+    return {static_cast<std::int32_t>(static_cast<float>(panel.src_w) * panel.scale_x),
+            static_cast<std::int32_t>(static_cast<float>(panel.src_h) * panel.scale_y)};
+  }
+  if ((panel.flags & PANEL_HALF_SIZE) != 0) return {panel.width / 2, panel.height / 2};
+  if ((panel.flags & (PANEL_SCALED | PANEL_ROTATED)) != 0) return {panel.src_w, panel.src_h};
+  return {panel.width, panel.height};
+}
+
+}  // namespace
+
+int gfx_panels_load(Panel* table, int count, const PanelName* names) {
+  for (int i = 0; i < count; ++i) {
+    Panel& panel = table[i];
+    panel = Panel{};
+    TextureInfo size{};
+    gfx_texture_load(names[i], &panel.texture, &size);
+    panel.width = size.width;
+    panel.height = size.height;
+    panel.visible = 1;
+    panel.flags = 1;
+    panel.colour = 0xFFFFFFFF;
+    std::memcpy(panel.name, names[i], sizeof panel.name);
+  }
+  return 0;
+}
+
+int gfx_panels_free(Panel* table, int count) {
+  for (int i = 0; i < count; ++i) {
+    gfx_texture_free(table[i].texture);
+    table[i] = Panel{};
+  }
+  return 0;
+}
+
+int gfx_numbers_load(NumberFont* table, int count, const PanelName* names) {
+  for (int i = 0; i < count; ++i) {
+    TextureInfo size{};
+    gfx_texture_load(names[i], &table[i].texture, &size);
+    table[i].digit_width = size.width / 10;
+    table[i].height = size.height;
+    std::memcpy(table[i].name, names[i], sizeof table[i].name);
+  }
+  number_fonts = table;
+  number_font_count = count;
+  return 0;
+}
+
+int gfx_numbers_free(NumberFont* table, int count) {
+  for (int i = 0; i < count; ++i) {
+    gfx_texture_free(table[i].texture);
+    table[i] = NumberFont{};
+  }
+  if (number_fonts == table) {
+    number_fonts = nullptr;
+    number_font_count = 0;
+  }
+  return 0;
+}
+
+void gfx_panel_draw(Panel panel) {
+  const Size size = panel_size(panel);
+  if ((panel.flags & PANEL_SOURCE_RECT) == 0) {
+    panel.src_x = panel.src_y = 0;
+    panel.src_w = panel.width;
+    panel.src_h = panel.height;
+  }
+  if (panel.visible == 0) return;
+  if ((panel.flags & PANEL_ROTATED) != 0) {
+    gfx_blit_rotated(panel.x, panel.y, size.width, size.height, panel.texture, panel.src_x,
+                     panel.src_y, panel.src_w, panel.src_h, panel.rotation);
+  } else {
+    gfx_blit_tinted(panel.x, panel.y, size.width, size.height, panel.texture, panel.src_x,
+                    panel.src_y, panel.src_w, panel.src_h, panel.colour, panel.flip != 0 ? 1 : 0);
+  }
+}
+
+void gfx_frame_draw(Panel* panel, int columns, int rows, int /*frames*/, int frame, int x, int y) {
+  panel->src_w = panel->width / columns;
+  panel->src_h = panel->height / rows;
+  panel->src_x = panel->src_w * (frame % columns);
+  panel->src_y = panel->src_h * (frame / columns);
+  panel->x = x;
+  panel->y = y;
+  gfx_panel_draw(*panel);
+}
+
+int gfx_number_draw(int value, int font, int x, int y, int digit_width, int digit_height,
+                    int digits, int flags) {
+  if (font < 0 || font >= number_font_count) return 0;
+  const NumberFont& strip = number_fonts[font];
+  const bool trimmed = (flags & NUMBER_TRIMMED) != 0;
+  if (digit_width == 0) digit_width = strip.digit_width;
+  if (digit_height == 0) digit_height = strip.height;
+  if (trimmed) digits = digits_of(value);
+  const int left = x + number_offset(flags, digits, digit_width);
+  for (int i = 0; i < digits; ++i) {
+    const std::int64_t rest = value / power_of_ten(digits - 1 - i);
+    if (trimmed && rest < 1 && i != digits - 1) continue;
+    const int digit = std::abs(static_cast<int>(rest % 10));
+    gfx_blit_tinted(left + i * digit_width, y, digit_width, digit_height, strip.texture,
+                    digit * strip.digit_width, 0, strip.digit_width, strip.height, 0xFFFFFFFF, 0);
+  }
+  return 0;
+}

@@ -1,0 +1,60 @@
+#include "gfx/strip.h"
+
+#include <cmath>
+
+namespace {
+
+// A slot's place in the ring. The lane's scroll stays in one turn of it, so that one addition is
+// enough below 0; the second modulo only holds a stray scroll to the ring.
+int slot_wrapped(int number, int slot_count) {
+  if (number >= 0) return number % slot_count;
+  return (number % slot_count + slot_count) % slot_count;
+}
+
+}  // namespace
+
+void gfx_strip_create(Lane* lane, int direction, int slot_count) {
+  lane->direction = direction;
+  lane->slot_count = slot_count;
+  lane->scroll = 0.0F;
+  if (direction == 1 || direction == 2) {
+    lane->cell_size = 1;
+    lane->sprite_w = 1;
+  }
+  lane->panels = new Panel[slot_count]{};
+  lane->slots = new LaneSlot[slot_count]{};
+  for (int i = 0; i < slot_count; ++i) lane->slots[i].kind = SLOT_EMPTY;
+}
+
+void gfx_strip_free(Lane* lane) {
+  delete[] lane->panels;
+  delete[] lane->slots;
+  lane->panels = nullptr;
+  lane->slots = nullptr;
+}
+
+int gfx_strip_draw(Lane* lane) {
+  const float scroll = lane->scroll;  // once: the game thread moves it
+  const int cell = lane->cell_size;
+  const int first = static_cast<int>(scroll / static_cast<float>(cell));
+  const int offset = static_cast<int>(scroll) % cell;
+  const int count = lane->length / cell + 3;
+  const int left = static_cast<int>(lane->x);
+  const bool across = lane->direction == 1;
+  for (int n = 0; n < count; ++n) {
+    const int number = slot_wrapped(first + n, lane->slot_count);
+    const int along = n * cell - offset;
+    const int x = across ? left + along : left;
+    const int y = across ? lane->y : lane->y + along;
+    LaneSlot& slot = lane->slots[number];
+    slot.x = x;
+    slot.y = y;
+    lane->panels[number].x = x;
+    lane->panels[number].y = y;
+    const SpriteSheet* sheet = slot.sheet;
+    if (slot.kind != SLOT_EMPTY && slot.active != 0 && sheet != nullptr) {
+      gfx_sheet_draw(*sheet, slot.frame, x, y);
+    }
+  }
+  return first;
+}

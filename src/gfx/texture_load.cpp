@@ -1,0 +1,116 @@
+#include <cmath>
+#include <cstring>
+#include <new>
+
+#include "gfx/bitmap_reader.h"
+#include "gfx/texture.h"
+#include "gfx/tga_reader.h"
+#include "platform/display.h"
+#include "platform/files.h"
+
+namespace {
+
+using Reader = bool (*)(const char* file_name, GlTexture& texture);
+
+// Coverage counts pixels of the texture, source rectangles those of the padded size.
+void coverage_take(GlTexture& texture, std::int32_t width, std::int32_t height,
+                   const std::uint8_t* pixels) {
+  if (width != gfx_padded_size(width) || height != gfx_padded_size(height)) return;
+  texture.coverage = std::make_unique<Coverage>(coverage_make(width, height, pixels));
+}
+
+// A bitmap in its corner of a texture whose sides are powers of two, top row first, with the rest
+// and the colour that stands for "nothing" transparent.
+void bitmap_pad(const BitmapImage& image, std::int32_t padded_width, std::int32_t padded_height,
+                std::uint8_t* out) {
+  for (std::int32_t r = 0; r < padded_height; ++r) {
+    for (std::int32_t c = 0; c < padded_width; ++c, out += 4) {
+      if (r >= image.height || c >= image.width) {
+        out[0] = out[2] = out[3] = 0;
+        out[1] = 0xFF;
+        continue;
+      }
+      const std::size_t row = image.height - 1 - r;
+      const std::uint8_t* in = &image.pixels[(row * image.width + c) * 3];
+      const bool nothing = in[0] == 0xFF && in[1] == 0 && in[2] == 0xFF;
+      for (int i = 0; i < 3; ++i) out[i] = nothing ? 0 : in[i];
+      out[3] = nothing ? 0 : 0xFF;
+    }
+  }
+}
+
+bool bitmap_load(const char* file_name, GlTexture& texture) {
+  BitmapImage image;
+  if (!bitmap_read(file_name, image)) return false;
+  const std::int32_t width = gfx_padded_size(image.width);
+  const std::int32_t height = gfx_padded_size(image.height);
+  const std::unique_ptr<std::uint8_t[]> staging(
+      new (std::nothrow) std::uint8_t[static_cast<std::size_t>(width) * height * 4]);
+  if (staging != nullptr) {
+    bitmap_pad(image, width, height, staging.get());
+    texture.id = display_texture_create(width, height, PIXELS_RGBA, staging.get());
+    coverage_take(texture, width, height, staging.get());
+  } else {  // out of memory: what there is, rather than nothing
+    texture.id = display_texture_create(width / 2, height / 2, PIXELS_RGB, image.pixels.data());
+  }
+  texture.width = image.width;
+  texture.height = image.height;
+  return true;
+}
+
+bool tga_load(const char* file_name, GlTexture& texture) {
+  TgaImage image;
+  if (!tga_read(file_name, image)) return false;
+  texture.id = display_texture_create(image.width, image.height, PIXELS_BGRA, image.pixels.data());
+  texture.width = image.width;
+  texture.height = image.height;
+  coverage_take(texture, image.width, image.height, image.pixels.data());
+  return true;
+}
+
+// The texture is compressed, which may move an alpha: coverage looks at what GL really holds.
+bool png_load(const char* file_name, GlTexture& texture) {
+  texture.id =
+      display_texture_load_png(files_path(file_name).c_str(), &texture.width, &texture.height);
+  if (texture.id == 0) return false;
+  const std::size_t size = static_cast<std::size_t>(texture.width) * texture.height * 4;
+  const std::unique_ptr<std::uint8_t[]> pixels(new (std::nothrow) std::uint8_t[size]);
+  if (pixels != nullptr && display_texture_read(texture.id, pixels.get())) {
+    coverage_take(texture, texture.width, texture.height, pixels.get());
+  }
+  return true;
+}
+
+struct Extension {
+  const char* text;
+  Reader reader;
+};
+
+// The first one found anywhere in the name wins.
+constexpr Extension extensions[] = {{".bmp", bitmap_load}, {".BMP", bitmap_load},
+                                    {".tga", tga_load},    {".TGA", tga_load},
+                                    {".png", png_load},    {".PNG", png_load}};
+
+}  // namespace
+
+std::int32_t gfx_padded_size(std::int32_t side) {
+  std::int32_t padded = 1;
+  while (padded < side) padded *= 2;
+  return padded;
+}
+
+int gfx_texture_load(const char* file_name, GlTexture** texture_out, TextureInfo* info_out) {
+  auto* texture = new GlTexture{};
+  *texture_out = texture;
+  for (const Extension& extension : extensions) {
+    if (std::strstr(file_name, extension.text) == nullptr) continue;
+    if (!extension.reader(file_name, *texture)) return 0;
+    if (info_out != nullptr) *info_out = {texture->width, texture->height};
+    return 1;
+  }
+  return 0;
+}
+
+void gfx_texture_free(GlTexture* texture) {
+  delete texture;
+}

@@ -1,0 +1,282 @@
+#define GL_GLEXT_PROTOTYPES
+#include <SDL2/SDL_opengl.h>
+#include <SOIL/SOIL.h>
+
+#include <algorithm>
+#include <cstring>
+
+#include "platform/display.h"
+#include "platform/display_sdl.h"
+#include "platform/thread.h"
+
+namespace {
+
+struct Pixels {  // window pixels, x and y from the bottom left, far ends not included
+  int left, bottom, right, top;
+  [[nodiscard]] bool empty() const { return left >= right || bottom >= top; }
+};
+
+struct Gl {
+  SDL_GLContext context = nullptr;
+  int left = 0, top = 0, right = 1, bottom = 1;  // layout shown, y downward
+  DisplaySize window{1, 1};
+  GLuint texture = 0;    // bound
+  bool textured = true;  // GL_TEXTURE_2D
+  bool blended = true;   // GL_BLEND
+  bool scissored = false;
+};
+
+constinit Gl gl;
+
+constexpr float BYTE = 255.0F;
+
+float byte_of(std::uint32_t colour, int shift) {
+  return static_cast<float>(colour >> shift & 0xFF) / BYTE;
+}
+
+void state_set() {
+  glEnable(GL_TEXTURE_2D);
+  glShadeModel(GL_SMOOTH);
+  glClearColor(0.0F, 0.0F, 0.0F, 0.3F);
+  glClearDepth(1.0);
+  glDepthFunc(GL_LEQUAL);
+  glHint(GL_PERSPECTIVE_CORRECTION_HINT, GL_FASTEST);
+  glColor4f(1.0F, 1.0F, 1.0F, 1.0F);
+  glEnable(GL_BLEND);
+  glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+  glAlphaFunc(GL_GREATER, 0.1F);
+  glDrawBuffer(GL_BACK);
+}
+
+int errors_taken() {
+  return glGetError() == GL_NO_ERROR ? 0 : 1;
+}
+
+void switch_to(bool& is_on, bool on, GLenum capability) {
+  if (is_on == on) return;
+  is_on = on;
+  if (on) {
+    glEnable(capability);
+  } else {
+    glDisable(capability);
+  }
+}
+
+int floor_div(std::int64_t a, std::int64_t b) {
+  return static_cast<int>(a >= 0 ? a / b : -((-a + b - 1) / b));
+}
+int ceil_div(std::int64_t a, std::int64_t b) {
+  return -floor_div(-a, b);
+}
+
+Pixels window_pixels() {
+  return {0, 0, gl.window.width, gl.window.height};
+}
+
+// All window pixels that a box of the layout touches, or those that lie wholly in it.
+Pixels box_pixels(const DisplayBox& box, bool wholly) {
+  const std::int64_t w = gl.window.width;
+  const std::int64_t h = gl.window.height;
+  const std::int64_t layout_w = gl.right - gl.left;
+  const std::int64_t layout_h = gl.bottom - gl.top;
+  const std::int64_t x = box.x - gl.left;
+  const std::int64_t y = gl.bottom - box.y - box.height;
+  const auto low = wholly ? ceil_div : floor_div;
+  const auto high = wholly ? floor_div : ceil_div;
+  const Pixels all = window_pixels();
+  return {std::clamp(low(x * w, layout_w), 0, all.right),
+          std::clamp(low(y * h, layout_h), 0, all.top),
+          std::clamp(high((x + box.width) * w, layout_w), 0, all.right),
+          std::clamp(high((y + box.height) * h, layout_h), 0, all.top)};
+}
+
+// As two triangles: how GL parts a quad may depend on what is drawn together with it, and where a
+// pixel lies just between two texels the seam decides. So a picture would change by a texel here
+// and there with the way it is drawn.
+void quad_emit(const DisplayQuad& quad) {
+  constexpr int CORNERS[] = {0, 1, 2, 0, 2, 3};
+  const bool one_colour = quad.colour[0] == quad.colour[1] && quad.colour[0] == quad.colour[2] &&
+                          quad.colour[0] == quad.colour[3];
+  bool coloured = false;
+  glBegin(GL_TRIANGLES);
+  for (const int i : CORNERS) {
+    if (!coloured) {
+      const std::uint32_t c = quad.colour[i];
+      glColor4f(byte_of(c, 16), byte_of(c, 8), byte_of(c, 0), byte_of(c, 24));
+      coloured = one_colour;
+    }
+    if (quad.texture != 0) glTexCoord2f(quad.u[i], quad.v[i]);
+    glVertex2f(quad.x[i], -quad.y[i]);
+  }
+  glEnd();
+}
+
+void piece_draw(const DisplayQuad& quad, const Pixels& piece, bool blended) {
+  if (piece.empty()) return;
+  switch_to(gl.scissored, true, GL_SCISSOR_TEST);
+  glScissor(piece.left, piece.bottom, piece.right - piece.left, piece.top - piece.bottom);
+  switch_to(gl.blended, blended, GL_BLEND);
+  quad_emit(quad);
+}
+
+// The opaque core without blending and, with it, the four strips that the clip leaves around it.
+// Each pixel belongs to one piece: drawn twice, a translucent one would be too strong.
+void pieces_draw(const DisplayQuad& quad, const Pixels& clip, Pixels core) {
+  core.left = std::clamp(core.left, clip.left, clip.right);
+  core.right = std::clamp(core.right, clip.left, clip.right);
+  core.bottom = std::clamp(core.bottom, clip.bottom, clip.top);
+  core.top = std::clamp(core.top, clip.bottom, clip.top);
+  if (core.empty()) {
+    piece_draw(quad, clip, true);
+    return;
+  }
+  piece_draw(quad, core, false);
+  piece_draw(quad, {clip.left, core.top, clip.right, clip.top}, true);
+  piece_draw(quad, {clip.left, clip.bottom, clip.right, core.bottom}, true);
+  piece_draw(quad, {clip.left, core.bottom, core.left, core.top}, true);
+  piece_draw(quad, {core.right, core.bottom, clip.right, core.top}, true);
+}
+
+void texture_bind(GLuint texture) {
+  if (gl.texture == texture) return;
+  gl.texture = texture;
+  glBindTexture(GL_TEXTURE_2D, texture);
+}
+
+void filters_set() {
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
+}
+
+}  // namespace
+
+bool display_create_context(std::string& error) {
+  SDL_Window* window = display_sdl_window();
+  if (window == nullptr) {
+    error = "Can't Create A GL Device Context.";
+    return false;
+  }
+  if (!display_sdl_window_has_gl()) {
+    error = "Can't Find A Suitable PixelFormat.";
+    return false;
+  }
+  // A software renderer starts its workers here, and they inherit the processors of this thread.
+  thread_unpin();
+  gl = Gl{};
+  gl.context = SDL_GL_CreateContext(window);
+  const bool current = gl.context != nullptr && SDL_GL_MakeCurrent(window, gl.context) == 0;
+  thread_pin_to_one_processor();
+  if (!current) {
+    error = gl.context == nullptr ? "Can't Create A GL Rendering Context."
+                                  : "Can't Activate The GL Rendering Context.";
+    gl.context = nullptr;
+    return false;
+  }
+  SDL_GL_SetSwapInterval(0);
+  SDL_ShowWindow(window);
+  SDL_RaiseWindow(window);
+  state_set();
+  return true;
+}
+
+void display_set_projection(int left, int top, int width, int height) {
+  if (gl.context == nullptr) return;
+  gl.left = left;
+  gl.top = top;
+  gl.right = width;
+  gl.bottom = height;
+  gl.window = display_window_size();
+  glViewport(0, 0, gl.window.width, gl.window.height);
+  glMatrixMode(GL_PROJECTION);
+  glLoadIdentity();
+  glOrtho(left, width, -height, -top, -1.0, 1.0);
+  glMatrixMode(GL_MODELVIEW);
+  glLoadIdentity();
+}
+
+int display_begin_frame(std::uint32_t colour) {
+  if (gl.context == nullptr) return 0;
+  int errors = 0;
+  glDrawBuffer(GL_BACK);
+  errors += errors_taken();
+  gl.window = display_window_size();
+  glViewport(0, 0, gl.window.width, gl.window.height);
+  errors += errors_taken();
+  switch_to(gl.scissored, false, GL_SCISSOR_TEST);
+  glClearColor(byte_of(colour, 16), byte_of(colour, 8), byte_of(colour, 0), byte_of(colour, 24));
+  errors += errors_taken();
+  glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+  errors += errors_taken();
+  glLoadIdentity();
+  errors += errors_taken();
+  return errors;
+}
+
+void display_end_frame() {
+  if (gl.context != nullptr) SDL_GL_SwapWindow(display_sdl_window());
+}
+
+std::uint32_t display_texture_create(int width, int height, PixelFormat format,
+                                     const void* pixels) {
+  if (gl.context == nullptr) return 0;
+  GLuint name = 0;
+  glGenTextures(1, &name);
+  texture_bind(name);
+  const GLint components = format == PIXELS_RGB ? 3 : 4;
+  const GLenum order = format == PIXELS_RGB ? GL_RGB : format == PIXELS_RGBA ? GL_RGBA : GL_BGRA;
+  glTexImage2D(GL_TEXTURE_2D, 0, components, width, height, 0, order, GL_UNSIGNED_BYTE, pixels);
+  filters_set();
+  return name;
+}
+
+std::uint32_t display_texture_load_png(const char* path, int* width, int* height) {
+  *width = *height = 0;
+  if (gl.context == nullptr) return 0;
+  const GLuint name =
+      SOIL_load_OGL_texture(path, SOIL_LOAD_RGBA, SOIL_CREATE_NEW_ID, SOIL_FLAG_COMPRESS_TO_DXT);
+  gl.texture = 0;  // whatever SOIL left bound
+  glBindTexture(GL_TEXTURE_2D, name);
+  gl.texture = name;
+  if (name == 0) return 0;
+  glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_WIDTH, width);
+  glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_HEIGHT, height);
+  filters_set();
+  return name;
+}
+
+bool display_texture_read(std::uint32_t texture, void* rgba) {
+  if (gl.context == nullptr || texture == 0) return false;
+  texture_bind(texture);
+  glGetTexImage(GL_TEXTURE_2D, 0, GL_RGBA, GL_UNSIGNED_BYTE, rgba);
+  return glGetError() == GL_NO_ERROR;
+}
+
+void display_draw_quad(const DisplayQuad& quad) {
+  if (gl.context == nullptr) return;
+  switch_to(gl.textured, quad.texture != 0, GL_TEXTURE_2D);
+  if (quad.texture != 0) texture_bind(quad.texture);
+  const bool has_core = quad.core.width > 0;
+  if (quad.clipped || has_core) {
+    const Pixels clip = quad.clipped ? box_pixels(quad.clip, false) : window_pixels();
+    const Pixels core = has_core ? box_pixels(quad.core, true) : Pixels{};
+    pieces_draw(quad, clip, core);
+  } else {
+    switch_to(gl.scissored, false, GL_SCISSOR_TEST);
+    switch_to(gl.blended, true, GL_BLEND);
+    quad_emit(quad);
+  }
+}
+
+bool display_read_frame(std::uint8_t* rgb) {
+  if (gl.context == nullptr) return false;
+  const int width = gl.window.width;
+  const int height = gl.window.height;
+  const std::size_t row = static_cast<std::size_t>(width) * 3;
+  glPixelStorei(GL_PACK_ALIGNMENT, 1);
+  glReadBuffer(GL_BACK);
+  glReadPixels(0, 0, width, height, GL_RGB, GL_UNSIGNED_BYTE, rgb);
+  for (int y = 0; y < height / 2; ++y) {  // GL's first row is the lowest
+    std::swap_ranges(rgb + y * row, rgb + (y + 1) * row, rgb + (height - 1 - y) * row);
+  }
+  return glGetError() == GL_NO_ERROR;
+}

@@ -1,0 +1,170 @@
+#include <SDL2/SDL.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+
+#include "platform/display.h"
+#include "platform/display_sdl.h"
+#include "platform/key_lines.h"
+
+namespace {
+
+struct Window {
+  SDL_Window* window = nullptr;
+  bool has_gl = false;
+  bool change_mode = false;  // `mode` is to be set together with the window
+  SDL_DisplayMode mode{};
+};
+
+constinit Window state;
+
+constexpr int WINDOW_FLOOR_PX = 80;  // least side of a window that somebody may size by hand
+
+// A box must have somebody who can answer it. On a desk that's the person whose session it is; a
+// virtual screen or a cabinet's bare one has nobody, and the program would wait for ever.
+bool somebody_can_answer() {
+  if (std::getenv("CI") != nullptr || !display_sdl_video()) return false;
+  const char* driver = SDL_GetCurrentVideoDriver();
+  if (driver == nullptr) return false;
+  if (SDL_strcmp(driver, "dummy") == 0 || SDL_strcmp(driver, "offscreen") == 0) return false;
+  return std::getenv("XDG_CURRENT_DESKTOP") != nullptr || std::getenv("DESKTOP_SESSION") != nullptr;
+}
+
+void window_event(const SDL_WindowEvent& event, DisplayEvents& seen) {
+  switch (event.event) {
+    case SDL_WINDOWEVENT_MOVED:
+    case SDL_WINDOWEVENT_RESIZED:
+    case SDL_WINDOWEVENT_SIZE_CHANGED:
+      seen.moved = true;
+      break;
+    case SDL_WINDOWEVENT_FOCUS_GAINED:
+      SDL_ShowCursor(SDL_DISABLE);
+      break;
+    case SDL_WINDOWEVENT_FOCUS_LOST:
+      SDL_ShowCursor(SDL_ENABLE);
+      break;
+    case SDL_WINDOWEVENT_CLOSE:
+      seen.quit = true;
+      break;
+    default:
+      break;
+  }
+}
+
+void key_event(const SDL_KeyboardEvent& event, DisplayEvents& seen) {
+  if (event.keysym.sym == SDLK_ESCAPE) {
+    if (event.type == SDL_KEYDOWN) seen.quit = true;
+  } else if (event.repeat == 0) {
+    key_line_send(event.type == SDL_KEYDOWN, SDL_GetKeyName(event.keysym.sym));
+  }
+}
+
+}  // namespace
+
+SDL_Window* display_sdl_window() {
+  return state.window;
+}
+
+bool display_sdl_window_has_gl() {
+  return state.has_gl;
+}
+
+bool display_sdl_video() {
+  return SDL_WasInit(SDL_INIT_VIDEO) != 0 || SDL_InitSubSystem(SDL_INIT_VIDEO) == 0;
+}
+
+DisplayModeResult display_set_mode(int width, int height) {
+  if (width <= 0 || height <= 0) return DISPLAY_MODE_BAD_PARAM;
+  SDL_DisplayMode desktop{};
+  if (!display_sdl_video() || SDL_GetDesktopDisplayMode(0, &desktop) != 0) {
+    return DISPLAY_MODE_FAILED;
+  }
+  state.change_mode = false;
+  if (desktop.w == width && desktop.h == height) return DISPLAY_MODE_OK;
+  const int count = SDL_GetNumDisplayModes(0);
+  for (int i = 0; i < count && !state.change_mode; ++i) {
+    SDL_DisplayMode mode{};
+    if (SDL_GetDisplayMode(0, i, &mode) == 0 && mode.w == width && mode.h == height) {
+      state.mode = mode;  // the modes are sorted: the first of a size is its best
+      state.change_mode = true;
+    }
+  }
+  const bool fits = desktop.w >= width && desktop.h >= height;
+  return state.change_mode || fits ? DISPLAY_MODE_OK : DISPLAY_MODE_BAD_MODE;
+}
+
+bool display_open_window(const char* title, int width, int height, bool fullscreen) {
+  if (!display_sdl_video()) return false;
+  SDL_GL_SetAttribute(SDL_GL_DOUBLEBUFFER, 1);
+  SDL_GL_SetAttribute(SDL_GL_RED_SIZE, 8);
+  SDL_GL_SetAttribute(SDL_GL_GREEN_SIZE, 8);
+  SDL_GL_SetAttribute(SDL_GL_BLUE_SIZE, 8);
+  SDL_GL_SetAttribute(SDL_GL_DEPTH_SIZE, 16);
+  std::uint32_t flags = SDL_WINDOW_SHOWN;
+  flags |= fullscreen ? SDL_WINDOW_BORDERLESS : SDL_WINDOW_RESIZABLE;
+  state.window = SDL_CreateWindow(title, 0, 0, width, height, flags | SDL_WINDOW_OPENGL);
+  state.has_gl = state.window != nullptr;
+  // Without a pixel format there is still a window; what is missing is told with the context.
+  if (!state.has_gl) state.window = SDL_CreateWindow(title, 0, 0, width, height, flags);
+  if (state.window == nullptr) return false;
+  if (fullscreen && state.change_mode) {
+    SDL_SetWindowDisplayMode(state.window, &state.mode);
+    SDL_SetWindowFullscreen(state.window, SDL_WINDOW_FULLSCREEN);
+  }
+  SDL_RaiseWindow(state.window);
+  SDL_SetCursor(SDL_CreateSystemCursor(SDL_SYSTEM_CURSOR_HAND));
+  if (fullscreen) SDL_ShowCursor(SDL_DISABLE);
+  return true;
+}
+
+DisplaySize display_window_size() {
+  DisplaySize size{0, 0};
+  if (state.window != nullptr) SDL_GetWindowSize(state.window, &size.width, &size.height);
+  return size;
+}
+
+void display_resize_window(int width, int height) {
+  if (state.window == nullptr) return;
+  SDL_SetWindowSize(state.window, std::max(width, WINDOW_FLOOR_PX),
+                    std::max(height, WINDOW_FLOOR_PX));
+}
+
+DisplayEvents display_poll_events() {
+  DisplayEvents seen{};
+  SDL_Event event;
+  while (SDL_WasInit(SDL_INIT_VIDEO) != 0 && SDL_PollEvent(&event) != 0) {
+    switch (event.type) {
+      case SDL_QUIT:
+        seen.quit = true;
+        break;  // SIGTERM and SIGINT come this way too
+      case SDL_WINDOWEVENT:
+        window_event(event.window, seen);
+        break;
+      case SDL_KEYDOWN:
+      case SDL_KEYUP:
+        key_event(event.key, seen);
+        break;
+      default:
+        break;
+    }
+  }
+  return seen;
+}
+
+bool display_message_box(const char* title, const char* text, bool yes_no) {
+  std::fprintf(stderr, "%s: %s\n", title, text);
+  if (!somebody_can_answer()) return false;
+  if (!yes_no) {
+    SDL_ShowSimpleMessageBox(SDL_MESSAGEBOX_WARNING, title, text, state.window);
+    return false;
+  }
+  const SDL_MessageBoxButtonData buttons[] = {
+      {SDL_MESSAGEBOX_BUTTON_RETURNKEY_DEFAULT, 1, "Yes"},
+      {SDL_MESSAGEBOX_BUTTON_ESCAPEKEY_DEFAULT, 0, "No"},
+  };
+  const SDL_MessageBoxData box = {
+      SDL_MESSAGEBOX_WARNING, state.window, title, text, 2, buttons, nullptr};
+  int answer = 0;
+  return SDL_ShowMessageBox(&box, &answer) == 0 && answer == 1;
+}

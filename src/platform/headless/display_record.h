@@ -1,0 +1,19 @@
+// What the display without a screen has seen, for tests.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "platform/display.h"
+
+struct HeadlessDisplay {
+  DisplaySize window{0, 0};
+  std::uint64_t frames = 0;  // begun
+  std::uint64_t quads = 0;   // drawn
+  std::uint32_t textures = 0;
+  bool record = false;  // keep the quads themselves
+  std::vector<DisplayQuad> recorded;
+  std::vector<std::string> boxes;  // "title: text" of each message box
+};
+
+extern HeadlessDisplay headless_display;

@@ -1,0 +1,33 @@
+#include <cstdio>
+
+#include "platform/display.h"
+#include "platform/headless/display_record.h"
+
+HeadlessDisplay headless_display;
+
+DisplayModeResult display_set_mode(int width, int height) {
+  return width > 0 && height > 0 ? DISPLAY_MODE_OK : DISPLAY_MODE_BAD_PARAM;
+}
+
+bool display_open_window(const char* /*title*/, int width, int height, bool /*fullscreen*/) {
+  headless_display.window = {width, height};
+  return true;
+}
+
+DisplaySize display_window_size() {
+  return headless_display.window;
+}
+
+void display_resize_window(int width, int height) {
+  headless_display.window = {width, height};
+}
+
+DisplayEvents display_poll_events() {
+  return {};
+}
+
+bool display_message_box(const char* title, const char* text, bool /*yes_no*/) {
+  headless_display.boxes.push_back(std::string(title) + ": " + text);
+  std::fprintf(stderr, "%s: %s\n", title, text);
+  return false;
+}

@@ -1,0 +1,57 @@
+#include "platform/key_lines.h"
+
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include "platform/environment.h"
+
+namespace {
+
+constinit int listener = -1;
+
+void listener_close() {
+  if (listener >= 0) close(listener);
+  listener = -1;
+}
+
+// A key is rare and a connect to a socket in the file system is quick, so each key that finds no
+// connection tries anew. Not blocking: a listener with a full backlog is no listener.
+bool listener_open(const std::string& path) {
+  sockaddr_un address{};
+  if (path.size() >= sizeof address.sun_path) return false;
+  address.sun_family = AF_UNIX;
+  std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
+  listener = socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+  if (listener < 0) return false;
+  if (connect(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) {
+    return true;
+  }
+  listener_close();
+  return false;
+}
+
+bool line_write(const char* line, std::size_t size) {
+  return send(listener, line, size, MSG_NOSIGNAL | MSG_DONTWAIT) == static_cast<ssize_t>(size);
+}
+
+}  // namespace
+
+void key_line_send(bool pressed, const char* name) {
+  const std::string& path = environment.keys_socket;
+  if (path.empty() || name[0] == '\0') return;
+  char line[96];
+  const int length =
+      std::snprintf(line, sizeof line, "%s %s\n", pressed ? "press" : "release", name);
+  if (length <= 0 || length >= static_cast<int>(sizeof line)) return;
+  const auto size = static_cast<std::size_t>(length);
+  if (listener >= 0 && line_write(line, size)) return;
+  // The old listener has gone, or its buffer is full and a piece of a line may be in it: begin
+  // anew.
+  listener_close();
+  if (listener_open(path) && !line_write(line, size)) listener_close();
+}

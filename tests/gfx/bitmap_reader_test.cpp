@@ -1,0 +1,141 @@
+#include "gfx/bitmap_reader.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/headless/display_record.h"
+#include "tests/gfx/pictures.h"
+
+namespace {
+
+struct Header {
+  bool file_header = true;
+  bool core = false;
+  int width = 3, height = 2, depth = 24;
+  std::uint32_t compression = 0;
+  std::uint32_t colours_used = 0;
+  Bytes colours{};  // colour table or masks, as stored
+};
+
+Bytes bitmap(const Header& h, const Bytes& rows) {
+  Bytes info;
+  put32(info, h.core ? 12 : 40);
+  if (h.core) {
+    put16(info, h.width);
+    put16(info, h.height);
+    put16(info, 1);
+    put16(info, h.depth);
+  } else {
+    put32(info, h.width);
+    put32(info, h.height);
+    put16(info, 1);
+    put16(info, h.depth);
+    put32(info, h.compression);
+    for (int i = 0; i < 3; ++i) put32(info, 0);
+    put32(info, h.colours_used);
+    put32(info, 0);
+  }
+  Bytes out;
+  if (h.file_header) {
+    out = {'B', 'M'};
+    put32(out, 0);
+    put32(out, 0);
+    put32(out, 14 + info.size() + h.colours.size());
+  }
+  out.insert(out.end(), info.begin(), info.end());
+  out.insert(out.end(), h.colours.begin(), h.colours.end());
+  out.insert(out.end(), rows.begin(), rows.end());
+  return out;
+}
+
+std::string decoded(const Bytes& file) {  // "rrggbb" of each pixel, bottom row first
+  BitmapImage image{};
+  if (bitmap_decode(file.data(), file.size(), image) != BITMAP_OK) return "failed";
+  std::string text;
+  for (std::size_t i = 0; i < image.pixels.size(); ++i) {
+    char hex[4];
+    std::snprintf(hex, sizeof hex, "%02x", image.pixels[i]);
+    if (i != 0 && i % 3 == 0) text += ' ';
+    text += hex;
+  }
+  return text;
+}
+
+// Rows of 3 pixels of 24 bits: blue, green, red, and three bytes of padding.
+const Bytes rows24 = {3,    2,    1,    6, 5, 4, 9,   8, 7,   0, 0, 0,
+                      0x13, 0x12, 0x11, 0, 0, 0, 255, 0, 255, 0, 0, 0};
+const char* const pixels24 = "010203 040506 070809 111213 000000 ff00ff";
+
+TEST(BitmapReader, TakesBothHeadersWithAndWithoutTheFileHeader) {
+  for (const bool file_header : {true, false}) {
+    for (const bool core : {true, false}) {
+      Header header;
+      header.file_header = file_header;
+      header.core = core;
+      EXPECT_EQ(decoded(bitmap(header, rows24)), pixels24) << file_header << core;
+    }
+  }
+  Header top_down;
+  top_down.height = -2;
+  EXPECT_EQ(decoded(bitmap(top_down, rows24)), "111213 000000 ff00ff 010203 040506 070809");
+}
+
+TEST(BitmapReader, LooksIndexesUpInTheColourTable) {
+  const Bytes colours = {1, 2, 3, 0, 4, 5, 6, 0};  // blue first, four bytes each
+  Header one{.width = 10, .height = 1, .depth = 1, .colours = colours};
+  EXPECT_EQ(decoded(bitmap(one, {0b10000000, 0b01000000, 0, 0})),
+            "060504 030201 030201 030201 030201 030201 030201 030201 030201 060504");
+  Header four{.width = 3, .height = 1, .depth = 4, .colours_used = 2, .colours = colours};
+  EXPECT_EQ(decoded(bitmap(four, {0x01, 0x70, 0, 0})), "030201 060504 000000") << "7 has no colour";
+  Header eight{.width = 2, .height = 2, .depth = 8, .colours_used = 2, .colours = colours};
+  EXPECT_EQ(decoded(bitmap(eight, {1, 0, 0, 0, 0, 1, 0, 0})), "060504 030201 030201 060504");
+  Bytes core_colours;  // the short header's table is always whole, three bytes each
+  for (int i = 0; i < 16; ++i) core_colours.insert(core_colours.end(), 3, i);
+  Header core{.core = true, .width = 2, .height = 1, .depth = 4, .colours = core_colours};
+  EXPECT_EQ(decoded(bitmap(core, {0x2F, 0, 0, 0})), "020202 0f0f0f");
+}
+
+TEST(BitmapReader, StretchesDeepColoursTo24Bits) {
+  Header sixteen{.width = 2, .height = 1, .depth = 16};
+  EXPECT_EQ(decoded(bitmap(sixteen, {0x00, 0x7C, 0x1F, 0x02})), "ff0000 0083ff");
+  Bytes masks;
+  for (const std::uint32_t mask : {0xF800U, 0x07E0U, 0x001FU}) put32(masks, mask);
+  Header fields{.width = 1, .height = 1, .depth = 16, .compression = 3, .colours = masks};
+  EXPECT_EQ(decoded(bitmap(fields, {0xE0, 0x07, 0, 0})), "00ff00");
+  Header deep{.width = 1, .height = 1, .depth = 32};
+  EXPECT_EQ(decoded(bitmap(deep, {1, 2, 3, 77})), "030201") << "the fourth byte says nothing";
+}
+
+TEST(BitmapReader, RefusesWhatItCannotDeliver) {
+  BitmapImage image{};
+  Bytes unknown = bitmap({}, rows24);
+  unknown[14] = 39;
+  EXPECT_EQ(bitmap_decode(unknown.data(), unknown.size(), image), BITMAP_UNKNOWN_FORMAT);
+  const Bytes packed = bitmap({.depth = 8, .compression = 1}, rows24);
+  EXPECT_EQ(bitmap_decode(packed.data(), packed.size(), image), BITMAP_NOT_CONVERTED);
+  const Bytes whole = bitmap({}, rows24);
+  for (std::size_t size = 0; size < whole.size(); ++size) {
+    const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
+    EXPECT_NE(bitmap_decode(cut.data(), cut.size(), image), BITMAP_OK) << size;
+  }
+  for (const int size : {0, 40000, -40000, INT32_MIN}) {
+    const Bytes large = bitmap({.height = size}, rows24);
+    EXPECT_NE(bitmap_decode(large.data(), large.size(), image), BITMAP_OK) << size;
+  }
+}
+
+TEST(BitmapReader, TellsWhyInBoxes) {
+  const PictureFolder folder;
+  Bytes unknown = bitmap({}, rows24);
+  unknown[14] = 39;
+  folder.write("images/odd.bmp", unknown);
+  BitmapImage image{};
+  headless_display.boxes.clear();
+  EXPECT_FALSE(bitmap_read(R"(images\odd.bmp)", image));
+  EXPECT_FALSE(bitmap_read(R"(images\none.bmp)", image));
+  const std::vector<std::string> told = {"Error: Unknown DIB file format.",
+                                         "Error: Failed to open DIB file images\\odd.bmp.\n",
+                                         "Error: Failed to open DIB file images\\none.bmp.\n"};
+  EXPECT_EQ(headless_display.boxes, told);
+}
+
+}  // namespace

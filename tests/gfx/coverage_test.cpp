@@ -1,0 +1,111 @@
+#include "gfx/coverage.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace {
+
+struct Picture {
+  int width, height;
+  std::vector<std::uint8_t> bytes;
+
+  Picture(int w, int h) : width(w), height(h), bytes(static_cast<std::size_t>(w) * h * 4) {}
+  std::uint8_t& alpha(int x, int y) {
+    return bytes[(static_cast<std::size_t>(y) * width + x) * 4 + 3];
+  }
+  void fill(int x, int y, int w, int h, std::uint8_t value) {
+    for (int row = y; row < y + h; ++row) {
+      for (int column = x; column < x + w; ++column) alpha(column, row) = value;
+    }
+  }
+  [[nodiscard]] Coverage coverage() const { return coverage_make(width, height, bytes.data()); }
+};
+
+bool contains(const PixelRect& r, int x, int y) {
+  return x >= r.x && x < r.x + r.width && y >= r.y && y < r.y + r.height;
+}
+
+TEST(Coverage, ABoxIsTheTilesInUseCutToTheRectangle) {
+  Picture picture(256, 128);
+  picture.alpha(70, 33) = 1;
+  picture.alpha(100, 50) = 200;
+  const Coverage coverage = picture.coverage();
+  PixelRect box = coverage_parts(coverage, {0, 0, 256, 128}).box;
+  EXPECT_TRUE(contains(box, 70, 33) && contains(box, 100, 50));
+  EXPECT_LE(box.width, 31 + 2 * COVERAGE_TILE_PX);
+  EXPECT_LE(box.height, 18 + 2 * COVERAGE_TILE_PX);
+  box = coverage_parts(coverage, {98, 0, 158, 128}).box;
+  EXPECT_GE(box.x, 97);
+  EXPECT_FALSE(contains(box, 70, 33)) << "outside the rectangle";
+  EXPECT_EQ(coverage_parts(coverage, {128, 0, 64, 64}).box.width, 0) << "nothing there";
+}
+
+TEST(Coverage, WhatLiesOnePixelBesideTheRectangleIsSeenToo) {
+  Picture picture(64, 64);
+  picture.fill(0, 56, 64, 8, 255);
+  const Coverage coverage = picture.coverage();
+  EXPECT_EQ(coverage_parts(coverage, {16, 16, 16, 32}).box.width, 0);
+  const PixelRect below = coverage_parts(coverage, {16, 16, 16, 40}).box;
+  EXPECT_TRUE(contains(below, 20, 56));
+  const PixelRect round = coverage_parts(coverage, {16, 0, 16, 16}).box;
+  EXPECT_TRUE(contains(round, 20, -1)) << "above the first row comes the last";
+}
+
+TEST(Coverage, ARectangleThatLeavesTheTextureIsItsOwnBox) {
+  const Coverage coverage = Picture(64, 64).coverage();
+  for (const PixelRect& rect : {PixelRect{40, 0, 32, 8}, PixelRect{-1, 0, 8, 8},
+                                PixelRect{0, 64, 8, 8}, PixelRect{0, 0, 65, 1}}) {
+    const CoverageParts parts = coverage_parts(coverage, rect);
+    EXPECT_EQ(parts.box.width, rect.width);
+    EXPECT_EQ(parts.core.width, 0);
+  }
+}
+
+TEST(Coverage, TheCoreIsTheLargestOpaqueRectangle) {
+  Picture picture(256, 256);
+  picture.fill(0, 0, 256, 256, 254);
+  picture.fill(16, 32, 64, 64, 255);
+  picture.fill(128, 32, 32, 192, 255);
+  const Coverage coverage = picture.coverage();
+  const PixelRect core = coverage_parts(coverage, {0, 0, 256, 256}).core;
+  EXPECT_EQ(core.x, 128);
+  EXPECT_EQ(core.y, 32);
+  EXPECT_EQ(core.width, 32);
+  EXPECT_EQ(core.height, 192);
+  const PixelRect cut = coverage_parts(coverage, {20, 35, 60, 60}).core;
+  EXPECT_EQ(cut.x, 20) << "an opaque tile counts where the rectangle cuts it";
+  EXPECT_EQ(cut.width, 60);
+}
+
+// The promise that the drawing stands on, on pictures of every sort.
+TEST(Coverage, HoldsOnRandomPictures) {
+  std::mt19937 random(7);
+  const auto below = [&random](int n) { return static_cast<int>(random() % n); };
+  for (int round = 0; round < 60; ++round) {
+    Picture picture(8 << below(6), 8 << below(6));
+    for (int patch = 0; patch < 12; ++patch) {
+      const int x = below(picture.width);
+      const int y = below(picture.height);
+      const std::uint8_t alphas[] = {0, 1, 254, 255, 255, 255};
+      picture.fill(x, y, 1 + below(picture.width - x), 1 + below(picture.height - y),
+                   alphas[below(6)]);
+    }
+    const Coverage coverage = picture.coverage();
+    for (int query = 0; query < 20; ++query) {
+      const int x = below(picture.width);
+      const int y = below(picture.height);
+      const PixelRect rect{x, y, 1 + below(picture.width - x), 1 + below(picture.height - y)};
+      const CoverageParts parts = coverage_recall(round + 1, coverage, rect);
+      for (int py = rect.y; py < rect.y + rect.height; ++py) {
+        for (int px = rect.x; px < rect.x + rect.width; ++px) {
+          const int alpha = picture.alpha(px, py);
+          ASSERT_TRUE(alpha == 0 || contains(parts.box, px, py));
+          ASSERT_TRUE(alpha == 255 || !contains(parts.core, px, py));
+        }
+      }
+    }
+  }
+}
+
+}  // namespace

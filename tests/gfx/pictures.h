@@ -1,0 +1,93 @@
+// Little picture files in a folder of their own, for tests.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/files.h"
+
+using Bytes = std::vector<std::uint8_t>;
+
+inline void put16(Bytes& out, std::uint32_t value) {
+  out.push_back(value & 0xFF);
+  out.push_back(value >> 8 & 0xFF);
+}
+inline void put32(Bytes& out, std::uint32_t value) {
+  put16(out, value & 0xFFFF);
+  put16(out, value >> 16);
+}
+
+// The colour of a pixel as 0xAARRGGBB, by column and row from the top.
+using Paint = std::function<std::uint32_t(int x, int y)>;
+
+inline Bytes tga_bytes(int width, int height, const Paint& paint, int depth = 32, int type = 2,
+                       const std::string& id = "") {
+  Bytes out(18, 0);
+  out[0] = static_cast<std::uint8_t>(id.size());
+  out[2] = static_cast<std::uint8_t>(type);
+  out[12] = width & 0xFF;
+  out[13] = width >> 8;
+  out[14] = height & 0xFF;
+  out[15] = height >> 8;
+  out[16] = static_cast<std::uint8_t>(depth);
+  for (const char c : id) out.push_back(static_cast<std::uint8_t>(c));
+  for (int y = height - 1; y >= 0; --y) {
+    for (int x = 0; x < width; ++x) put32(out, paint(x, y));
+  }
+  return out;
+}
+
+// 24 bits a pixel, with file header, bottom row first.
+inline Bytes bmp_bytes(int width, int height, const Paint& paint) {
+  const int row = (width * 3 + 3) / 4 * 4;
+  Bytes out = {'B', 'M'};
+  put32(out, 54 + row * height);
+  put32(out, 0);
+  put32(out, 54);
+  put32(out, 40);
+  put32(out, width);
+  put32(out, height);
+  put16(out, 1);
+  put16(out, 24);
+  for (int i = 0; i < 6; ++i) put32(out, 0);
+  for (int y = height - 1; y >= 0; --y) {
+    const std::size_t start = out.size();
+    for (int x = 0; x < width; ++x) {
+      const std::uint32_t c = paint(x, y);
+      out.push_back(c & 0xFF);
+      out.push_back(c >> 8 & 0xFF);
+      out.push_back(c >> 16 & 0xFF);
+    }
+    out.resize(start + row, 0);
+  }
+  return out;
+}
+
+// A folder that stands for the program's own while the test lasts.
+class PictureFolder {
+ public:
+  PictureFolder() {
+    std::string pattern = (std::filesystem::temp_directory_path() / "pictures-XXXXXX").string();
+    path_ = mkdtemp(pattern.data());
+    std::filesystem::create_directories(path_ + "/images/fonts");
+    files_use_roots(path_ + "/d", path_);
+  }
+  ~PictureFolder() { std::filesystem::remove_all(path_); }
+  PictureFolder(const PictureFolder&) = delete;
+  PictureFolder& operator=(const PictureFolder&) = delete;
+
+  // `name` with forward slashes, below the folder.
+  void write(const std::string& name, const Bytes& bytes) const {
+    std::ofstream file(path_ + "/" + name, std::ios::binary);
+    file.write(reinterpret_cast<const char*>(bytes.data()),
+               static_cast<std::streamsize>(bytes.size()));
+  }
+  [[nodiscard]] const std::string& path() const { return path_; }
+
+ private:
+  std::string path_;
+};

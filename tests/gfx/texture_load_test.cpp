@@ -1,0 +1,129 @@
+#include <gtest/gtest.h>
+
+#include "gfx/panel.h"
+#include "gfx/texture.h"
+#include "gfx/tga_reader.h"
+#include "platform/headless/display_record.h"
+#include "tests/gfx/pictures.h"
+
+namespace {
+
+std::uint32_t numbered(int x, int y) {
+  return 0x01000000U * (10 * y + x) | 0x030201;
+}
+
+TEST(TgaReader, TurnsTheRowsRoundAndSkipsTheId) {
+  const PictureFolder folder;
+  folder.write("images/a.tga", tga_bytes(4, 2, numbered, 32, 2, "made by hand"));
+  TgaImage image{};
+  ASSERT_TRUE(tga_read(R"(images\a.tga)", image));
+  EXPECT_EQ(image.width, 4);
+  EXPECT_EQ(image.height, 2);
+  EXPECT_EQ(image.pixels[3], 0) << "alpha of the top left pixel";
+  EXPECT_EQ(image.pixels[7], 1);
+  EXPECT_EQ(image.pixels[4 * 4 + 3], 10) << "alpha below it";
+}
+
+TEST(TgaReader, RefusesOtherKindsAloudAndShortFilesSilently) {
+  const PictureFolder folder;
+  folder.write("images/deep24.tga", tga_bytes(4, 2, numbered, 24));
+  folder.write("images/packed.tga", tga_bytes(4, 2, numbered, 32, 10));
+  Bytes cut = tga_bytes(4, 2, numbered);
+  cut.pop_back();
+  folder.write("images/short.tga", cut);
+  TgaImage image{};
+  testing::internal::CaptureStdout();
+  EXPECT_FALSE(tga_read(R"(images\deep24.tga)", image));
+  EXPECT_FALSE(tga_read(R"(images\packed.tga)", image));
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "FUCK!!\nFUCK!!\n");
+  testing::internal::CaptureStdout();
+  EXPECT_FALSE(tga_read(R"(images\short.tga)", image));
+  EXPECT_FALSE(tga_read(R"(images\none.tga)", image));
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
+struct Loaded {
+  int result;
+  std::int32_t width, height;
+  bool has_texture, has_coverage;
+};
+
+Loaded load(const char* name) {
+  GlTexture* texture = nullptr;
+  TextureInfo info{-1, -1};
+  const int result = gfx_texture_load(name, &texture, &info);
+  const Loaded loaded{result, info.width, info.height, texture->id != 0,
+                      texture->coverage != nullptr};
+  gfx_texture_free(texture);
+  return loaded;
+}
+
+TEST(TextureLoad, ChoosesTheReaderByTheFirstExtensionInTheName) {
+  const PictureFolder folder;
+  const Bytes tga = tga_bytes(8, 16, numbered);
+  const Bytes bmp = bmp_bytes(100, 60, numbered);
+  for (const char* name : {"a.tga", "A.TGA", "a.tga.png", "a.Tga"}) {
+    folder.write(std::string("images/") + name, tga);
+  }
+  folder.write("images/b.bmp", bmp);
+  folder.write("images/b.tga.bmp", bmp);
+  Bytes png = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n', 0, 0, 0, 13, 'I', 'H', 'D', 'R'};
+  png.insert(png.end(), {0, 0, 1, 0, 0, 0, 0, 64});
+  folder.write("images/c.png", png);
+
+  for (const char* name : {R"(images\a.tga)", R"(images\A.TGA)", R"(images\a.tga.png)"}) {
+    const Loaded loaded = load(name);
+    EXPECT_EQ(loaded.result, 1) << name;
+    EXPECT_EQ(loaded.width, 8) << name;
+    EXPECT_EQ(loaded.height, 16) << name;
+    EXPECT_TRUE(loaded.has_coverage) << name;
+  }
+  for (const char* name : {R"(images\b.bmp)", R"(images\b.tga.bmp)"}) {
+    const Loaded loaded = load(name);
+    EXPECT_EQ(loaded.result, 1) << name;
+    EXPECT_EQ(loaded.width, 100) << "the picture's own size, not the padded one";
+    EXPECT_EQ(loaded.height, 60) << name;
+  }
+  const Loaded png_loaded = load(R"(images\c.png)");
+  EXPECT_EQ(png_loaded.width, 256);
+  EXPECT_EQ(png_loaded.height, 64);
+  EXPECT_FALSE(png_loaded.has_coverage) << "nothing could be read back";
+  for (const char* name : {R"(images\a.Tga)", R"(images\none.tga)", R"(images\none.png)", "x"}) {
+    const Loaded loaded = load(name);
+    EXPECT_EQ(loaded.result, 0) << name;
+    EXPECT_FALSE(loaded.has_texture) << name;
+  }
+}
+
+TEST(TextureLoad, KnowsNoCoverageWherePixelsAndCoordinatesDiffer) {
+  const PictureFolder folder;
+  folder.write("images/odd.tga", tga_bytes(12, 16, numbered));
+  const Loaded loaded = load(R"(images\odd.tga)");
+  EXPECT_TRUE(loaded.has_texture);
+  EXPECT_FALSE(loaded.has_coverage) << "12 pixels are addressed as 16";
+}
+
+TEST(Panels, AMissingFileLeavesARecordThatDrawsNothing) {
+  const PictureFolder folder;
+  const PanelName names[2] = {R"(images\none.tga)", R"(images\there.tga)"};
+  folder.write("images/there.tga", tga_bytes(8, 8, [](int, int) { return 0xFFFFFFFFU; }));
+  Panel table[2];
+  gfx_panels_load(table, 2, names);
+  EXPECT_STREQ(table[0].name, names[0]);
+  EXPECT_EQ(table[0].width, 0);
+  EXPECT_EQ(table[1].width, 8);
+  EXPECT_EQ(table[1].visible, 1);
+  EXPECT_EQ(table[1].flags, 1U);
+  EXPECT_EQ(table[1].colour, 0xFFFFFFFFU);
+  EXPECT_EQ(table[1].scale_x, 0.0F);
+  const std::uint64_t before = headless_display.quads;
+  table[0].flags = PANEL_SOURCE_RECT;
+  table[0].src_w = table[0].src_h = 50;
+  gfx_panel_draw(table[0]);
+  EXPECT_EQ(headless_display.quads, before);
+  gfx_panel_draw(table[1]);
+  EXPECT_EQ(headless_display.quads, before + 1);
+  gfx_panels_free(table, 2);
+}
+
+}  // namespace

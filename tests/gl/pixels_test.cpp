@@ -1,0 +1,205 @@
+// What the drawing calls leave on the screen, by reading its pixels back.
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "gfx/blit.h"
+#include "gfx/panel.h"
+#include "gfx/texture.h"
+#include "platform/display.h"
+#include "tests/gfx/pictures.h"
+#include "tests/gl/png.h"
+#include "tests/gl/screen.h"
+
+namespace {
+
+constexpr std::uint32_t RED = 0xFFFF0000;
+constexpr std::uint32_t GREEN = 0xFF00FF00;
+constexpr std::uint32_t BLUE = 0xFF0000FF;
+constexpr std::uint32_t WHITE = 0xFFFFFFFF;
+
+// Four quarters: red, green / blue, white.
+std::uint32_t quarters(int x, int y, int width, int height) {
+  if (y < height / 2) return x < width / 2 ? RED : GREEN;
+  return x < width / 2 ? BLUE : WHITE;
+}
+
+struct Pixels : testing::Test {
+  void SetUp() override { ASSERT_TRUE(screen_open()); }
+
+  GlTexture* load(const std::string& name, const Bytes& bytes) {
+    folder.write("images/" + name, bytes);
+    GlTexture* texture = nullptr;
+    EXPECT_EQ(gfx_texture_load(("images\\" + name).c_str(), &texture, nullptr), 1);
+    loaded.emplace_back(texture);
+    return texture;
+  }
+  GlTexture* quartered(int side = 64) {
+    return load("q.tga",
+                tga_bytes(side, side, [side](int x, int y) { return quarters(x, y, side, side); }));
+  }
+  static Shot shot(const std::function<void()>& draw) { return screen_shot(1360, 768, draw); }
+
+  PictureFolder folder;
+  std::vector<std::unique_ptr<GlTexture>> loaded;
+};
+
+TEST_F(Pixels, ATgaStandsUprightAndUnfiltered) {
+  const GlTexture* texture = quartered();
+  const Shot seen = shot([&] {
+    gfx_blit_tinted(100, 50, 64, 64, texture, 0, 0, 64, 64, WHITE, 0);
+    gfx_blit_tinted(200, 50, 64, 64, texture, 0, 0, 64, 64, WHITE, 1);
+    gfx_blit_tinted(300, 50, 128, 32, texture, 0, 0, 64, 64, WHITE, 0);
+  });
+  EXPECT_EQ(seen.at(99, 50), 0U);
+  EXPECT_EQ(seen.at(100, 49), 0U);
+  EXPECT_EQ(seen.at(100, 50), 0xFF0000U);
+  EXPECT_EQ(seen.at(131, 81), 0xFF0000U);
+  EXPECT_EQ(seen.at(132, 50), 0x00FF00U);
+  EXPECT_EQ(seen.at(100, 82), 0x0000FFU);
+  EXPECT_EQ(seen.at(163, 113), 0xFFFFFFU);
+  EXPECT_EQ(seen.at(164, 113), 0U);
+  EXPECT_EQ(seen.at(200, 50), 0x00FF00U) << "mirrored";
+  EXPECT_EQ(seen.at(363, 50), 0xFF0000U);
+  EXPECT_EQ(seen.at(364, 65), 0x00FF00U);
+}
+
+TEST_F(Pixels, ABitmapIsPaddedAndMagentaIsNothing) {
+  const auto paint = [](int x, int y) {
+    if (x == 50 && y == 0) return 0xFF00FFU;
+    if (x == 51 && y == 0) return 0xFF01FFU;
+    return quarters(x, y, 100, 60) & 0xFFFFFF;
+  };
+  const GlTexture* texture = load("b.bmp", bmp_bytes(100, 60, paint));
+  const Shot seen = shot([&] {
+    gfx_rect_draw(0, 0, 400, 400, 0xFF203040, 0xFF203040);
+    gfx_blit_tinted(10, 10, 100, 60, texture, 0, 0, 100, 60, WHITE, 0);
+    gfx_blit_tinted(200, 10, 128, 64, texture, 0, 0, 128, 64, WHITE, 0);
+  });
+  EXPECT_EQ(seen.at(10, 10), 0xFF0000U);
+  EXPECT_EQ(seen.at(109, 69), 0xFFFFFFU);
+  EXPECT_EQ(seen.at(110, 69), 0x203040U);
+  EXPECT_EQ(seen.at(10, 69), 0x0000FFU);
+  EXPECT_EQ(seen.at(60, 10), 0x203040U) << "255, 0, 255 is transparent";
+  EXPECT_EQ(seen.at(61, 10), 0xFF01FFU);
+  EXPECT_EQ(seen.at(299, 69), 0xFFFFFFU);
+  EXPECT_EQ(seen.at(300, 69), 0x203040U) << "the padding is never seen";
+  EXPECT_EQ(seen.at(299, 70), 0x203040U);
+}
+
+TEST_F(Pixels, APngComesThroughCompression) {
+  const auto paint = [](int x, int y) {
+    return x % 64 < 8 ? 0x00FFFFFFU : quarters(x, y, 128, 64);
+  };
+  const GlTexture* texture = load("p.png", png_bytes(128, 64, paint));
+  EXPECT_EQ(texture->width, 128);
+  EXPECT_EQ(texture->height, 64);
+  ASSERT_NE(texture->coverage, nullptr) << "the texture can be read back";
+  const Shot seen = shot([&] {
+    gfx_rect_draw(0, 0, 400, 400, 0xFF102030, 0xFF102030);
+    gfx_blit_tinted(0, 0, 128, 64, texture, 0, 0, 128, 64, WHITE, 0);
+  });
+  EXPECT_EQ(seen.at(4, 4), 0x102030U);
+  EXPECT_EQ(seen.at(32, 4), 0xFF0000U);
+  EXPECT_EQ(seen.at(100, 4), 0x00FF00U);
+  EXPECT_EQ(seen.at(32, 60), 0x0000FFU);
+}
+
+TEST_F(Pixels, ATintMultipliesAndItsAlphaFades) {
+  const GlTexture* texture = quartered();
+  const Shot seen = shot([&] {
+    gfx_rect_draw(0, 0, 400, 400, 0xFF0000FF, 0xFF0000FF);
+    gfx_blit_tinted(0, 0, 64, 64, texture, 0, 0, 64, 64, 0x80FF8000, 0);
+    gfx_blit_tinted(100, 0, 64, 64, texture, 0, 0, 64, 64, 0x00FFFFFF, 0);
+    gfx_blit_tinted(200, 0, 64, 64, texture, 0, 0, 64, 64, WHITE, 0);
+  });
+  const std::uint32_t faded = seen.at(0, 0);  // red at 128/255 over blue
+  EXPECT_NEAR(faded >> 16, 128, 1);
+  EXPECT_NEAR(faded & 0xFF, 127, 1);
+  EXPECT_NEAR(seen.at(63, 63) >> 8 & 0xFF, 64, 1) << "green of the tint, halved";
+  EXPECT_EQ(seen.at(100, 0), 0x0000FFU);
+  EXPECT_EQ(seen.at(200, 0), 0xFF0000U) << "the next picture is untouched";
+}
+
+TEST_F(Pixels, APositiveAngleTurnsCounterClockwise) {
+  const GlTexture* texture = quartered();
+  const Shot seen = shot([&] {
+    gfx_blit_rotated(100, 100, 64, 64, texture, 0, 0, 64, 64, 90.0F);
+    gfx_blit_rotated(300, 100, 64, 64, texture, 0, 0, 64, 64, 45.0F);
+  });
+  EXPECT_EQ(seen.at(110, 110), 0x00FF00U) << "what was right is on top";
+  EXPECT_EQ(seen.at(110, 150), 0xFF0000U);
+  EXPECT_EQ(seen.at(150, 150), 0x0000FFU);
+  EXPECT_EQ(seen.at(332, 90), 0x00FF00U) << "corners reach out";
+  EXPECT_EQ(seen.at(290, 132), 0xFF0000U);
+  EXPECT_EQ(seen.at(302, 102), 0U);
+}
+
+TEST_F(Pixels, ThePlainQuadIsAGradientAndOrderIsTheOnlyLayer) {
+  const Shot seen = shot([&] {
+    gfx_rect_draw(0, 0, 256, 10, 0xFF000000, 0xFFFFFFFF);
+    gfx_rect_draw(0, 20, 50, 50, RED, RED);
+    gfx_rect_draw(25, 20, 50, 50, 0x80000000, 0x80000000);
+  });
+  for (int x = 0; x < 256; x += 51) EXPECT_NEAR(seen.at(x, 5) & 0xFF, x, 1);
+  EXPECT_EQ(seen.at(0, 0), seen.at(0, 9));
+  EXPECT_EQ(seen.at(10, 30), 0xFF0000U);
+  EXPECT_NEAR(seen.at(30, 30) >> 16, 127, 1) << "the later one lies on top";
+  const Shot small = screen_shot(680, 384, [] { gfx_rect_draw(680, 384, 340, 192, RED, RED); });
+  EXPECT_EQ(small.at(340, 192), 0xFF0000U) << "the layout fills the window";
+  EXPECT_EQ(small.at(509, 287), 0xFF0000U);
+  EXPECT_EQ(small.at(510, 287), 0U);
+  EXPECT_EQ(small.at(339, 192), 0U);
+}
+
+// A sheet of cells with soft blots and opaque blocks, some of them right to the cell's edge.
+std::uint32_t blot(int x, int y) {
+  const int cell = x / 64 + y / 64 * 4;
+  const int cx = x % 64;
+  const int cy = y % 64;
+  const std::uint32_t colour = (x * 37 + y * 91) * 2654435761U >> 8;
+  const int far = (cx - 32) * (cx - 32) + (cy - 32) * (cy - 32);
+  int alpha = 0;
+  if (cell % 4 == 0) alpha = far < 300 ? 255 : std::max(0, 255 - (far - 300));
+  if (cell % 4 == 1) alpha = cy >= 20 ? 255 : 0;
+  if (cell % 4 == 2) alpha = 255;
+  if (cell % 4 == 3) alpha = cx > 50 && cy < 9 ? 90 : 0;
+  return static_cast<std::uint32_t>(alpha) << 24 | colour;
+}
+
+// Whatever is drawn, the savings mustn't move a pixel: not at the layout's own size, and not where
+// window pixels lie across layout pixels.
+TEST_F(Pixels, SavingFillChangesNothing) {
+  const GlTexture* sheet = load("s.tga", tga_bytes(256, 256, blot));
+  const GlTexture* png = load("s.png", png_bytes(256, 256, blot));
+  const GlTexture* bitmap = load("s.bmp", bmp_bytes(200, 150, blot));
+  const auto draw = [&] {
+    std::mt19937 random(11);
+    const auto below = [&random](int n) { return static_cast<int>(random() % n); };
+    const GlTexture* const all[] = {sheet, png, bitmap};
+    gfx_blit_tinted(0, 0, 1360, 768, bitmap, 0, 0, 200, 150, WHITE, 0);
+    for (int i = 0; i < 400; ++i) {
+      const GlTexture* texture = all[below(3)];
+      const bool cell = below(4) != 0;
+      const int size = cell ? 64 : 128;
+      const int scaled = size + (below(2) == 0 ? 0 : below(300) - 40);
+      gfx_blit(below(1500) - 100, below(900) - 100, scaled, size + below(2) * 33, texture,
+               below(2) * 64, below(2) * 64, size, size, below(8) == 0 ? 30.0F : 0.0F,
+               below(3) == 0 ? 0x90FFFFFF : WHITE, below(2));
+    }
+  };
+  const int sizes[][2] = {{1360, 768}, {640, 480}, {1920, 1080}, {1024, 768}, {1280, 720}};
+  for (const auto& size : sizes) {
+    gfx_blit_whole = true;
+    const Shot whole = screen_shot(size[0], size[1], draw);
+    gfx_blit_whole = false;
+    const Shot saved = screen_shot(size[0], size[1], draw);
+    int differing = 0;
+    for (std::size_t i = 0; i < whole.rgb.size(); ++i) {
+      differing += whole.rgb[i] != saved.rgb[i] ? 1 : 0;
+    }
+    EXPECT_EQ(differing, 0) << size[0] << " x " << size[1];
+  }
+}
+
+}  // namespace

@@ -1,0 +1,78 @@
+#include "tests/gl/screen.h"
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <string>
+
+#include "gfx/frame.h"
+#include "platform/display.h"
+
+namespace {
+
+pid_t server = 0;
+
+}  // namespace
+
+bool screen_start() {
+  if (std::getenv("DISPLAY") != nullptr) return true;
+  int ends[2];
+  if (pipe(ends) != 0) return false;
+  server = fork();
+  if (server == 0) {
+    dup2(ends[1], 3);
+    execlp("Xvfb", "Xvfb", "-displayfd", "3", "-screen", "0", "1920x1200x24", "-nolisten", "tcp",
+           nullptr);
+    _exit(127);
+  }
+  close(ends[1]);
+  std::string number;  // the server writes it when it is ready
+  char c = 0;
+  while (read(ends[0], &c, 1) == 1 && c != '\n') number += c;
+  close(ends[0]);
+  if (server < 0 || number.empty()) return false;
+  setenv("DISPLAY", (":" + number).c_str(), 1);
+  return true;
+}
+
+void screen_stop() {
+  if (server <= 0) return;
+  kill(server, SIGTERM);
+  waitpid(server, nullptr, 0);
+  server = 0;
+}
+
+bool screen_open() {
+  static const bool open = display_open_window("test", LAYOUT_WIDTH, LAYOUT_HEIGHT, true) &&
+                           gfx_context_create(LAYOUT_WIDTH, LAYOUT_HEIGHT) == 1;
+  return open;
+}
+
+Shot screen_shot(int width, int height, const std::function<void()>& draw) {
+  display_resize_window(width, height);
+  display_poll_events();
+  const DisplaySize size = display_window_size();
+  EXPECT_EQ(size.width, width);
+  EXPECT_EQ(size.height, height);
+  EXPECT_EQ(display_begin_frame(0xFF000000), 0);
+  draw();
+  Shot shot{size.width, size.height, {}};
+  shot.rgb.resize(static_cast<std::size_t>(size.width) * size.height * 3);
+  EXPECT_TRUE(display_read_frame(shot.rgb.data()));
+  display_end_frame();
+  return shot;
+}
+
+int main(int argc, char** argv) {
+  testing::InitGoogleTest(&argc, argv);
+  if (!screen_start()) {
+    std::fprintf(stderr, "no display, and Xvfb doesn't start\n");
+    return 1;
+  }
+  const int result = RUN_ALL_TESTS();
+  screen_stop();
+  return result;
+}
