@@ -1,0 +1,304 @@
+#include "tests/io/link_fixture.h"
+
+class Outputs : public LinkTest {
+ protected:
+  // Runs for a time and notes when each frame reached the wire, but for the status queries.
+  std::vector<std::pair<int, std::string>> watch(int ms) {
+    std::vector<std::pair<int, std::string>> seen;
+    for (int at = 1; at <= ms; ++at) {
+      run(1);
+      for (const std::string& frame : sent()) {
+        if (frame != "s") seen.emplace_back(at, frame);
+      }
+    }
+    return seen;
+  }
+};
+using Seen = std::vector<std::pair<int, std::string>>;
+
+TEST_F(Outputs, BringUp) {
+  EXPECT_EQ(start_frames, (Frames{"c", "C0081", "v", "S", "P0000", "P2000", "P3000", "P5000",
+                                  "P7000", "Pf000", "Pd000", "Pe000"}));
+  EXPECT_EQ(first_round, Frames{"s"});
+  Frames later;
+  for (int at = 1; at <= 10000; ++at) {
+    run(1);
+    for (const std::string& frame : sent()) later.push_back(frame + std::to_string(at));
+  }
+  EXPECT_EQ(later, (Frames{"s5000", "s10000"}));
+}
+
+TEST_F(Outputs, AMeterPulseIsAQuarterSecondOnAndOff) {
+  EXPECT_EQ(jamma_command(JAMMA_PULSE_COIN_METER, 0, 1), 0);
+  EXPECT_EQ(watch(2000), (Seen{{250, "H10"}, {500, "H00"}}));
+  run(100);
+  EXPECT_EQ(jamma_command(JAMMA_PULSE_COIN_METER, 1, 2), 0);
+  EXPECT_EQ(watch(1500), (Seen{{250, "P0fff"}, {500, "P0000"}, {750, "P0fff"}, {1000, "P0000"}}));
+  jamma_command(JAMMA_PULSE_TICKET_METER, 1, 1);
+  jamma_command(JAMMA_PULSE_TICKET_METER, 0, 1);
+  EXPECT_EQ(watch(600), (Seen{{250, "Pcfff"}, {250, "Pbfff"}, {500, "Pc000"}, {500, "Pb000"}}));
+}
+
+TEST_F(Outputs, AFurtherPulseRestartsTheStep) {
+  jamma_command(JAMMA_PULSE_COIN_METER, 0, 1);
+  EXPECT_EQ(watch(200), Seen{});
+  jamma_command(JAMMA_PULSE_COIN_METER, 0, 1);
+  EXPECT_EQ(watch(1500), (Seen{{250, "H10"}, {500, "H00"}, {750, "H10"}, {1000, "H00"}}));
+  jamma_command(JAMMA_PULSE_COIN_METER, 2, 1);
+  jamma_command(JAMMA_PULSE_TICKET_METER, -1, 1);
+  EXPECT_EQ(watch(1000), Seen{});
+}
+
+TEST_F(Outputs, StepsAcrossTheWrapOfTheTick) {
+  headless_system_tick_set(0xFFFFFF80u);
+  jamma_command(JAMMA_PULSE_COIN_METER, 0, 1);
+  EXPECT_EQ(watch(1000), (Seen{{250, "H10"}, {500, "H00"}}));
+}
+
+TEST(OutputsAtStart, ATickHalfWayRoundIsNoDeadlineInTheFuture) {
+  headless_clock_reset();
+  headless_system_tick_set(0x90000000u);
+  Pty pty;
+  environment.com[0] = pty.path();
+  JammaLink& link = jamma_reset();
+  int error = 0;
+  link.port = serial_open("COM1", &error);
+  ASSERT_NE(link.port, nullptr);
+  jamma_bring_up(link);
+  jamma_pump();
+  EXPECT_GT(link.tx_used, 0u) << "the first status query is waiting";
+  JammaShutdown();
+  environment.com[0].clear();
+  headless_clock_reset();
+}
+
+TEST_F(Outputs, LockoutsGoOutWithTheNextStep) {
+  jamma_command(JAMMA_SET_LOCKOUT, 0, 1);
+  jamma_command(JAMMA_SET_LOCKOUT, 1, -1);
+  EXPECT_EQ(watch(251), (Seen{{250, "Pafff"}, {250, "P1000"}}));
+  jamma_command(JAMMA_SET_LOCKOUT, 1, 5);
+  jamma_command(JAMMA_SET_LOCKOUT, 1, 0);
+  EXPECT_EQ(jamma_command(JAMMA_SET_LOCKOUT, 2, 1), 0);
+  EXPECT_EQ(watch(1000), (Seen{{249, "P1fff"}}));
+}
+
+TEST_F(Outputs, HBitsAreSentTogether) {
+  jamma_command(JAMMA_SET_AUX_OUT, 1, 1);
+  jamma_command(JAMMA_SET_GUN_OUTPUT, 1, 1);
+  jamma_command(JAMMA_SET_AUX_OUT, 0, 1);
+  jamma_command(JAMMA_SET_AUX_OUT, 1, 0);
+  EXPECT_EQ(sent(), (Frames{"H08", "H88", "H8c", "H84"}));
+  std::uint8_t guns = 0;
+  jamma_command(JAMMA_GET_GUN_OUTPUT, reinterpret_cast<std::intptr_t>(&guns));
+  EXPECT_EQ(guns, 2);
+  jamma_command(JAMMA_SET_H_FOLLOWS, 1);
+  jamma_command(JAMMA_SET_GUN_AUX, 0, 1);
+  EXPECT_EQ(sent(), (Frames{"C4081", "H24"}));
+  jamma_command(JAMMA_SEND_F, 0x312, 0x234, 0x756, 0x478);
+  EXPECT_EQ(sent(), Frames{"F1234235678"
+                           "47"})
+      << "the high bits share a byte";
+}
+
+TEST_F(Outputs, LampsAndOtherFrames) {
+  EXPECT_EQ(jamma_command(JAMMA_SET_LAMP, 13, 0x1800), 0);
+  EXPECT_EQ(jamma_command(JAMMA_SET_LAMP, 16, 1), JAMMA_ERR_BAD_ARGUMENT);
+  EXPECT_EQ(jamma_command(JAMMA_SET_LAMP, -1, 1), JAMMA_ERR_BAD_ARGUMENT);
+  jamma_command(JAMMA_SET_WATCHDOG_BYTE, 0x1F);
+  jamma_command(JAMMA_SEND_WATCHDOG);
+  jamma_command(JAMMA_QUERY_SWITCHES);
+  jamma_command(JAMMA_QUERY_COUNTERS);
+  jamma_command(JAMMA_QUERY_CONFIG);
+  jamma_command(JAMMA_QUERY_VERSION);
+  jamma_command(JAMMA_SET_C_BIT0, 1);
+  EXPECT_EQ(sent(), (Frames{"Pd800", "W1f", "s", "S", "c", "v", "C0181"}));
+}
+
+TEST_F(Outputs, TheBoardAsksForItsWatchdog) {
+  say({"*W"});
+  EXPECT_EQ(sent(), Frames{"W4b"});
+  jamma_command(JAMMA_SET_WATCHDOG_MUTE, 1);
+  say({"*W", "*R"});
+  EXPECT_EQ(sent(), (Frames{"C0081", "S"}));
+}
+
+TEST_F(Outputs, ChecksumsBothWays) {
+  const std::uint32_t failures = jamma_checksum_failures;
+  say({"u"});
+  jamma_command(JAMMA_QUERY_VERSION);
+  EXPECT_EQ(sent(), Frames{"v8D"});
+  feed("\nt0005\r50\nt0004\r4F\nt0003\rFF");
+  round();
+  EXPECT_EQ(jamma_command(JAMMA_GET_TICKETS_OWED, 0), 4);
+  EXPECT_EQ(jamma_checksum_failures - failures, 1u);
+  feed("\nt0001\r\nt0000\r\nt0000\r");
+  EXPECT_EQ(sent(), Frames{"U01CD"}) << "once";
+}
+
+TEST_F(Outputs, TicketsGoInBatchesOfTheTenBitCount) {
+  EXPECT_EQ(jamma_command(JAMMA_ADD_TICKETS, 0, 5000), 0);
+  round();
+  EXPECT_EQ(sent(), Frames{"T83ff"}) << "absolute: the dispenser stood";
+  EXPECT_EQ(jamma_command(JAMMA_GET_TICKETS_OWED, 0), 1023);
+  EXPECT_EQ(jamma_command(JAMMA_GET_TICKETS_QUEUED, 0), 3977);
+  EXPECT_TRUE(flag(LEFT_DISPENSING));
+  run(50);
+  EXPECT_EQ(sent(), Frames{}) << "no room";
+
+  int paid = 0, relative = 0;
+  while (jamma_command(JAMMA_GET_TICKETS_OWED, 0) > 0 && paid < 6000) {
+    const int left = jamma_command(JAMMA_GET_TICKETS_OWED, 0) - 1;
+    char report[8];
+    std::snprintf(report, sizeof report, "t%02x%02x", left >> 8, left & 255);
+    ++paid;
+    say({report});
+    for (const std::string& frame : sent()) {
+      EXPECT_EQ(frame, "T0001") << "one more for each that came out";
+      ++relative;
+    }
+    ASSERT_LE(jamma_command(JAMMA_GET_TICKETS_OWED, 0), 1023);
+  }
+  EXPECT_EQ(paid, 5000);
+  EXPECT_EQ(relative, 3977);
+  EXPECT_EQ(jamma_command(JAMMA_GET_TICKETS_QUEUED, 0), 0);
+  EXPECT_FALSE(flag(LEFT_DISPENSING | LEFT_TICKET_FAULT));
+}
+
+TEST_F(Outputs, TheBoundOfABatch) {
+  jamma_command(JAMMA_ADD_TICKETS, 1, 1000);
+  round();
+  jamma_command(JAMMA_ADD_TICKETS, 1, 23);
+  round();
+  EXPECT_EQ(sent(), (Frames{"T8be8", "T0817"})) << "1023 in all fit";
+  jamma_command(JAMMA_ADD_TICKETS, 1, 10);
+  say({"t0bfb"});  // 1019 left: room for 4
+  EXPECT_EQ(sent(), Frames{"T0804"});
+  EXPECT_EQ(jamma_command(JAMMA_GET_TICKETS_QUEUED, 1), 6);
+}
+
+TEST_F(Outputs, AFaultKeepsTheCountAndTheNextAwardCommandsAll) {
+  jamma_command(JAMMA_SET_TICKET_MODE, 1, 1);
+  jamma_command(JAMMA_ADD_TICKETS, 1, 10);
+  round();
+  EXPECT_EQ(sent(), Frames{"T980a"});
+  say({"t8807"});
+  EXPECT_TRUE(flag(RIGHT_TICKET_FAULT));
+  EXPECT_FALSE(flag(RIGHT_DISPENSING | LEFT_TICKET_FAULT));
+  EXPECT_EQ(jamma_command(JAMMA_GET_TICKETS_OWED, 1), 7);
+  say({"t4bff"});
+  EXPECT_EQ(jamma_command(JAMMA_GET_TICKETS_OWED, 1), 7) << "the count of such a frame is void";
+  jamma_command(JAMMA_ADD_TICKETS, 1, 5);
+  round();
+  EXPECT_EQ(sent(), Frames{"T980c"});
+  EXPECT_TRUE(flag(RIGHT_DISPENSING));
+  EXPECT_FALSE(flag(RIGHT_TICKET_FAULT));
+  say({"t8800"});
+  EXPECT_TRUE(flag(RIGHT_TICKET_FAULT)) << "a fault with nothing left to pay";
+  say({"t0800"});
+  EXPECT_FALSE(flag(RIGHT_TICKET_FAULT));
+}
+
+TEST_F(Outputs, ClearingStopsTheDispenser) {
+  jamma_command(JAMMA_ADD_TICKETS, 0, 2000);
+  round();
+  sent();
+  EXPECT_EQ(jamma_command(JAMMA_CLEAR_TICKETS, 0), 0);
+  EXPECT_EQ(jamma_command(JAMMA_CLEAR_TICKETS, 1), 0);
+  EXPECT_EQ(sent(), (Frames{"T8000", "T8800"}));
+  round();
+  EXPECT_EQ(sent(), Frames{});
+  EXPECT_EQ(jamma_command(JAMMA_GET_TICKETS_OWED, 0), 0);
+  EXPECT_EQ(jamma_command(JAMMA_GET_TICKETS_QUEUED, 0), 0);
+}
+
+TEST_F(Outputs, AFullRingSetsTheErrorAndKeepsWhatItHas) {
+  for (int i = 0; i < 64; ++i) {
+    EXPECT_EQ(jamma_command(JAMMA_SEND_RAW, reinterpret_cast<std::intptr_t>("0123456789abcdef"),
+                            i == 63 ? 15 : 16),
+              0);
+  }
+  EXPECT_EQ(jamma_link_error, 0);
+  EXPECT_EQ(jamma_command(JAMMA_QUERY_CONFIG), JAMMA_ERR_TX_FULL);
+  EXPECT_EQ(jamma_link_error, 1);
+  EXPECT_EQ(link->tx_used, 1023u);
+  EXPECT_EQ(jamma_command(JAMMA_SEND_NUL), 0);
+  jamma_tx_flush(*link);
+  std::string bytes;
+  for (std::string more = "-"; !more.empty(); bytes += more) more = pty.receive(50);
+  EXPECT_EQ(bytes.size(), 1024u) << "a full burst gets no NUL behind it";
+}
+
+TEST_F(Outputs, LivenessRestsOnStatusFrames) {
+  run(30000);
+  EXPECT_TRUE(jamma_link_alive()) << "never heard: never judged";
+  say({"s00ffffff00"});
+  for (int s = 1; s <= 20; ++s) {
+    headless_clock_advance(1000);
+    say({"c0081", counters({})});
+    EXPECT_TRUE(jamma_link_alive()) << s;
+  }
+  headless_clock_advance(1000);
+  round();
+  EXPECT_FALSE(jamma_link_alive());
+  say({"s00ffffff00"});
+  EXPECT_TRUE(jamma_link_alive());
+  headless_calendar_set(1000);
+  round();
+  EXPECT_TRUE(jamma_link_alive()) << "a calendar that was set back is no silence";
+}
+
+TEST(Commands, WhileTheLinkIsDown) {
+  JammaShutdown();
+  char text[32] = "";
+  std::uint32_t ticks = 0;
+  for (int command = -300; command <= 300; ++command) {
+    const int number = command & 0xFF;
+    std::int32_t expected = JAMMA_ERR_NOT_OPEN;
+    std::intptr_t argument = 0;
+    switch (number) {
+      case 6:
+      case 41:
+      case 42:
+      case 52:
+        expected = 0;
+        break;
+      case 3:
+      case 7:
+        continue;  // search all ports
+      case 9:
+        expected = 0;
+        argument = reinterpret_cast<std::intptr_t>(text);
+        break;
+      case 10:
+        expected = 0;
+        argument = reinterpret_cast<std::intptr_t>(&ticks);
+        break;
+      default:
+        if (number == 0 || number == 40 || number > 53) expected = JAMMA_ERR_BAD_COMMAND;
+    }
+    EXPECT_EQ(jamma_command(command, argument, sizeof text), expected) << command;
+  }
+  jamma_presses_count();
+  EXPECT_EQ(jamma_presses_pending(PRESS_C1), 0u);
+}
+
+TEST(Commands, NoBoardAtAll) {
+  headless_clock_reset();
+  EXPECT_EQ(JammaInit(), JAMMA_ERR_PORT_OPEN);
+  EXPECT_LT(clock_ms(), 2000);
+  EXPECT_EQ(jamma_command(JAMMA_RESET), JAMMA_ERR_LINK_STILL_CLOSED);
+  EXPECT_FALSE(jamma_link_alive());
+}
+
+TEST_F(Outputs, WrongSides) {
+  for (const int command :
+       {JAMMA_ADD_TICKETS, JAMMA_CLEAR_TICKETS, JAMMA_GET_TICKETS_OWED, JAMMA_GET_TICKETS_QUEUED,
+        JAMMA_SET_TICKETS_QUEUED, JAMMA_SET_TICKET_MODE}) {
+    EXPECT_EQ(jamma_command(command, 2, 1), JAMMA_ERR_BAD_ARGUMENT) << command;
+    EXPECT_EQ(jamma_command(command, -1, 1), JAMMA_ERR_BAD_ARGUMENT) << command;
+  }
+  for (const int reserved : {11, 12, 13, 24, 25, 26, 27, 34}) {
+    EXPECT_EQ(jamma_command(reserved), 0);
+  }
+  EXPECT_EQ(sent(), Frames{});
+}

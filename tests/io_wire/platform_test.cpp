@@ -1,0 +1,156 @@
+#include <gtest/gtest.h>
+#include <sched.h>
+
+#include <atomic>
+
+#include "platform/clock.h"
+#include "platform/environment.h"
+#include "platform/serial.h"
+#include "platform/thread.h"
+#include "tests/fakes/pty.h"
+
+namespace {
+
+int processors() {
+  cpu_set_t set;
+  CPU_ZERO(&set);
+  sched_getaffinity(0, sizeof set, &set);
+  return CPU_COUNT(&set);
+}
+
+}  // namespace
+
+TEST(Threads, AStuckOneIsLeftBehindInTime) {
+  static std::atomic<bool> release{false};
+  const auto thread = thread_start(
+      "a-name-that-is-too-long", THREAD_PRIORITY_TIME_CRITICAL,
+      [](const Thread& self, void*) {
+        while (!release || !thread_stop_requested(self)) clock_sleep_ms(1);
+      },
+      nullptr);
+  ASSERT_NE(thread, nullptr);
+  thread_request_stop(*thread);
+  const std::int64_t start = clock_ms();
+  EXPECT_FALSE(thread_join(*thread, 50));
+  EXPECT_GE(clock_ms() - start, 50);
+  EXPECT_LT(clock_ms() - start, 500);
+  release = true;
+  EXPECT_TRUE(thread_join(*thread, 2000));
+  EXPECT_TRUE(thread_join(*thread, 0)) << "twice does no harm";
+}
+
+TEST(Threads, APinnedCallerStartsFreeThreads) {
+  const int all = processors();
+  thread_pin_to_one_processor();
+  EXPECT_EQ(processors(), 1);
+  static std::atomic<int> seen{0};
+  const auto thread = thread_start(
+      "free", THREAD_PRIORITY_NORMAL, [](const Thread&, void*) { seen = processors(); }, nullptr);
+  ASSERT_NE(thread, nullptr);
+  EXPECT_TRUE(thread_join(*thread, 2000));
+  EXPECT_EQ(seen, all);
+  thread_unpin();
+  EXPECT_EQ(processors(), all);
+}
+
+TEST(Serial, Names) {
+  Pty pty;
+  environment.com[15] = pty.path();
+  environment.com[14] = "/dev/null";
+  for (const char* name : {"COM0", "COM1", "COM15", "COM17", "COM", "COM16 ", "COM1x", "com16",
+                           "LPT1", "COM99999999999"}) {
+    int error = 0;
+    EXPECT_EQ(serial_open(name, &error), nullptr) << name;
+    EXPECT_NE(error, 0) << name;
+  }
+  int error = 0;
+  SerialPort* const port = serial_open("COM16", &error);
+  ASSERT_NE(port, nullptr) << error;
+  EXPECT_FALSE(serial_configure(port, 1200));
+  EXPECT_TRUE(serial_configure(port, 9600));
+  EXPECT_TRUE(serial_configure(port, 115200));
+  serial_close(port);
+  environment.com[15].clear();
+  environment.com[14].clear();
+}
+
+class SerialLine : public testing::Test {
+ protected:
+  void SetUp() override {
+    environment.com[0] = pty.path();
+    int error = 0;
+    port = serial_open("COM1", &error);
+    ASSERT_NE(port, nullptr);
+    ASSERT_TRUE(serial_configure(port, 115200));
+  }
+  void TearDown() override {
+    serial_close(port);
+    environment.com[0].clear();
+  }
+  Pty pty;
+  SerialPort* port = nullptr;
+};
+
+TEST_F(SerialLine, BytesPassAsTheyAre) {
+  std::string all;
+  for (int i = 0; i < 256; ++i) all += static_cast<char>(i);
+  EXPECT_EQ(serial_wait(port, 0), 0);
+  char bytes[300];
+  EXPECT_EQ(serial_read(port, bytes, sizeof bytes), 0) << "nothing there is no failure";
+  pty.send(all);
+  EXPECT_EQ(serial_wait(port, 1000), 1);
+  std::string got;
+  while (got.size() < all.size() && serial_wait(port, 1000) == 1) {
+    got.append(bytes, static_cast<std::size_t>(serial_read(port, bytes, sizeof bytes)));
+  }
+  EXPECT_EQ(got, all);
+  EXPECT_EQ(serial_write(port, all.data(), all.size()), 256);
+  std::string back;
+  for (std::string more = "-"; back.size() < all.size() && !more.empty(); back += more) {
+    more = pty.receive(1000);
+  }
+  EXPECT_EQ(back, all) << "no echo and nothing translated";
+}
+
+TEST_F(SerialLine, AWakeEndsThisWaitOrTheNext) {
+  serial_wake(port);
+  EXPECT_EQ(serial_wait(port, -1), 0);
+  const auto waker = thread_start(
+      "waker", THREAD_PRIORITY_NORMAL,
+      [](const Thread&, void* context) {
+        clock_sleep_ms(50);
+        serial_wake(static_cast<SerialPort*>(context));
+      },
+      port);
+  EXPECT_EQ(serial_wait(port, -1), 0);
+  EXPECT_TRUE(thread_join(*waker, 1000));
+}
+
+TEST_F(SerialLine, AWriteThatNobodyTakesEndsInTime) {
+  const std::string much(1 << 20, 'x');
+  const std::int64_t start = clock_ms();
+  EXPECT_EQ(serial_write(port, much.data(), much.size()), -1);
+  EXPECT_GE(clock_ms() - start, 95);
+  EXPECT_LT(clock_ms() - start, 400);
+}
+
+TEST_F(SerialLine, AHungUpPortFailsWithoutSpinning) {
+  pty.send("last");
+  pty.unplug();
+  char bytes[16];
+  int wait = serial_wait(port, 1000);
+  if (wait == 1) {
+    EXPECT_EQ(serial_read(port, bytes, sizeof bytes), 4) << "what came before the end is heard";
+  }
+  const std::int64_t start = clock_ms();
+  int rounds = 0;
+  for (; clock_ms() - start < 500; ++rounds) {
+    wait = serial_wait(port, -1);
+    EXPECT_EQ(wait, -1);
+    EXPECT_EQ(serial_read(port, bytes, sizeof bytes), -1);
+    EXPECT_EQ(serial_write(port, "x", 1), -1);
+  }
+  EXPECT_LE(rounds, 7);
+  serial_wake(port);
+  EXPECT_EQ(serial_wait(port, -1), 0);
+}
