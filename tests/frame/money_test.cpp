@@ -34,6 +34,16 @@
 
 namespace {
 
+// Sum of the second argument over the calls of a command for a side: coins, tickets, requests.
+int jamma_fake_sum(std::int32_t command, int side) {
+  std::intptr_t sum = 0;
+  for (std::size_t i = 0; i < jamma_fake.call_count; ++i) {
+    const JammaFakeCall& call = jamma_fake.calls[i];
+    if (call.command == command && call.a == side) sum += call.b;
+  }
+  return static_cast<int>(sum);
+}
+
 class Money : public testing::Test {
  protected:
   Money() {
@@ -230,7 +240,7 @@ TEST_F(Money, PressesInOperatorModeAreLost) {
   EXPECT_EQ(game_mode, MODE_OPERATOR);
   EXPECT_EQ(audit_count(AUDIT_TEST_ENTRY_COUNT), 1);
   EXPECT_EQ(sound_enabled, 0);
-  jamma_fake_forget();
+  jamma_fake_forget_calls();
   coin(SIDE_LEFT, 5);
   EXPECT_EQ(coins(0) + credits(0), 0);
   EXPECT_EQ(jamma_fake.pending[PRESS_C1], 0U);
@@ -290,7 +300,7 @@ TEST_F(Money, FaultsFollowTheLinkAndMissingBoardsKeepTheBooks) {
   tick(3);
   EXPECT_EQ(audit_count(AUDIT_TICKETS_OWED, 0), 12) << "an error code is no count";
   jamma_fake.open = true;
-  jamma_fake_forget();
+  jamma_fake_forget_calls();
   tickets_restore();
   EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 0), 12);
 }
@@ -299,15 +309,15 @@ TEST_F(Money, LockoutCoils) {
   jamma_fake_reset();
   lockouts_reset();
   tick(2);  // off: both coils energised, once
-  EXPECT_EQ(jamma_fake_count(JAMMA_SET_LOCKOUT), 2);
+  EXPECT_EQ(jamma_fake_count(JAMMA_SET_LOCKOUT), 2U);
   EXPECT_EQ(jamma_fake_sum(JAMMA_SET_LOCKOUT, 0), 1);
-  jamma_fake_forget();
+  jamma_fake_forget_calls();
   prefs[PREF_LOCKOUT_COILS].int_value = 1;
   coin(SIDE_RIGHT);
   tick(2);
-  EXPECT_EQ(jamma_fake_count(JAMMA_SET_LOCKOUT), 1);
+  EXPECT_EQ(jamma_fake_count(JAMMA_SET_LOCKOUT), 1U);
   EXPECT_EQ(jamma_fake_sum(JAMMA_SET_LOCKOUT, 1), -1);
-  jamma_fake_forget();
+  jamma_fake_forget_calls();
   start(SIDE_RIGHT);
   EXPECT_EQ(jamma_fake_sum(JAMMA_SET_LOCKOUT, 1), 1);
 }
@@ -322,9 +332,7 @@ TEST_F(Money, PeriodicReboot) {
   for (std::int64_t t = busy + 17; t < busy + 20000; t += 17) game_tick(t);
   ASSERT_TRUE(station_idle(SIDE_LEFT));
   audits[AUDIT_CURRENT_COINS].count = 0;
-  std::int64_t last_busy = 0;
   for (std::int64_t t = now_ms() + 17; game_mode == MODE_PLAY; t += 1000) {
-    if (!station_idle(SIDE_LEFT) || !station_idle(SIDE_RIGHT)) last_busy = t;
     ASSERT_LT(t, DAY + 400000) << "never went down";
     game_tick(t);
   }

@@ -1,0 +1,103 @@
+#include "tests/fakes/jamma_fake.h"
+
+#include <iterator>
+#include <memory>
+
+JammaFake jamma_fake;
+Shared<std::int32_t> jamma_link_error{0};
+Shared<std::uint32_t> jamma_checksum_failures{0};
+
+namespace {
+
+bool only_reads(std::int32_t command) {
+  switch (command & 0xFF) {
+    case JAMMA_GET_DIPS:
+    case JAMMA_GET_INPUTS:
+    case JAMMA_GET_TICKETS_OWED:
+    case JAMMA_GET_TICKETS_QUEUED:
+    case JAMMA_GET_FLAGS:
+      return true;
+    default:
+      return false;
+  }
+}
+
+void note(const JammaFakeCall& call) {
+  if (only_reads(call.command) && !jamma_fake.note_reads) return;
+  if (jamma_fake.call_count == std::size(jamma_fake.calls)) {
+    ++jamma_fake.calls_lost;
+    return;
+  }
+  jamma_fake.calls[jamma_fake.call_count++] = call;
+}
+
+}  // namespace
+
+void jamma_fake_reset() {
+  std::destroy_at(&jamma_fake);
+  std::construct_at(&jamma_fake);
+  jamma_link_error = 0;
+  jamma_checksum_failures = 0;
+}
+
+void jamma_fake_forget_calls() {
+  jamma_fake.call_count = jamma_fake.calls_lost = 0;
+}
+
+std::size_t jamma_fake_count(std::int32_t command) {
+  std::size_t count = 0;
+  for (std::size_t i = 0; i < jamma_fake.call_count; ++i) {
+    if (jamma_fake.calls[i].command == command) ++count;
+  }
+  return count;
+}
+
+const JammaFakeCall* jamma_fake_last(std::int32_t command) {
+  for (std::size_t i = jamma_fake.call_count; i > 0; --i) {
+    if (jamma_fake.calls[i - 1].command == command) return &jamma_fake.calls[i - 1];
+  }
+  return nullptr;
+}
+
+std::int32_t JammaInit() {
+  return jamma_fake.open ? 0 : JAMMA_ERR_PORT_OPEN;
+}
+
+void JammaShutdown() {
+  jamma_fake.open = false;
+}
+
+bool jamma_link_alive() {
+  return jamma_fake.open && jamma_fake.alive;
+}
+
+std::int32_t jamma_command(std::int32_t command, std::intptr_t a, std::intptr_t b, std::intptr_t c,
+                           std::intptr_t d) {
+  note({command, a, b, c, d});
+  if (!jamma_fake.open) return JAMMA_ERR_NOT_OPEN;
+  const bool side = a == 0 || a == 1;
+  switch (command & 0xFF) {
+    case JAMMA_GET_DIPS:
+      return static_cast<std::int32_t>(jamma_fake.inputs.dips);
+    case JAMMA_GET_INPUTS:
+      *reinterpret_cast<const JammaInputs**>(a) = &jamma_fake.inputs;
+      return 0;
+    case JAMMA_GET_FLAGS:
+      *reinterpret_cast<std::uint32_t*>(a) = jamma_fake.flags;
+      return 0;
+    case JAMMA_GET_TICKETS_OWED:
+      return side ? jamma_fake.tickets_owed[a] : JAMMA_ERR_BAD_ARGUMENT;
+    case JAMMA_GET_TICKETS_QUEUED:
+      return side ? jamma_fake.tickets_queued[a] : JAMMA_ERR_BAD_ARGUMENT;
+    default:
+      return 0;
+  }
+}
+
+std::uint32_t jamma_presses_pending(JammaPress press) {
+  return jamma_fake.pending[press];
+}
+
+void jamma_presses_clear(JammaPress press) {
+  jamma_fake.pending[press] = 0;
+}
