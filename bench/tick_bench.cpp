@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <vector>
 
 #include "books/audits.h"
 #include "books/prefs.h"
@@ -13,6 +14,7 @@
 #include "platform/random.h"
 #include "playfield/frog_queue.h"
 #include "playfield/playfield.h"
+#include "tests/plain_sheets.h"
 #include "tests/temp_folder.h"
 
 namespace {
@@ -21,6 +23,7 @@ void set_up() {
   prefs_reset();
   audits_reset();
   random_seed(7);
+  plain_sheets();
   playfield_reset();
   game_clock.now_ms = 0;
   game_begin();
@@ -42,24 +45,27 @@ void keep_both_flying() {
   }
 }
 
+// Manual time: what keeps the frogs flying isn't the tick's.
 void tick_both_sides(benchmark::State& state) {
   TempFolder drive;
   files_use_roots(drive.path(), drive.path());
   set_up();
-  double worst_us = 0;
-  std::int64_t ticks = 0;
+  std::vector<double> took_us;
+  took_us.reserve(static_cast<std::size_t>(state.max_iterations));
   for (auto _ : state) {
-    state.PauseTiming();
     keep_both_flying();
-    state.ResumeTiming();
     const auto begun = std::chrono::steady_clock::now();
     game_tick(now_ms() + 17);
-    const std::chrono::duration<double, std::micro> took = std::chrono::steady_clock::now() - begun;
-    if (++ticks % 35000 != 0) worst_us = std::max(worst_us, took.count());
+    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begun;
+    state.SetIterationTime(took.count());
+    // Every ten minutes of the game the tick stores the books, which is measured below.
+    if (now_ms() % 600000 > 17) took_us.push_back(took.count() * 1e6);
   }
-  state.counters["worst_us"] = worst_us;
+  std::ranges::sort(took_us);
+  state.counters["median_us"] = took_us[took_us.size() / 2];
+  state.counters["worst_us"] = took_us.back();
 }
-BENCHMARK(tick_both_sides)->Iterations(100000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(tick_both_sides)->Iterations(100000)->UseManualTime()->Unit(benchmark::kMicrosecond);
 
 void books_store(benchmark::State& state) {
   TempFolder drive;

@@ -30,6 +30,7 @@
 #include "presentation/win_show.h"
 #include "tests/fakes/jamma_fake.h"
 #include "tests/fakes/jps_fake.h"
+#include "tests/plain_sheets.h"
 #include "tests/temp_folder.h"
 
 namespace {
@@ -75,6 +76,7 @@ class Money : public testing::Test {
     }
     tick_timers.next_bonk_ms = 0;
     tick_timers.test_hold_ticks = 0;
+    plain_sheets();
     playfield_reset();
     frog_enqueue(SIDE_LEFT);
     frog_enqueue(SIDE_RIGHT);
