@@ -83,8 +83,9 @@ void take_checksums(Board& board, const Data& data, std::int64_t now_ms) {
   board_set_checksums(board, data[0] == 0x01, now_ms);
 }
 
-void take_watchdog(Board& board, const Data&, std::int64_t now_ms) {
+void take_watchdog(Board& board, const Data& data, std::int64_t now_ms) {
   board.watchdog_armed = true;
+  board.watchdog_allowance_ms = data[0] * 1000;
   board.watchdog_fed_ms = now_ms;
   ++board.counts.watchdog_fed;
 }
@@ -143,8 +144,9 @@ void take_frame_without_digits(Board& board, const std::string& body, std::int64
 
 void advance_watchdog(Board& board, std::int64_t now_ms) {
   const BoardSettings& settings = board.settings;
-  if (settings.watchdog_bite_ms > 0 && board.watchdog_armed &&
-      now_ms - board.watchdog_fed_ms >= settings.watchdog_bite_ms) {
+  const int bite_ms = settings.watchdog_bite_ms == WATCHDOG_BY_FRAME ? board.watchdog_allowance_ms
+                                                                     : settings.watchdog_bite_ms;
+  if (bite_ms > 0 && board.watchdog_armed && now_ms - board.watchdog_fed_ms >= bite_ms) {
     ++board.counts.watchdog_bites;
     board_restart(board, BOARD_RANDOM_COUNTERS, now_ms);
   }
@@ -217,6 +219,15 @@ void board_advance(Board& board, std::int64_t now_ms) {
 
 void board_switch(Board& board, int input, bool closed, std::int64_t now_ms) {
   if (switches_move(board.switches, input, closed)) send_counters(board, now_ms);
+}
+
+void board_send_counters(Board& board, std::int64_t now_ms) {
+  send_counters(board, now_ms);
+}
+
+void board_say(Board& board, const std::string& body, std::int64_t now_ms) {
+  board.to_host += wire_frame(body, board.checksums);
+  frame_log_add(board.log, TO_HOST, body, now_ms);
 }
 
 void board_turn_ball(Board& board, int axis, int steps, std::int64_t now_ms) {

@@ -13,13 +13,16 @@
 #include "cabinet/switches.h"
 #include "cabinet/wire.h"
 
+constexpr int WATCHDOG_BY_FRAME = -1;
+
 struct BoardSettings {
   std::uint8_t hardware = 0x01;
   std::uint8_t firmware = 0x51;  // high nibble 5: the family with a trackball
   std::uint8_t dips = 0;         // a 1 is a switch that is on
   std::uint8_t config_bits = 0;  // second byte of the c answer
   int watchdog_ask_ms = 1000;    // how often the board asks for a W frame; 0: never
-  int watchdog_bite_ms = 7500;   // how long it does without one; 0: for ever
+  // How long it does without one: 0 for ever, WATCHDOG_BY_FRAME the seconds of the last one.
+  int watchdog_bite_ms = WATCHDOG_BY_FRAME;
 };
 
 struct BoardCounts {  // since the cabinet began
@@ -42,6 +45,7 @@ struct Board {
   bool watchdog_armed = false;       // a W frame has come
   std::int64_t watchdog_fed_ms = 0;  // when the last one came
   std::int64_t watchdog_ask_at_ms = 0;
+  int watchdog_allowance_ms = 0;   // what it allowed
   std::int64_t digits_due_ms = 0;  // until then the host may still lack checksums
   WireReceiver receiver;
 
@@ -73,6 +77,12 @@ void board_advance(Board& board, std::int64_t now_ms);
 
 // Moves a switch. Each edge sends an S frame at once.
 void board_switch(Board& board, int input, bool closed, std::int64_t now_ms);
+
+// Sends the S frame though nothing moved.
+void board_send_counters(Board& board, std::int64_t now_ms);
+
+// Sends a frame of any content, even from a silent board.
+void board_say(Board& board, const std::string& body, std::int64_t now_ms);
 
 // Turns the trackball by `steps`; axis 0 is x, 1 is y.
 void board_turn_ball(Board& board, int axis, int steps, std::int64_t now_ms);

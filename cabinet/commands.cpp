@@ -148,6 +148,17 @@ std::string do_watchdog(Cabinet& cabinet, const Arguments& a, std::int64_t) {
   return {};
 }
 
+std::string do_counters(Cabinet& cabinet, const Arguments&, std::int64_t now_ms) {
+  board_send_counters(cabinet.board, now_ms);
+  return {};
+}
+std::string do_say(Cabinet& cabinet, const Arguments& a, std::int64_t now_ms) {
+  std::string body = a.texts[0];
+  body.erase(std::remove(body.begin(), body.end(), ' '), body.end());
+  board_say(cabinet.board, body, now_ms);
+  return {};
+}
+
 // --- line -------------------------------------------------------------------------------------
 
 std::string do_unplug(Cabinet& cabinet, const Arguments& a, std::int64_t) {
@@ -259,6 +270,8 @@ constexpr CommandRow COMMANDS[] = {
     {"hardware BYTE", "version byte", do_hardware},
     {"config BYTE", "second byte of the configuration answer", do_config},
     {"watchdog ask|bite MS", "how often the board wants W, how long it does without", do_watchdog},
+    {"counters", "the board sends its counters once more", do_counters},
+    {"say FRAME", "the board says this, even if it is silent", do_say},
     {"unplug [toggle]", "pull the cable", do_unplug},
     {"plug", "put it in again", do_plug},
     {"fault to-host|to-board drop|garble|duplicate PERCENT [apart BYTES]",
@@ -314,9 +327,7 @@ std::string commands_do(Cabinet& cabinet, const std::string& line, std::int64_t 
 std::string commands_help() {
   std::string text = "Commands:\n";
   for (const CommandRow& row : COMMANDS) {
-    char line[256];
-    std::snprintf(line, sizeof line, "  %-34s %s\n", row.pattern, row.help);
-    text += line;
+    text += help_line(row.pattern, row.help);
   }
   text += "Switches:\n ";
   for (int i = 0; i < INPUT_COUNT; ++i) text += std::string(" ") + input_name(i);

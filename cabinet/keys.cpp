@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -137,9 +136,7 @@ std::string keys_help() {
     std::string names = row.names;
     std::replace(names.begin(), names.end(), ' ', '/');
     std::replace(names.begin(), names.end(), '_', ' ');
-    char line[128];
-    std::snprintf(line, sizeof line, "  %-16s %s\n", names.c_str(), row.help);
-    text += line;
+    text += help_line(names, row.help);
   }
   return text;
 }

@@ -2,7 +2,6 @@
 
 #include <cctype>
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <sstream>
 
@@ -173,4 +172,12 @@ int pattern_match(const std::string& pattern, const Words& words, std::size_t at
 double argument(const Arguments& arguments, const char* name, double otherwise) {
   const auto found = arguments.numbers.find(name);
   return found == arguments.numbers.end() ? otherwise : found->second;
+}
+
+std::string help_line(const std::string& pattern, const std::string& help) {
+  constexpr std::size_t COLUMN = 36;
+  std::string line = "  " + pattern;
+  if (line.size() > COLUMN) line += "\n";
+  const std::size_t last = line.size() > COLUMN ? 0 : line.size();
+  return line + std::string(COLUMN + 1 - last, ' ') + help + "\n";
 }

@@ -40,3 +40,6 @@ int pattern_match(const std::string& pattern, const Words& words, std::size_t at
 
 // A number argument, or `otherwise` if it was left out.
 double argument(const Arguments& arguments, const char* name, double otherwise);
+
+// A line of the help, for a pattern.
+std::string help_line(const std::string& pattern, const std::string& help);

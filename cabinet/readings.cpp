@@ -226,9 +226,7 @@ Verdict condition_check(const Cabinet& cabinet, const Condition& condition) {
 std::string readings_help() {
   std::string text;
   for (const ReadingRow& row : READINGS) {
-    char line[256];
-    std::snprintf(line, sizeof line, "  %-34s %s\n", row.pattern, row.help);
-    text += line;
+    text += help_line(row.pattern, row.help);
   }
   return text;
 }

@@ -25,15 +25,15 @@ std::string side_text(const Cabinet& cabinet, int side) {
       cabinet.options.drive, side == LEFT ? "Current Credits Left" : "Current Credits Right");
   const auto* meter = cabinet.board.coils.meter;
   std::string text = side == LEFT ? "LEFT " : "RIGHT ";
-  text += (credits.found ? number_text(credits.value) : "?") + " credits, ";
-  text += std::to_string(dispenser.paper_out) + " paper, ";
+  text += (credits.found ? number_text(credits.value) : "?") + " credits ";
+  text += std::to_string(dispenser.paper_out) + " paper ";
   text += std::to_string(dispenser.count) + " owed";
   if (dispenser.jammed) text += " JAMMED";
   if (dispenser.paper_left == 0) text += " EMPTY";
   if (dispenser.fault) text += " FAULT";
-  text += ", meters " + std::to_string(meter[METER_COIN_LEFT + side]) + "/" +
+  text += " meters " + std::to_string(meter[METER_COIN_LEFT + side]) + "/" +
           std::to_string(meter[METER_TICKET_LEFT + side]);
-  text += coils_lockout(cabinet.board.coils, side) ? ", lockout on" : ", lockout off";
+  if (coils_lockout(cabinet.board.coils, side)) text += " lockout";
   return text;
 }
 
@@ -62,6 +62,11 @@ std::string link_text(const Cabinet& cabinet) {
   if (board.counts.watchdog_bites > 0) {
     text += ", " + std::to_string(board.counts.watchdog_bites) + " bites";
   }
+  long hits = 0;
+  for (const LineFaults* faults : {&cabinet.cable.to_host, &cabinet.cable.to_board}) {
+    for (const LineFaults::Kind& kind : faults->kinds) hits += kind.hits;
+  }
+  if (hits > 0) text += ", " + std::to_string(hits) + " bytes hit";
   return text + (cabinet.game.running ? "" : ", no game");
 }
 

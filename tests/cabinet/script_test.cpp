@@ -1,0 +1,218 @@
+// Scripts: what they reject, and how whole ones run over a real pseudo-terminal.
+#include "cabinet/script.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+
+#include "cabinet/cabinet.h"
+
+namespace {
+
+std::string error_of(const std::string& text) {
+  Script script;
+  return script_parse(text, "s", script);
+}
+
+TEST(ScriptParser, NamesTheLineAndWhatItWanted) {
+  EXPECT_EQ(error_of("# nothing\n\ncoin left 3 rate 20\nexpect tickets left == 3 within 50\n"), "");
+  EXPECT_EQ(error_of("mark\ncoin middle\n"),
+            "s:2: the command is \"coin SIDE [COUNT] [rate RATE]\"");
+  EXPECT_EQ(error_of("frobnicate\n"), "s:1: there is no command \"frobnicate\"");
+  EXPECT_EQ(error_of("press nose\n"),
+            "s:1: there is no switch \"nose\"; the command is \"press INPUT\"");
+  EXPECT_EQ(error_of("dips 256\n"),
+            "s:1: BYTE has to be a whole number from 0 to 255, not 256; the command is "
+            "\"dips BYTE\"");
+  EXPECT_EQ(error_of("\n\nset pref \"Volume 3\n"), "s:3: a quotation mark has no partner");
+  EXPECT_EQ(error_of("expect ticket left == 1\n"), "s:1: there is no reading \"ticket\"");
+  EXPECT_EQ(error_of("expect meter coin == 1\n"),
+            "s:1: there is no meter \"coin\"; the reading is \"meter METER\"");
+  EXPECT_EQ(error_of("expect owed left = 1\n"),
+            "s:1: \"=\" can't stand behind a condition; \"within MS\" can, and \"for MS\"");
+  EXPECT_EQ(error_of("wait until owed left == 1 for 3\n"),
+            "s:1: \"for\" can't stand behind a condition; \"within MS\" can");
+  EXPECT_EQ(error_of("expect owed left ==\n"), "s:1: a reading is missing at the end");
+  EXPECT_EQ(error_of("wait soon\n"),
+            "s:1: it is \"wait MS\" or \"wait until CONDITION [within MS]\"");
+  EXPECT_EQ(error_of("expect a == 1\nlet a = 1\n"), "s:1: there is no reading \"a\"");
+}
+
+// A cabinet without a game; the test holds the far end of the cable.
+class CabinetTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    char folder[] = "/tmp/cabinet-test-XXXXXX";
+    ASSERT_NE(mkdtemp(folder), nullptr);
+    cabinet.options.drive = folder;
+    cabinet.options.no_game = true;
+    ASSERT_EQ(cabinet_open(cabinet), "");
+  }
+  void TearDown() override {
+    if (port >= 0) close(port);
+    cabinet_close(cabinet);
+    std::filesystem::remove_all(cabinet.options.drive);
+  }
+  void open_port() {
+    port = open(cabinet.cable.path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK);
+    ASSERT_GE(port, 0);
+    ASSERT_EQ(ioctl(port, TIOCEXCL), 0);
+  }
+  void turn(int ms) {
+    for (const std::int64_t end = cabinet_now_ms() + ms; cabinet_now_ms() < end;) {
+      cabinet_turn(cabinet, 1);
+    }
+  }
+  std::string ask(const std::string& bytes) {
+    EXPECT_EQ(write(port, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+    turn(20);
+    char buffer[4096];
+    const ssize_t n = read(port, buffer, sizeof buffer);
+    return n > 0 ? std::string(buffer, static_cast<std::size_t>(n)) : std::string();
+  }
+  ScriptState play(const std::string& text) {
+    EXPECT_EQ(script_parse(text, "s", script), "");
+    ScriptState state = SCRIPT_RUNS;
+    while (state == SCRIPT_RUNS) {
+      cabinet_turn(cabinet, 1);
+      state = script_step(script, cabinet, cabinet_now_ms());
+    }
+    return state;
+  }
+
+  Cabinet cabinet;
+  Script script;
+  int port = -1;
+};
+
+TEST_F(CabinetTest, SurvivesAPortThatIsOpenedTwiceAndUnplugged) {
+  open_port();
+  EXPECT_EQ(ask("\nC0001\r1B\nU00\rCC\nv\r8D"), "\nv0151\r");
+  close(port);
+  turn(20);
+  cable_reset(cabinet.cable);
+  open_port();
+  EXPECT_EQ(ask("\nv\r"), "\nv0151\r");
+  cabinet.cable.plugged = false;
+  EXPECT_EQ(ask("\nv\r"), "");
+  cabinet.cable.plugged = true;
+  EXPECT_EQ(ask("\nv\r"), "\nv0151\r");
+}
+
+TEST_F(CabinetTest, ScriptSeesPaperMetersFramesAndSettings) {
+  open_port();
+  ask("\nC0081\r\nT8003\r\nH10\r\nPa001\r");
+  EXPECT_EQ(play("rate left 100\n"
+                 "set pref \"Coins To Play\" 3\n"
+                 "set pref \"Payout Percent\" 0.35\n"
+                 "expect pref \"Coins To Play\" == 3\n"
+                 "expect pref \"Payout Percent\" == 0.35\n"
+                 "expect pref \"Timeout (Seconds)\" == -1\n"
+                 "let before = tickets left\n"
+                 "expect tickets left == before + 3 within 2000\n"
+                 "expect owed left == 0 for 30\n"
+                 "expect frame \"T 80 03\" count == 1\n"
+                 "expect frame T\n"
+                 "expect sent t count >= 4\n"
+                 "expect meter coin-left == 1\n"
+                 "expect lockout left on\n"
+                 "expect lockout right off\n"
+                 "mark\n"
+                 "expect frame T == 0\n"
+                 "coin left 2 rate 50\n"
+                 "wait until hands idle within 2000\n"
+                 "expect coins left == 2\n"
+                 "expect sent S count == 4\n"
+                 "expect malformed + checksum-errors == 0\n"),
+            SCRIPT_PASSED)
+      << script.failure;
+  EXPECT_EQ(script.expectations, 15);
+  EXPECT_EQ(std::filesystem::file_size(cabinet.options.drive + "/prefs"), 3204U);
+  EXPECT_EQ(std::filesystem::file_size(cabinet.options.drive + "/prefbak"), 3204U);
+}
+
+TEST_F(CabinetTest, FailedExpectationShowsBothSidesAndTheFrames) {
+  open_port();
+  ask("\nT8003\r");
+  EXPECT_EQ(play("jam left\n\nexpect tickets left == owed left + 2 within 10\nmark\n"),
+            SCRIPT_FAILED);
+  const std::string& failure = script.failure;
+  EXPECT_EQ(failure.find("s:3: expected tickets left == owed left + 2\n"
+                         "  seen: tickets left is 0, owed left + 2 is 5\n  after "),
+            0U)
+      << failure;
+  EXPECT_NE(failure.find("game > board  T 80 03"), std::string::npos);
+  EXPECT_NE(failure.find("board > game  t 00 03"), std::string::npos);
+}
+
+TEST_F(CabinetTest, AuditsAreReadByNameFromTheDisk) {
+  std::string bytes = "810A" + std::string(58 * 56, '\0');
+  const auto row = [&bytes](std::size_t index, const char* name, std::size_t at, int value) {
+    bytes.replace(4 + index * 56 + 8, std::strlen(name), name);
+    bytes[4 + index * 56 + at] = static_cast<char>(value);
+    bytes[4 + index * 56 + at + 1] = static_cast<char>(value >> 8);
+  };
+  row(0, "Time Game On", 48, 1234);
+  bytes[4 + 4] = 0x20;
+  row(22, "Tickets Left", 40, 700);
+  EXPECT_EQ(play("expect audit \"Tickets Left\" == 0 within 5\n"), SCRIPT_FAILED);
+  EXPECT_NE(script.failure.find("unknown (there is no "), std::string::npos);
+  std::ofstream(cabinet.options.drive + "/audits", std::ios::binary) << bytes;
+  EXPECT_EQ(play("expect audit \"Tickets Left\" == 700\nexpect audit \"Time Game On\" == 1234\n"),
+            SCRIPT_PASSED)
+      << script.failure;
+  EXPECT_EQ(play("expect audit \"Tickets\" == 700\n"), SCRIPT_FAILED);
+  std::ofstream(cabinet.options.drive + "/audits", std::ios::binary) << bytes.substr(0, 3000);
+  EXPECT_EQ(play("expect audit \"Tickets Left\" == 700\n"), SCRIPT_FAILED);
+}
+
+TEST_F(CabinetTest, KeysHoldSwitchesAndGiveCommands) {
+  const int window = socket(AF_UNIX, SOCK_STREAM, 0);
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  std::strcpy(address.sun_path, cabinet.keys.path.c_str());
+  ASSERT_EQ(connect(window, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+  const std::string lines = "press F2\npress F2\npress J\nrelease J\npress Keypad +\npress Q\npre";
+  ASSERT_EQ(write(window, lines.data(), lines.size()), static_cast<ssize_t>(lines.size()));
+  turn(20);
+  EXPECT_TRUE(cabinet.board.switches.closed[INPUT_TEST]);
+  EXPECT_TRUE(cabinet.board.switches.closed[INPUT_VOLUME_UP]);
+  EXPECT_TRUE(cabinet.board.dispensers[LEFT].jammed);
+  EXPECT_EQ(cabinet.board.switches.edges[INPUT_TEST], 1);
+  close(window);  // the game is gone: no key is down
+  turn(20);
+  EXPECT_FALSE(cabinet.board.switches.closed[INPUT_TEST]);
+  EXPECT_FALSE(cabinet.board.switches.closed[INPUT_VOLUME_UP]);
+}
+
+TEST_F(CabinetTest, GameIsStartedAskedToQuitAndKilled) {
+  cabinet.game.command = {"/bin/sh", "-c",
+                          "test -c \"$LILYHOP_COM1\" && test -z \"$LILYHOP_COM2\" && "
+                          "test \"$LILYHOP_POWER\" = off && test -d \"$LILYHOP_DRIVE_D\" && "
+                          "test -S \"${LILYHOP_KEYS#unix:}\" && touch \"$LILYHOP_DRIVE_D/up\" && "
+                          "trap 'exit 7' TERM && while :; do sleep 0.02; done"};
+  setenv("LILYHOP_COM2", "/dev/ttyS0", 1);
+  ASSERT_EQ(cabinet_start_game(cabinet), "");
+  for (int i = 0; i < 200 && !std::filesystem::exists(cabinet.options.drive + "/up"); ++i) turn(10);
+  EXPECT_TRUE(cabinet.game.running);
+  EXPECT_NE(cabinet_start_game(cabinet), "");
+  turn(50);  // the trap is set right behind the file
+  EXPECT_EQ(play("quit game\nexpect game ended within 3000\nexpect game exit-code == 7\n"
+                 "start game\nexpect game running for 30\nkill game\nexpect game ended\n"),
+            SCRIPT_PASSED)
+      << script.failure;
+  EXPECT_EQ(game_verdict(cabinet.game), 0);  // it ended the way it was told to
+  unsetenv("LILYHOP_COM2");
+}
+
+}  // namespace
