@@ -1,25 +1,36 @@
 #include "tests/fakes/jps_fake.h"
 
 #include <algorithm>
+#include <mutex>
 
 #include "sound/jps.h"
 
 JpsFake jps_fake;
 
+namespace {
+
+std::mutex lock;  // sounds are asked for from several threads
+
+}  // namespace
+
 void jps_fake_reset() {
+  const std::lock_guard guard(lock);
   jps_fake = {};
 }
 
 int jps_fake_count(const std::string& name) {
+  const std::lock_guard guard(lock);
   return static_cast<int>(std::ranges::count(jps_fake.played, name));
 }
 
 std::uint32_t jps_bank_play_name(const char* name) {
+  const std::lock_guard guard(lock);
   jps_fake.played.emplace_back(name);
   return 1;
 }
 
 void sound_pitch_scale(std::uint32_t /*tracks*/, double factor) {
+  const std::lock_guard guard(lock);
   jps_fake.pitches.push_back(factor);
 }
 

@@ -137,7 +137,9 @@ void Field::stations_tick(int ms) {
 }
 
 void Field::draw() {
-  for (Lane& lane : lanes) gfx_strip_draw(&lane);
+  for (Lane& lane : lanes) {
+    if (lane.cell_size > 1) gfx_strip_draw(&lane);  // a bank has nothing to place
+  }
 }
 
 void Field::fill_lane(int lane, LaneCell cell) {

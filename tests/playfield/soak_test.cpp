@@ -1,7 +1,8 @@
 // Simulated hours of both sides in play, with launches at random moments: the books must agree with
 // each other and with what the dispensers were told.
+#include <atomic>
 #include <cstdio>
-#include <numeric>
+#include <thread>
 
 #include "books/audits.h"
 #include "books/prefs.h"
@@ -9,6 +10,7 @@
 #include "platform/random.h"
 #include "playfield/frog_queue.h"
 #include "playfield/paytable.h"
+#include "playfield/ticket_dings.h"
 #include "playfield/workers.h"
 #include "tests/fakes/jps_fake.h"
 #include "tests/playfield/field.h"
@@ -144,6 +146,48 @@ TEST_F(Soak, FixedTicketsAreTheSameForAll) {
     EXPECT_EQ(audit_count(AUDIT_TICKETS, side), 4 * audit_count(AUDIT_GAMES_PLAYED, side));
     EXPECT_EQ(audit_count(AUDIT_FIXED_TICKETS, side), audit_count(AUDIT_TICKETS, side));
   }
+}
+
+// Worth running under ThreadSanitizer: the tick, the small workers and a reader that also gives the
+// slots and riders their places, as the drawing does.
+TEST_F(Soak, ThreeThreadsShareTheField) {
+  std::atomic<bool> done = false;
+  std::thread workers([&done] {
+    while (!done) {
+      workers_step();
+      ticket_dings_step(now_ms());
+      std::this_thread::yield();
+    }
+  });
+  std::thread drawing([&done] {
+    float sum = 0.0F;
+    while (!done) {
+      draw();
+      int next = 0;
+      for (int cell = 0; cell < LANE_CELLS; ++cell) {
+        if (lane_cells[3][cell] != CELL_TIER1) continue;
+        GoldRider& rider = gold_riders[next++];
+        rider.x = lanes[3].slots[cell].x + 16;
+        rider.lane = 3;
+        rider.slot = cell;
+        sum += rider.scale + static_cast<float>(rider.frame);
+      }
+      for (const Frog& frog : stations[SIDE_LEFT].frogs) sum += frog.x + frog.scale;
+      for (const Effect& heart : heart_fx) sum += static_cast<float>(heart.frame + heart.x);
+      sum += butterfly.x + static_cast<float>(butterfly.frame) + far_bank[2].scale;
+      std::this_thread::yield();
+    }
+    EXPECT_NE(sum, 0.0F);
+  });
+  for (const int side : {SIDE_LEFT, SIDE_RIGHT}) frog_enqueue(side);
+  for (int i = 0; i < 60000; ++i) {
+    tick();
+    for (const int side : {SIDE_LEFT, SIDE_RIGHT}) press_at_random(side);
+  }
+  done = true;
+  workers.join();
+  drawing.join();
+  EXPECT_GT(audit_count(AUDIT_GAMES_PLAYED, SIDE_LEFT), 50);
 }
 
 }  // namespace
