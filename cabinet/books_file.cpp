@@ -92,7 +92,7 @@ std::string read_books(const std::string& path, const Format& format, std::strin
     why = "there is no " + path;
     return {};
   }
-  const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+  std::string bytes{std::istreambuf_iterator<char>(file), {}};
   if (bytes.size() != 4 + format.rows * format.row_bytes ||
       bytes.compare(0, 4, format.magic) != 0) {
     why = path + " isn't whole";

@@ -6,15 +6,15 @@ constexpr std::uint8_t H_COIN_METER_LEFT = 0x10;
 
 struct MeterRow {
   int number;
-  const char* name;
   int channel;  // lamp channel of its coil, -1: the H byte drives it
+  const char* name;
 };
 
 constexpr MeterRow METERS[METER_COUNT] = {
-    {METER_COIN_LEFT, "coin-left", -1},
-    {METER_COIN_RIGHT, "coin-right", 0},
-    {METER_TICKET_LEFT, "ticket-left", 12},
-    {METER_TICKET_RIGHT, "ticket-right", 11},
+    {METER_COIN_LEFT, -1, "coin-left"},
+    {METER_COIN_RIGHT, 0, "coin-right"},
+    {METER_TICKET_LEFT, 12, "ticket-left"},
+    {METER_TICKET_RIGHT, 11, "ticket-right"},
 };
 
 constexpr int LOCKOUT_CHANNEL[2] = {10, 1};

@@ -27,6 +27,11 @@ long frames(const Cabinet& cabinet, const Arguments& a, Direction direction) {
                           : frame_log_exact(cabinet.board.log, direction, text);
 }
 
+double presses(const Cabinet& cabinet, int input) {
+  const long whole_presses = cabinet.board.switches.edges[input] / 2;
+  return static_cast<double>(whole_presses);
+}
+
 BooksValue read_game(const Cabinet& cabinet, const Arguments& a) {
   if (a.choices[0] == "exit-code") return known(cabinet.game.exit_code);
   return known(cabinet.game.running == (a.choices[0] == "running") ? 1 : 0);
@@ -61,11 +66,9 @@ const ReadingRow READINGS[] = {
     {"lockout SIDE", "1 while the coil is energised",
      [](C c, A a) { return known(coils_lockout(c.board.coils, a.side) ? 1 : 0); }},
     {"coins SIDE", "times that the coin switch was pressed and let go",
-     [](C c, A a) {
-       return known(static_cast<double>(c.board.switches.edges[INPUT_COIN_LEFT + a.side] / 2));
-     }},
+     [](C c, A a) { return known(presses(c, INPUT_COIN_LEFT + a.side)); }},
     {"presses INPUT", "the same of any switch",
-     [](C c, A a) { return known(static_cast<double>(c.board.switches.edges[a.input] / 2)); }},
+     [](C c, A a) { return known(presses(c, a.input)); }},
     {"frame FRAME [count]", "frames from the game since \"mark\": T, or \"T 80 19\"",
      [](C c, A a) { return known(static_cast<double>(frames(c, a, TO_BOARD))); }},
     {"sent FRAME [count]", "frames to the game since \"mark\"",
@@ -136,7 +139,9 @@ std::string parse_term(const Words& words, std::size_t& at, const std::vector<st
     }
     const std::string pattern = row.pattern;
     if (pattern.substr(0, pattern.find(' ')) == words[at].text) {
-      reason = (error.empty() ? "" : error + "; ") + "the reading is \"" + pattern + "\"";
+      reason = error;
+      if (!reason.empty()) reason += "; ";
+      reason += "the reading is \"" + pattern + "\"";
     }
   }
   if (!reason.empty()) return reason;
@@ -195,7 +200,7 @@ std::string condition_parse(const Words& words, std::size_t& at,
       condition.relation = "==";
     }
     if (!condition.relation.empty()) {
-      const std::string error = reading_parse(words, at, names, condition.right);
+      std::string error = reading_parse(words, at, names, condition.right);
       if (!error.empty()) return error;
     }
   }

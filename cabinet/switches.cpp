@@ -4,28 +4,28 @@ namespace {
 
 struct InputRow {
   int number;
-  const char* name;
-  const char* board_name;
   int counter_byte, counter_shift;  // in an S frame, the letter being byte 0
   int line;                         // bit of the 24 lines of an s frame
+  const char* name;
+  const char* board_name;
 };
 
 // Lines 6 and 7 are the only ones that are active high; nothing is wired to them.
 constexpr InputRow INPUTS[INPUT_COUNT] = {
-    {INPUT_G1A, "gun-left", "g1a", 2, 4, 12},
-    {INPUT_G2A, "gun-right", "g2a", 2, 0, 13},
-    {INPUT_G1B, "gun-left-b", "g1b", 3, 4, 14},
-    {INPUT_G2B, "gun-right-b", "g2b", 3, 0, 15},
-    {INPUT_START_LEFT, "start-left", "p1s", 4, 4, 0},
-    {INPUT_START_RIGHT, "start-right", "p2s", 4, 0, 1},
-    {INPUT_COIN_LEFT, "coin-left", "c1", 5, 4, 2},
-    {INPUT_COIN_RIGHT, "coin-right", "c2", 5, 0, 3},
-    {INPUT_VOLUME_UP, "volume-up", "vlu", 6, 4, 8},
-    {INPUT_VOLUME_DOWN, "volume-down", "vld", 6, 0, 9},
-    {INPUT_TEST, "test", "tst", 7, 4, 5},
-    {INPUT_SERVICE, "service", "srv", 7, 0, 4},
-    {INPUT_BILL, "bill", "bil", 8, 0, 10},
-    {INPUT_TILT, "tilt", "tlt", 8, 4, 11},
+    {INPUT_G1A, 2, 4, 12, "gun-left", "g1a"},
+    {INPUT_G2A, 2, 0, 13, "gun-right", "g2a"},
+    {INPUT_G1B, 3, 4, 14, "gun-left-b", "g1b"},
+    {INPUT_G2B, 3, 0, 15, "gun-right-b", "g2b"},
+    {INPUT_START_LEFT, 4, 4, 0, "start-left", "p1s"},
+    {INPUT_START_RIGHT, 4, 0, 1, "start-right", "p2s"},
+    {INPUT_COIN_LEFT, 5, 4, 2, "coin-left", "c1"},
+    {INPUT_COIN_RIGHT, 5, 0, 3, "coin-right", "c2"},
+    {INPUT_VOLUME_UP, 6, 4, 8, "volume-up", "vlu"},
+    {INPUT_VOLUME_DOWN, 6, 0, 9, "volume-down", "vld"},
+    {INPUT_TEST, 7, 4, 5, "test", "tst"},
+    {INPUT_SERVICE, 7, 0, 4, "service", "srv"},
+    {INPUT_BILL, 8, 0, 10, "bill", "bil"},
+    {INPUT_TILT, 8, 4, 11, "tilt", "tlt"},
 };
 
 constexpr bool rows_in_order() {
