@@ -21,6 +21,8 @@ constexpr int BUSY_WAIT_MS = 2;  // while switches or tickets move
 
 std::string open_signals(Cabinet& cabinet) {
   for (const int signal : {SIGPIPE, SIGTTIN, SIGTTOU}) std::signal(signal, SIG_IGN);
+  // A shell starts what runs in its background with SIGINT ignored.
+  std::signal(SIGINT, SIG_DFL);
   sigset_t set;
   sigemptyset(&set);
   for (const int signal : {SIGINT, SIGTERM, SIGCHLD}) sigaddset(&set, signal);

@@ -22,7 +22,9 @@ constexpr std::int64_t QUIT_MS = 5000;
   sigset_t none;
   sigemptyset(&none);
   sigprocmask(SIG_SETMASK, &none, nullptr);
-  for (const int signal : {SIGPIPE, SIGTTIN, SIGTTOU}) std::signal(signal, SIG_DFL);
+  for (const int signal : {SIGINT, SIGTERM, SIGPIPE, SIGTTIN, SIGTTOU}) {
+    std::signal(signal, SIG_DFL);
+  }
   const int null = open("/dev/null", O_RDONLY | O_CLOEXEC);
   if (null >= 0) dup2(null, STDIN_FILENO);
   for (const auto& [name, value] : game.environment) {
