@@ -12,7 +12,7 @@ struct PressRow {
 
 constinit PressRow rows[PRESS_COUNT];
 
-constexpr JammaCounter COUNTERS[PRESS_COUNT] = {
+constexpr std::uint8_t COUNTERS[PRESS_COUNT] = {
     COUNTER_P1S, COUNTER_P2S, COUNTER_C1,  COUNTER_C2,  COUNTER_BIL,
     COUNTER_SRV, COUNTER_TST, COUNTER_VLU, COUNTER_VLD,
 };

@@ -6,8 +6,16 @@
 namespace {
 
 constexpr std::uint8_t LF = 0x0A, CR = 0x0D;
-constexpr char LOWER[] = "0123456789abcdef";
-constexpr char UPPER[] = "0123456789ABCDEF";
+
+std::uint8_t digit_from(unsigned value, char ten) {
+  return static_cast<std::uint8_t>(value < 10 ? '0' + value : ten + value - 10);
+}
+std::uint8_t lower_digit(unsigned value) {
+  return digit_from(value, 'a');
+}
+std::uint8_t upper_digit(unsigned value) {
+  return digit_from(value, 'A');
+}
 
 int digit_value(std::uint8_t byte) {
   if (byte >= '0' && byte <= '9') return byte - '0';
@@ -19,7 +27,7 @@ int digit_value(std::uint8_t byte) {
 // The second byte behind CR decides on the frame before it.
 WireEvent end_checksum(WireFraming& framing, std::uint8_t second) {
   const std::uint8_t sum = wire_checksum(framing.buffer, framing.length);
-  const bool good = framing.digit == UPPER[sum >> 4] && second == UPPER[sum & 15];
+  const bool good = framing.digit == upper_digit(sum >> 4) && second == upper_digit(sum & 15);
   framing.awaiting_checksum = framing.in_frame = false;
   if (!good) return WIRE_BAD_CHECKSUM;
   framing.checksum_request_sent = false;
@@ -65,14 +73,14 @@ std::size_t wire_build(std::uint8_t* out, char letter, const std::uint8_t* data,
   out[size++] = LF;
   out[size++] = static_cast<std::uint8_t>(letter);
   for (std::size_t i = 0; i < count; ++i) {
-    out[size++] = LOWER[data[i] >> 4];
-    out[size++] = LOWER[data[i] & 15];
+    out[size++] = lower_digit(data[i] >> 4);
+    out[size++] = lower_digit(data[i] & 15);
   }
   out[size++] = CR;
   if (checksum) {
     const std::uint8_t sum = wire_checksum(out + 1, size - 1);
-    out[size++] = UPPER[sum >> 4];
-    out[size++] = UPPER[sum & 15];
+    out[size++] = upper_digit(sum >> 4);
+    out[size++] = upper_digit(sum & 15);
   }
   return size;
 }

@@ -8,7 +8,9 @@ constinit LogChannel io_log;
 
 namespace {
 
-void write_line(const LogChannel& channel, LogKind kind, const char* text) {
+void write_line(const LogChannel& channel, LogKind kind, const char* format, va_list arguments) {
+  char text[128];
+  std::vsnprintf(text, sizeof text, format, arguments);
   if (channel.use_file && channel.file) {
     const std::time_t now = std::time(nullptr);
     char time_text[32] = "";
@@ -24,20 +26,16 @@ void write_line(const LogChannel& channel, LogKind kind, const char* text) {
 
 void log_message(const LogChannel& channel, const char* format, ...) {
   if (!channel.enabled || !channel.messages) return;
-  char text[128];
-  std::va_list arguments;
+  va_list arguments;
   va_start(arguments, format);
-  std::vsnprintf(text, sizeof text, format, arguments);
+  write_line(channel, LOG_MESSAGE, format, arguments);
   va_end(arguments);
-  write_line(channel, LOG_MESSAGE, text);
 }
 
 void log_error(const LogChannel& channel, const char* format, ...) {
   if (!channel.enabled || !channel.errors) return;
-  char text[128];
-  std::va_list arguments;
+  va_list arguments;
   va_start(arguments, format);
-  std::vsnprintf(text, sizeof text, format, arguments);
+  write_line(channel, LOG_ERROR, format, arguments);
   va_end(arguments);
-  write_line(channel, LOG_ERROR, text);
 }

@@ -80,9 +80,11 @@ std::int32_t jamma_command(std::int32_t command, std::intptr_t a, std::intptr_t 
     case JAMMA_GET_DIPS:
       return static_cast<std::int32_t>(jamma_fake.inputs.dips);
     case JAMMA_GET_INPUTS:
+      if (a == 0) return JAMMA_ERR_BAD_ARGUMENT;
       *reinterpret_cast<const JammaInputs**>(a) = &jamma_fake.inputs;
       return 0;
     case JAMMA_GET_FLAGS:
+      if (a == 0) return JAMMA_ERR_BAD_ARGUMENT;
       *reinterpret_cast<std::uint32_t*>(a) = jamma_fake.flags;
       return 0;
     case JAMMA_GET_TICKETS_OWED:

@@ -206,3 +206,46 @@ TEST_F(Inputs, ARingThatIsFullLosesWholeFramesOnly) {
   EXPECT_EQ(jamma_command(JAMMA_GET_COMM_ERRORS), 0);
   EXPECT_EQ(sent(), Frames{"C0081"});
 }
+
+// Every edge gives a frame, and one byte in a hundred is replaced, or lost, or doubled on the way.
+// (Not mixed: a lost and a doubled "0" in one frame shift its digits and leave its sum alone.)
+TEST_F(Inputs, ABadLineLosesAndInventsNoCoin) {
+  say({"u"});
+  std::uint32_t seed = 12345;
+  const auto chance = [&seed](std::uint32_t below) {
+    seed = seed * 1664525u + 1013904223u;
+    return (seed >> 8) % below;
+  };
+  int left = 5, right = 12;
+  const auto frame = [&] {
+    const std::string body = counters({{COUNTER_C1, left}, {COUNTER_C2, right}}) + "\r";
+    char digits[3];
+    std::snprintf(digits, sizeof digits, "%02X",
+                  wire_checksum(reinterpret_cast<const std::uint8_t*>(body.data()), body.size()));
+    return "\n" + body + digits;
+  };
+  const std::uint32_t failures = jamma_checksum_failures;
+  feed(frame());
+  round();
+  for (int edge = 0; edge < 60000; ++edge) {
+    ++(chance(2) ? left : right);
+    const int fault = edge / 20000;
+    std::string line;
+    for (const char byte : frame()) {
+      if (chance(100) != 0) {
+        line += byte;
+      } else if (fault == 0) {
+        line += static_cast<char>(chance(256));
+      } else if (fault == 1) {
+        line += {byte, byte};
+      }
+    }
+    feed(line);
+    round();
+  }
+  for (int i = 0; i < 3; ++i) feed(frame());
+  round();
+  EXPECT_EQ(pending(PRESS_C1), static_cast<std::uint32_t>(left - 5) / 2);
+  EXPECT_EQ(pending(PRESS_C2), static_cast<std::uint32_t>(right - 12) / 2);
+  EXPECT_GT(jamma_checksum_failures - failures, 5000u) << "the line was bad";
+}
