@@ -1,0 +1,343 @@
+#include "art/clay.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace art {
+
+float length(Vec a) {
+  return std::sqrt(dot(a, a));
+}
+Vec unit(Vec a) {
+  return a * (1 / std::max(1e-9f, length(a)));
+}
+Vec cross(Vec a, Vec b) {
+  return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
+}
+Vec lerp(Vec a, Vec b, float t) {
+  return a + (b - a) * t;
+}
+static float clamp(float v, float lo = 0, float hi = 1) {
+  return v < lo ? lo : v > hi ? hi : v;
+}
+float step_s(float a, float b, float v) {
+  v = clamp((v - a) / (b - a));
+  return v * v * (3 - 2 * v);
+}
+Vec linear(Colour c) {
+  auto up = [](double v) { return static_cast<float>(std::pow(v, 2.2)); };
+  return {up(c.r), up(c.g), up(c.b)};
+}
+
+ClayFrame frame_yaw(float degrees) {
+  float a = degrees * static_cast<float>(kTau) / 360, s = std::sin(a), k = std::cos(a);
+  return {{k, 0, -s}, {0, 1, 0}, {s, 0, k}, {0, 0, 0}};
+}
+
+ClayFrame frame_within(const ClayFrame& o, const ClayFrame& i) {
+  ClayFrame f;
+  auto turn = [&](Vec v) { return o.x * v.x + o.y * v.y + o.z * v.z; };
+  f.x = turn(i.x);
+  f.y = turn(i.y);
+  f.z = turn(i.z);
+  f.at = o.out(i.at);
+  return f;
+}
+
+void ClayPart::ball(Vec c, Vec radii, Vec colour) {
+  shapes.push_back({true, c, radii, 0, 0, colour});
+}
+void ClayPart::limb(Vec a, float ra, Vec b, float rb, Vec colour) {
+  shapes.push_back({false, a, b, ra, rb, colour});
+}
+
+namespace {
+
+float shape_distance(const ClayShape& q, Vec p) {
+  if (q.ball) {
+    Vec d = p - q.a, e{d.x / q.b.x, d.y / q.b.y, d.z / q.b.z};
+    Vec f{e.x / q.b.x, e.y / q.b.y, e.z / q.b.z};
+    float k0 = length(e), k1 = length(f);
+    return k1 > 1e-6f ? k0 * (k0 - 1) / k1 : -std::min({q.b.x, q.b.y, q.b.z});
+  }
+  Vec ab = q.b - q.a, ap = p - q.a;
+  float h = clamp(dot(ap, ab) / std::max(1e-9f, dot(ab, ab)));
+  return length(ap - ab * h) - (q.ra + (q.rb - q.ra) * h);
+}
+
+// Distance to a part from a point in its own axes, and its melted colour there if asked for.
+float part_distance(const ClayPart& g, Vec p, Vec* colour) {
+  float d = 1e9f;
+  Vec c{0, 0, 0};
+  for (const ClayShape& q : g.shapes) {
+    float e = shape_distance(q, p);
+    if (d > 1e8f) {
+      d = e;
+      c = q.colour;
+      continue;
+    }
+    float h = clamp(0.5f + 0.5f * (d - e) / g.blend);
+    if (colour) c = lerp(c, q.colour, h);
+    d = d + (e - d) * h - g.blend * h * (1 - h);
+  }
+  if (colour) *colour = c;
+  return d;
+}
+
+void find_bounds(ClayPart& g) {
+  Vec c{0, 0, 0};
+  for (const ClayShape& q : g.shapes) c = c + (q.ball ? q.a : (q.a + q.b) * 0.5f);
+  c = c * (1.0f / static_cast<float>(g.shapes.size()));
+  float r = 0;
+  for (const ClayShape& q : g.shapes) {
+    if (q.ball)
+      r = std::max(r, length(q.a - c) + std::max({q.b.x, q.b.y, q.b.z}));
+    else
+      r = std::max({r, length(q.a - c) + q.ra, length(q.b - c) + q.rb});
+  }
+  g.centre = g.frame.out(c);
+  g.radius = r + g.blend * 0.3f;
+}
+
+struct Hit {
+  float r, g, b, a;
+  int part;
+};
+
+constexpr int kMostParts = 64;
+
+struct Tracer {
+  const ClayScene& scene;
+  Vec right, up, dir;
+  int all[kMostParts];
+  int count = 0;
+
+  // The nearest part among some; those far away count with their bounding sphere alone.
+  int nearest(const int* parts, int n, Vec p, float& best) const {
+    best = 1e9f;
+    int id = -1;
+    for (int i = 0; i < n; i++) {
+      const ClayPart& g = scene[static_cast<size_t>(parts[i])];
+      float bound = length(p - g.centre) - g.radius;
+      if (bound > best) continue;
+      float d = bound > 0.6f ? bound : part_distance(g, g.frame.in(p), nullptr);
+      if (d < best) {
+        best = d;
+        id = parts[i];
+      }
+    }
+    return id;
+  }
+
+  Hit trace(float u, float v) const;
+  Vec shade(const ClayPart& g, Vec p) const;
+};
+
+const Vec kKey = unit({-0.55f, 0.86f, 0.05f});
+const Vec kFill = unit({0.6f, 0.45f, -0.6f});
+const Vec kRim = unit({0.1f, 0.35f, 1.0f});
+
+Vec Tracer::shade(const ClayPart& g, Vec p) const {
+  const float e = 0.006f;
+  auto at = [&](Vec d) { return part_distance(g, g.frame.in(p + d), nullptr); };
+  Vec n = unit(Vec{1, -1, -1} * at({e, -e, -e}) + Vec{-1, -1, 1} * at({-e, -e, e}) +
+               Vec{-1, 1, -1} * at({-e, e, -e}) + Vec{1, 1, 1} * at({e, e, e}));
+  Vec colour;
+  Vec own = g.frame.in(p);
+  part_distance(g, own, &colour);
+  if (g.paint) colour = g.paint(own, colour);
+
+  float lit = 1, t = 0.06f, d;
+  if (dot(n, kKey) > -0.2f) {
+    for (int i = 0; i < 14 && t < 3.5f && lit > 0; i++) {
+      nearest(all, count, p + n * 0.02f + kKey * t, d);
+      lit = std::min(lit, 0.5f + 0.5f * d / (0.16f * t));
+      t += clamp(d, 0.05f, 0.5f);
+    }
+  }
+  lit = step_s(0, 1, lit);
+  float ao = 0, w = 1;
+  for (int i = 1; i <= 4; i++) {
+    float h = 0.10f * static_cast<float>(i);
+    nearest(all, count, p + n * h, d);
+    ao += (h - d) * w;
+    w *= 0.62f;
+  }
+  ao = clamp(1 - 1.15f * ao, 0.25f, 1);
+
+  Vec view = dir * -1;
+  float facing = clamp(dot(n, view));
+  float wrap = clamp((dot(n, kKey) + 0.25f) / 1.25f) * (0.30f + 0.70f * lit);
+  Vec light = Vec{1.0f, 0.96f, 0.86f} * (0.92f * wrap) +
+              Vec{0.45f, 0.60f, 0.90f} * (0.30f * clamp(dot(n, kFill))) * ao +
+              lerp({0.24f, 0.26f, 0.20f}, {0.40f, 0.46f, 0.52f}, n.y * 0.5f + 0.5f) * (0.85f * ao);
+  Vec out = colour * light;
+  float sparkle = std::pow(clamp(dot(n, unit(kKey + view))), 48.0f);
+  out = out + Vec{1, 1, 0.95f} * (sparkle * g.gloss * (0.35f + 0.65f * lit));
+  float rim = std::pow(1 - facing, 3.0f) * clamp(dot(n, kRim) * 0.7f + 0.3f);
+  out = out + lerp(colour, {1, 1, 0.8f}, 0.5f) * (rim * 0.55f);
+  if (g.inked) out = lerp(colour * 0.16f, out, 0.35f + 0.65f * step_s(0.10f, 0.34f, facing));
+  return out;
+}
+
+Hit Tracer::trace(float u, float v) const {
+  Hit miss{0, 0, 0, 0, -1};
+  Vec o = right * u + up * v - dir * 20;
+  int near[kMostParts], n = 0;
+  float t = 1e9f;
+  for (int i = 0; i < count; i++) {
+    const ClayPart& g = scene[static_cast<size_t>(i)];
+    Vec d = g.centre - o;
+    float along = dot(d, dir), off = dot(d, d) - along * along;
+    if (off >= g.radius * g.radius) continue;
+    near[n++] = i;
+    t = std::min(t, along - std::sqrt(g.radius * g.radius - off));
+  }
+  if (n == 0) return miss;
+  int id = -1;
+  Vec p{};
+  for (int i = 0; i < 64; i++) {
+    p = o + dir * t;
+    float d;
+    id = nearest(near, n, p, d);
+    if (d < 0.004f) break;
+    if (i == 63 && d > 0.03f) return miss;
+    t += d * 0.92f;
+    if (t > 30) return miss;
+  }
+  if (id < 0) return miss;
+  Vec c = shade(scene[static_cast<size_t>(id)], p);
+  auto screen = [](float x) { return clamp(std::pow(std::max(0.0f, x), 1 / 2.2f)); };
+  return {screen(c.x), screen(c.y), screen(c.z), 1, id};
+}
+
+// Whether a pixel needs more rays: another part or a strong step beside it.
+bool at_edge(const std::vector<Hit>& hits, int w, int h, int x, int y) {
+  const Hit& q = hits[static_cast<size_t>(y * w + x)];
+  const int dx[4] = {1, -1, 0, 0}, dy[4] = {0, 0, 1, -1};
+  for (int k = 0; k < 4; k++) {
+    int nx = x + dx[k], ny = y + dy[k];
+    if (nx < 0 || ny < 0 || nx >= w || ny >= h) continue;
+    const Hit& r = hits[static_cast<size_t>(ny * w + nx)];
+    if (r.part != q.part) return true;
+    if (q.a > 0 && std::fabs(r.r - q.r) + std::fabs(r.g - q.g) + std::fabs(r.b - q.b) > 0.16f)
+      return true;
+  }
+  return false;
+}
+
+// Lays the outline's colour round the alpha of premultiplied pixels.
+void add_outline(std::vector<Hit>& px, int w, int h, Colour colour, float width) {
+  int reach = static_cast<int>(std::ceil(width)) + 1;
+  std::vector<float> rim(px.size(), 0.0f);
+  for (int y = 0; y < h; y++) {
+    for (int x = 0; x < w; x++) {
+      float a = px[static_cast<size_t>(y * w + x)].a;
+      if (a <= 0) continue;
+      // Only a pixel at the shape's edge can reach outward.
+      bool inside = x > 0 && y > 0 && x + 1 < w && y + 1 < h &&
+                    px[static_cast<size_t>(y * w + x - 1)].a >= 1 &&
+                    px[static_cast<size_t>(y * w + x + 1)].a >= 1 &&
+                    px[static_cast<size_t>((y - 1) * w + x)].a >= 1 &&
+                    px[static_cast<size_t>((y + 1) * w + x)].a >= 1;
+      if (inside && a >= 1) continue;
+      for (int j = std::max(0, y - reach); j <= std::min(h - 1, y + reach); j++) {
+        for (int i = std::max(0, x - reach); i <= std::min(w - 1, x + reach); i++) {
+          float far = std::sqrt(static_cast<float>((i - x) * (i - x) + (j - y) * (j - y)));
+          float& r = rim[static_cast<size_t>(j * w + i)];
+          r = std::max(r, clamp(width + 0.5f - far) * a);
+        }
+      }
+    }
+  }
+  for (size_t i = 0; i < px.size(); i++) {
+    float k = rim[i] * (1 - px[i].a);
+    px[i].r += static_cast<float>(colour.r) * k;
+    px[i].g += static_cast<float>(colour.g) * k;
+    px[i].b += static_cast<float>(colour.b) * k;
+    px[i].a += k;
+  }
+}
+
+}  // namespace
+
+void clay_draw(Canvas& canvas, ClayScene& scene, const ClayCamera& camera, Colour outline,
+               float outline_px) {
+  const int w = canvas.width, h = canvas.height;
+  for (ClayPart& g : scene) find_bounds(g);
+  float a = camera.pitch_deg * static_cast<float>(kTau) / 360;
+  Vec dir{0, -std::sin(a), std::cos(a)}, right{1, 0, 0};
+  Tracer tracer{scene, right, cross(dir, right), dir, {}, 0};
+  for (size_t i = 0; i < scene.size() && i < kMostParts; i++)
+    tracer.all[tracer.count++] = static_cast<int>(i);
+
+  auto ray = [&](float x, float y) {
+    return tracer.trace((x - static_cast<float>(camera.origin.x)) / camera.px_per_unit,
+                        (static_cast<float>(camera.origin.y) - y) / camera.px_per_unit);
+  };
+  std::vector<Hit> hits(static_cast<size_t>(w * h));
+  for (int y = 0; y < h; y++)
+    for (int x = 0; x < w; x++)
+      hits[static_cast<size_t>(y * w + x)] =
+          ray(static_cast<float>(x) + 0.5f, static_cast<float>(y) + 0.5f);
+  std::vector<Hit> px = hits;
+  const int rays = 3;
+  for (int y = 0; y < h; y++) {
+    for (int x = 0; x < w; x++) {
+      if (!at_edge(hits, w, h, x, y)) continue;
+      Hit sum{0, 0, 0, 0, 0};
+      for (int j = 0; j < rays; j++) {
+        for (int i = 0; i < rays; i++) {
+          Hit r = ray(static_cast<float>(x) + (static_cast<float>(i) + 0.5f) / rays,
+                      static_cast<float>(y) + (static_cast<float>(j) + 0.5f) / rays);
+          sum.r += r.r;
+          sum.g += r.g;
+          sum.b += r.b;
+          sum.a += r.a;
+        }
+      }
+      const float k = 1.0f / (rays * rays);
+      px[static_cast<size_t>(y * w + x)] = {sum.r * k, sum.g * k, sum.b * k, sum.a * k, 0};
+    }
+  }
+  if (outline_px > 0) add_outline(px, w, h, outline, outline_px);
+
+  Canvas image(w, h);
+  cairo_surface_flush(image.surface);
+  unsigned char* bytes = cairo_image_surface_get_data(image.surface);
+  int stride = cairo_image_surface_get_stride(image.surface);
+  for (int y = 0; y < h; y++) {
+    auto* row = reinterpret_cast<uint32_t*>(bytes + static_cast<ptrdiff_t>(y) * stride);
+    for (int x = 0; x < w; x++) {
+      const Hit& q = px[static_cast<size_t>(y * w + x)];
+      auto byte = [](float v) { return static_cast<uint32_t>(clamp(v) * 255 + 0.5f); };
+      row[x] = byte(q.a) << 24 | byte(q.r) << 16 | byte(q.g) << 8 | byte(q.b);
+    }
+  }
+  cairo_surface_mark_dirty(image.surface);
+  paint_canvas(canvas.ctx, image, 0, 0);
+}
+
+ClayPart clay_eye(const ClayFrame& frame, Vec c, float r, Vec look, float pupil, Vec skin,
+                  float lid, Vec lid_from) {
+  ClayPart g;
+  g.blend = 0.01f;
+  g.gloss = 0.6f;
+  g.inked = false;
+  g.frame = frame;
+  g.ball(c, {r, r, r}, {1, 1, 0.94f});
+  look = unit(look);
+  lid_from = unit(lid_from);
+  Vec glint = unit(look + Vec{-0.30f, 0.15f, 0.10f});
+  g.paint = [=](Vec p, Vec colour) {
+    Vec n = unit(p - c);
+    float closed = dot(n, lid_from) - (1 - 2 * lid);
+    if (lid > 0 && closed > 0) return closed < 0.10f && lid > 0.4f ? skin * 0.25f : skin;
+    if (dot(n, glint) > 0.962f) return Vec{1.1f, 1.1f, 1.1f};
+    if (dot(n, look) > pupil) return Vec{0.008f, 0.010f, 0.02f};
+    return colour;
+  };
+  return g;
+}
+
+}  // namespace art

@@ -1,0 +1,61 @@
+#include "art/file_list.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+namespace art {
+
+namespace {
+
+constexpr uint32_t kStart = 0x63046310, kPolynomial = 0xEDB88320;
+
+constexpr std::array<uint32_t, 256> make_table() {
+  std::array<uint32_t, 256> table{};
+  for (uint32_t i = 0; i < 256; i++) {
+    uint32_t c = i;
+    for (int k = 0; k < 8; k++) c = c >> 1 ^ (c & 1 ? kPolynomial : 0);
+    table[i] = c;
+  }
+  return table;
+}
+constexpr std::array<uint32_t, 256> kTable = make_table();
+
+}  // namespace
+
+int32_t file_crc(const std::vector<uint8_t>& bytes) {
+  uint32_t crc = kStart;
+  for (uint8_t b : bytes) crc = crc >> 8 ^ kTable[(crc ^ b) & 0xff];
+  // The reader takes signed decimals, so a sum with its top bit set has a minus sign.
+  return static_cast<int32_t>(crc);
+}
+
+int file_list_write(const std::string& outdir) {
+  namespace fs = std::filesystem;
+  std::error_code error;
+  std::vector<fs::path> paths;
+  for (fs::recursive_directory_iterator it(fs::path(outdir) / "images", error), end;
+       !error && it != end; it.increment(error))
+    if (it->is_regular_file(error)) paths.push_back(it->path());
+  if (error) return -1;
+  std::vector<std::string> lines;
+  for (const fs::path& path : paths) {
+    std::ifstream in(path, std::ios::binary);
+    std::vector<uint8_t> bytes{std::istreambuf_iterator<char>(in), {}};
+    if (!in && !in.eof()) return -1;
+    std::string name = fs::relative(path, outdir, error).generic_string();
+    std::replace(name.begin(), name.end(), '/', '\\');
+    lines.push_back(name + " " + std::to_string(bytes.size()) + " " +
+                    std::to_string(file_crc(bytes)));
+  }
+  std::sort(lines.begin(), lines.end());
+  std::ofstream out(fs::path(outdir) / "lhpcrc.txt", std::ios::binary);
+  // The last line needs its line break too, or the boot check does not see it.
+  for (const std::string& line : lines) out << line << "\n";
+  out.close();
+  return out ? static_cast<int>(lines.size()) : -1;
+}
+
+}  // namespace art

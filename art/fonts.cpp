@@ -1,0 +1,98 @@
+// The bitmap fonts. Glyphs are white: the game tints them.
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <string>
+
+#include "art/draw.h"
+#include "art/palette.h"
+
+namespace art {
+
+namespace {
+
+constexpr char kGlyphs[] =
+    "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ1234567890"
+    "!@#$%^&*()`~-_=+[{]}\\|;:'\",<.>/? ";
+static_assert(sizeof kGlyphs == 96);
+
+// The sign "@" stands for the money of the unit Euro.
+std::string glyph_text(int glyph) {
+  char ch = kGlyphs[glyph];
+  return ch == '@' ? "\u20ac" : std::string(1, ch);
+}
+
+bool is_digit(int glyph) {
+  return std::strchr("0123456789", kGlyphs[glyph]) != nullptr;
+}
+
+void draw_rows(cairo_t* c, const char* const* rows, int count) {
+  cairo_set_antialias(c, CAIRO_ANTIALIAS_NONE);
+  set(c, kWhite);
+  for (int y = 0; y < count; y++)
+    for (int x = 0; rows[y][x]; x++)
+      if (rows[y][x] == '#') {
+        cairo_rectangle(c, x, y, 1, 1);
+        cairo_fill(c);
+      }
+}
+
+}  // namespace
+
+void draw_glyph_8x12(const Cell& cell) {
+  // TODO
+  (void)draw_rows;
+  cairo_t* c = cell.ctx;
+  std::string text = glyph_text(cell.frame);
+  cairo_font_options_t* o = cairo_font_options_create();
+  cairo_font_options_set_antialias(o, CAIRO_ANTIALIAS_NONE);
+  cairo_font_options_set_hint_style(o, CAIRO_HINT_STYLE_FULL);
+  cairo_set_font_options(c, o);
+  cairo_font_options_destroy(o);
+  cairo_select_font_face(c, "DejaVu Sans Mono", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_BOLD);
+  cairo_set_font_size(c, 11);
+  set(c, kWhite);
+  cairo_move_to(c, 0, 9);
+  cairo_show_text(c, text.c_str());
+}
+
+void draw_credit_digit(const Cell& cell) {
+  const char digit = static_cast<char>('0' + cell.frame);
+  Cell glyph = cell;
+  glyph.frame = static_cast<int>(std::strchr(kGlyphs, digit) - kGlyphs);
+  draw_glyph_8x12(glyph);
+}
+
+void draw_glyph_chunky(const Cell& cell) {
+  cairo_t* c = cell.ctx;
+  const std::string text = glyph_text(cell.frame);
+  if (text == " ") return;
+  // One size and one baseline for all; what is too wide is made narrower, digits to one width.
+  const double gutter = cell.height < 30 ? 0.6 : cell.height * 0.03;
+  const double room = cell.width - 2 * gutter;
+  const double size = cell.height * 0.86, baseline = cell.height * 0.765;
+  Ink ink = words_path(c, text.c_str(), Face::kChunky, size);
+  double k = std::min(1.0, room / ink.width);
+  if (is_digit(cell.frame)) k = room * 0.92 / ink.width;
+  cairo_translate(c, cell.width / 2.0, baseline);
+  cairo_scale(c, k, 1);
+  cairo_translate(c, -ink.x - ink.width / 2, 0);
+  words_path(c, text.c_str(), Face::kChunky, size);
+  set(c, kWhite);
+  cairo_fill(c);
+}
+
+void draw_jackpot_digit(const Cell& cell, int digit) {
+  const char text[2] = {static_cast<char>('0' + digit), 0};
+  cairo_t* c = cell.ctx;
+  // 150 pixels from one to the next, whatever the digit.
+  WordStyle style{Face::kChunky, 236, {1, 1, 0.66}, {1.0, 0.58, 0.04}, {0.36, 0.10, 0.02}, 9};
+  Ink ink = words_path(c, text, style.face, style.size);
+  cairo_new_path(c);
+  double k = std::min(1.0, 128 / ink.width);
+  cairo_translate(c, 128, 128);
+  cairo_scale(c, k, 1);
+  words(c, text, style, 0, 0);
+}
+
+}  // namespace art

@@ -1,0 +1,295 @@
+// Green things: the foliage at the screen's edges, cattails, lily pads, the goal, grass and the
+// patches that the frogs start from.
+#include <cmath>
+
+#include "art/draw.h"
+#include "art/palette.h"
+
+namespace art {
+
+namespace {
+
+double sway(const Cell& cell, double phase, int beats = 1) {
+  return std::sin(kTau * (beats * cell.turn() + phase));
+}
+
+// A leaf with its middle vein. `turn` swings it round its foot.
+void draw_leaf(cairo_t* c, Point foot, double angle, double length, double width, double bend,
+               Colour colour) {
+  Point tip{foot.x + std::cos(angle) * length, foot.y + std::sin(angle) * length};
+  Point mid = mix(foot, tip, 0.5);
+  puff(c, leaf(foot, tip, width, bend), colour, mid.x, mid.y, length * 0.5, 2, 0.18);
+  cairo_save(c);
+  cairo_set_line_cap(c, CAIRO_LINE_CAP_ROUND);
+  set(c, mix(colour, kSunlight, 0.35), 0.8);
+  cairo_set_line_width(c, 2);
+  double nx = -std::sin(angle), ny = std::cos(angle);
+  cairo_move_to(c, foot.x, foot.y);
+  cairo_curve_to(c, mid.x + nx * bend * 0.5, mid.y + ny * bend * 0.5, mid.x + nx * bend * 0.7,
+                 mid.y + ny * bend * 0.7, mix(foot, tip, 0.9).x + nx * bend * 0.12,
+                 mix(foot, tip, 0.9).y + ny * bend * 0.12);
+  cairo_stroke(c);
+  cairo_restore(c);
+}
+
+void draw_flower(cairo_t* c, double x, double y, double r, Colour petal, double angle) {
+  for (int i = 0; i < 5; i++) {
+    double a = angle + i * kTau / 5;
+    puff(c, ellipse(x + std::cos(a) * r * 0.62, y + std::sin(a) * r * 0.62, r * 0.55, r * 0.40, a),
+         petal, x, y, r, 1.5, 0.1);
+  }
+  puff(c, circle(x, y, r * 0.34), kYellow, x, y, r * 0.34, 1.2, 0.3);
+}
+
+// A water lily's flower, seen from the side and above.
+void draw_lotus(cairo_t* c, double x, double y, double r, double open, Colour petal) {
+  for (int ring = 0; ring < 2; ring++) {
+    for (int i = 0; i < 7; i++) {
+      // From the outside inward, so that the middle petals lie on top.
+      int order = i % 2 ? 6 - i / 2 : i / 2;
+      double a = -kTau / 4 + (order - 3) * (ring ? 0.30 : 0.44) * open;
+      double length = r * (ring ? 0.82 : 1.0);
+      puff(c, leaf({x, y}, {x + std::cos(a) * length, y + std::sin(a) * length * 0.8}, r * 0.24, 0),
+           ring ? mix(petal, kWhite, 0.45) : petal, x, y - r * 0.4, r, 1.4, 0.1);
+    }
+  }
+  puff(c, ellipse(x, y - r * 0.10, r * 0.2, r * 0.14), kYellow, x, y, r * 0.2, 1, 0.2);
+}
+
+struct LeafSpec {
+  double x, y, angle, length, width, bend, shade;
+};
+
+// Leaves of the left edge; the right edge has their mirror image.
+constexpr LeafSpec kUpper[] = {{-6, 4, 0.95, 150, 26, 14, 0.0},  {-8, 30, 0.35, 170, 28, 18, 0.5},
+                               {-8, -4, 0.42, 190, 26, 22, 0.2}, {60, -8, 1.05, 110, 22, 12, 0.7},
+                               {-8, 60, 0.80, 130, 24, 14, 0.9}, {120, -8, 0.85, 84, 18, 8, 0.4}};
+constexpr LeafSpec kMiddle[] = {{-8, 150, -0.65, 120, 24, -14, 0.1},
+                                {-8, 140, -0.15, 136, 26, 14, 0.6},
+                                {-8, 160, 0.30, 128, 24, 14, 0.3},
+                                {-8, 120, -0.95, 96, 20, -10, 0.9},
+                                {-8, 170, 0.80, 92, 20, 10, 0.8}};
+constexpr LeafSpec kLower[] = {
+    {20, 262, -1.45, 190, 28, -16, 0.0}, {40, 262, -1.10, 190, 28, 18, 0.5},
+    {8, 262, -1.75, 150, 26, -12, 0.3},  {70, 262, -0.75, 160, 26, 20, 0.8},
+    {30, 262, -1.28, 140, 24, 10, 1.0},  {100, 262, -1.0, 120, 22, 14, 0.2},
+    {130, 262, -0.6, 110, 20, 14, 0.6}};
+
+template <size_t N>
+void draw_bunch(const Cell& cell, const LeafSpec (&leaves)[N], double phase) {
+  for (size_t i = 0; i < N; i++) {
+    const LeafSpec& l = leaves[i];
+    double s = sway(cell, phase + 0.13 * static_cast<double>(i));
+    draw_leaf(cell.ctx, {l.x, l.y}, l.angle + 0.045 * s, l.length, l.width, l.bend + 5 * s,
+              mix(kLeafDark, kLeafLight, 0.25 + 0.55 * l.shade));
+  }
+}
+
+}  // namespace
+
+void draw_plant(const Cell& cell, int which) {
+  cairo_t* c = cell.ctx;
+  const bool right = which >= 4;
+  if (right) {
+    cairo_translate(c, cell.width, 0);
+    cairo_scale(c, -1, 1);
+  }
+  double phase = 0.21 * which, s = sway(cell, phase);
+  switch (which) {
+    case 1:
+    case 5:
+      draw_bunch(cell, kUpper, phase);
+      draw_flower(c, 58 + 3 * s, 74 + 2 * s, 22, which == 1 ? kPink : Colour{1.0, 0.62, 0.20},
+                  0.05 * s);
+      break;
+    case 2:
+    case 4:
+      draw_bunch(cell, kMiddle, phase);
+      draw_flower(c, 46 + 3 * s, 142 + 2 * s, 19, which == 2 ? Colour{0.72, 0.52, 1.0} : kPink,
+                  0.05 * s);
+      break;
+    default:
+      draw_bunch(cell, kLower, phase);
+      draw_flower(c, 62 + 4 * s, 150 + 2 * s, 24, which == 3 ? kYellow : Colour{0.72, 0.52, 1.0},
+                  0.06 * s);
+      draw_flower(c, 118 + 3 * s, 196 + 2 * s, 18, kPink, -0.06 * s);
+      break;
+  }
+}
+
+void draw_cattail(const Cell& cell, int which) {
+  cairo_t* c = cell.ctx;
+  if (which == 2) {
+    cairo_translate(c, cell.width, 0);
+    cairo_scale(c, -1, 1);
+  }
+  const double foot = 124;
+  struct Stem {
+    double x, top, lean;
+  };
+  for (double x : {46.0, 70.0, 86.0})
+    draw_leaf(c, {x, foot}, -kTau / 4 + (x - 66) * 0.013 + 0.05 * sway(cell, x * 0.01), 76, 7,
+              5 * sway(cell, x * 0.01), kLeaf);
+  for (Stem stem : {Stem{58, 26, -5}, Stem{76, 40, 7}}) {
+    double s = sway(cell, stem.x * 0.007);
+    Point top{stem.x + stem.lean + 5 * s, stem.top}, mid{stem.x + 1.5 * s, 80};
+    set(c, kLeafDark);
+    cairo_set_line_cap(c, CAIRO_LINE_CAP_ROUND);
+    for (double width : {6.0, 3.4}) {
+      if (width < 5) set(c, kLeaf);
+      cairo_set_line_width(c, width);
+      cairo_move_to(c, stem.x, foot - 3);
+      cairo_curve_to(c, stem.x, 100, mid.x, mid.y, top.x, top.y);
+      cairo_stroke(c);
+    }
+    Point low{top.x - (stem.lean + 5 * s) * 0.22, stem.top + 31};
+    puff(c, capsule({top.x, top.y + 4}, 7, low, 7), {0.50, 0.28, 0.12}, (top.x + low.x) / 2,
+         stem.top + 16, 20, 2, 0.35);
+    stroke(c, capsule(top, 0.6, {top.x + 0.5 * s, top.y - 10}, 0.4), {0.45, 0.36, 0.14}, 2);
+  }
+}
+
+namespace {
+
+// A floating leaf with its notch turned to the angle given.
+void draw_pad(cairo_t* c, double x, double y, double rx, double ry, double notch) {
+  auto pad = [=](double grow) -> Path {
+    return [=](cairo_t* k) {
+      cairo_new_path(k);
+      cairo_save(k);
+      cairo_translate(k, x, y);
+      cairo_scale(k, rx * grow, ry * grow);
+      cairo_arc(k, 0, 0, 1, notch + 0.16, notch - 0.16 + kTau);
+      cairo_line_to(k, 0.12 * std::cos(notch), 0.12 * std::sin(notch));
+      cairo_close_path(k);
+      cairo_restore(k);
+    };
+  };
+  puff(c, pad(1), {0.26, 0.66, 0.22}, x, y, rx, rx * 0.022 + 1, 0);
+  cairo_save(c);
+  pad(0.985)(c);
+  cairo_clip(c);
+  fill(c, pad(0.90), {0.34, 0.74, 0.26});
+  for (int i = 1; i < 12; i++) {
+    double a = notch + i * kTau / 12;
+    stroke(c, capsule({x, y}, 0.4, {x + rx * 0.86 * std::cos(a), y + ry * 0.86 * std::sin(a)}, 0.2),
+           {0.62, 0.90, 0.42}, rx * 0.012 + 0.6, 0.55);
+  }
+  soft_spot(c, x - rx * 0.3, y - ry * 0.4, rx * 0.7, ry * 0.5, kWhite, 0.30);
+  cairo_restore(c);
+}
+
+}  // namespace
+
+void draw_lily_pad(const Cell& cell) {
+  cairo_t* c = cell.ctx;
+  double s = sway(cell, 0);
+  soft_spot(c, 64, 76, 60, 42, {0.02, 0.10, 0.12}, 0.5);
+  draw_pad(c, 64, 64 + 1.2 * s, 55, 38, -0.9 + 0.05 * s);
+}
+
+void draw_big_lily_pad(const Cell& cell) {
+  cairo_t* c = cell.ctx;
+  soft_spot(c, 298, 272, 288, 218, {0.02, 0.08, 0.10}, 0.55);
+  draw_pad(c, 295, 251, 276, 206, -0.75);
+  draw_lotus(c, 78, 400, 62, 1.0, kPink);
+  draw_lotus(c, 512, 404, 70, 1.0, {1.0, 0.72, 0.86});
+}
+
+void draw_finish(const Cell& cell) {
+  cairo_t* c = cell.ctx;
+  // Two posts of reed with a garland of pennants between them; the pad's place stays free.
+  const double left = 122, right = 390, top = 66, foot = 122;
+  for (double x : {left, right}) {
+    double s = sway(cell, x * 0.002);
+    soft_spot(c, x, foot, 30, 8, kBlack, 0.4);
+    puff(c, capsule({x + 2 * s, top}, 5, {x, foot - 2}, 6), kWoodLight, x, 96, 34, 2, 0.2);
+    puff(c, circle(x + 2 * s, top - 6, 8), kGold, x + 2 * s, top - 6, 9, 2, 0.6);
+    for (double lean : {-0.5, 0.5, -0.9, 0.9})
+      draw_leaf(c, {x, foot}, -kTau / 4 + lean + 0.06 * s, 34, 6, 3 * s, kLeaf);
+  }
+  double ls = sway(cell, left * 0.002), rs = sway(cell, right * 0.002);
+  Point a{left + 2 * ls, top}, b{right + 2 * rs, top};
+  double sag = 24 + 3 * sway(cell, 0.25);
+  auto on_rope = [&](double t) {
+    Point p = mix(a, b, t);
+    p.y += 4 * sag * t * (1 - t) * 0.6;
+    return p;
+  };
+  const Colour flags[] = {kRed, kYellow, {0.25, 0.60, 1.0}, kPink, {0.45, 0.85, 0.25}};
+  set(c, kWoodDark);
+  cairo_set_line_width(c, 2);
+  cairo_move_to(c, a.x, a.y);
+  for (int i = 1; i <= 20; i++) {
+    Point p = on_rope(i / 20.0);
+    cairo_line_to(c, p.x, p.y);
+  }
+  cairo_stroke(c);
+  const int count = 11;
+  for (int i = 0; i < count; i++) {
+    Point p = on_rope((i + 0.2) / count), q = on_rope((i + 0.85) / count);
+    double blow = 4 * sway(cell, 0.09 * i, 2);
+    Point tip{(p.x + q.x) / 2 + blow, (p.y + q.y) / 2 + 19};
+    puff(c, polygon({p, q, tip}), flags[i % 5], p.x + 6, p.y + 6, 14, 1.3, 0.2);
+  }
+  draw_lotus(c, 92, 128 + 1.5 * ls, 26, 1 + 0.06 * ls, kPink);
+  draw_lotus(c, 420, 128 + 1.5 * rs, 26, 1 + 0.06 * rs, {1.0, 0.72, 0.86});
+}
+
+void draw_grass(const Cell& cell, bool right) {
+  cairo_t* c = cell.ctx;
+  const double wide = 680;
+  cairo_rectangle(c, 0, 0, wide, cell.height);
+  cairo_clip(c);
+  cairo_set_line_cap(c, CAIRO_LINE_CAP_ROUND);
+  // Blades are a function of their place on the whole screen, so that the halves meet.
+  const double shift = right ? 680 : 0;
+  for (int row = 0; row < 3; row++) {
+    Rng rng{77u + static_cast<uint32_t>(row)};
+    for (double x = -20; x < 1380; x += 3.1 - 0.5 * row) {
+      double jitter = rng.range(-3, 3), lean = rng.range(-9, 9), grow = rng.unit();
+      double tuft = fbm(x / 34, row * 3.7, 5, 2), pick = rng.unit();
+      double foot = 92 + row * 14, tall = (14 + 34 * tuft * tuft * 2) * (0.6 + 0.5 * grow);
+      double at = x + jitter - shift;
+      if (at < -30 || at > wide + 30) continue;
+      Colour k = mix({0.10, 0.38, 0.07}, {0.56, 0.82, 0.22}, 0.2 * row + 0.45 * pick);
+      puff(c, leaf({at, foot}, {at + lean, foot - tall}, 2.6, lean * 0.3), k, at, foot - tall / 2,
+           tall, 0.7, 0);
+    }
+  }
+}
+
+void draw_patch(const Cell& cell, int which) {
+  // Bare earth trodden by frogs, ragged at its rim.
+  cairo_t* c = cell.ctx;
+  auto blob = [=](double rx, double ry, uint32_t seed) -> Path {
+    return [=](cairo_t* k) {
+      cairo_new_path(k);
+      for (int i = 0; i < 48; i++) {
+        double a = i * kTau / 48;
+        double r = 1 + 0.16 * (noise(3 + 2 * std::cos(a), 3 + 2 * std::sin(a), seed) - 0.5);
+        cairo_line_to(k, 128 + rx * r * std::cos(a), 66 + ry * r * std::sin(a));
+      }
+      cairo_close_path(k);
+    };
+  };
+  uint32_t seed = which == 1 ? 11 : 23;
+  soft_spot(c, 128, 66, 122, 58, {0.10, 0.26, 0.04}, 0.6);
+  puff(c, blob(102, 44, seed), {0.62, 0.46, 0.26}, 128, 66, 100, 2, 0);
+  fill(c, blob(84, 34, seed + 1), {0.74, 0.58, 0.35});
+  fill(c, blob(56, 20, seed + 2), {0.82, 0.67, 0.42});
+  Rng rng{seed * 31u};
+  for (int i = 0; i < 22; i++) {
+    double a = kTau * rng.unit(), r = 0.45 + 0.5 * rng.unit(), size = rng.range(1.5, 4.5);
+    puff(c, ellipse(128 + 92 * r * std::cos(a), 66 + 38 * r * std::sin(a), size * 1.3, size),
+         {0.60, 0.56, 0.50}, 128, 66, 60, 0.8, 0.1);
+  }
+  for (int i = 0; i < 40; i++) {
+    double a = i * kTau / 40 + rng.range(-0.06, 0.06), lean = rng.range(-5, 5);
+    double x = 128 + 102 * std::cos(a), y = 68 + 45 * std::sin(a), tall = rng.range(7, 15);
+    puff(c, leaf({x, y}, {x + lean, y - tall}, 2.4, lean * 0.3),
+         mix(kLeafDark, kLeafLight, rng.unit()), x, y, tall, 0.7, 0);
+  }
+}
+
+}  // namespace art
