@@ -44,7 +44,7 @@ const Canvas& thumb_pose(int bend) {
     thumb.limb(knuckle, 0.42f, tip, 0.36f, skin);
     thumb.ball(tip, {0.56f, 0.60f, 0.50f}, light);
     scene.push_back(thumb);
-    clay_draw(canvas, scene, {14, 60, {256, 232}}, {0.03, 0.18, 0.05}, 3.5f);
+    clay_draw(canvas, scene, {14, 66, {256, 244}}, {0.03, 0.18, 0.05}, 3.5f);
   });
 }
 
@@ -131,7 +131,7 @@ const Canvas& sitting_frog(Sitting s) {
   return poses.get(key, 512, 512, [=](Canvas& canvas) {
     FrogPose pose;
     pose.yaw_deg = 180;
-    pose.rear_deg = 42;
+    pose.rear_deg = 30;
     pose.stand = 1;
     pose.look_up = 0.15f;
     pose.mouth = static_cast<float>(s.mouth) / 4;
@@ -140,11 +140,11 @@ const Canvas& sitting_frog(Sitting s) {
     pose.blink = s.shut ? 0.92f : 0.0f;
     pose.breathe = 0.6f * static_cast<float>(s.gulp);
     ClayScene scene = frog_scene(pose, kPlayerFrog);
-    clay_draw(canvas, scene, {34, 74, {256, 408}}, {0.03, 0.18, 0.05}, 3.0f);
+    clay_draw(canvas, scene, {34, 84, {256, 446}}, {0.03, 0.18, 0.05}, 3.0f);
   });
 }
 
-constexpr Point kMouth{256, 338};
+constexpr Point kMouth{256, 372};
 
 void fly(cairo_t* c, Point p, double turn, double size, Colour body) {
   cairo_save(c);
@@ -217,7 +217,7 @@ void draw_attract_frog(const Cell& cell) {
     }
   }
   if (t > 0.88 && t < 0.95) s.mouth = 2;
-  soft_spot(c, 256, 470, 200, 34, kBlack, 0.45);
+  soft_spot(c, 256, 470, 214, 36, kBlack, 0.45);
   paint_canvas(c, sitting_frog(s), 0, 0);
   if (!meal) return;
   bool held = t > meal->caught;
@@ -234,7 +234,7 @@ void draw_attract_frog(const Cell& cell) {
   // It flies in from beside the cell; inside it, nothing may be cut, so it grows as it comes.
   p.x = std::fmin(512 - 44, std::fmax(44, p.x));
   p.y = std::fmax(44, p.y);
-  fly(c, p, t, 0.15 + 0.85 * smooth(0, 0.30, u), meal->body);
+  if (u > 0) fly(c, p, t, 0.15 + 0.85 * smooth(0, 0.30, u), meal->body);
 }
 
 }  // namespace art

@@ -35,7 +35,7 @@ Colour water(double x, double y, double far_y, double near_y) {
   Colour k =
       mix({0.40, 0.78, 0.78}, mix({0.05, 0.32, 0.58}, {0.11, 0.50, 0.74}, t), clamp01(shallow));
   k = mix(k, {0.02, 0.22, 0.46}, std::fmax(0, 0.48 - wave) * 1.5);
-  k = mix(k, {0.72, 0.92, 0.98}, 0.30 * std::fmax(0, 1 - std::fabs(wave - 0.56) / 0.020));
+  k = mix(k, {0.72, 0.92, 0.98}, 0.26 * std::fmax(0, 1 - std::fabs(wave - 0.56) / 0.034));
   double edge = std::fmax(0, 1 - std::fmin(y - far_y, near_y - y) / 4.0);
   k = mix(k, kFoam, edge * (0.35 + 0.6 * fbm(x / 6, y / 4, 17, 2)));
   // The far bank's shade on the water.
@@ -69,7 +69,8 @@ void paint_ground(cairo_t* c, int width, int height, double shift) {
   for (int y = 0; y < height; y++) {
     auto* row = reinterpret_cast<uint32_t*>(data + static_cast<ptrdiff_t>(y) * stride);
     for (int x = 0; x < width; x++) {
-      Colour k = ground(x + shift, y);
+      // Two samples one above the other: all edges here run across.
+      Colour k = mix(ground(x + shift, y - 0.25), ground(x + shift, y + 0.25), 0.5);
       auto byte = [](double v) { return static_cast<uint32_t>(clamp01(v) * 255 + 0.5); };
       row[x] = 0xff000000u | byte(k.r) << 16 | byte(k.g) << 8 | byte(k.b);
     }

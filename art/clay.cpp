@@ -70,6 +70,10 @@ float part_distance(const ClayPart& g, Vec p, Vec* colour) {
   float d = 1e9f;
   Vec c{0, 0, 0};
   for (const ClayShape& q : g.shapes) {
+    // A shape too far away to melt into what is nearer changes nothing.
+    Vec off = p - q.middle;
+    float far = d + g.blend + q.reach;
+    if (far < 1e8f && far > 0 && dot(off, off) > far * far) continue;
     float e = shape_distance(q, p);
     if (d > 1e8f) {
       d = e;
@@ -86,15 +90,15 @@ float part_distance(const ClayPart& g, Vec p, Vec* colour) {
 
 void find_bounds(ClayPart& g) {
   Vec c{0, 0, 0};
-  for (const ClayShape& q : g.shapes) c = c + (q.ball ? q.a : (q.a + q.b) * 0.5f);
+  for (ClayShape& q : g.shapes) {
+    q.middle = q.ball ? q.a : (q.a + q.b) * 0.5f;
+    q.reach =
+        q.ball ? std::max({q.b.x, q.b.y, q.b.z}) : length(q.b - q.a) * 0.5f + std::max(q.ra, q.rb);
+    c = c + q.middle;
+  }
   c = c * (1.0f / static_cast<float>(g.shapes.size()));
   float r = 0;
-  for (const ClayShape& q : g.shapes) {
-    if (q.ball)
-      r = std::max(r, length(q.a - c) + std::max({q.b.x, q.b.y, q.b.z}));
-    else
-      r = std::max({r, length(q.a - c) + q.ra, length(q.b - c) + q.rb});
-  }
+  for (const ClayShape& q : g.shapes) r = std::max(r, length(q.middle - c) + q.reach);
   g.centre = g.frame.out(c);
   g.radius = r + g.blend * 0.3f;
 }
@@ -109,8 +113,7 @@ constexpr int kMostParts = 64;
 struct Tracer {
   const ClayScene& scene;
   Vec right, up, dir;
-  int all[kMostParts];
-  int count = 0;
+  int count;
 
   // The nearest part among some; those far away count with their bounding sphere alone.
   int nearest(const int* parts, int n, Vec p, float& best) const {
@@ -130,14 +133,20 @@ struct Tracer {
   }
 
   Hit trace(float u, float v) const;
-  Vec shade(const ClayPart& g, Vec p) const;
+  Vec shade(int part, Vec p) const;
 };
 
 const Vec kKey = unit({-0.55f, 0.86f, 0.05f});
 const Vec kFill = unit({0.6f, 0.45f, -0.6f});
 const Vec kRim = unit({0.1f, 0.35f, 1.0f});
 
-Vec Tracer::shade(const ClayPart& g, Vec p) const {
+Vec Tracer::shade(int part, Vec p) const {
+  const ClayPart& g = scene[static_cast<size_t>(part)];
+  // Its own part first: near the surface the others then fail the test of their bounds.
+  int order[kMostParts], n_parts = 0;
+  order[n_parts++] = part;
+  for (int i = 0; i < count; i++)
+    if (i != part) order[n_parts++] = i;
   const float e = 0.006f;
   auto at = [&](Vec d) { return part_distance(g, g.frame.in(p + d), nullptr); };
   Vec n = unit(Vec{1, -1, -1} * at({e, -e, -e}) + Vec{-1, -1, 1} * at({-e, -e, e}) +
@@ -150,7 +159,7 @@ Vec Tracer::shade(const ClayPart& g, Vec p) const {
   float lit = 1, t = 0.06f, d;
   if (dot(n, kKey) > -0.2f) {
     for (int i = 0; i < 14 && t < 3.5f && lit > 0; i++) {
-      nearest(all, count, p + n * 0.02f + kKey * t, d);
+      nearest(order, n_parts, p + n * 0.02f + kKey * t, d);
       lit = std::min(lit, 0.5f + 0.5f * d / (0.16f * t));
       t += clamp(d, 0.05f, 0.5f);
     }
@@ -159,7 +168,7 @@ Vec Tracer::shade(const ClayPart& g, Vec p) const {
   float ao = 0, w = 1;
   for (int i = 1; i <= 4; i++) {
     float h = 0.10f * static_cast<float>(i);
-    nearest(all, count, p + n * h, d);
+    nearest(order, n_parts, p + n * h, d);
     ao += (h - d) * w;
     w *= 0.62f;
   }
@@ -206,24 +215,26 @@ Hit Tracer::trace(float u, float v) const {
     if (t > 30) return miss;
   }
   if (id < 0) return miss;
-  Vec c = shade(scene[static_cast<size_t>(id)], p);
+  Vec c = shade(id, p);
   auto screen = [](float x) { return clamp(std::pow(std::max(0.0f, x), 1 / 2.2f)); };
   return {screen(c.x), screen(c.y), screen(c.z), 1, id};
 }
 
-// Whether a pixel needs more rays: another part or a strong step beside it.
-bool at_edge(const std::vector<Hit>& hits, int w, int h, int x, int y) {
+// How many rays across a pixel needs: more beside another part or a strong step, most at the rim.
+int rays_across(const std::vector<Hit>& hits, int w, int h, int x, int y) {
   const Hit& q = hits[static_cast<size_t>(y * w + x)];
+  int rays = 1;
   const int dx[4] = {1, -1, 0, 0}, dy[4] = {0, 0, 1, -1};
   for (int k = 0; k < 4; k++) {
     int nx = x + dx[k], ny = y + dy[k];
     if (nx < 0 || ny < 0 || nx >= w || ny >= h) continue;
     const Hit& r = hits[static_cast<size_t>(ny * w + nx)];
-    if (r.part != q.part) return true;
-    if (q.a > 0 && std::fabs(r.r - q.r) + std::fabs(r.g - q.g) + std::fabs(r.b - q.b) > 0.16f)
-      return true;
+    if (r.a != q.a) return 3;
+    if (r.part != q.part) rays = 2;
+    if (q.a > 0 && std::fabs(r.r - q.r) + std::fabs(r.g - q.g) + std::fabs(r.b - q.b) > 0.18f)
+      rays = 2;
   }
-  return false;
+  return rays;
 }
 
 // Lays the outline's colour round the alpha of premultiplied pixels.
@@ -267,9 +278,8 @@ void clay_draw(Canvas& canvas, ClayScene& scene, const ClayCamera& camera, Colou
   for (ClayPart& g : scene) find_bounds(g);
   float a = camera.pitch_deg * static_cast<float>(kTau) / 360;
   Vec dir{0, -std::sin(a), std::cos(a)}, right{1, 0, 0};
-  Tracer tracer{scene, right, cross(dir, right), dir, {}, 0};
-  for (size_t i = 0; i < scene.size() && i < kMostParts; i++)
-    tracer.all[tracer.count++] = static_cast<int>(i);
+  const int count = static_cast<int>(std::min<size_t>(scene.size(), kMostParts));
+  const Tracer tracer{scene, right, cross(dir, right), dir, count};
 
   auto ray = [&](float x, float y) {
     return tracer.trace((x - static_cast<float>(camera.origin.x)) / camera.px_per_unit,
@@ -281,22 +291,23 @@ void clay_draw(Canvas& canvas, ClayScene& scene, const ClayCamera& camera, Colou
       hits[static_cast<size_t>(y * w + x)] =
           ray(static_cast<float>(x) + 0.5f, static_cast<float>(y) + 0.5f);
   std::vector<Hit> px = hits;
-  const int rays = 3;
   for (int y = 0; y < h; y++) {
     for (int x = 0; x < w; x++) {
-      if (!at_edge(hits, w, h, x, y)) continue;
+      const int rays = rays_across(hits, w, h, x, y);
+      if (rays == 1) continue;
       Hit sum{0, 0, 0, 0, 0};
       for (int j = 0; j < rays; j++) {
         for (int i = 0; i < rays; i++) {
-          Hit r = ray(static_cast<float>(x) + (static_cast<float>(i) + 0.5f) / rays,
-                      static_cast<float>(y) + (static_cast<float>(j) + 0.5f) / rays);
+          Hit r = ray(
+              static_cast<float>(x) + (static_cast<float>(i) + 0.5f) / static_cast<float>(rays),
+              static_cast<float>(y) + (static_cast<float>(j) + 0.5f) / static_cast<float>(rays));
           sum.r += r.r;
           sum.g += r.g;
           sum.b += r.b;
           sum.a += r.a;
         }
       }
-      const float k = 1.0f / (rays * rays);
+      const float k = 1.0f / static_cast<float>(rays * rays);
       px[static_cast<size_t>(y * w + x)] = {sum.r * k, sum.g * k, sum.b * k, sum.a * k, 0};
     }
   }

@@ -55,6 +55,8 @@ struct ClayShape {
   Vec a, b;   // ball: centre, radii
   float ra, rb;
   Vec colour;
+  Vec middle{0, 0, 0};  // of a sphere round it; set by clay_draw
+  float reach = 0;
 };
 
 // Shapes that melt into each other over the width of blend. Parts don't melt.

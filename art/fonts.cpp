@@ -26,22 +26,59 @@ bool is_digit(int glyph) {
   return std::strchr("0123456789", kGlyphs[glyph]) != nullptr;
 }
 
-void draw_rows(cairo_t* c, const char* const* rows, int count) {
-  cairo_set_antialias(c, CAIRO_ANTIALIAS_NONE);
+// One size and one baseline for all; what is too wide is made narrower, digits to one width. `over`
+// pixels on each side will be pared off again.
+void fill_glyph(cairo_t* c, const Cell& cell, const char* text, double over) {
+  const double gutter = cell.height < 30 ? 0.8 - over : cell.height * 0.03;
+  const double room = cell.width - 2 * gutter;
+  const double size = cell.height * 0.86, baseline = cell.height * 0.765;
+  Ink ink = words_path(c, text, Face::kChunky, size);
+  double k = std::min(1.0, room / ink.width);
+  if (is_digit(cell.frame)) k = room * 0.92 / ink.width;
+  // A mark that stands too high or hangs too low for the cell is moved into it.
+  double low = std::max(0.0, gutter - (baseline + ink.y));
+  double high = std::max(0.0, baseline + ink.y + ink.height - (cell.height - gutter));
+  cairo_translate(c, cell.width / 2.0, baseline + low - high);
+  cairo_scale(c, k, 1);
+  cairo_translate(c, -ink.x - ink.width / 2, 0);
+  words_path(c, text, Face::kChunky, size);
   set(c, kWhite);
-  for (int y = 0; y < count; y++)
-    for (int x = 0; rows[y][x]; x++)
-      if (rows[y][x] == '#') {
-        cairo_rectangle(c, x, y, 1, 1);
-        cairo_fill(c);
-      }
+  cairo_fill(c);
+}
+
+// Paints a canvas `fine` times too large, white, with a rim of `pare` of its pixels taken off.
+void paint_pared(cairo_t* c, Canvas& big, int fine, double pare) {
+  cairo_surface_flush(big.surface);
+  const unsigned char* data = cairo_image_surface_get_data(big.surface);
+  const int stride = cairo_image_surface_get_stride(big.surface);
+  auto inked = [&](int x, int y) {
+    return x >= 0 && y >= 0 && x < big.width && y < big.height &&
+           data[static_cast<ptrdiff_t>(y) * stride + x * 4 + 3] > 127;
+  };
+  const int reach = static_cast<int>(pare);
+  auto kept = [&](int x, int y) {
+    for (int j = -reach; j <= reach; j++)
+      for (int i = -reach; i <= reach; i++)
+        if (i * i + j * j <= pare * pare && !inked(x + i, y + j)) return false;
+    return true;
+  };
+  for (int y = 0; y < big.height / fine; y++) {
+    for (int x = 0; x < big.width / fine; x++) {
+      int count = 0;
+      for (int j = 0; j < fine; j++)
+        for (int i = 0; i < fine; i++) count += kept(x * fine + i, y * fine + j);
+      if (count == 0) continue;
+      set(c, kWhite, static_cast<double>(count) / (fine * fine));
+      cairo_rectangle(c, x, y, 1, 1);
+      cairo_fill(c);
+    }
+  }
 }
 
 }  // namespace
 
 void draw_glyph_8x12(const Cell& cell) {
-  // TODO
-  (void)draw_rows;
+  // No shades: what isn't the key colour is opaque.
   cairo_t* c = cell.ctx;
   std::string text = glyph_text(cell.frame);
   cairo_font_options_t* o = cairo_font_options_create();
@@ -49,7 +86,7 @@ void draw_glyph_8x12(const Cell& cell) {
   cairo_font_options_set_hint_style(o, CAIRO_HINT_STYLE_FULL);
   cairo_set_font_options(c, o);
   cairo_font_options_destroy(o);
-  cairo_select_font_face(c, "DejaVu Sans Mono", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_BOLD);
+  cairo_select_font_face(c, "DejaVu Sans Mono", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
   cairo_set_font_size(c, 11);
   set(c, kWhite);
   cairo_move_to(c, 0, 9);
@@ -64,22 +101,20 @@ void draw_credit_digit(const Cell& cell) {
 }
 
 void draw_glyph_chunky(const Cell& cell) {
-  cairo_t* c = cell.ctx;
   const std::string text = glyph_text(cell.frame);
   if (text == " ") return;
-  // One size and one baseline for all; what is too wide is made narrower, digits to one width.
-  const double gutter = cell.height < 30 ? 0.6 : cell.height * 0.03;
-  const double room = cell.width - 2 * gutter;
-  const double size = cell.height * 0.86, baseline = cell.height * 0.765;
-  Ink ink = words_path(c, text.c_str(), Face::kChunky, size);
-  double k = std::min(1.0, room / ink.width);
-  if (is_digit(cell.frame)) k = room * 0.92 / ink.width;
-  cairo_translate(c, cell.width / 2.0, baseline);
-  cairo_scale(c, k, 1);
-  cairo_translate(c, -ink.x - ink.width / 2, 0);
-  words_path(c, text.c_str(), Face::kChunky, size);
-  set(c, kWhite);
-  cairo_fill(c);
+  // The face is fat: in small sizes its holes would close, so the letters are pared down.
+  if (cell.height >= 30) {
+    Canvas glyph(cell.width, cell.height);
+    fill_glyph(glyph.ctx, cell, text.c_str(), 0);
+    paint_canvas(cell.ctx, glyph, 0, 0);
+    return;
+  }
+  const int fine = 8;
+  Canvas glyph(cell.width * fine, cell.height * fine);
+  cairo_scale(glyph.ctx, fine, fine);
+  fill_glyph(glyph.ctx, cell, text.c_str(), 0.4);
+  paint_pared(cell.ctx, glyph, fine, 0.45 * fine);
 }
 
 void draw_jackpot_digit(const Cell& cell, int digit) {

@@ -127,9 +127,9 @@ void draw_rider(const Cell& cell, FrogPose pose) {
   Canvas canvas(cell.width, cell.height);
   soft_spot(cell.ctx, 64, 108, 32, 11, kBlack, 0.45);
   pose.yaw_deg += 180;
-  pose.rear_deg += 44;
+  pose.rear_deg += 30;
   pose.stand = 1;
-  pose.look_up = 0.25f;
+  pose.look_up = 0.12f;
   ClayScene scene = frog_scene(pose, kRiderFrog);
   clay_draw(canvas, scene, {36, 17.5f, {64, 103}}, {0.30, 0.10, 0.04}, 1.6f);
   paint_canvas(cell.ctx, canvas, 0, 0);

@@ -80,19 +80,19 @@ ClayPart body_part(const FrogPose& pose, const FrogLook& look, const ClayFrame& 
 
 void add_crown(ClayScene& scene, const ClayFrame& body) {
   // It stands on the brow, upright when the chest is raised.
-  const Vec up{0, 0.75f, 0.66f}, back{0, 0.66f, -0.75f}, foot{0, 0.60f, 0.92f};
+  const Vec up{0, 0.87f, 0.50f}, back{0, 0.50f, -0.87f}, foot{0, 0.66f, 0.62f};
   Vec gold = linear(kGold);
   ClayPart crown;
   crown.blend = 0.05f;
   crown.gloss = 0.9f;
   crown.frame = body;
-  for (int i = 0; i < 7; i++) {
-    float a = static_cast<float>(i * kTau / 7);
+  for (int i = 0; i < 5; i++) {
+    float a = static_cast<float>(i * kTau / 5);
     auto at = [&](float r, float high) {
       return foot + Vec{r * std::sin(a), 0, 0} + back * (r * std::cos(a)) + up * high;
     };
-    crown.limb(at(0.40f, 0.10f), 0.20f, at(0.56f, 0.72f), 0.10f, gold);
-    crown.ball(at(0.56f, 0.74f), {0.17f, 0.17f, 0.17f}, linear(i % 2 ? kRed : kPink));
+    crown.limb(at(0.30f, 0.0f), 0.24f, at(0.42f, 0.62f), 0.10f, gold);
+    crown.ball(at(0.42f, 0.70f), {0.17f, 0.17f, 0.17f}, linear(i % 2 ? kRed : kPink));
   }
   scene.push_back(crown);
 }

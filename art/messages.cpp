@@ -26,7 +26,9 @@ void paper_ticket(cairo_t* c, double x, double y, double w, double h, Colour pap
     cairo_arc_negative(k, l, y, notch, kTau / 4, -kTau / 4);
     cairo_close_path(k);
   };
-  puff(c, shape, paper, x, y, w * 0.62, 2.2, 0.25);
+  stroke(c, shape, dim(print, 0.55), 4.5);
+  fill_linear(c, shape, {x, y - h / 2}, mix(paper, kWhite, 0.45), {x, y + h / 2},
+              mix(paper, dim(print, 0.9), 0.30));
   cairo_save(c);
   const double dash[] = {4, 3};
   cairo_set_dash(c, dash, 2, 0);
@@ -46,7 +48,7 @@ void draw_ticket(const Cell& cell) {
 void draw_you_won(const Cell& cell) {
   cairo_t* c = cell.ctx;
   // A burst behind the ticket, which covers its middle.
-  puff(c, star(64, 66, 60, 46, 16), {0.26, 0.62, 0.98}, 64, 66, 60, 2, 0.2);
+  puff(c, star(64, 64, 58, 45, 16), {0.26, 0.62, 0.98}, 64, 64, 60, 2, 0.2);
   WordStyle style{Face::kChunky, 25, kWhite, {1.0, 0.96, 0.60}, {0.03, 0.10, 0.36}, 3};
   words(c, "YOU WON", style, 64, 26, 104);
   words(c, "TICKETS", style, 64, 106, 96);
@@ -54,7 +56,7 @@ void draw_you_won(const Cell& cell) {
 
 void draw_pink_ticket(const Cell& cell) {
   soft_spot(cell.ctx, 65, 36, 46, 24, kBlack, 0.35);
-  paper_ticket(cell.ctx, 64, 32, 84, 44, {0.95, 0.30, 0.58}, {1.0, 0.80, 0.90});
+  paper_ticket(cell.ctx, 64, 32, 84, 44, {0.95, 0.26, 0.56}, {0.66, 0.08, 0.34});
 }
 
 void draw_cycle_ticket(const Cell& cell) {

@@ -24,14 +24,15 @@ bool sheet_write(const CatalogueRow& row, const std::string& path) {
   for (int i = 0; i < shown; i++) {
     int frame = shown == row.frames || shown < 2 ? i : i * (row.frames - 1) / (shown - 1);
     canvas.clear();
-    cairo_set_source_rgb(canvas.ctx, 0.36, 0.60, 0.34);
-    cairo_paint(canvas.ctx);
     cairo_save(canvas.ctx);
     row.draw({canvas.ctx, row.cell_width, row.cell_height, frame, row.frames});
     cairo_restore(canvas.ctx);
     cairo_save(all.ctx);
     cairo_translate(all.ctx, 2 + i % across * (w + 2), 2 + i / across * (h + 2));
     cairo_scale(all.ctx, zoom, zoom);
+    cairo_rectangle(all.ctx, 0, 0, row.cell_width, row.cell_height);
+    cairo_set_source_rgb(all.ctx, 0.36, 0.60, 0.34);
+    cairo_fill(all.ctx);
     cairo_set_source_surface(all.ctx, canvas.surface, 0, 0);
     cairo_pattern_set_filter(cairo_get_source(all.ctx),
                              zoom > 1 ? CAIRO_FILTER_NEAREST : CAIRO_FILTER_GOOD);

@@ -52,7 +52,7 @@ void draw_sign(const Cell& cell, bool price) {
   cairo_t* c = cell.ctx;
   double s = std::sin(kTau * cell.turn());
   // The words on it stand still, so the board only rocks a little round its middle.
-  for (double x : {62.0, 194.0}) draw_post(c, x, 12, 125);
+  for (double x : {62.0, 194.0}) draw_post(c, x, 12, 122);
   cairo_translate(c, 128, 58);
   cairo_rotate(c, 0.012 * s);
   cairo_translate(c, -128, -58);
@@ -105,9 +105,9 @@ void draw_logo(const Cell& cell) {
     puff(c, circle(512 + side * 66, 76, 50), kFrogGreen, 512 + side * 66, 72, 52, 4, 0.3);
     eye(c, 512 + side * 66, 74, 36, {-side * 0.15, 0.55});
   }
-  WordStyle style{Face::kChunky, 210, {1, 1, 0.62}, {1.0, 0.62, 0.06}, {0.30, 0.10, 0.02}, 15};
-  words_arc(c, "LILY HOP", style, 512, 262, 1500);
-  for (Point p : {Point{150, 380}, Point{874, 380}}) {
+  WordStyle style{Face::kChunky, 184, {1, 1, 0.62}, {1.0, 0.62, 0.06}, {0.30, 0.10, 0.02}, 13};
+  words_arc(c, "LILY HOP", style, 512, 262, 1700);
+  for (Point p : {Point{190, 426}, Point{834, 426}}) {
     for (int i = 0; i < 7; i++) {
       int order = i % 2 ? 6 - i / 2 : i / 2;
       double a = -kTau / 4 + (order - 3) * 0.42;
@@ -121,7 +121,7 @@ void draw_logo(const Cell& cell) {
 namespace {
 
 void draw_disc(cairo_t* c, Colour outer, Colour inner) {
-  soft_spot(c, 262, 272, 246, 246, kBlack, 0.45);
+  soft_spot(c, 260, 266, 236, 236, kBlack, 0.45);
   puff(c, circle(256, 256, 226), outer, 256, 256, 230, 5, 0.2);
   puff(c, circle(256, 256, 196), inner, 256, 256, 200, 4, 0.25);
 }
@@ -173,7 +173,7 @@ void draw_mark_tovali(const Cell& cell) {
 
 void draw_mark_play_to_win(const Cell& cell) {
   cairo_t* c = cell.ctx;
-  soft_spot(c, 256, 266, 250, 250, kBlack, 0.35);
+  soft_spot(c, 256, 264, 244, 240, kBlack, 0.35);
   puff(c, star(256, 252, 240, 186, 18, 0.08), kRed, 256, 252, 240, 5, 0.2);
   puff(c, circle(256, 252, 170), {1.0, 0.82, 0.16}, 256, 252, 172, 4, 0.3);
   WordStyle style{Face::kChunky, 116, kWhite, {0.86, 0.95, 1.0}, {0.44, 0.02, 0.06}, 10};

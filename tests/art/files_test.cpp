@@ -1,0 +1,124 @@
+// What render leaves on disk: formats bit by bit, the list of sums, and what it draws again.
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "art/file_list.h"
+#include "art/render.h"
+#include "tests/art/picture_files.h"
+
+namespace fs = std::filesystem;
+using namespace art;
+
+namespace {
+
+class Files : public testing::Test {
+ protected:
+  void SetUp() override {
+    dir_ = fs::temp_directory_path() / ("lilyhop_art_" + std::to_string(getpid()));
+    fs::create_directories(dir_ / "images" / "fonts");
+  }
+  void TearDown() override { fs::remove_all(dir_); }
+
+  void write(const std::string& name, const std::string& bytes) {
+    std::ofstream(dir_ / name, std::ios::binary) << bytes;
+  }
+  std::string text(const std::string& name) {
+    std::vector<uint8_t> b = read_file(dir_ / name);
+    return {b.begin(), b.end()};
+  }
+
+  fs::path dir_;
+};
+
+// Bit by bit, as the boot check reckons it.
+int32_t slow_crc(const std::string& bytes) {
+  uint32_t crc = 0x63046310;
+  for (unsigned char b : bytes) {
+    crc ^= b;
+    for (int i = 0; i < 8; i++) crc = (crc >> 1) ^ ((crc & 1) ? 0xEDB88320u : 0);
+  }
+  return static_cast<int32_t>(crc);
+}
+
+}  // namespace
+
+TEST_F(Files, FormatsKeepEveryPixelInItsPlace) {
+  Picture p(8, 4);
+  for (size_t i = 0; i < p.rgba.size(); i++) p.rgba[i] = static_cast<uint8_t>(i * 7 + 3);
+  ASSERT_TRUE(picture_write_tga(p, dir_ / "a.tga"));
+  ASSERT_TRUE(picture_write_png(p, dir_ / "a.png"));
+  ASSERT_TRUE(picture_write_bmp(p, dir_ / "a.bmp"));
+  EXPECT_EQ(read_tga(dir_ / "a.tga")->rgba, p.rgba);
+  EXPECT_EQ(read_png(dir_ / "a.png")->rgba, p.rgba);
+  std::optional<Picture> bmp = read_bmp(dir_ / "a.bmp");
+  ASSERT_TRUE(bmp);
+  for (int x = 0; x < 8; x++)
+    for (int y = 0; y < 4; y++)
+      for (int k = 0; k < 3; k++) EXPECT_EQ(bmp->at(x, y)[k], p.at(x, y)[k]);
+  // The first row in the file is the picture's last: the loader turns it over, whatever byte 17
+  // says.
+  std::vector<uint8_t> tga = read_file(dir_ / "a.tga");
+  EXPECT_EQ(tga[18], p.at(0, 3)[2]);
+  EXPECT_EQ(tga[18 + 3], p.at(0, 3)[3]);
+}
+
+TEST_F(Files, TransparentPixelsTakeANeighboursColour) {
+  Canvas canvas(8, 8);
+  cairo_set_source_rgba(canvas.ctx, 1, 0.5, 0, 0.5);
+  cairo_rectangle(canvas.ctx, 3, 3, 2, 2);
+  cairo_fill(canvas.ctx);
+  Picture p(8, 8);
+  picture_take(p, canvas, 0, 0);
+  EXPECT_EQ(p.at(3, 3)[3], 128);
+  EXPECT_EQ(p.at(3, 3)[0], 255);  // straight, not halved by its alpha
+  for (int i = 0; i < 64; i++) {
+    EXPECT_EQ(p.rgba[static_cast<size_t>(i) * 4], 255) << i;
+    EXPECT_NEAR(p.rgba[static_cast<size_t>(i) * 4 + 1], 128, 1) << i;
+  }
+  EXPECT_EQ(p.at(0, 0)[3], 0);
+}
+
+TEST_F(Files, ListHoldsTheSumsThatTheBootCheckReckons) {
+  const std::string one = "a picture", other(5000, '\x91');
+  write("images/b.tga", one);
+  write("images/empty.tga", "");
+  write("images/fonts/f.bmp", other);
+  ASSERT_EQ(file_list_write(dir_), 3);
+  EXPECT_EQ(text("lhpcrc.txt"), "images\\b.tga 9 " + std::to_string(slow_crc(one)) +
+                                    "\nimages\\empty.tga 0 1661231888\nimages\\fonts\\f.bmp 5000 " +
+                                    std::to_string(slow_crc(other)) + "\n");
+  EXPECT_TRUE(slow_crc(one) < 0 || slow_crc(other) < 0) << "no sum here shows the sign";
+  EXPECT_EQ(file_list_write(dir_ / "nowhere"), -1);
+}
+
+TEST_F(Files, DrawsOnlyWhatIsOutOfDateAndAlwaysTheSame) {
+  const CatalogueRow* row = catalogue_find("lily_bonus_txt");
+  const CatalogueRow* bugs = catalogue_find("anim_splash");
+  ASSERT_TRUE(row && bugs);
+  ASSERT_TRUE(render_files(dir_, {row, bugs}, false, nullptr));
+  const std::string first = text("images/lily_bonus_txt.tga"),
+                    second = text("images/anim_splash.tga");
+  ASSERT_EQ(first.size(), 18u + 64 * 32 * 4);
+
+  // Somebody's own picture stays; a missing one comes back with the same bytes.
+  write("images/lily_bonus_txt.tga", "my own");
+  fs::remove(dir_ / "images/anim_splash.tga");
+  ASSERT_TRUE(render_files(dir_, {row, bugs}, false, nullptr));
+  EXPECT_EQ(text("images/lily_bonus_txt.tga"), "my own");
+  EXPECT_EQ(text("images/anim_splash.tga"), second);
+
+  // Another program drew it: due again.
+  write(".art/lily_bonus_txt.tga", "0123456789abcdef\n");
+  ASSERT_TRUE(render_files(dir_, {row}, false, nullptr));
+  EXPECT_EQ(text("images/lily_bonus_txt.tga"), first);
+  EXPECT_FALSE(fs::exists(dir_ / "images/lily_bonus_txt.tga.part"));
+
+  fs::remove_all(dir_);
+  write("", "");
+  std::ofstream(dir_) << "a file where the folder should be";
+  EXPECT_FALSE(render_files(dir_, {row}, false, nullptr));
+}

@@ -1,0 +1,221 @@
+// Looks at every picture as the game will: sizes, cells, borders, loops, letters.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <set>
+
+#include "tests/art/picture_files.h"
+
+using namespace art;
+
+namespace {
+
+struct Box {
+  int x, y;  // a cell's top left corner
+};
+
+Box cell_at(const CatalogueRow& row, int frame) {
+  return {frame % row.columns * row.cell_width, frame / row.columns * row.cell_height};
+}
+
+int alpha_at(const Picture& p, const CatalogueRow& row, int frame, int x, int y) {
+  Box b = cell_at(row, frame);
+  return p.at(b.x + x, b.y + y)[3];
+}
+
+// Pixels that one can see.
+int inked(const Picture& p, const CatalogueRow& row, int frame) {
+  int count = 0;
+  for (int y = 0; y < row.cell_height; y++)
+    for (int x = 0; x < row.cell_width; x++) count += alpha_at(p, row, frame, x, y) >= 16;
+  return count;
+}
+
+// The first side, of those that must stay clear, on which something touches the cell's border.
+const char* touched_side(const Picture& p, const CatalogueRow& row, int frame) {
+  const int w = row.cell_width, h = row.cell_height;
+  for (int y = 0; y < h; y++) {
+    if (!(row.touch & kTouchLeft) && alpha_at(p, row, frame, 0, y)) return "left";
+    if (!(row.touch & kTouchRight) && alpha_at(p, row, frame, w - 1, y)) return "right";
+  }
+  for (int x = 0; x < w; x++) {
+    if (!(row.touch & kTouchTop) && alpha_at(p, row, frame, x, 0)) return "top";
+    if (!(row.touch & kTouchBottom) && alpha_at(p, row, frame, x, h - 1)) return "bottom";
+  }
+  return nullptr;
+}
+
+// How much two cells differ to the eye: the sum of differences of colour under alpha.
+double step(const Picture& p, const CatalogueRow& row, int a, int b) {
+  Box ba = cell_at(row, a), bb = cell_at(row, b);
+  double sum = 0;
+  for (int y = 0; y < row.cell_height; y++) {
+    const uint8_t *qa = p.at(ba.x, ba.y + y), *qb = p.at(bb.x, bb.y + y);
+    for (int x = 0; x < row.cell_width; x++, qa += 4, qb += 4) {
+      sum += std::abs(qa[3] - qb[3]);
+      for (int k = 0; k < 3; k++) sum += std::abs(qa[k] * qa[3] - qb[k] * qb[3]) / 255.0;
+    }
+  }
+  return sum;
+}
+
+bool is_font(const CatalogueRow& row) {
+  return row.play == Play::kGlyphs;
+}
+bool power_of_two(int v) {
+  return v > 0 && (v & (v - 1)) == 0;
+}
+
+class Pictures : public testing::TestWithParam<const CatalogueRow*> {};
+
+std::vector<const CatalogueRow*> all_rows() {
+  std::vector<const CatalogueRow*> rows;
+  for (const CatalogueRow& row : catalogue()) rows.push_back(&row);
+  return rows;
+}
+
+std::string test_name(const testing::TestParamInfo<const CatalogueRow*>& param) {
+  std::string name = param.param->name;
+  for (char& c : name)
+    if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
+  return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(All, Pictures, testing::ValuesIn(all_rows()), test_name);
+
+}  // namespace
+
+TEST_P(Pictures, FitTheirTable) {
+  const CatalogueRow& row = *GetParam();
+  ASSERT_FALSE(pictures_folder().empty()) << "could not be rendered";
+  std::optional<Picture> p = read_picture(row);
+  ASSERT_TRUE(p) << row.name << " is not a file that the game takes";
+  ASSERT_EQ(p->width, row.width);
+  ASSERT_EQ(p->height, row.height);
+  // Only the loader of bitmaps pads to what texture coordinates are reckoned from.
+  if (!std::strstr(row.name, ".bmp")) {
+    EXPECT_TRUE(power_of_two(row.width));
+    EXPECT_TRUE(power_of_two(row.height));
+  }
+  ASSERT_LE(row.columns * row.cell_width, row.width);
+  ASSERT_LE(row.rows * row.cell_height, row.height);
+  ASSERT_LE(row.frames, row.columns * row.rows);
+  // The game finds cells by dividing the sheet, whatever the table here says of their size.
+  if (!is_font(row)) {
+    EXPECT_EQ(row.width / row.columns, row.cell_width);
+    EXPECT_EQ(row.height / row.rows, row.cell_height);
+  }
+
+  for (int frame = 0; frame < row.frames; frame++) {
+    if (is_font(row) && frame == 94) continue;  // the blank
+    EXPECT_GE(inked(*p, row, frame), is_font(row) ? 2 : 12) << "frame " << frame << " is empty";
+    if (is_font(row)) continue;
+    const char* side = touched_side(*p, row, frame);
+    EXPECT_EQ(side, nullptr) << "frame " << frame << " is cut at its " << side << " side";
+  }
+  for (int frame = row.frames; frame < row.columns * row.rows; frame++)
+    EXPECT_EQ(inked(*p, row, frame), 0) << "cell " << frame << " isn't used";
+
+  if (row.play != Play::kLoop && row.play != Play::kOnce) return;
+  double largest = 0;
+  for (int frame = 1; frame < row.frames; frame++)
+    largest = std::max(largest, step(*p, row, frame - 1, frame));
+  EXPECT_GT(largest, 0) << "nothing moves";
+  if (row.play == Play::kLoop) {
+    EXPECT_LE(step(*p, row, row.frames - 1, 0), 3 * largest) << "the loop jumps";
+  }
+}
+
+namespace {
+
+struct Extent {
+  int first, last;
+};
+
+Extent ink_columns(const Picture& p, const CatalogueRow& row, int glyph) {
+  Extent e{row.cell_width, -1};
+  for (int x = 0; x < row.cell_width; x++)
+    for (int y = 0; y < row.cell_height; y++)
+      if (alpha_at(p, row, glyph, x, y) > 100) e = {std::min(e.first, x), std::max(e.last, x)};
+  return e;
+}
+
+}  // namespace
+
+TEST(Fonts, AreLegible) {
+  for (const CatalogueRow& row : catalogue()) {
+    if (!is_font(row) || row.frames != 95) continue;
+    SCOPED_TRACE(row.name);
+    std::optional<Picture> p = read_picture(row);
+    ASSERT_TRUE(p);
+    const bool bitmap = std::strstr(row.name, ".bmp");
+    std::set<std::vector<uint8_t>> shapes;
+    for (int glyph = 0; glyph < 94; glyph++) {
+      std::vector<uint8_t> shape;
+      for (int y = 0; y < row.cell_height; y++)
+        for (int x = 0; x < row.cell_width; x++) {
+          const uint8_t* q = p->at(cell_at(row, glyph).x + x, cell_at(row, glyph).y + y);
+          shape.push_back(q[3]);
+          // The game tints glyphs, so their own colour is white.
+          ASSERT_TRUE(q[3] == 0 || (q[0] == 255 && q[1] == 255 && q[2] == 255)) << glyph;
+        }
+      EXPECT_TRUE(shapes.insert(shape).second) << "glyph " << glyph << " looks like another";
+      if (bitmap) continue;
+      // Faint ink may reach the border of a small cell, a stroke that is cut may not.
+      for (int x = 0; x < row.cell_width; x++) {
+        EXPECT_LT(alpha_at(*p, row, glyph, x, 0), 100) << glyph;
+        EXPECT_LT(alpha_at(*p, row, glyph, x, row.cell_height - 1), 100) << glyph;
+      }
+      for (int y = 0; y < row.cell_height; y++) {
+        EXPECT_LT(alpha_at(*p, row, glyph, 0, y), 100) << glyph;
+        EXPECT_LT(alpha_at(*p, row, glyph, row.cell_width - 1, y), 100) << glyph;
+      }
+    }
+    EXPECT_EQ(inked(*p, row, 94), 0);
+    if (bitmap) continue;
+    // Digits 52 to 61 stand in columns: one width, in the middle.
+    for (int glyph = 52; glyph <= 61; glyph++) {
+      Extent e = ink_columns(*p, row, glyph), eight = ink_columns(*p, row, 59);
+      EXPECT_NEAR(e.last - e.first, eight.last - eight.first, 1) << glyph;
+      EXPECT_NEAR(e.first + e.last, row.cell_width - 1, 2) << glyph;
+    }
+  }
+}
+
+TEST(Backdrop, HalvesMeetWithoutASeam) {
+  std::optional<Picture> left = read_picture(*catalogue_find("bkdrop_lft"));
+  std::optional<Picture> right = read_picture(*catalogue_find("bkdrop_rt"));
+  ASSERT_TRUE(left && right);
+  auto differ = [](const Picture& a, int xa, const Picture& b, int xb) {
+    double sum = 0;
+    for (int y = 0; y < a.height; y++)
+      for (int k = 0; k < 3; k++) sum += std::abs(a.at(xa, y)[k] - b.at(xb, y)[k]);
+    return sum;
+  };
+  double usual = 0;
+  for (int x = 640; x < 679; x++) usual = std::max(usual, differ(*left, x, *left, x + 1));
+  EXPECT_LE(differ(*left, 679, *right, 0), 1.3 * usual);
+  // Nothing in them may be taken for the colour that turns transparent.
+  for (const Picture* p : {&*left, &*right})
+    for (size_t i = 3; i < p->rgba.size(); i += 4) ASSERT_EQ(p->rgba[i], 255);
+}
+
+TEST(Foam, RepeatsEvery473PixelsWithinTheRiver) {
+  for (const char* name : {"riverfoam_1", "riverfoam_2"}) {
+    std::optional<Picture> p = read_picture(*catalogue_find(name));
+    ASSERT_TRUE(p);
+    for (int y = 0; y < p->height; y++)
+      for (int x = 0; x < p->width; x++)
+        ASSERT_TRUE((x < 473 && y < 286) || p->at(x, y)[3] == 0) << x << "," << y;
+    auto differ = [&](int a, int b) {
+      double sum = 0;
+      for (int y = 0; y < 286; y++) sum += std::abs(p->at(a, y)[3] - p->at(b, y)[3]);
+      return sum;
+    };
+    double usual = 0;
+    for (int x = 0; x < 472; x++) usual = std::max(usual, differ(x, x + 1));
+    EXPECT_LE(differ(472, 0), usual) << name;
+  }
+}
