@@ -71,7 +71,7 @@ void paint_ground(cairo_t* c, int width, int height, double shift) {
     for (int x = 0; x < width; x++) {
       // Two samples one above the other: all edges here run across.
       Colour k = mix(ground(x + shift, y - 0.25), ground(x + shift, y + 0.25), 0.5);
-      auto byte = [](double v) { return static_cast<uint32_t>(clamp01(v) * 255 + 0.5); };
+      auto byte = [](double v) { return static_cast<uint32_t>(std::lround(clamp01(v) * 255)); };
       row[x] = 0xff000000u | byte(k.r) << 16 | byte(k.g) << 8 | byte(k.b);
     }
   }

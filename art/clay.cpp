@@ -220,15 +220,19 @@ Hit Tracer::trace(float u, float v) const {
   return {screen(c.x), screen(c.y), screen(c.z), 1, id};
 }
 
+size_t pixel(int width, int x, int y) {
+  return static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x);
+}
+
 // How many rays across a pixel needs: more beside another part or a strong step, most at the rim.
 int rays_across(const std::vector<Hit>& hits, int w, int h, int x, int y) {
-  const Hit& q = hits[static_cast<size_t>(y * w + x)];
+  const Hit& q = hits[pixel(w, x, y)];
   int rays = 1;
   const int dx[4] = {1, -1, 0, 0}, dy[4] = {0, 0, 1, -1};
   for (int k = 0; k < 4; k++) {
     int nx = x + dx[k], ny = y + dy[k];
     if (nx < 0 || ny < 0 || nx >= w || ny >= h) continue;
-    const Hit& r = hits[static_cast<size_t>(ny * w + nx)];
+    const Hit& r = hits[pixel(w, nx, ny)];
     if (r.a != q.a) return 3;
     if (r.part != q.part) rays = 2;
     if (q.a > 0 && std::fabs(r.r - q.r) + std::fabs(r.g - q.g) + std::fabs(r.b - q.b) > 0.18f)
@@ -243,19 +247,17 @@ void add_outline(std::vector<Hit>& px, int w, int h, Colour colour, float width)
   std::vector<float> rim(px.size(), 0.0f);
   for (int y = 0; y < h; y++) {
     for (int x = 0; x < w; x++) {
-      float a = px[static_cast<size_t>(y * w + x)].a;
+      float a = px[pixel(w, x, y)].a;
       if (a <= 0) continue;
       // Only a pixel at the shape's edge can reach outward.
-      bool inside = x > 0 && y > 0 && x + 1 < w && y + 1 < h &&
-                    px[static_cast<size_t>(y * w + x - 1)].a >= 1 &&
-                    px[static_cast<size_t>(y * w + x + 1)].a >= 1 &&
-                    px[static_cast<size_t>((y - 1) * w + x)].a >= 1 &&
-                    px[static_cast<size_t>((y + 1) * w + x)].a >= 1;
+      bool inside = x > 0 && y > 0 && x + 1 < w && y + 1 < h && px[pixel(w, x - 1, y)].a >= 1 &&
+                    px[pixel(w, x + 1, y)].a >= 1 && px[pixel(w, x, y - 1)].a >= 1 &&
+                    px[pixel(w, x, y + 1)].a >= 1;
       if (inside && a >= 1) continue;
       for (int j = std::max(0, y - reach); j <= std::min(h - 1, y + reach); j++) {
         for (int i = std::max(0, x - reach); i <= std::min(w - 1, x + reach); i++) {
           float far = std::sqrt(static_cast<float>((i - x) * (i - x) + (j - y) * (j - y)));
-          float& r = rim[static_cast<size_t>(j * w + i)];
+          float& r = rim[pixel(w, i, j)];
           r = std::max(r, clamp(width + 0.5f - far) * a);
         }
       }
@@ -285,11 +287,10 @@ void clay_draw(Canvas& canvas, ClayScene& scene, const ClayCamera& camera, Colou
     return tracer.trace((x - static_cast<float>(camera.origin.x)) / camera.px_per_unit,
                         (static_cast<float>(camera.origin.y) - y) / camera.px_per_unit);
   };
-  std::vector<Hit> hits(static_cast<size_t>(w * h));
+  std::vector<Hit> hits(pixel(w, 0, h));
   for (int y = 0; y < h; y++)
     for (int x = 0; x < w; x++)
-      hits[static_cast<size_t>(y * w + x)] =
-          ray(static_cast<float>(x) + 0.5f, static_cast<float>(y) + 0.5f);
+      hits[pixel(w, x, y)] = ray(static_cast<float>(x) + 0.5f, static_cast<float>(y) + 0.5f);
   std::vector<Hit> px = hits;
   for (int y = 0; y < h; y++) {
     for (int x = 0; x < w; x++) {
@@ -308,7 +309,7 @@ void clay_draw(Canvas& canvas, ClayScene& scene, const ClayCamera& camera, Colou
         }
       }
       const float k = 1.0f / static_cast<float>(rays * rays);
-      px[static_cast<size_t>(y * w + x)] = {sum.r * k, sum.g * k, sum.b * k, sum.a * k, 0};
+      px[pixel(w, x, y)] = {sum.r * k, sum.g * k, sum.b * k, sum.a * k, 0};
     }
   }
   if (outline_px > 0) add_outline(px, w, h, outline, outline_px);
@@ -320,8 +321,8 @@ void clay_draw(Canvas& canvas, ClayScene& scene, const ClayCamera& camera, Colou
   for (int y = 0; y < h; y++) {
     auto* row = reinterpret_cast<uint32_t*>(bytes + static_cast<ptrdiff_t>(y) * stride);
     for (int x = 0; x < w; x++) {
-      const Hit& q = px[static_cast<size_t>(y * w + x)];
-      auto byte = [](float v) { return static_cast<uint32_t>(clamp(v) * 255 + 0.5f); };
+      const Hit& q = px[pixel(w, x, y)];
+      auto byte = [](float v) { return static_cast<uint32_t>(std::lround(clamp(v) * 255)); };
       row[x] = byte(q.a) << 24 | byte(q.r) << 16 | byte(q.g) << 8 | byte(q.b);
     }
   }

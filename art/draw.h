@@ -13,7 +13,7 @@ void draw_frog_yawn(const Cell& cell);
 void draw_frog_win(const Cell& cell);
 void draw_rider_wave(const Cell& cell);
 void draw_rider_kiss(const Cell& cell);
-void draw_frog_icon(const Cell& cell);
+void draw_frog_icon(const Cell& cell, double scale, double ground_y);
 
 // bugs.cpp
 void draw_caterpillar(const Cell& cell);

@@ -82,7 +82,7 @@ void draw_water_crown(const Cell& cell) {
 void draw_rings(const Cell& cell) {
   cairo_t* c = cell.ctx;
   // Drawn 132 pixels left of the frog at its height, so that this point lies below its feet.
-  const double x = 260, y = 222, flat = 0.42;
+  const double x = 260, y = 250, flat = 0.40;
   const int rings = 3;
   soft_spot(c, x, y, 120, 120 * flat, {0.55, 1.0, 0.30}, 0.35);
   for (int i = 0; i < rings; i++) {

@@ -166,7 +166,7 @@ void draw_rider_kiss(const Cell& cell) {
   draw_rider(cell, pose);
 }
 
-void draw_frog_icon(const Cell& cell) {
+void draw_frog_icon(const Cell& cell, double scale, double ground_y) {
   // Seen from the front, sitting: it has to read at half an inch.
   Canvas canvas(cell.width, cell.height);
   FrogPose pose;
@@ -176,10 +176,7 @@ void draw_frog_icon(const Cell& cell) {
   pose.look_up = 0.1f;
   pose.mouth = 0.35f;
   ClayScene scene = frog_scene(pose, kPlayerFrog);
-  float k = static_cast<float>(cell.width) / 64;
-  // 52 pixels from one to the next on a sign.
-  float scale = cell.width == 64 ? 10.6f : 10.2f;
-  clay_draw(canvas, scene, {40, scale * k, {32 * k, 39 * k}}, kOutline,
+  clay_draw(canvas, scene, {40, static_cast<float>(scale), {cell.width / 2.0, ground_y}}, kOutline,
             cell.width == 64 ? 1.2f : 2.0f);
   paint_canvas(cell.ctx, canvas, 0, 0);
 }

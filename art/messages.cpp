@@ -99,7 +99,9 @@ void draw_win_words(const Cell& cell, bool tickets) {
 }
 
 void draw_prompt(const Cell& cell, const char* text, bool yellow, double y) {
-  words(cell.ctx, text, yellow ? kYellowWords : kGreenWords, 128, y, 248);
+  WordStyle style = yellow ? kYellowWords : kGreenWords;
+  style.size = 52;
+  words(cell.ctx, text, style, 128, y, 248);
 }
 
 void draw_button(const Cell& cell, bool yellow, bool down) {

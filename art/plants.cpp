@@ -246,7 +246,9 @@ void draw_grass(const Cell& cell, bool right) {
   const double shift = right ? 680 : 0;
   for (int row = 0; row < 3; row++) {
     Rng rng{77u + static_cast<uint32_t>(row)};
-    for (double x = -20; x < 1380; x += 3.1 - 0.5 * row) {
+    const double gap = 3.1 - 0.5 * row;
+    for (int i = 0; i < static_cast<int>(1400 / gap); i++) {
+      const double x = -20 + gap * i;
       double jitter = rng.range(-3, 3), lean = rng.range(-9, 9), grow = rng.unit();
       double tuft = fbm(x / 34, row * 3.7, 5, 2), pick = rng.unit();
       double foot = 92 + row * 14, tall = (14 + 34 * tuft * tuft * 2) * (0.6 + 0.5 * grow);

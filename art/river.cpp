@@ -36,10 +36,13 @@ void bark(cairo_t* c, double length, double top, double height, const LogColours
                    x + run, y + rng.range(-1.5, 1.5));
     cairo_stroke(c);
   }
-  for (double x = 70 + 30 * rng.unit(); x < length - 30; x += rng.range(90, 150)) {
+  // Knots, some way apart from each other.
+  double x = 70 + 30 * rng.unit();
+  while (x < length - 30) {
     double y = top + height * rng.range(0.35, 0.6);
     fill(c, ellipse(x, y, 8, 5), k.deep, 0.55);
     stroke(c, ellipse(x, y, 5, 3), k.lit, 1.2, 0.5);
+    x += rng.range(90, 150);
   }
 }
 
@@ -49,8 +52,9 @@ void waterline(cairo_t* c, double length, double y, double turn) {
   for (int k = 0; k < 2; k++) {
     set(c, kFoam, k ? 0.85 : 0.40);
     cairo_set_line_width(c, k ? 2.0 : 4.5);
-    for (double x = 10; x < length - 10; x += 2) {
-      double wave = std::sin(kTau * (x / 38 - turn)) * 1.3 + std::sin(kTau * (x / 17 + turn)) * 0.7;
+    for (int x = 10; x < static_cast<int>(length) - 10; x += 2) {
+      double wave =
+          std::sin(kTau * (x / 38.0 - turn)) * 1.3 + std::sin(kTau * (x / 17.0 + turn)) * 0.7;
       if (x <= 10)
         cairo_move_to(c, x, y + wave);
       else

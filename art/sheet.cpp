@@ -28,7 +28,8 @@ bool sheet_write(const CatalogueRow& row, const std::string& path) {
     row.draw({canvas.ctx, row.cell_width, row.cell_height, frame, row.frames});
     cairo_restore(canvas.ctx);
     cairo_save(all.ctx);
-    cairo_translate(all.ctx, 2 + i % across * (w + 2), 2 + i / across * (h + 2));
+    const int column = i % across, line = i / across;
+    cairo_translate(all.ctx, 2 + column * (w + 2), 2 + line * (h + 2));
     cairo_scale(all.ctx, zoom, zoom);
     cairo_rectangle(all.ctx, 0, 0, row.cell_width, row.cell_height);
     cairo_set_source_rgb(all.ctx, 0.36, 0.60, 0.34);
