@@ -350,15 +350,14 @@ class Awards : public Field {
     return frog;
   }
 
-  static std::vector<std::string> expected(const PayoutCase& at, int side) {
-    std::vector<std::string> list;
-    const std::string on_side = ' ' + std::to_string(side) + ' ';
-    if (at.shown >= 0) list.push_back("show" + on_side + std::to_string(at.shown));
+  static std::vector<Outcome> expected(const PayoutCase& at, int side) {
+    std::vector<Outcome> list;
+    if (at.shown >= 0) list.push_back({"show", side, at.shown});
     if (at.paper >= 0) {
-      list.push_back("add" + on_side + std::to_string(at.paper));
-      list.push_back("meter" + on_side + std::to_string(at.paper));
+      list.push_back({"add", side, at.paper});
+      list.push_back({"meter", side, at.paper});
     }
-    list.emplace_back("store");
+    list.push_back({"store", 0, 0});
     return list;
   }
 

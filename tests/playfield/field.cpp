@@ -14,16 +14,20 @@
 #include "presentation/win_show_start.h"
 #include "tests/fakes/jps_fake.h"
 
-std::vector<std::string> outcomes;
+std::vector<Outcome> outcomes;
 bool show_active[SIDE_COUNT];
 
 namespace {
 
 void outcome(const char* what, std::intptr_t side, std::intptr_t count) {
-  outcomes.push_back(std::string(what) + ' ' + std::to_string(side) + ' ' + std::to_string(count));
+  outcomes.push_back({what, static_cast<int>(side), static_cast<int>(count)});
 }
 
 }  // namespace
+
+void PrintTo(const Outcome& outcome, std::ostream* stream) {
+  *stream << outcome.what << ' ' << outcome.side << ' ' << outcome.count;
+}
 
 std::int32_t jamma_command(std::int32_t command, std::intptr_t a, std::intptr_t b, std::intptr_t,
                            std::intptr_t) {
@@ -43,65 +47,16 @@ bool win_show_active(int side) {
 void led_update() {}
 
 extern "C" void __wrap__Z11audits_savev() {  // NOLINT: the linker's name
-  outcomes.emplace_back("store");
+  outcome("store", 0, 0);
 }
-
-// --- strips and pictures without a picture
-// --------------------------------------------------------
-
-void gfx_strip_create(Lane* lane, int direction, int slot_count) {
-  lane->direction = direction;
-  lane->slot_count = slot_count;
-  lane->cell_size = lane->sprite_w = 1;
-  lane->scroll = 0.0F;
-  lane->panels = new Panel[static_cast<std::size_t>(slot_count)]{};
-  lane->slots = new LaneSlot[static_cast<std::size_t>(slot_count)]{};
-  for (int i = 0; i < slot_count; ++i) lane->slots[i].kind = SLOT_EMPTY;
-}
-
-void gfx_strip_free(Lane* lane) {
-  delete[] lane->panels;
-  delete[] lane->slots;
-}
-
-int gfx_strip_draw(Lane* lane) {
-  const float scroll = lane->scroll;
-  const int first = static_cast<int>(scroll / static_cast<float>(lane->cell_size));
-  const int offset = static_cast<int>(scroll) % lane->cell_size;
-  for (int n = 0; n < lane->length / lane->cell_size + 3; ++n) {
-    LaneSlot& slot = lane->slots[(first + n) % lane->slot_count];
-    slot.x = n * lane->cell_size - offset;
-    slot.y = lane->y;
-  }
-  return first;
-}
-
-int gfx_panels_load(Panel*, int, const PanelName*) {
-  return 0;
-}
-int gfx_panels_free(Panel*, int) {
-  return 0;
-}
-int gfx_numbers_load(NumberFont*, int, const PanelName*) {
-  return 0;
-}
-int gfx_numbers_free(NumberFont*, int) {
-  return 0;
-}
-
-// --- the field
-// ------------------------------------------------------------------------------------
 
 void Field::SetUp() {
-  for (int sheet = 0; sheet < SHEET_COUNT; ++sheet) {  // cells of 256 x 256
-    Panel& panel = panels[PANEL_FIRST_SHEET + sheet];
-    panel.width = panel.height = 16 * 256;
-  }
   sheet_table_fill();
-  for (const SpriteSheet& sheet : sheets) {
+  for (const SpriteSheet& sheet : sheets) {  // cells of 256 x 256
     sheet.panel->width = 256 * sheet.columns;
     sheet.panel->height = 256 * sheet.rows;
   }
+  sheet_table_fill();
   game_clock.now_ms = 1000;
   game_mode = MODE_PLAY;
   sound_enabled = 1;

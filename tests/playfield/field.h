@@ -4,14 +4,21 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <ostream>
 #include <string>
 #include <vector>
 
 #include "playfield/playfield.h"
 
-// What the rules told the board, the shows and the disk, in order: "add SIDE N", "meter SIDE N",
-// "show SIDE N", "store".
-extern std::vector<std::string> outcomes;
+// What the rules told the board, the shows and the disk, in order.
+struct Outcome {
+  std::string what;  // "add", "meter", "show", or "store" without side and count
+  int side, count;
+  bool operator==(const Outcome&) const = default;
+};
+void PrintTo(const Outcome& outcome, std::ostream* stream);
+
+extern std::vector<Outcome> outcomes;
 extern bool show_active[SIDE_COUNT];
 
 constexpr int TICK_MS = 17;
