@@ -274,4 +274,28 @@ TEST_F(Flight, TheWaitingFrogShowsItselfWhenThereIsCredit) {
   }
 }
 
+TEST_F(Flight, TheDemoLabelPulsesAndEndsOnceFaint) {
+  clear_field();
+  solid_river();
+  Frog& frog = frog_on(SIDE_LEFT, 12, FROG_LAUNCHING);
+  frog.flags = FROG_DEMO;
+  const std::int64_t launched = now_ms();
+  stations_tick(1000);
+  EXPECT_EQ(frog.pulse, 255);
+  stations_tick(1000);
+  EXPECT_EQ(frog.pulse, 0);
+  stations_tick(1000);
+  EXPECT_EQ(frog.pulse, 255);
+  frog.state = FROG_SINKING;
+  frog.state_time = now_ms();
+  frog.sink_ms = 5000;
+  while (now_ms() < launched + 3800) stations_tick();
+  EXPECT_GT(frog.pulse, 4);
+  while (now_ms() < launched + 4100) stations_tick();
+  while (now_ms() < launched + 5000) {
+    stations_tick();
+    ASSERT_EQ(frog.pulse, 0);
+  }
+}
+
 }  // namespace

@@ -35,6 +35,7 @@ TEST_F(River, SpeedsWanderWithinTheirRangesForHours) {
     float least, most;
   } const range[] = {
       {2.82F, 3.82F}, {-7.55F, -5.55F}, {4.73F, 6.23F}, {-5.04F, -4.04F}, {2.05F, 2.55F}};
+  float before[5] = {3.32F, -6.55F, 5.48F, -4.54F, 2.3F};
   float seen_least[5] = {99, 99, 99, 99, 99};
   float seen_most[5] = {-99, -99, -99, -99, -99};
   for (int i = 0; i < 6 * 3600 * 1000 / TICK_MS; ++i) {
@@ -44,6 +45,8 @@ TEST_F(River, SpeedsWanderWithinTheirRangesForHours) {
       const float speed = lanes[1 + lane].speed;
       ASSERT_GE(speed, range[lane].least - 1e-5F) << lane;
       ASSERT_LE(speed, range[lane].most + 1e-5F) << lane;
+      ASSERT_NEAR(speed, before[lane], 0.005F) << "they ease, and never jump";
+      before[lane] = speed;
       seen_least[lane] = std::min(seen_least[lane], speed);
       seen_most[lane] = std::max(seen_most[lane], speed);
     }
