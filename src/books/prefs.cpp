@@ -83,7 +83,9 @@ PrefRow prefs_defaults[PREF_COUNT];
 const char currency_codes[17][8] = {"USD", "AUD", "CAD", "EUR", "GBP", "DEM", "FRF", "JPY", "NLG",
                                     "ITL", "CHF", "BRL", "DKK", "MXN", "RUR", "KRW", "CNY"};
 
-void prefs_reset() { put_built_in(prefs); }
+void prefs_reset() {
+  put_built_in(prefs);
+}
 
 void prefs_load() {
   put_built_in(prefs_defaults);

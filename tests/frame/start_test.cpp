@@ -82,7 +82,9 @@ TEST_F(EnvironmentTest, ValuesAndComplaints) {
                                              {"LILYHOP_USBIO", "usb", "libusb, none or unix:PATH"},
                                              {"LILYHOP_POWER", "on", "off or reboot"},
                                              {"LILYHOP_KEYS", "/tmp/k", "unix:PATH"}}) {
-    const std::string good = getenv(name);
+    const char* const set = getenv(name);
+    ASSERT_NE(set, nullptr);
+    const std::string good = set;
     setenv(name, wrong, 1);
     const std::string error = read();
     EXPECT_NE(error.find(name), std::string::npos) << error;
