@@ -80,3 +80,5 @@ void idle_round(benchmark::State& state) {
 BENCHMARK(idle_round);
 
 }  // namespace
+
+BENCHMARK_MAIN();

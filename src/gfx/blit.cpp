@@ -3,14 +3,14 @@
 #include <cmath>
 #include <numbers>
 
+#include "gfx/fill_plan.h"
 #include "gfx/texture.h"
 #include "platform/display.h"
 
 namespace {
 
-// Below these a saving costs more than it brings: each piece of a quad is a draw of its own.
-constexpr std::int32_t LEAST_SAVED_PX = 512;  // pixels outside the box
-constexpr std::int32_t LEAST_CORE_PX = 8192;  // opaque pixels
+// A saving smaller than this costs more than it brings, for a clip parts a batch of quads.
+constexpr std::int32_t LEAST_SAVED_PX = 512;
 
 struct Target {  // destination in layout pixels
   std::int32_t x, y, width, height;
@@ -20,45 +20,18 @@ std::uint32_t alpha_of(std::uint32_t colour) {
   return colour >> 24;
 }
 
-// Where a part of the source lands: the least box of whole layout pixels round it, or the greatest
-// one in it.
-DisplayBox part_box(const Target& target, const PixelRect& rect, const PixelRect& part, bool flip,
-                    bool inside) {
+// Where a part of the source lands: the least box of whole layout pixels round it.
+DisplayBox part_box(const Target& target, const PixelRect& rect, const PixelRect& part, bool flip) {
   const double scale_x = static_cast<double>(target.width) / rect.width;
   const double scale_y = static_cast<double>(target.height) / rect.height;
   const std::int32_t from_left = part.x - rect.x;
   const std::int32_t left = flip ? rect.width - from_left - part.width : from_left;
   const std::int32_t top = part.y - rect.y;
-  const auto low = [inside](double v) {
-    return static_cast<int>(inside ? std::ceil(v) : std::floor(v));
-  };
-  const auto high = [inside](double v) {
-    return static_cast<int>(inside ? std::floor(v) : std::ceil(v));
-  };
-  const int x0 = low(left * scale_x);
-  const int y0 = low(top * scale_y);
-  const int x1 = high((left + part.width) * scale_x);
-  const int y1 = high((top + part.height) * scale_y);
-  return {target.x + x0, target.y + y0, x1 > x0 ? x1 - x0 : 0, y1 > y0 ? y1 - y0 : 0};
-}
-
-// Tells the display what of an upright quad it needn't fill. False if that is all of it.
-bool savings_note(const Target& target, const GlTexture& texture, const PixelRect& rect,
-                  std::uint32_t colour, bool flip, DisplayQuad& quad) {
-  if (texture.coverage == nullptr || gfx_blit_whole) return true;
-  if (rect.width <= 0 || rect.height <= 0 || target.width <= 0 || target.height <= 0) return true;
-  const CoverageParts& parts = coverage_recall(texture.id, *texture.coverage, rect);
-  if (parts.box.width == 0) return false;
-  const DisplayBox box = part_box(target, rect, parts.box, flip, false);
-  if (target.width * target.height - box.width * box.height >= LEAST_SAVED_PX) {
-    quad.clipped = true;
-    quad.clip = box;
-  }
-  if (parts.core.width > 0 && alpha_of(colour) == 0xFF) {
-    const DisplayBox core = part_box(target, rect, parts.core, flip, true);
-    if (core.width * core.height >= LEAST_CORE_PX) quad.core = core;
-  }
-  return true;
+  const int x0 = static_cast<int>(std::floor(left * scale_x));
+  const int y0 = static_cast<int>(std::floor(top * scale_y));
+  const int x1 = static_cast<int>(std::ceil((left + part.width) * scale_x));
+  const int y1 = static_cast<int>(std::ceil((top + part.height) * scale_y));
+  return {target.x + x0, target.y + y0, x1 - x0, y1 - y0};
 }
 
 // Corners relative to the centre, turned. y runs downward here and upward in the angle's sense.
@@ -100,6 +73,57 @@ void source_set(const GlTexture& texture, const PixelRect& rect, bool flip, Disp
   quad.v[2] = quad.v[3] = static_cast<float>(rect.y + rect.height) / padded_h;
 }
 
+// Each texel falls on the middle of one window pixel: pieces of the picture can be drawn as quads
+// of their own, for no pixel lies between two texels, where rounding would decide.
+void pieces_draw(const Target& target, const GlTexture& texture, const PixelRect& rect, bool flip,
+                 const FillPlan& plan, DisplayQuad& quad) {
+  const bool fading = alpha_of(quad.colour[0]) != 0xFF;
+  for (const bool opaque : {true, false}) {  // in two batches
+    quad.opaque = opaque && !fading;
+    for (const FillPiece& piece : plan.pieces) {
+      if (piece.opaque != opaque) continue;
+      const PixelRect part{piece.x, piece.y, piece.width, piece.height};
+      const std::int32_t from_left = part.x - rect.x;
+      const std::int32_t left = flip ? rect.width - from_left - part.width : from_left;
+      source_set(texture, part, flip, quad);
+      corners_set({target.x + left, target.y + part.y - rect.y, part.width, part.height}, quad);
+      display_draw_quad(quad);
+    }
+  }
+}
+
+// Elsewhere the picture is drawn as one quad, so that each pixel finds the texel that it would find
+// without any saving, and only the fill outside of its box is cut off.
+void box_draw(const Target& target, const GlTexture& texture, const PixelRect& rect, bool flip,
+              const FillPlan& plan, DisplayQuad& quad) {
+  const DisplayBox box = part_box(target, rect, plan.box, flip);
+  if (target.width * target.height - box.width * box.height >= LEAST_SAVED_PX) {
+    quad.clipped = true;
+    quad.clip = box;
+  }
+  source_set(texture, rect, flip, quad);
+  corners_set(target, quad);
+  display_draw_quad(quad);
+}
+
+void upright_draw(const Target& target, const GlTexture& texture, const PixelRect& rect, bool flip,
+                  DisplayQuad& quad) {
+  const bool sound = rect.width > 0 && rect.height > 0 && target.width > 0 && target.height > 0;
+  if (texture.coverage == nullptr || gfx_blit_whole || !sound) {
+    source_set(texture, rect, flip, quad);
+    corners_set(target, quad);
+    display_draw_quad(quad);
+    return;
+  }
+  const FillPlan& plan = fill_plan_recall(texture.id, *texture.coverage, rect);
+  const bool unscaled = target.width == rect.width && target.height == rect.height;
+  if (plan.pieced && unscaled && display_is_unscaled()) {
+    pieces_draw(target, texture, rect, flip, plan, quad);
+  } else if (plan.box.width > 0) {
+    box_draw(target, texture, rect, flip, plan, quad);
+  }
+}
+
 }  // namespace
 
 int gfx_blit(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t height,
@@ -113,13 +137,12 @@ int gfx_blit(std::int32_t x, std::int32_t y, std::int32_t width, std::int32_t he
   DisplayQuad quad{};
   quad.texture = texture->id;
   for (std::uint32_t& corner : quad.colour) corner = colour;
-  source_set(*texture, rect, flip != 0, quad);
   if (rotation != 0.0F) {
+    source_set(*texture, rect, flip != 0, quad);
     corners_turn(target, rotation, quad);
+    display_draw_quad(quad);
   } else {
-    if (!savings_note(target, *texture, rect, colour, flip != 0, quad)) return 1;
-    corners_set(target, quad);
+    upright_draw(target, *texture, rect, flip != 0, quad);
   }
-  display_draw_quad(quad);
   return 1;
 }

@@ -31,33 +31,6 @@ PixelRect united(const PixelRect& a, const PixelRect& b) {
           std::max(a.y + a.height, b.y + b.height) - y};
 }
 
-// The box of the seen tiles under a rectangle inside the texture, cut to the rectangle.
-PixelRect seen_box(const Coverage& coverage, const PixelRect& rect) {
-  const std::int32_t first = rect.x / TILE;
-  const std::int32_t end = (rect.x + rect.width - 1) / TILE + 1;
-  std::int32_t left = end;
-  std::int32_t right = first;
-  std::int32_t top = -1;
-  std::int32_t bottom = -1;
-  for (std::int32_t ty = rect.y / TILE; ty <= (rect.y + rect.height - 1) / TILE; ++ty) {
-    const std::uint64_t* row = &coverage.seen[ty * coverage.words_per_row];
-    for (std::int32_t w = first / WORD_BITS; w <= (end - 1) / WORD_BITS; ++w) {
-      const std::uint64_t bits = row[w] & word_mask(w, first, end);
-      if (bits == 0) continue;
-      if (top < 0) top = ty;
-      bottom = ty;
-      left = std::min(left, w * WORD_BITS + __builtin_ctzll(bits));
-      right = std::max(right, w * WORD_BITS + WORD_BITS - __builtin_clzll(bits));
-    }
-  }
-  if (top < 0) return {rect.x, rect.y, 0, 0};
-  const std::int32_t x0 = std::max(left * TILE, rect.x);
-  const std::int32_t y0 = std::max(top * TILE, rect.y);
-  const std::int32_t x1 = std::min(right * TILE, rect.x + rect.width);
-  const std::int32_t y1 = std::min((bottom + 1) * TILE, rect.y + rect.height);
-  return {x0, y0, x1 - x0, y1 - y0};
-}
-
 // The same for a span that may lie one pixel outside of the texture: GL goes round there.
 PixelRect seen_box_wrapped(const Coverage& coverage, const PixelRect& rect) {
   const std::int32_t dx = rect.x < 0                 ? coverage.width
@@ -66,84 +39,10 @@ PixelRect seen_box_wrapped(const Coverage& coverage, const PixelRect& rect) {
   const std::int32_t dy = rect.y < 0                  ? coverage.height
                           : rect.y >= coverage.height ? -coverage.height
                                                       : 0;
-  PixelRect box = seen_box(coverage, {rect.x + dx, rect.y + dy, rect.width, rect.height});
+  PixelRect box = coverage_seen_box(coverage, {rect.x + dx, rect.y + dy, rect.width, rect.height});
   box.x -= dx;
   box.y -= dy;
   return box;
-}
-
-// The box of the rectangle and the ring of one pixel round it.
-PixelRect box_with_edge(const Coverage& coverage, const PixelRect& rect) {
-  const std::int32_t xs[] = {rect.x - 1, rect.x, rect.x + rect.width};
-  const std::int32_t ys[] = {rect.y - 1, rect.y, rect.y + rect.height};
-  const std::int32_t widths[] = {1, rect.width, 1};
-  const std::int32_t heights[] = {1, rect.height, 1};
-  PixelRect box{rect.x, rect.y, 0, 0};
-  for (int row = 0; row < 3; ++row) {
-    for (int column = 0; column < 3; ++column) {
-      const PixelRect part{xs[column], ys[row], widths[column], heights[row]};
-      box = united(box, seen_box_wrapped(coverage, part));
-    }
-  }
-  return box;
-}
-
-// The largest rectangle of opaque tiles wholly or, at the rectangle's own edges, partly inside it,
-// by the heights of the columns that end in each row of tiles.
-PixelRect opaque_core(const Coverage& coverage, const PixelRect& rect) {
-  constexpr std::int32_t MOST_COLUMNS = 1024;
-  const std::int32_t first = rect.x / TILE;
-  const std::int32_t columns = (rect.x + rect.width - 1) / TILE + 1 - first;
-  if (columns > MOST_COLUMNS) return {};
-  std::array<std::int32_t, MOST_COLUMNS + 1> heights{};
-  std::array<std::int32_t, MOST_COLUMNS + 1> stack{};  // columns of rising height
-  PixelRect best{};
-  for (std::int32_t ty = rect.y / TILE; ty <= (rect.y + rect.height - 1) / TILE; ++ty) {
-    const std::size_t row = ty * coverage.words_per_row;
-    for (std::int32_t c = 0; c < columns; ++c) {
-      heights[c] = bit_at(coverage.opaque, row, first + c) ? heights[c] + 1 : 0;
-    }
-    std::int32_t depth = 0;
-    for (std::int32_t c = 0; c <= columns; ++c) {
-      const std::int32_t height = c < columns ? heights[c] : 0;
-      while (depth > 0 && heights[stack[depth - 1]] >= height) {
-        const std::int32_t tall = heights[stack[--depth]];
-        const std::int32_t from = depth > 0 ? stack[depth - 1] + 1 : 0;
-        const PixelRect found{from, ty + 1 - tall, c - from, tall};
-        if (found.width * found.height > best.width * best.height) best = found;
-      }
-      stack[depth++] = c;
-    }
-  }
-  if (best.width == 0) return {};
-  const std::int32_t x0 = std::max((first + best.x) * TILE, rect.x);
-  const std::int32_t y0 = std::max(best.y * TILE, rect.y);
-  const std::int32_t x1 = std::min((first + best.x + best.width) * TILE, rect.x + rect.width);
-  const std::int32_t y1 = std::min((best.y + best.height) * TILE, rect.y + rect.height);
-  return {x0, y0, x1 - x0, y1 - y0};
-}
-
-struct Recalled {
-  std::uint32_t texture;  // 0: free
-  PixelRect rect;
-  CoverageParts parts;
-};
-
-constexpr std::size_t RECALL_SIZE = 8192;  // more than all cells that a game shows
-
-constinit std::array<Recalled, RECALL_SIZE> recall_table{};
-
-std::size_t recall_place(std::uint32_t texture, const PixelRect& rect) {
-  std::uint64_t key = texture;
-  for (const std::int32_t value : {rect.x, rect.y, rect.width, rect.height}) {
-    key = (key ^ static_cast<std::uint32_t>(value)) * 0x9E3779B97F4A7C15ULL;
-    key ^= key >> 29;
-  }
-  return key % RECALL_SIZE;
-}
-
-bool same(const PixelRect& a, const PixelRect& b) {
-  return a.x == b.x && a.y == b.y && a.width == b.width && a.height == b.height;
 }
 
 }  // namespace
@@ -175,19 +74,84 @@ Coverage coverage_make(std::int32_t width, std::int32_t height, const std::uint8
   return made;
 }
 
-CoverageParts coverage_parts(const Coverage& coverage, const PixelRect& rect) {
-  const bool inside = rect.x >= 0 && rect.y >= 0 && rect.width > 0 && rect.height > 0 &&
-                      rect.x <= coverage.width - rect.width &&
-                      rect.y <= coverage.height - rect.height;
-  if (!inside) return {rect, {}};
-  return {box_with_edge(coverage, rect), opaque_core(coverage, rect)};
+bool coverage_holds(const Coverage& coverage, const PixelRect& rect) {
+  return rect.x >= 0 && rect.y >= 0 && rect.width > 0 && rect.height > 0 &&
+         rect.x <= coverage.width - rect.width && rect.y <= coverage.height - rect.height;
 }
 
-const CoverageParts& coverage_recall(std::uint32_t texture, const Coverage& coverage,
-                                     const PixelRect& rect) {
-  Recalled& place = recall_table[recall_place(texture, rect)];
-  if (place.texture != texture || !same(place.rect, rect)) {
-    place = {texture, rect, coverage_parts(coverage, rect)};
+PixelRect coverage_seen_box(const Coverage& coverage, const PixelRect& rect) {
+  const std::int32_t first = rect.x / TILE;
+  const std::int32_t end = (rect.x + rect.width - 1) / TILE + 1;
+  std::int32_t left = end;
+  std::int32_t right = first;
+  std::int32_t top = -1;
+  std::int32_t bottom = -1;
+  for (std::int32_t ty = rect.y / TILE; ty <= (rect.y + rect.height - 1) / TILE; ++ty) {
+    const std::uint64_t* row = &coverage.seen[ty * coverage.words_per_row];
+    for (std::int32_t w = first / WORD_BITS; w <= (end - 1) / WORD_BITS; ++w) {
+      const std::uint64_t bits = row[w] & word_mask(w, first, end);
+      if (bits == 0) continue;
+      if (top < 0) top = ty;
+      bottom = ty;
+      left = std::min(left, w * WORD_BITS + __builtin_ctzll(bits));
+      right = std::max(right, w * WORD_BITS + WORD_BITS - __builtin_clzll(bits));
+    }
   }
-  return place.parts;
+  if (top < 0) return {rect.x, rect.y, 0, 0};
+  const std::int32_t x0 = std::max(left * TILE, rect.x);
+  const std::int32_t y0 = std::max(top * TILE, rect.y);
+  const std::int32_t x1 = std::min(right * TILE, rect.x + rect.width);
+  const std::int32_t y1 = std::min((bottom + 1) * TILE, rect.y + rect.height);
+  return {x0, y0, x1 - x0, y1 - y0};
+}
+
+PixelRect coverage_box_with_edge(const Coverage& coverage, const PixelRect& rect) {
+  if (!coverage_holds(coverage, rect)) return rect;
+  const std::int32_t xs[] = {rect.x - 1, rect.x, rect.x + rect.width};
+  const std::int32_t ys[] = {rect.y - 1, rect.y, rect.y + rect.height};
+  const std::int32_t widths[] = {1, rect.width, 1};
+  const std::int32_t heights[] = {1, rect.height, 1};
+  PixelRect box{rect.x, rect.y, 0, 0};
+  for (int row = 0; row < 3; ++row) {
+    for (int column = 0; column < 3; ++column) {
+      const PixelRect part{xs[column], ys[row], widths[column], heights[row]};
+      box = united(box, seen_box_wrapped(coverage, part));
+    }
+  }
+  return box;
+}
+
+// By the heights of the columns that end in each row of tiles. A tile that the rectangle cuts
+// counts.
+PixelRect coverage_opaque_core(const Coverage& coverage, const PixelRect& rect) {
+  constexpr std::int32_t MOST_COLUMNS = 1024;
+  const std::int32_t first = rect.x / TILE;
+  const std::int32_t columns = (rect.x + rect.width - 1) / TILE + 1 - first;
+  if (columns > MOST_COLUMNS) return {};
+  std::array<std::int32_t, MOST_COLUMNS + 1> heights{};
+  std::array<std::int32_t, MOST_COLUMNS + 1> stack{};  // columns of rising height
+  PixelRect best{};
+  for (std::int32_t ty = rect.y / TILE; ty <= (rect.y + rect.height - 1) / TILE; ++ty) {
+    const std::size_t row = ty * coverage.words_per_row;
+    for (std::int32_t c = 0; c < columns; ++c) {
+      heights[c] = bit_at(coverage.opaque, row, first + c) ? heights[c] + 1 : 0;
+    }
+    std::int32_t depth = 0;
+    for (std::int32_t c = 0; c <= columns; ++c) {
+      const std::int32_t height = c < columns ? heights[c] : 0;
+      while (depth > 0 && heights[stack[depth - 1]] >= height) {
+        const std::int32_t tall = heights[stack[--depth]];
+        const std::int32_t from = depth > 0 ? stack[depth - 1] + 1 : 0;
+        const PixelRect found{from, ty + 1 - tall, c - from, tall};
+        if (found.width * found.height > best.width * best.height) best = found;
+      }
+      stack[depth++] = c;
+    }
+  }
+  if (best.width == 0) return {};
+  const std::int32_t x0 = std::max((first + best.x) * TILE, rect.x);
+  const std::int32_t y0 = std::max(best.y * TILE, rect.y);
+  const std::int32_t x1 = std::min((first + best.x + best.width) * TILE, rect.x + rect.width);
+  const std::int32_t y1 = std::min((best.y + best.height) * TILE, rect.y + rect.height);
+  return {x0, y0, x1 - x0, y1 - y0};
 }

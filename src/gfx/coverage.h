@@ -24,17 +24,15 @@ constexpr int COVERAGE_TILE_PX = 8;
 // Looks at the alpha of a whole texture of `width` by `height` pixels, 4 bytes each, alpha last.
 Coverage coverage_make(std::int32_t width, std::int32_t height, const std::uint8_t* pixels);
 
-struct CoverageParts {
-  PixelRect box;   // outside it nothing of the rectangle is seen
-  PixelRect core;  // inside it all pixels are opaque; the largest there is
-};
+// The box of what is seen of a rectangle inside the texture, cut to the rectangle.
+PixelRect coverage_seen_box(const Coverage& coverage, const PixelRect& rect);
 
-// What a source rectangle shows. The box takes in what lies one pixel beside the rectangle too, and
-// may then reach out of it by that one: a scaled picture's edge may come from there. A rectangle
-// that leaves the texture is its own box.
-CoverageParts coverage_parts(const Coverage& coverage, const PixelRect& rect);
+// The same with what lies one pixel beside the rectangle, where the box may then reach: a scaled
+// picture's edge may come from there. A rectangle that leaves the texture is its own box.
+PixelRect coverage_box_with_edge(const Coverage& coverage, const PixelRect& rect);
 
-// The same from a table of the rectangles asked for lately. `texture` is the name that the coverage
-// belongs to, which is never used again for another one.
-const CoverageParts& coverage_recall(std::uint32_t texture, const Coverage& coverage,
-                                     const PixelRect& rect);
+// The largest rectangle of opaque tiles in a rectangle inside the texture, cut to it.
+PixelRect coverage_opaque_core(const Coverage& coverage, const PixelRect& rect);
+
+// True if the rectangle has pixels and all of them lie in the texture.
+bool coverage_holds(const Coverage& coverage, const PixelRect& rect);

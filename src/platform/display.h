@@ -58,6 +58,9 @@ int display_begin_frame(std::uint32_t colour);
 // Shows the frame.
 void display_end_frame();
 
+// Waits until all that was drawn is on the screen, for measurements.
+void display_wait_drawn();
+
 // --- textures -------------------------------------------------------------------------------
 
 enum PixelFormat { PIXELS_RGB, PIXELS_RGBA, PIXELS_BGRA };
@@ -80,20 +83,18 @@ struct DisplayBox {  // layout pixels; no width: nothing
 
 // One textured or plain quad. Corners in the order top left, top right, bottom right, bottom left,
 // in layout pixels, y downward.
-//
-// The two boxes save fill and never change a pixel. Texture coordinates run over the whole quad
-// whatever they say; they only tell the display what it needn't do: outside `clip` every pixel of
-// the quad is transparent, and inside `core` every one has alpha 255. A window pixel that `clip`
-// touches is drawn, and one is drawn without blending if it lies wholly inside `core`.
 struct DisplayQuad {
   std::uint32_t texture;  // 0: plain
   float x[4], y[4];
   float u[4], v[4];         // texture coordinates, not used when plain
   std::uint32_t colour[4];  // 0xAARRGGBB at each corner
-  bool clipped;             // `clip` counts
+  bool opaque;              // every pixel has alpha 255: it is drawn without blending
+  bool clipped;             // only window pixels that `clip` touches are drawn
   DisplayBox clip;
-  DisplayBox core;
 };
+
+// True if a layout pixel is a window pixel.
+bool display_is_unscaled();
 
 void display_draw_quad(const DisplayQuad& quad);
 

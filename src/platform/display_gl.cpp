@@ -69,25 +69,20 @@ int ceil_div(std::int64_t a, std::int64_t b) {
   return -floor_div(-a, b);
 }
 
-Pixels window_pixels() {
-  return {0, 0, gl.window.width, gl.window.height};
-}
-
-// All window pixels that a box of the layout touches, or those that lie wholly in it.
-Pixels box_pixels(const DisplayBox& box, bool wholly) {
+// All window pixels that a box of the layout touches.
+Pixels box_pixels(const DisplayBox& box) {
   const std::int64_t w = gl.window.width;
   const std::int64_t h = gl.window.height;
   const std::int64_t layout_w = gl.right - gl.left;
   const std::int64_t layout_h = gl.bottom - gl.top;
   const std::int64_t x = box.x - gl.left;
   const std::int64_t y = gl.bottom - box.y - box.height;
-  const auto low = wholly ? ceil_div : floor_div;
-  const auto high = wholly ? floor_div : ceil_div;
-  const Pixels all = window_pixels();
-  return {std::clamp(low(x * w, layout_w), 0, all.right),
-          std::clamp(low(y * h, layout_h), 0, all.top),
-          std::clamp(high((x + box.width) * w, layout_w), 0, all.right),
-          std::clamp(high((y + box.height) * h, layout_h), 0, all.top)};
+  const int across = gl.window.width;
+  const int up = gl.window.height;
+  return {std::clamp(floor_div(x * w, layout_w), 0, across),
+          std::clamp(floor_div(y * h, layout_h), 0, up),
+          std::clamp(ceil_div((x + box.width) * w, layout_w), 0, across),
+          std::clamp(ceil_div((y + box.height) * h, layout_h), 0, up)};
 }
 
 // As two triangles: how GL parts a quad may depend on what is drawn together with it, and where a
@@ -109,32 +104,6 @@ void quad_emit(const DisplayQuad& quad) {
     glVertex2f(quad.x[i], -quad.y[i]);
   }
   glEnd();
-}
-
-void piece_draw(const DisplayQuad& quad, const Pixels& piece, bool blended) {
-  if (piece.empty()) return;
-  switch_to(gl.scissored, true, GL_SCISSOR_TEST);
-  glScissor(piece.left, piece.bottom, piece.right - piece.left, piece.top - piece.bottom);
-  switch_to(gl.blended, blended, GL_BLEND);
-  quad_emit(quad);
-}
-
-// The opaque core without blending and, with it, the four strips that the clip leaves around it.
-// Each pixel belongs to one piece: drawn twice, a translucent one would be too strong.
-void pieces_draw(const DisplayQuad& quad, const Pixels& clip, Pixels core) {
-  core.left = std::clamp(core.left, clip.left, clip.right);
-  core.right = std::clamp(core.right, clip.left, clip.right);
-  core.bottom = std::clamp(core.bottom, clip.bottom, clip.top);
-  core.top = std::clamp(core.top, clip.bottom, clip.top);
-  if (core.empty()) {
-    piece_draw(quad, clip, true);
-    return;
-  }
-  piece_draw(quad, core, false);
-  piece_draw(quad, {clip.left, core.top, clip.right, clip.top}, true);
-  piece_draw(quad, {clip.left, clip.bottom, clip.right, core.bottom}, true);
-  piece_draw(quad, {clip.left, core.bottom, core.left, core.top}, true);
-  piece_draw(quad, {core.right, core.bottom, clip.right, core.top}, true);
 }
 
 void texture_bind(GLuint texture) {
@@ -216,6 +185,10 @@ void display_end_frame() {
   if (gl.context != nullptr) SDL_GL_SwapWindow(display_sdl_window());
 }
 
+void display_wait_drawn() {
+  if (gl.context != nullptr) glFinish();
+}
+
 std::uint32_t display_texture_create(int width, int height, PixelFormat format,
                                      const void* pixels) {
   if (gl.context == nullptr) return 0;
@@ -255,16 +228,18 @@ void display_draw_quad(const DisplayQuad& quad) {
   if (gl.context == nullptr) return;
   switch_to(gl.textured, quad.texture != 0, GL_TEXTURE_2D);
   if (quad.texture != 0) texture_bind(quad.texture);
-  const bool has_core = quad.core.width > 0;
-  if (quad.clipped || has_core) {
-    const Pixels clip = quad.clipped ? box_pixels(quad.clip, false) : window_pixels();
-    const Pixels core = has_core ? box_pixels(quad.core, true) : Pixels{};
-    pieces_draw(quad, clip, core);
-  } else {
-    switch_to(gl.scissored, false, GL_SCISSOR_TEST);
-    switch_to(gl.blended, true, GL_BLEND);
-    quad_emit(quad);
+  switch_to(gl.blended, !quad.opaque, GL_BLEND);
+  switch_to(gl.scissored, quad.clipped, GL_SCISSOR_TEST);
+  if (quad.clipped) {
+    const Pixels clip = box_pixels(quad.clip);
+    if (clip.empty()) return;
+    glScissor(clip.left, clip.bottom, clip.right - clip.left, clip.top - clip.bottom);
   }
+  quad_emit(quad);
+}
+
+bool display_is_unscaled() {
+  return gl.window.width == gl.right - gl.left && gl.window.height == gl.bottom - gl.top;
 }
 
 bool display_read_frame(std::uint8_t* rgb) {

@@ -4,7 +4,11 @@
 
 #include <random>
 
+#include "gfx/fill_plan.h"
+
 namespace {
+
+constexpr std::uint32_t NOT_A_ROUND = 1000;  // a texture name of no other test
 
 struct Picture {
   int width, height;
@@ -31,24 +35,24 @@ TEST(Coverage, ABoxIsTheTilesInUseCutToTheRectangle) {
   picture.alpha(70, 33) = 1;
   picture.alpha(100, 50) = 200;
   const Coverage coverage = picture.coverage();
-  PixelRect box = coverage_parts(coverage, {0, 0, 256, 128}).box;
+  PixelRect box = coverage_box_with_edge(coverage, {0, 0, 256, 128});
   EXPECT_TRUE(contains(box, 70, 33) && contains(box, 100, 50));
   EXPECT_LE(box.width, 31 + 2 * COVERAGE_TILE_PX);
   EXPECT_LE(box.height, 18 + 2 * COVERAGE_TILE_PX);
-  box = coverage_parts(coverage, {98, 0, 158, 128}).box;
+  box = coverage_box_with_edge(coverage, {98, 0, 158, 128});
   EXPECT_GE(box.x, 97);
   EXPECT_FALSE(contains(box, 70, 33)) << "outside the rectangle";
-  EXPECT_EQ(coverage_parts(coverage, {128, 0, 64, 64}).box.width, 0) << "nothing there";
+  EXPECT_EQ(coverage_box_with_edge(coverage, {128, 0, 64, 64}).width, 0) << "nothing there";
 }
 
 TEST(Coverage, WhatLiesOnePixelBesideTheRectangleIsSeenToo) {
   Picture picture(64, 64);
   picture.fill(0, 56, 64, 8, 255);
   const Coverage coverage = picture.coverage();
-  EXPECT_EQ(coverage_parts(coverage, {16, 16, 16, 32}).box.width, 0);
-  const PixelRect below = coverage_parts(coverage, {16, 16, 16, 40}).box;
+  EXPECT_EQ(coverage_box_with_edge(coverage, {16, 16, 16, 32}).width, 0);
+  const PixelRect below = coverage_box_with_edge(coverage, {16, 16, 16, 40});
   EXPECT_TRUE(contains(below, 20, 56));
-  const PixelRect round = coverage_parts(coverage, {16, 0, 16, 16}).box;
+  const PixelRect round = coverage_box_with_edge(coverage, {16, 0, 16, 16});
   EXPECT_TRUE(contains(round, 20, -1)) << "above the first row comes the last";
 }
 
@@ -56,9 +60,8 @@ TEST(Coverage, ARectangleThatLeavesTheTextureIsItsOwnBox) {
   const Coverage coverage = Picture(64, 64).coverage();
   for (const PixelRect& rect : {PixelRect{40, 0, 32, 8}, PixelRect{-1, 0, 8, 8},
                                 PixelRect{0, 64, 8, 8}, PixelRect{0, 0, 65, 1}}) {
-    const CoverageParts parts = coverage_parts(coverage, rect);
-    EXPECT_EQ(parts.box.width, rect.width);
-    EXPECT_EQ(parts.core.width, 0);
+    EXPECT_EQ(coverage_box_with_edge(coverage, rect).width, rect.width);
+    EXPECT_FALSE(fill_plan_recall(NOT_A_ROUND, coverage, rect).pieced);
   }
 }
 
@@ -68,14 +71,24 @@ TEST(Coverage, TheCoreIsTheLargestOpaqueRectangle) {
   picture.fill(16, 32, 64, 64, 255);
   picture.fill(128, 32, 32, 192, 255);
   const Coverage coverage = picture.coverage();
-  const PixelRect core = coverage_parts(coverage, {0, 0, 256, 256}).core;
+  const PixelRect core = coverage_opaque_core(coverage, {0, 0, 256, 256});
   EXPECT_EQ(core.x, 128);
   EXPECT_EQ(core.y, 32);
   EXPECT_EQ(core.width, 32);
   EXPECT_EQ(core.height, 192);
-  const PixelRect cut = coverage_parts(coverage, {20, 35, 60, 60}).core;
+  const PixelRect cut = coverage_opaque_core(coverage, {20, 35, 60, 60});
   EXPECT_EQ(cut.x, 20) << "an opaque tile counts where the rectangle cuts it";
   EXPECT_EQ(cut.width, 60);
+}
+
+// How many pieces fill a pixel; a piece without blending over one that isn't opaque counts as many.
+int pieces_at(const FillPlan& plan, int x, int y, int alpha) {
+  int pieces = 0;
+  for (const FillPiece& piece : plan.pieces) {
+    if (!contains({piece.x, piece.y, piece.width, piece.height}, x, y)) continue;
+    pieces += piece.opaque && alpha != 255 ? 100 : 1;
+  }
+  return pieces;
 }
 
 // The promise that the drawing stands on, on pictures of every sort.
@@ -96,12 +109,14 @@ TEST(Coverage, HoldsOnRandomPictures) {
       const int x = below(picture.width);
       const int y = below(picture.height);
       const PixelRect rect{x, y, 1 + below(picture.width - x), 1 + below(picture.height - y)};
-      const CoverageParts parts = coverage_recall(round + 1, coverage, rect);
+      const FillPlan& plan = fill_plan_recall(round + 1, coverage, rect);
+      ASSERT_TRUE(plan.pieced);
       for (int py = rect.y; py < rect.y + rect.height; ++py) {
         for (int px = rect.x; px < rect.x + rect.width; ++px) {
           const int alpha = picture.alpha(px, py);
-          ASSERT_TRUE(alpha == 0 || contains(parts.box, px, py));
-          ASSERT_TRUE(alpha == 255 || !contains(parts.core, px, py));
+          ASSERT_TRUE(alpha == 0 || contains(plan.box, px, py));
+          const int pieces = pieces_at(plan, px, py, alpha);
+          ASSERT_TRUE(pieces == 1 || (pieces == 0 && alpha == 0)) << "drawn " << pieces << " times";
         }
       }
     }

@@ -111,21 +111,28 @@ TEST_F(DrawTest, SavingsFollowFlipAndScale) {
   };
   blit(256, 128, 0xFFFFFFFF, 0);
   DisplayQuad quad = only();
-  EXPECT_TRUE(quad.clipped);
-  EXPECT_EQ(quad.clip.x, 116);
-  EXPECT_EQ(quad.clip.width, 112);
-  EXPECT_EQ(quad.core.x, 116);
-  EXPECT_EQ(quad.core.width, 112);
-  EXPECT_EQ(width_of(quad), 256.0F) << "the quad itself stays whole";
+  EXPECT_EQ(quad.x[0], 116.0F) << "unscaled, only what is seen becomes a quad";
+  EXPECT_EQ(width_of(quad), 112.0F);
+  EXPECT_TRUE(quad.opaque);
+  EXPECT_FALSE(quad.clipped);
 
-  blit(256, 128, 0xFFFFFFFF, 1);
+  blit(256, 128, 0x80FFFFFF, 1);
   quad = only();
-  EXPECT_EQ(quad.clip.x, 100 + 128);
-  blit(128, 64, 0x80FFFFFF, 0);
+  EXPECT_EQ(quad.x[0], 100.0F + 128.0F);
+  EXPECT_FALSE(quad.opaque) << "a fading picture is nowhere opaque";
+
+  blit(128, 64, 0xFFFFFFFF, 0);
   quad = only();
+  EXPECT_EQ(width_of(quad), 128.0F) << "scaled, the quad stays whole and is clipped";
+  EXPECT_TRUE(quad.clipped);
   EXPECT_EQ(quad.clip.x, 108);
   EXPECT_EQ(quad.clip.width, 56);
-  EXPECT_EQ(quad.core.width, 0) << "a fading picture is nowhere opaque";
+  headless_display.unscaled = false;  // and so it is in a window of another size
+  blit(256, 128, 0xFFFFFFFF, 0);
+  quad = only();
+  EXPECT_EQ(width_of(quad), 256.0F);
+  EXPECT_EQ(quad.clip.x, 116);
+  headless_display.unscaled = true;
   gfx_blit_tinted(0, 0, 64, 64, &texture, 160, 0, 64, 64, 0xFFFFFFFF, 0);
   EXPECT_TRUE(quads().empty()) << "nothing of it is seen";
 }

@@ -194,6 +194,8 @@ TEST_F(Pixels, SavingFillChangesNothing) {
     const Shot whole = screen_shot(size[0], size[1], draw);
     gfx_blit_whole = false;
     const Shot saved = screen_shot(size[0], size[1], draw);
+    ASSERT_FALSE(whole.rgb.empty());
+    ASSERT_EQ(whole.rgb.size(), saved.rgb.size());
     int differing = 0;
     for (std::size_t i = 0; i < whole.rgb.size(); ++i) {
       differing += whole.rgb[i] != saved.rgb[i] ? 1 : 0;

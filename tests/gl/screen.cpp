@@ -1,6 +1,5 @@
 #include "tests/gl/screen.h"
 
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -55,24 +54,12 @@ Shot screen_shot(int width, int height, const std::function<void()>& draw) {
   display_resize_window(width, height);
   display_poll_events();
   const DisplaySize size = display_window_size();
-  EXPECT_EQ(size.width, width);
-  EXPECT_EQ(size.height, height);
-  EXPECT_EQ(display_begin_frame(0xFF000000), 0);
-  draw();
   Shot shot{size.width, size.height, {}};
+  if (size.width != width || size.height != height) return shot;
+  const int errors = display_begin_frame(0xFF000000);
+  draw();
   shot.rgb.resize(static_cast<std::size_t>(size.width) * size.height * 3);
-  EXPECT_TRUE(display_read_frame(shot.rgb.data()));
+  if (!display_read_frame(shot.rgb.data()) || errors != 0) shot.rgb.clear();
   display_end_frame();
   return shot;
-}
-
-int main(int argc, char** argv) {
-  testing::InitGoogleTest(&argc, argv);
-  if (!screen_start()) {
-    std::fprintf(stderr, "no display, and Xvfb doesn't start\n");
-    return 1;
-  }
-  const int result = RUN_ALL_TESTS();
-  screen_stop();
-  return result;
 }

@@ -17,11 +17,12 @@ struct Shot {
   int width, height;
   std::vector<std::uint8_t> rgb;
 
-  [[nodiscard]] std::uint32_t at(int x, int y) const {  // 0xRRGGBB
+  [[nodiscard]] std::uint32_t at(int x, int y) const {  // 0xRRGGBB; all ones outside
+    if (rgb.empty() || x < 0 || x >= width || y < 0 || y >= height) return ~0U;
     const std::uint8_t* p = &rgb[(static_cast<std::size_t>(y) * width + x) * 3];
     return p[0] << 16 | p[1] << 8 | p[2];
   }
 };
 
-// One frame in a window of that size on black, read back.
+// One frame in a window of that size on black, read back. Without pixels if anything failed.
 Shot screen_shot(int width, int height, const std::function<void()>& draw);

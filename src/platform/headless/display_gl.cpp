@@ -17,6 +17,8 @@ int display_begin_frame(std::uint32_t /*colour*/) {
 
 void display_end_frame() {}
 
+void display_wait_drawn() {}
+
 std::uint32_t display_texture_create(int /*width*/, int /*height*/, PixelFormat /*format*/,
                                      const void* /*pixels*/) {
   return ++headless_display.textures;
@@ -46,6 +48,10 @@ bool display_texture_read(std::uint32_t /*texture*/, void* /*rgba*/) {
 void display_draw_quad(const DisplayQuad& quad) {
   ++headless_display.quads;
   if (headless_display.record) headless_display.recorded.push_back(quad);
+}
+
+bool display_is_unscaled() {
+  return headless_display.unscaled;
 }
 
 bool display_read_frame(std::uint8_t* /*rgb*/) {

@@ -11,7 +11,8 @@ struct HeadlessDisplay {
   std::uint64_t frames = 0;  // begun
   std::uint64_t quads = 0;   // drawn
   std::uint32_t textures = 0;
-  bool record = false;  // keep the quads themselves
+  bool unscaled = true;  // the window has the size of the layout
+  bool record = false;   // keep the quads themselves
   std::vector<DisplayQuad> recorded;
   std::vector<std::string> boxes;  // "title: text" of each message box
 };
