@@ -1,6 +1,6 @@
 #include "gfx/panel_table.h"
 
-#include <cstring>
+#include "platform/memory.h"  // memory_keep_freed
 
 namespace {
 
@@ -151,7 +151,9 @@ NumberFont number_font;
 
 void panel_table_load() {
   gfx_numbers_load(&number_font, 1, number_font_names);
+  memory_keep_freed(true);
   gfx_panels_load(panels, PANEL_COUNT, panel_names);
+  memory_keep_freed(false);
 }
 
 void panel_table_free() {
