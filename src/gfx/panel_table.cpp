@@ -176,9 +176,11 @@ void sheet_table_fill() {
 }
 
 float sheet_half_width(const SpriteSheet& sheet) {
-  return static_cast<float>(sheet.panel->width / sheet.columns) * 0.5F;
+  const std::int32_t cell = sheet.panel->width / sheet.columns;  // whole pixels, as a cell is drawn
+  return static_cast<float>(cell) * 0.5F;
 }
 
 float sheet_half_height(const SpriteSheet& sheet) {
-  return static_cast<float>(sheet.panel->height / sheet.rows) * 0.5F;
+  const std::int32_t cell = sheet.panel->height / sheet.rows;  // whole pixels, as a cell is drawn
+  return static_cast<float>(cell) * 0.5F;
 }
