@@ -34,7 +34,7 @@ TEST(Scene, LooksTheSameWhetherFilledWholeOrNot) {
         EXPECT_TRUE(whole.rgb == saved.rgb) << "tick " << i << ", width " << size[0];
       }
     }
-    scene_draw();  // gives what stands in the lanes its places
+    if (i % 8 == 0) scene_draw();  // gives what stands in the lanes its places
     play_tick();
   }
 }

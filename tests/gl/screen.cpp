@@ -1,5 +1,6 @@
 #include "tests/gl/screen.h"
 
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -22,6 +23,7 @@ bool screen_start() {
   if (pipe(ends) != 0) return false;
   server = fork();
   if (server == 0) {
+    prctl(PR_SET_PDEATHSIG, SIGTERM);  // it goes with a test that dies
     dup2(ends[1], 3);
     execlp("Xvfb", "Xvfb", "-displayfd", "3", "-screen", "0", "1920x1200x24", "-nolisten", "tcp",
            nullptr);
@@ -56,6 +58,9 @@ Shot screen_shot(int width, int height, const std::function<void()>& draw) {
   const DisplaySize size = display_window_size();
   Shot shot{size.width, size.height, {}};
   if (size.width != width || size.height != height) return shot;
+  // GL learns of a new size when it shows a frame; the one after it is drawn as all later ones.
+  display_begin_frame(0xFF000000);
+  display_end_frame();
   const int errors = display_begin_frame(0xFF000000);
   draw();
   shot.rgb.resize(static_cast<std::size_t>(size.width) * size.height * 3);
