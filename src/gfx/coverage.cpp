@@ -47,7 +47,8 @@ PixelRect seen_box_wrapped(const Coverage& coverage, const PixelRect& rect) {
 
 }  // namespace
 
-Coverage coverage_make(std::int32_t width, std::int32_t height, const std::uint8_t* pixels) {
+Coverage coverage_make(std::int32_t width, std::int32_t height, const std::uint8_t* alpha,
+                       std::size_t step) {
   Coverage made{width, height, (width + TILE - 1) / TILE, (height + TILE - 1) / TILE, 0, {}, {}};
   made.words_per_row = (made.tiles_across + WORD_BITS - 1) / WORD_BITS;
   made.seen.resize(made.words_per_row * made.tiles_down);
@@ -58,8 +59,7 @@ Coverage coverage_make(std::int32_t width, std::int32_t height, const std::uint8
     std::fill(most.begin(), most.end(), 0);
     std::fill(least.begin(), least.end(), ALPHA_OPAQUE);
     for (std::int32_t y = ty * TILE; y < std::min((ty + 1) * TILE, height); ++y) {
-      const std::uint8_t* alpha = pixels + static_cast<std::size_t>(y) * width * 4 + 3;
-      for (std::int32_t x = 0; x < width; ++x, alpha += 4) {
+      for (std::int32_t x = 0; x < width; ++x, alpha += step) {
         most[x / TILE] |= *alpha;
         least[x / TILE] &= *alpha;
       }

@@ -21,8 +21,9 @@ struct Coverage {
 
 constexpr int COVERAGE_TILE_PX = 8;
 
-// Looks at the alpha of a whole texture of `width` by `height` pixels, 4 bytes each, alpha last.
-Coverage coverage_make(std::int32_t width, std::int32_t height, const std::uint8_t* pixels);
+// Looks at the alpha of a whole texture: a byte for each pixel, `step` bytes apart.
+Coverage coverage_make(std::int32_t width, std::int32_t height, const std::uint8_t* alpha,
+                       std::size_t step);
 
 // The box of what is seen of a rectangle inside the texture, cut to the rectangle.
 PixelRect coverage_seen_box(const Coverage& coverage, const PixelRect& rect);

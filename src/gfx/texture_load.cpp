@@ -14,9 +14,9 @@ using Reader = bool (*)(const char* file_name, GlTexture& texture);
 
 // Coverage counts pixels of the texture, source rectangles those of the padded size.
 void coverage_take(GlTexture& texture, std::int32_t width, std::int32_t height,
-                   const std::uint8_t* pixels) {
+                   const std::uint8_t* alpha, std::size_t step) {
   if (width != gfx_padded_size(width) || height != gfx_padded_size(height)) return;
-  texture.coverage = std::make_unique<Coverage>(coverage_make(width, height, pixels));
+  texture.coverage = std::make_unique<Coverage>(coverage_make(width, height, alpha, step));
 }
 
 // A bitmap in its corner of a texture whose sides are powers of two, top row first, with the rest
@@ -49,7 +49,7 @@ bool bitmap_load(const char* file_name, GlTexture& texture) {
   if (staging != nullptr) {
     bitmap_pad(image, width, height, staging.get());
     texture.id = display_texture_create(width, height, PIXELS_RGBA, staging.get());
-    coverage_take(texture, width, height, staging.get());
+    coverage_take(texture, width, height, staging.get() + 3, 4);
   } else {  // out of memory: what there is, rather than nothing
     texture.id = display_texture_create(width / 2, height / 2, PIXELS_RGB, image.pixels.data());
   }
@@ -64,7 +64,7 @@ bool tga_load(const char* file_name, GlTexture& texture) {
   texture.id = display_texture_create(image.width, image.height, PIXELS_BGRA, image.pixels.data());
   texture.width = image.width;
   texture.height = image.height;
-  coverage_take(texture, image.width, image.height, image.pixels.data());
+  coverage_take(texture, image.width, image.height, image.pixels.data() + 3, 4);
   return true;
 }
 
@@ -73,10 +73,10 @@ bool png_load(const char* file_name, GlTexture& texture) {
   texture.id =
       display_texture_load_png(files_path(file_name).c_str(), &texture.width, &texture.height);
   if (texture.id == 0) return false;
-  const std::size_t size = static_cast<std::size_t>(texture.width) * texture.height * 4;
-  const std::unique_ptr<std::uint8_t[]> pixels(new (std::nothrow) std::uint8_t[size]);
-  if (pixels != nullptr && display_texture_read(texture.id, pixels.get())) {
-    coverage_take(texture, texture.width, texture.height, pixels.get());
+  const std::size_t size = static_cast<std::size_t>(texture.width) * texture.height;
+  const std::unique_ptr<std::uint8_t[]> alpha(new (std::nothrow) std::uint8_t[size]);
+  if (alpha != nullptr && display_texture_read_alpha(texture.id, alpha.get())) {
+    coverage_take(texture, texture.width, texture.height, alpha.get(), 1);
   }
   return true;
 }

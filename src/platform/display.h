@@ -72,8 +72,10 @@ std::uint32_t display_texture_create(int width, int height, PixelFormat format, 
 // Loads a PNG file by its host path as a compressed texture. Returns its name, or 0.
 std::uint32_t display_texture_load_png(const char* path, int* width, int* height);
 
-// Reads a texture back as RGBA rows, `width` x `height` x 4 bytes. False if that can't be done.
-bool display_texture_read(std::uint32_t texture, void* rgba);
+// Reads the alpha of a texture back, a byte for each pixel, first row on top. 0 and 255 are exact;
+// of a compressed texture any other value says no more than that it is neither. False if it can't
+// be done.
+bool display_texture_read_alpha(std::uint32_t texture, std::uint8_t* alpha);
 
 // --- drawing --------------------------------------------------------------------------------
 

@@ -105,7 +105,7 @@ TEST_F(DrawTest, SavingsFollowFlipAndScale) {
     for (int x = 16; x < 128; ++x) pixels[(y * 256 + x) * 4 + 3] = 255;
   }
   texture.id = 77;
-  texture.coverage = std::make_unique<Coverage>(coverage_make(256, 128, pixels.data()));
+  texture.coverage = std::make_unique<Coverage>(coverage_make(256, 128, pixels.data() + 3, 4));
   const auto blit = [this](int width, int height, std::uint32_t colour, int flip) {
     gfx_blit_tinted(100, 0, width, height, &texture, 0, 0, 256, 128, colour, flip);
   };

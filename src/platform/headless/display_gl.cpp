@@ -41,7 +41,7 @@ std::uint32_t display_texture_load_png(const char* path, int* width, int* height
   return ++headless_display.textures;
 }
 
-bool display_texture_read(std::uint32_t /*texture*/, void* /*rgba*/) {
+bool display_texture_read_alpha(std::uint32_t /*texture*/, std::uint8_t* /*alpha*/) {
   return false;
 }
 
