@@ -23,7 +23,9 @@ struct Picture {
       for (int column = x; column < x + w; ++column) alpha(column, row) = value;
     }
   }
-  [[nodiscard]] Coverage coverage() const { return coverage_make(width, height, bytes.data() + 3, 4); }
+  [[nodiscard]] Coverage coverage() const {
+    return coverage_make(width, height, bytes.data() + 3, 4);
+  }
 };
 
 bool contains(const PixelRect& r, int x, int y) {
