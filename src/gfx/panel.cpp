@@ -4,8 +4,11 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
+#include <utility>
 
 #include "gfx/blit.h"
+#include "gfx/read_ahead.h"
 #include "gfx/texture.h"
 
 namespace {
@@ -33,6 +36,35 @@ std::int64_t power_of_ten(int exponent) {
   return power;
 }
 
+void panel_begin(Panel& panel, const PanelName& name) {
+  panel = Panel{};
+  panel.visible = 1;
+  panel.flags = 1;
+  panel.colour = 0xFFFFFFFF;
+  std::memcpy(panel.name, name, sizeof panel.name);
+}
+
+void panel_load(Panel& panel, const PanelName& name) {
+  panel_begin(panel, name);
+  TextureInfo size{};
+  gfx_texture_load(name, &panel.texture, &size);
+  panel.width = size.width;
+  panel.height = size.height;
+}
+
+void panel_take(Panel& panel, const PanelName& name, TgaPicture picture) {
+  panel_begin(panel, name);
+  TextureInfo size{};
+  gfx_texture_from_tga(std::move(picture), &panel.texture, &size);
+  panel.width = size.width;
+  panel.height = size.height;
+}
+
+int next_png(const PanelName* names, int count, int from) {
+  while (from < count && gfx_picture_kind(names[from]) != PICTURE_PNG) ++from;
+  return from;
+}
+
 struct Size {
   std::int32_t width, height;
 };
@@ -50,19 +82,26 @@ Size panel_size(const Panel& panel) {
 
 }  // namespace
 
+// PNG files take the main thread long; TGA files are read ahead meanwhile. So a PNG is loaded
+// whenever the next TGA isn't there yet, and those that are left come at the end.
 int gfx_panels_load(Panel* table, int count, const PanelName* names) {
+  const std::shared_ptr<ReadAhead> reading = read_ahead_start(names, count);
+  int png = next_png(names, count, 0);
   for (int i = 0; i < count; ++i) {
-    Panel& panel = table[i];
-    panel = Panel{};
-    TextureInfo size{};
-    gfx_texture_load(names[i], &panel.texture, &size);
-    panel.width = size.width;
-    panel.height = size.height;
-    panel.visible = 1;
-    panel.flags = 1;
-    panel.colour = 0xFFFFFFFF;
-    std::memcpy(panel.name, names[i], sizeof panel.name);
+    const PictureKind kind = gfx_picture_kind(names[i]);
+    if (kind == PICTURE_PNG) continue;
+    while (kind == PICTURE_TGA && png < count && !read_ahead_ready(*reading, i)) {
+      panel_load(table[png], names[png]);
+      png = next_png(names, count, png + 1);
+    }
+    if (kind == PICTURE_TGA) {
+      panel_take(table[i], names[i], read_ahead_take(*reading, i));
+    } else {
+      panel_load(table[i], names[i]);
+    }
   }
+  for (; png < count; png = next_png(names, count, png + 1)) panel_load(table[png], names[png]);
+  read_ahead_end(*reading);
   return 0;
 }
 

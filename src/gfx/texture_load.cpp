@@ -1,6 +1,7 @@
-#include <cmath>
 #include <cstring>
+#include <memory>
 #include <new>
+#include <utility>
 
 #include "gfx/bitmap_reader.h"
 #include "gfx/texture.h"
@@ -10,13 +11,11 @@
 
 namespace {
 
-using Reader = bool (*)(const char* file_name, GlTexture& texture);
-
 // Coverage counts pixels of the texture, source rectangles those of the padded size.
-void coverage_take(GlTexture& texture, std::int32_t width, std::int32_t height,
-                   const std::uint8_t* alpha, std::size_t step) {
-  if (width != gfx_padded_size(width) || height != gfx_padded_size(height)) return;
-  texture.coverage = std::make_unique<Coverage>(coverage_make(width, height, alpha, step));
+std::unique_ptr<Coverage> coverage_of(std::int32_t width, std::int32_t height,
+                                      const std::uint8_t* alpha, std::size_t step) {
+  if (width != gfx_padded_size(width) || height != gfx_padded_size(height)) return nullptr;
+  return std::make_unique<Coverage>(coverage_make(width, height, alpha, step));
 }
 
 // A bitmap in its corner of a texture whose sides are powers of two, top row first, with the rest
@@ -49,7 +48,7 @@ bool bitmap_load(const char* file_name, GlTexture& texture) {
   if (staging != nullptr) {
     bitmap_pad(image, width, height, staging.get());
     texture.id = display_texture_create(width, height, PIXELS_RGBA, staging.get());
-    coverage_take(texture, width, height, staging.get() + 3, 4);
+    texture.coverage = coverage_of(width, height, staging.get() + 3, 4);
   } else {  // out of memory: what there is, rather than nothing
     texture.id = display_texture_create(width / 2, height / 2, PIXELS_RGB, image.pixels.data());
   }
@@ -58,13 +57,13 @@ bool bitmap_load(const char* file_name, GlTexture& texture) {
   return true;
 }
 
-bool tga_load(const char* file_name, GlTexture& texture) {
-  TgaImage image;
-  if (!tga_read(file_name, image)) return false;
+bool tga_load(TgaPicture picture, GlTexture& texture) {
+  if (!picture.usable) return false;
+  const TgaImage& image = picture.image;
   texture.id = display_texture_create(image.width, image.height, PIXELS_BGRA, image.pixels.data());
   texture.width = image.width;
   texture.height = image.height;
-  coverage_take(texture, image.width, image.height, image.pixels.data() + 3, 4);
+  texture.coverage = std::move(picture.coverage);
   return true;
 }
 
@@ -76,20 +75,37 @@ bool png_load(const char* file_name, GlTexture& texture) {
   const std::size_t size = static_cast<std::size_t>(texture.width) * texture.height;
   const std::unique_ptr<std::uint8_t[]> alpha(new (std::nothrow) std::uint8_t[size]);
   if (alpha != nullptr && display_texture_read_alpha(texture.id, alpha.get())) {
-    coverage_take(texture, texture.width, texture.height, alpha.get(), 1);
+    texture.coverage = coverage_of(texture.width, texture.height, alpha.get(), 1);
   }
   return true;
 }
 
 struct Extension {
   const char* text;
-  Reader reader;
+  PictureKind kind;
 };
 
-// The first one found anywhere in the name wins.
-constexpr Extension extensions[] = {{".bmp", bitmap_load}, {".BMP", bitmap_load},
-                                    {".tga", tga_load},    {".TGA", tga_load},
-                                    {".png", png_load},    {".PNG", png_load}};
+constexpr Extension extensions[] = {{".bmp", PICTURE_BITMAP}, {".BMP", PICTURE_BITMAP},
+                                    {".tga", PICTURE_TGA},    {".TGA", PICTURE_TGA},
+                                    {".png", PICTURE_PNG},    {".PNG", PICTURE_PNG}};
+
+bool picture_load(const char* file_name, GlTexture& texture) {
+  switch (gfx_picture_kind(file_name)) {
+    case PICTURE_BITMAP:
+      return bitmap_load(file_name, texture);
+    case PICTURE_TGA:
+      return tga_load(tga_picture_read(file_name), texture);
+    case PICTURE_PNG:
+      return png_load(file_name, texture);
+    default:
+      return false;
+  }
+}
+
+int loaded(bool usable, const GlTexture& texture, TextureInfo* info_out) {
+  if (usable && info_out != nullptr) *info_out = {texture.width, texture.height};
+  return usable ? 1 : 0;
+}
 
 }  // namespace
 
@@ -99,16 +115,30 @@ std::int32_t gfx_padded_size(std::int32_t side) {
   return padded;
 }
 
-int gfx_texture_load(const char* file_name, GlTexture** texture_out, TextureInfo* info_out) {
-  auto* texture = new GlTexture{};
-  *texture_out = texture;
+PictureKind gfx_picture_kind(const char* file_name) {
   for (const Extension& extension : extensions) {
-    if (std::strstr(file_name, extension.text) == nullptr) continue;
-    if (!extension.reader(file_name, *texture)) return 0;
-    if (info_out != nullptr) *info_out = {texture->width, texture->height};
-    return 1;
+    if (std::strstr(file_name, extension.text) != nullptr) return extension.kind;
   }
-  return 0;
+  return PICTURE_UNKNOWN;
+}
+
+TgaPicture tga_picture_read(const char* file_name) {
+  TgaPicture picture;
+  picture.usable = tga_read(file_name, picture.image);
+  if (!picture.usable) return {};
+  const TgaImage& image = picture.image;
+  picture.coverage = coverage_of(image.width, image.height, image.pixels.data() + 3, 4);
+  return picture;
+}
+
+int gfx_texture_load(const char* file_name, GlTexture** texture_out, TextureInfo* info_out) {
+  *texture_out = new GlTexture{};
+  return loaded(picture_load(file_name, **texture_out), **texture_out, info_out);
+}
+
+int gfx_texture_from_tga(TgaPicture picture, GlTexture** texture_out, TextureInfo* info_out) {
+  *texture_out = new GlTexture{};
+  return loaded(tga_load(std::move(picture), **texture_out), **texture_out, info_out);
 }
 
 void gfx_texture_free(GlTexture* texture) {
