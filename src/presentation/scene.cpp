@@ -8,7 +8,6 @@
 #include "frame/tick_timers.h"    // volume_overlay_until
 #include "frame/ticket_status.h"  // ticket_error, tickets_owed
 #include "io/jamma.h"             // jamma_link_error
-#include "playfield/paytable.h"   // pays_points
 #include "playfield/playfield.h"
 #include "presentation/attract.h"
 #include "presentation/debug_pages.h"
@@ -55,9 +54,10 @@ void volume_readout_draw() {
 void ticket_fault_draw(int side) {
   if (ticket_status.ticket_error[side] == 0 || !pref_on(PREF_TICKET_USE)) return;
   picture_draw_scaled(PANEL_TICKETERROR, side == SIDE_LEFT ? 20 : 1084, 320, 0.5F);
+  const bool in_points = pref_on(PREF_TWO_POINT_TICKETS) && !pref_on(PREF_FIXED_TICKET);
   const std::int32_t paper = ticket_status.tickets_owed[side];
   text_draw(FONT_8X12, COLOUR_WHITE, side == SIDE_LEFT ? 72 : 1136, 426, "Tickets Owed: %d",
-            pays_points() ? paper * 2 : paper);
+            in_points ? paper * 2 : paper);
 }
 
 // Without the link nobody knows how the dispensers are, so its fault stands alone.

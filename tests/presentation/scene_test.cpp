@@ -1,0 +1,251 @@
+#include "presentation/scene.h"
+
+#include <algorithm>
+
+#include "books/audits.h"
+#include "books/prefs.h"
+#include "frame/game_clock.h"
+#include "frame/game_mode.h"
+#include "frame/tick_timers.h"
+#include "frame/ticket_status.h"
+#include "io/jamma.h"
+#include "playfield/paytable.h"
+#include "playfield/playfield.h"
+#include "presentation/debug_pages.h"
+#include "presentation/scene_layers.h"
+#include "presentation/volume.h"
+#include "tests/presentation/stage.h"
+
+namespace {
+
+class Scene : public Stage {
+ protected:
+  // The first record of the left side, alone on the field.
+  static Frog& frog(FrogState state, std::uint32_t flags = 0) {
+    Frog& f = stations[SIDE_LEFT].frogs[0];
+    f.sheet = &sheets[SHEET_GFROG];
+    f.state = state;
+    f.flags = flags;
+    f.x = 212.75F;
+    f.y = 184;
+    f.scale = 1.0F;
+    f.alpha = 200;
+    return f;
+  }
+  static std::vector<std::string> order(const std::vector<Drawn>& drawn) {
+    std::vector<std::string> names;
+    for (const Drawn& d : drawn) {
+      if (names.empty() || names.back() != d.what) names.push_back(d.what);
+    }
+    return names;
+  }
+};
+
+TEST_F(Scene, LayersLieInTheirOrder) {
+  frog(FROG_RESTING);
+  jamma_link_error = 1;
+  tick_timers.volume_overlay_until = 200000;
+  const std::vector<std::string> names = order(seen(scene_draw));
+  std::size_t at = 0;
+  for (const char* name :
+       {"bkdrop_lft",    "bkdrop_rt",      "riverfoam_1",    "riverfoam_2",  "anim_finish",
+        "anim_lilypad3", "lily_bonus_txt", "grass_lft",      "grass_rt",     "dpatch",
+        "dpatch2",       "anim_ctail1",    "anim_grn_rings", "anim_gfrog",   "shadow",
+        "plants1",       "plants6",        "anim_wdsign",    "anim_lngsign", "ioerror"}) {
+    const auto found =
+        std::find(names.begin() + static_cast<std::ptrdiff_t>(at), names.end(), name);
+    ASSERT_NE(found, names.end()) << name;
+    at = static_cast<std::size_t>(found - names.begin());
+  }
+  EXPECT_EQ(names.back(), "ioerror");
+}
+
+TEST_F(Scene, AMachineThatGoesDownSaysJustThat) {
+  game_mode = MODE_GOING_DOWN;
+  const std::vector<Drawn> drawn = seen(scene_draw);
+  ASSERT_EQ(drawn.size(), 1U);
+  EXPECT_EQ(places(drawn, "GOING DOWN FOR MAINTENANCE"), "680,384");
+}
+
+TEST_F(Scene, FoamDriftsWithTheFrames) {
+  EXPECT_EQ(places(seen(foam_draw), "riverfoam_1"), "-473,68 0,68 473,68 946,68");
+  EXPECT_EQ(places(seen(foam_draw), "riverfoam_2"), "1359,68 886,68 413,68 -60,68");
+  for (int i = 2; i < 1279; ++i) foam_draw();
+  EXPECT_EQ(first(seen(foam_draw), "riverfoam_1").x, 0 - 473) << "the next tile takes its place";
+}
+
+TEST_F(Scene, TheLilyShowsTheCappedJackpotAndAGhostOfIt) {
+  prefs[PREF_MAXIMUM_TICKETS].int_value = 100;
+  std::vector<Drawn> drawn = seen(jackpot_lily_draw);
+  EXPECT_EQ(places(drawn, "lily_bonus_txt"), "310,-1 990,-1");
+  EXPECT_EQ(std::count_if(drawn.begin(), drawn.end(), [](auto& d) { return d.what == "100"; }), 8);
+  EXPECT_EQ(places(drawn, "100"), "299,28 296,25 299,29 296,26 979,28 976,25 979,29 976,26");
+  for (int i = 0; i < 140; ++i) drawn = seen(jackpot_lily_draw);
+  EXPECT_EQ(places(drawn, "100"), "299,29 296,26 979,29 976,26") << "the ghost has gone";
+  prefs[PREF_TICKET_USE].int_value = 0;
+  EXPECT_TRUE(seen(jackpot_lily_draw).empty());
+}
+
+TEST_F(Scene, AFrogInPlayHasRingsAndATag) {
+  Frog& f = frog(FROG_HOPPING);
+  f.total_tickets = 12;
+  f.ring_alpha = 90;
+  std::vector<Drawn> drawn = seen(frogs_draw);
+  EXPECT_EQ(places(drawn, "anim_grn_rings"), "80,184");
+  EXPECT_EQ(first(drawn, "anim_grn_rings").colour >> 24, 90U);
+  EXPECT_EQ(places(drawn, "anim_gfrog"), "212,184");
+  EXPECT_EQ(first(drawn, "anim_gfrog").colour >> 24, 255U) << "opaque unless it fades";
+  EXPECT_EQ(places(drawn, "ticket"), "356,352");
+  EXPECT_EQ(places(drawn, "12"), "405,407");
+  EXPECT_EQ(first(drawn, "12").colour, 0xC8DC2000U);
+  EXPECT_FALSE(has(drawn, "you_won_tck"));
+
+  f.state = FROG_FADING;
+  EXPECT_EQ(first(seen(frogs_draw), "anim_gfrog").colour >> 24, 200U);
+  prefs[PREF_TICKET_USE].int_value = 0;
+  drawn = seen(frogs_draw);
+  EXPECT_TRUE(has(drawn, "anim_gfrog"));
+  EXPECT_FALSE(has(drawn, "ticket"));
+}
+
+TEST_F(Scene, ASunkenFrogShowsOnlyItsPurse) {
+  Frog& f = frog(FROG_SINKING, FROG_HIDDEN);
+  f.total_tickets = 150;
+  f.scale = 2.0F;
+  const std::vector<Drawn> drawn = seen(frogs_draw);
+  EXPECT_EQ(order(drawn), (std::vector<std::string>{"you_won_tck", "ticket", "150"}));
+  EXPECT_EQ(places(drawn, "you_won_tck"), "292,284");
+  EXPECT_EQ(first(drawn, "ticket").width, 512) << "twice its size";
+  EXPECT_EQ(places(drawn, "150"), "377,396");
+}
+
+TEST_F(Scene, ADemoFrogIsLabelled) {
+  Frog& f = frog(FROG_RESTING, FROG_DEMO);
+  f.total_tickets = 5;
+  f.pulse = 33;
+  const std::vector<Drawn> drawn = seen(frogs_draw);
+  EXPECT_FALSE(has(drawn, "anim_grn_rings"));
+  EXPECT_EQ(places(drawn, "demo"), "276,376");
+  EXPECT_EQ(first(drawn, "demo").colour >> 24, 33U);
+  EXPECT_TRUE(has(drawn, "ticket"));
+  f.state = FROG_SINKING;
+  EXPECT_FALSE(has(seen(frogs_draw), "you_won_tck"));
+  f.state = FROG_WAITING;
+  f.flags = 0;
+  EXPECT_FALSE(has(seen(frogs_draw), "ticket")) << "a frog in line has no tag";
+}
+
+TEST_F(Scene, GoldCellsGetTheirRidersInOrder) {
+  lanes[2].scroll = 0.0F;  // its first gold cells are 0, 4 and 12
+  lanes[3].scroll = 0.0F;
+  gold_riders[0].scale = 2.0F;
+  prefs[PREF_MAXIMUM_TICKETS].int_value = 20;
+  const std::vector<Drawn> drawn = seen(lanes_draw);
+  EXPECT_EQ(gold_riders[0].lane, 2);
+  EXPECT_EQ(gold_riders[0].slot, 0);
+  EXPECT_EQ(gold_riders[1].slot, 4);
+  EXPECT_EQ(gold_riders[1].x, 4 * 158 + 16);
+  EXPECT_EQ(gold_riders[1].y, 96 - 58);
+  EXPECT_EQ(first(drawn, "anim_wave").x, 16);
+  EXPECT_EQ(first(drawn, "pink_ticket").width, 512);
+  EXPECT_EQ(first(drawn, "pink_ticket").x, -4 - 128);
+  EXPECT_EQ(first(drawn, "pink_ticket").y, 96 - 2 - 64);
+  // "20" where 45 is paid: x 0 - 4 - 7 * 2 * 2, y 96 + 1 - 22
+  EXPECT_EQ(places(drawn, "20").substr(0, 13), "-32,75 -33,74");
+  int log = 0;
+  while (gold_riders[log].lane != 3) ++log;
+  EXPECT_EQ(gold_riders[log].y, 178 - 84);
+  EXPECT_NE(places(drawn, "pink_ticket").find("-68,118"), std::string::npos) << "a log's, at once";
+}
+
+TEST_F(Scene, ACellThatWasNeverOnScreenHasNoRider) {
+  lanes[2].scroll = 0.0F;
+  lanes_draw();
+  int count = 0;
+  for (const GoldRider& rider : gold_riders) count += rider.lane == 2 ? 1 : 0;
+  EXPECT_EQ(count, 2) << "cells 0 and 4 of the eleven in view";
+}
+
+TEST_F(Scene, TheButterflyCarriesAQuestionAndThenTheAnswer) {
+  butterfly.state = BUTTERFLY_FLYING;
+  butterfly.x = 300.9F;
+  butterfly.y = 40;
+  butterfly.dx = -4;
+  butterfly.scale = 1.0F;
+  butterfly.alpha = 255;
+  std::vector<Drawn> drawn = seen(butterfly_draw);
+  EXPECT_EQ(places(drawn, "anim_butterfly"), "300,40");
+  EXPECT_EQ(places(drawn, "anim_cycleticket"), "272,112");
+  EXPECT_EQ(places(drawn, "?"), "323,126 321,124");
+  butterfly.state = BUTTERFLY_CAUGHT;
+  butterfly.value = 35;
+  drawn = seen(butterfly_draw);
+  EXPECT_FALSE(has(drawn, "anim_butterfly"));
+  EXPECT_EQ(places(drawn, "35"), "322,136 321,135");
+  butterfly.state = BUTTERFLY_PARKED;
+  EXPECT_TRUE(seen(butterfly_draw).empty());
+}
+
+TEST_F(Scene, FaultsAreShown) {
+  ticket_status.ticket_error[SIDE_RIGHT] = 1;
+  ticket_status.tickets_owed[SIDE_RIGHT] = 9;
+  std::vector<Drawn> drawn = seen(scene_draw);
+  EXPECT_EQ(places(drawn, "ticketerror"), "1084,320");
+  EXPECT_EQ(first(drawn, "ticketerror").width, 128) << "half its size";
+  EXPECT_EQ(places(drawn, "Tickets Owed: 9"), "1136,426");
+  prefs[PREF_TWO_POINT_TICKETS].int_value = 1;
+  EXPECT_TRUE(has(seen(scene_draw), "Tickets Owed: 18"));
+  prefs[PREF_FIXED_TICKET].int_value = 1;
+  EXPECT_TRUE(has(seen(scene_draw), "Tickets Owed: 9"));
+  jamma_link_error = 1;
+  drawn = seen(scene_draw);
+  EXPECT_EQ(places(drawn, "ioerror"), "424,256");
+  EXPECT_FALSE(has(drawn, "ticketerror"));
+  jamma_link_error = 0;
+  prefs[PREF_TICKET_USE].int_value = 0;
+  EXPECT_FALSE(has(seen(scene_draw), "ticketerror"));
+}
+
+TEST_F(Scene, TheVolumeIsReadOut) {
+  attract_flag = 0;
+  volume_step = 7;
+  tick_timers.volume_overlay_until = 100001;
+  EXPECT_EQ(places(seen(scene_draw), "Volume: 7 / 20"), "32,627");
+  attract_flag = 1;
+  EXPECT_EQ(places(seen(scene_draw), "Attract Volume: 7 / 20"), "32,627");
+  tick_timers.volume_overlay_until = 100000;
+  EXPECT_FALSE(has(seen(scene_draw), "Attract Volume: 7 / 20"));
+}
+
+TEST_F(Scene, DebugPagesShowTheBooks) {
+  EXPECT_TRUE(seen(debug_page_draw).empty());
+  audits[AUDIT_GAMES_PLAYED].count = 4;
+  audits[AUDIT_BUGS].count = 6;
+  audits[AUDIT_BUG_TICKETS].count = 10;
+  audits[AUDIT_TIME_TOTAL_PLAYED].time_ms = 4 * 83500;
+  debug_page = DEBUG_STATISTICS;
+  std::vector<Drawn> drawn = seen(debug_page_draw);
+  EXPECT_EQ(places(drawn, "rectangle"), "8,8");
+  EXPECT_EQ(places(drawn, "Bugs Per Game Left               1.500   2.500"), "16,96");
+  EXPECT_EQ(places(drawn, "Time Per Game Left               1:23.50"), "16,320");
+  EXPECT_EQ(places(drawn, "Time Per Game Right              "), "16,336");
+  debug_page = DEBUG_AUDITS_2;
+  drawn = seen(debug_page_draw);
+  EXPECT_TRUE(has(drawn, "AUDITS 2"));
+  EXPECT_EQ(places(drawn, "Bug Tickets Right                0"), "16,48");
+  EXPECT_EQ(drawn.size(), 1U + 1 + (AUDIT_COUNT - 43));
+  debug_page = DEBUG_PREFS;
+  drawn = seen(debug_page_draw);
+  EXPECT_EQ(places(drawn, "Payout Percent                   0.400"), "16,272");
+  histogram[SIDE_RIGHT][251] = 3;
+  debug_page = DEBUG_HISTOGRAM_1 + 1;
+  drawn = seen(debug_page_draw);
+  EXPECT_EQ(places(drawn, "HISTOGRAM 2"), "16,16 696,16");
+  EXPECT_EQ(
+      places(drawn, "0251 : 3        0261 : 0        0271 : 0        0281 : 0        0291 : 0"),
+      "696,240");
+  histogram[SIDE_RIGHT][251] = 0;
+  debug_page = DEBUG_NONE;
+}
+
+}  // namespace
