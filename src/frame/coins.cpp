@@ -1,5 +1,6 @@
 #include "frame/coins.h"
 
+#include <algorithm>
 #include <cstdint>
 
 #include "books/audits.h"
@@ -21,6 +22,11 @@ constexpr JammaPress COIN_PRESS[SIDE_COUNT] = {PRESS_C1, PRESS_C2};
 constexpr JammaPress START_PRESS[SIDE_COUNT] = {PRESS_P1S, PRESS_P2S};
 constexpr std::int64_t PROMPT_S = 5;
 
+// No file of settings is checked when it is read. Held to these, a damaged one can't swallow a
+// coin, give frogs away without end, or keep the tick.
+constexpr std::int32_t COINS_EACH_MOST = 100;
+constexpr std::int32_t FROGS_EACH_MOST = 100;
+
 void play(const char* name) {
   if (sound_enabled) jps_bank_play_name(name);
 }
@@ -38,7 +44,8 @@ void buy_credits(int side) {
   const std::int32_t games = audit_count(AUDIT_CURRENT_COINS, side) / cost;
   if (games < 1) return;
   audit_add(AUDIT_CURRENT_COINS, side, -games * cost);
-  audit_add(AUDIT_CURRENT_CREDITS, side, games * pref_int(PREF_FROGS_PER_GAME));
+  audit_add(AUDIT_CURRENT_CREDITS, side,
+            games * std::clamp(pref_int(PREF_FROGS_PER_GAME), 1, FROGS_EACH_MOST));
 }
 
 void clear_demo(int side) {
@@ -86,7 +93,8 @@ void coins_take(int side) {
   const std::uint32_t presses = jamma_presses_pending(COIN_PRESS[side]);
   if (presses == 0) return;
   const bool swipes = pref_int(PREF_CURRENCY_UNIT) == CURRENCY_SWIPES;
-  const std::int32_t coins_each = swipes ? pref_int(PREF_COINS_PER_SWIPE_PULSE) : 1;
+  const std::int32_t coins_each =
+      swipes ? std::clamp(pref_int(PREF_COINS_PER_SWIPE_PULSE), 1, COINS_EACH_MOST) : 1;
   for (std::uint32_t press = 0; press < presses; ++press) {
     for (std::int32_t coin = 0; coin < coins_each; ++coin) coin_drop(side);
   }
@@ -122,6 +130,9 @@ void service_credits_take() {
 void auto_launch() {
   const std::int64_t limit_ms = std::int64_t{pref_int(PREF_TIMEOUT_SECONDS)} * 1000;
   for (int side = 0; side < SIDE_COUNT; ++side) {
-    if (tick_timers.credit_wait_ms[side] > limit_ms && frog_ready(side)) spend_and_launch(side);
+    // A wait may outlive its credit, which a reset of the books can take away.
+    if (tick_timers.credit_wait_ms[side] > limit_ms && may_play(side) && frog_ready(side)) {
+      spend_and_launch(side);
+    }
   }
 }

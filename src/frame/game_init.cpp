@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 
 #include "books/audits.h"
 #include "books/prefs.h"
@@ -50,7 +51,10 @@ int Game_Init() {
   led_open();
   playfield_init();
   attract_begin();
-  game_threads_start();
+  if (!game_threads_start()) {  // nothing would move: whoever started the program may do so again
+    std::fprintf(stderr, "Game_Init: the machine gives the game no thread\n");
+    std::_Exit(1);
+  }
   return 1;
 }
 

@@ -2,7 +2,6 @@
 
 #include <memory>
 
-#include "frame/game_clock.h"  // now_ms
 #include "frame/tick.h"
 #include "platform/clock.h"
 #include "platform/thread.h"
@@ -38,7 +37,7 @@ void game_thread(const Thread& self, void* /*context*/) {
 void workers_thread(const Thread& self, void* /*context*/) {
   while (!thread_stop_requested(self)) {
     workers_step();
-    ticket_dings_step(now_ms());
+    ticket_dings_step(clock_ms());  // eight to the second, which the tick is too coarse for
     win_show_step();
     clock_sleep_ms(1);
   }

@@ -131,7 +131,7 @@ void demo_frogs_step() {
 }
 
 void launches_step() {
-  if (pref_int(PREF_TIMEOUT_SECONDS) != -1) {
+  if (pref_int(PREF_TIMEOUT_SECONDS) >= 0) {
     auto_launch();
   } else if (attract_flag) {
     demo_frogs_step();

@@ -1,5 +1,6 @@
 #include "frame/tickets.h"
 
+#include <algorithm>
 #include <cstdint>
 
 #include "books/audits.h"
@@ -7,9 +8,15 @@
 #include "frame/ticket_status.h"
 #include "io/jamma.h"
 
+namespace {
+constexpr std::int32_t OWED_MOST = 1023;  // what a board can owe; more is a damaged file
+}
+
 void tickets_restore() {
   for (int side = 0; side < SIDE_COUNT; ++side) {
-    jamma_command(JAMMA_ADD_TICKETS, side, audit_count(AUDIT_TICKETS_OWED, side));
+    auto& owed = audits[AUDIT_TICKETS_OWED + side].count;
+    owed = std::clamp(owed.get(), 0, OWED_MOST);
+    jamma_command(JAMMA_ADD_TICKETS, side, owed);
   }
 }
 

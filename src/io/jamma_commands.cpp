@@ -214,18 +214,19 @@ std::int32_t set_input_table(const Call& call) {
 
 std::int32_t add_tickets(const Call& call) {
   if (!is_side(call.a)) return JAMMA_ERR_BAD_ARGUMENT;
-  call.link->tickets_queued[call.a] += count(call.b);
+  if (count(call.b) > 0) call.link->tickets_queued[call.a] += count(call.b);
   return 0;
 }
 
 std::int32_t set_tickets_queued(const Call& call) {
   if (!is_side(call.a)) return JAMMA_ERR_BAD_ARGUMENT;
-  call.link->tickets_queued[call.a] = count(call.b);
+  if (count(call.b) >= 0) call.link->tickets_queued[call.a] = count(call.b);
   return 0;
 }
 
 std::int32_t clear_tickets(const Call& call) {
   if (!is_side(call.a)) return JAMMA_ERR_BAD_ARGUMENT;
+  const std::lock_guard lock(call.link->ticket_mutex);
   call.link->tickets_queued[call.a] = 0;
   call.link->tickets_owed[call.a] = 0;
   call.link->tickets_in_flight[call.a] = 0;

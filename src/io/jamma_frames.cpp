@@ -74,11 +74,13 @@ std::int32_t send_tickets(JammaLink& link, int side) {
   if (jamma_flag(link, side_flags.dispensing)) {
     return send(link, 'T', {ticket_byte(side, more), byte_of(static_cast<std::uint32_t>(more))});
   }
-  jamma_set_flag(link, side_flags.dispensing, true);
   const std::uint8_t mode = jamma_flag(link, side_flags.mode) ? T_MODE : 0;
-  return send(link, 'T',
-              {byte_of(ticket_byte(side, owed) | T_ABSOLUTE | mode),
-               byte_of(static_cast<std::uint32_t>(owed))});
+  const std::int32_t result = send(link, 'T',
+                                   {byte_of(ticket_byte(side, owed) | T_ABSOLUTE | mode),
+                                    byte_of(static_cast<std::uint32_t>(owed))});
+  // A frame that found no room starts nothing; the next one carries the whole sum again.
+  if (result == 0) jamma_set_flag(link, side_flags.dispensing, true);
+  return result;
 }
 
 std::int32_t send_stop(JammaLink& link, int side) {

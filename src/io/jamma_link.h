@@ -74,6 +74,9 @@ struct JammaLink {
   Shared<std::uint32_t> hardware_version{}, firmware_version{};
   Shared<std::uint32_t> config_f[4]{};
   Shared<std::uint32_t> input_table{};
+  // Held while a batch goes over to the board, or all tickets are cleared: a clearing in between
+  // would be followed by the batch. Taken before tx_mutex.
+  std::mutex ticket_mutex;
   std::atomic<std::int32_t> tickets_queued[2]{}, tickets_owed[2]{}, tickets_in_flight[2]{};
   Shared<std::uint32_t> lamp_value[LAMP_CHANNELS]{};
   Shared<std::uint32_t> last_lamp{};

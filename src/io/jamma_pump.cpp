@@ -52,8 +52,10 @@ void handle_frames(JammaLink& link) {
 
 // Hands queued tickets over, as far as the board's count has room.
 void schedule_tickets(JammaLink& link, int side) {
+  if (link.tickets_queued[side] <= 0) return;
+  const std::lock_guard lock(link.ticket_mutex);
   std::int32_t queued = link.tickets_queued[side];
-  if (queued == 0) return;
+  if (queued <= 0) return;
   const std::int32_t room = TICKETS_ON_BOARD_MAX - link.tickets_owed[side];
   if (queued > room && room < 1) return;
   const std::int32_t batch = queued > room ? room : queued;

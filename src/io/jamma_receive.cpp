@@ -28,9 +28,28 @@ void ask_for_counters(JammaLink& link) {
   jamma_send_packet(link, PACKET_QUERY_COUNTERS);
 }
 
+// A board that has restarted has forgotten its outputs and what it had to pay. It is told again:
+// lamps and coils that are on, and the whole sum owed, unless the side waits with a fault for the
+// next award.
+void tell_again(JammaLink& link) {
+  for (std::uint32_t channel = 0; channel < LAMP_CHANNELS; ++channel) {
+    const std::uint32_t value = link.lamp_value[channel];
+    if (value != 0) jamma_send_lamp(link, channel, value);
+  }
+  constexpr std::uint32_t DISPENSING[2] = {LEFT_DISPENSING, RIGHT_DISPENSING};
+  constexpr std::uint32_t FAULT[2] = {LEFT_TICKET_FAULT, RIGHT_TICKET_FAULT};
+  for (int side = 0; side < 2; ++side) {
+    jamma_set_flag(link, DISPENSING[side], false);
+    if (link.tickets_owed[side] > 0 && !jamma_flag(link, FAULT[side])) {
+      jamma_send_packet(link, side == 0 ? PACKET_LEFT_TICKETS : PACKET_RIGHT_TICKETS);
+    }
+  }
+}
+
 void handle_text(JammaLink& link, std::uint8_t word) {
   if (word == 'R') {
     ask_for_counters(link);
+    tell_again(link);
   } else if (word == 'W' && !jamma_flag(link, WATCHDOG_MUTE)) {
     jamma_send_packet(link, PACKET_WATCHDOG);
   }

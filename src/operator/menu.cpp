@@ -1,5 +1,7 @@
 #include "operator/menu.h"
 
+#include <algorithm>
+
 #include "books/audits.h"
 #include "books/prefs.h"
 #include "frame/game_mode.h"
@@ -25,7 +27,7 @@ void leave() {
   state.open = 0;
   sound_enabled = 1;
   const PrefIndex row = attract_flag ? PREF_ATTRACT_VOLUME : PREF_VOLUME;
-  volume_move(pref_int(row) - volume_step, false, attract_flag != 0);
+  volume_move(std::clamp(pref_int(row), 0, 20) - volume_step, false, attract_flag != 0);
   jps_bank_play_name("bgm");
   game_mode = MODE_PLAY;
 }

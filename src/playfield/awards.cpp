@@ -114,10 +114,10 @@ void rider_kiss(std::int32_t lane, std::int32_t stand_a, std::int32_t stand_b) {
   for (int i = 0; i < RIDER_COUNT; ++i) {
     GoldRider& rider = gold_riders[i];
     if (rider.lane != lane || (rider.slot != stand_a && rider.slot != stand_b)) continue;
-    rider.sheet_index = SHEET_KISS;
-    rider.scale = 1.5F;
-    rider.frame = 0;
     rider.start = now_ms() - KISS_LEAD_MS;
+    rider.frame = 0;
+    rider.scale = 1.5F;
+    rider.sheet_index = SHEET_KISS;  // last: its cells are fewer
     fx_heart_start(i, rider.x + 60, rider.y);
     return;
   }

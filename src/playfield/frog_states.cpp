@@ -114,13 +114,14 @@ void waiting_step(int side, Frog& frog, const FrogTimes& times) {
     frog.state_time = now_ms();
   }
   const std::int32_t frames = frog.sheet.get()->frames;
-  frog.frame =
+  auto frame =
       static_cast<std::int32_t>(times.state / IDLE_SECONDS * static_cast<float>(frames - 1));
-  if (frog.frame >= frames) {
+  if (frame >= frames) {  // the drawing must never see a frame past the sheet
+    frame = 0;
     frog.sheet = next_idle_sheet(frog.sheet);
     frog.state_time = now_ms();
-    frog.frame = 0;
   }
+  frog.frame = frame;
   ring_frame_update(frog, times.ring);
 }
 

@@ -92,11 +92,13 @@ void pad_breathe(int pad, double phase) {
 }
 
 void rider_step(GoldRider& rider, std::int64_t now, float shrink) {
-  const bool kissing = rider.sheet_index == SHEET_KISS;
+  const std::int32_t sheet = rider.sheet_index;
+  const std::int64_t start = rider.start;
+  const bool kissing = sheet == SHEET_KISS;
   const std::int32_t frame =
-      cycle_frame(now - rider.start, sheets[rider.sheet_index].frames, kissing ? KISS_MS : WAVE_MS);
-  const std::int32_t before = rider.frame;
-  if (frame == before) return;
+      cycle_frame(now - start, sheets[sheet].frames, kissing ? KISS_MS : WAVE_MS);
+  if (frame == rider.frame) return;
+  if (rider.start != start || rider.sheet_index != sheet) return;  // a kiss has just begun
   rider.frame = frame;
   if (frame == 0) {
     if (kissing) rider.sheet_index = SHEET_WAVE;

@@ -53,13 +53,14 @@ float lerp(float from, float to, float t) {
 
 void glide() {
   const PrefIndex row = attract_flag ? PREF_ATTRACT_VOLUME : PREF_VOLUME;
+  const std::int32_t wanted = std::clamp(pref_int(row), 0, STEP_MAX);
   const std::int32_t attract = volume_curve(pref_int(PREF_ATTRACT_VOLUME));
   const std::int32_t play = volume_curve(pref_int(PREF_VOLUME));
   const std::int64_t elapsed = now_ms() - switch_ms;
   const std::int64_t ramp_ms = attract_flag ? RAMP_TO_ATTRACT_MS : RAMP_TO_PLAY_MS;
   if (elapsed > ramp_ms) {
     if (volume_step != pref_int(row)) {
-      volume_move(pref_int(row) - volume_step, false, attract_flag != 0);
+      volume_move(wanted - volume_step, false, attract_flag != 0);
     }
     return;
   }

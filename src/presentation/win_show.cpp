@@ -1,5 +1,6 @@
 #include "presentation/win_show.h"
 
+#include <atomic>
 #include <cstdio>
 
 #include "books/prefs.h"
@@ -23,13 +24,16 @@ constexpr float FADE_OUT_S = 0.125F;
 constexpr float THUMB_RISES_S = 1.25F;
 constexpr float THUMB_IDLES_S = 1.5F;
 
+// The game thread begins a show, the worker ends it. `serial` names the show that runs and is set
+// last: a worker that still sees the one before can't end the new one.
 struct WinShow {
-  Shared<std::int32_t> active;
+  std::atomic<int> serial;  // 0: none
   Shared<std::int64_t> start_ms, end_ms;
   Shared<std::int32_t> tickets;
 };
 
 constinit WinShow shows[SIDE_COUNT]{};
+constinit int last_serial = 0;  // game thread
 
 void play(const char* name) {
   if (sound_enabled) jps_bank_play_name(name);
@@ -45,28 +49,29 @@ void win_show_start(int side, int tickets) {
   show.tickets = tickets;
   show.start_ms = now_ms();
   show.end_ms = now_ms() + (ticket_status.ticket_error[side] ? SHOW_WITH_FAULT_MS : SHOW_MS);
-  show.active = 1;
+  show.serial = ++last_serial;
 }
 
 bool win_show_active(int side) {
-  return shows[side].active != 0;
+  return shows[side].serial != 0;
 }
 
 void win_show_step() {
   for (int side = 0; side < SIDE_COUNT; ++side) {
     WinShow& show = shows[side];
-    if (!show.active) continue;
+    int serial = show.serial;
+    if (serial == 0) continue;
     const float elapsed = seconds_since(show.start_ms);
     const auto length = static_cast<float>(show.end_ms - show.start_ms) / 1000.0F;
     if (elapsed >= length + FADE_OUT_S) {
-      show.active = 0;
-      if (!shows[1 - side].active) {
+      if (!show.serial.compare_exchange_strong(serial, 0)) continue;
+      if (shows[1 - side].serial == 0) {
         play("endjackpotbgm");
         play("endjackpotcheer");
       }
     } else if (elapsed < length && elapsed > PAID_OUT_AFTER_S &&
                ticket_status.tickets_owed[side] == 0) {
-      show.end_ms = now_ms();
+      if (show.serial == serial) show.end_ms = now_ms();
     }
   }
 }
@@ -74,7 +79,7 @@ void win_show_step() {
 void win_show_draw() {
   for (int side = 0; side < SIDE_COUNT; ++side) {
     const WinShow& show = shows[side];
-    if (!show.active) continue;
+    if (show.serial == 0) continue;
     const float elapsed = seconds_since(show.start_ms);
     const bool rising = elapsed < THUMB_RISES_S;
     const SpriteSheet& sheet = sheets[rising ? SHEET_THUMBS_UP : SHEET_THUMBS_IDLE];
@@ -94,6 +99,6 @@ void win_show_draw() {
 
 void win_show_reset() {
   for (WinShow& show : shows) {
-    show.active = 0;
+    show.serial = 0;
   }
 }
