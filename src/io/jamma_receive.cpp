@@ -88,7 +88,9 @@ void move_counter(JammaLink& link, const InputRow& row, std::uint8_t raw) {
 
 void handle_counters(JammaLink& link, const std::uint8_t* frame) {
   if (!(frame[1] & COUNTERS_VALID)) {
+    const bool news = jamma_flag(link, COUNTERS_SYNCED);  // the board's own word was lost
     ask_for_counters(link);
+    if (news) tell_again(link);
     return;
   }
   const auto table = jamma_input_table(link.input_table);

@@ -147,6 +147,40 @@ TEST_F(Money, ACostOfNothingKeepsTheCoins) {
   EXPECT_EQ(credits(0), 0);
 }
 
+// No file of settings is checked when it is read: none may swallow a coin, give a frog away, or
+// hold the tick.
+TEST_F(Money, DamagedSettings) {
+  prefs[PREF_FROGS_PER_GAME].int_value = -3;
+  coin(SIDE_LEFT);
+  EXPECT_EQ(credits(0), 1);
+  prefs[PREF_CURRENCY_UNIT].int_value = CURRENCY_SWIPES;
+  prefs[PREF_COINS_PER_SWIPE_PULSE].int_value = 0;
+  coin(SIDE_RIGHT);
+  EXPECT_EQ(credits(1), 1);
+  prefs[PREF_COINS_PER_SWIPE_PULSE].int_value = 2000000000;
+  coin(SIDE_RIGHT);
+  EXPECT_EQ(audit_count(AUDIT_COIN_DROPS, 1), 101);
+
+  audits_reset();
+  prefs[PREF_TIMEOUT_SECONDS].int_value = -2;  // off, like -1
+  tick(1000);
+  EXPECT_EQ(audit_count(AUDIT_GAMES_PLAYED, 0) + audit_count(AUDIT_GAMES_PLAYED, 1), 0);
+  prefs[PREF_TIMEOUT_SECONDS].int_value = 15;  // a wait that outlived its credit
+  tick_timers.credit_wait_ms[0] = 60000;
+  tick();
+  EXPECT_EQ(audit_count(AUDIT_GAMES_PLAYED, 0), 0);
+  EXPECT_EQ(credits(0), 0);
+}
+
+TEST_F(Money, ADamagedCountOfOwedTicketsIsNotPaid) {
+  audits[AUDIT_TICKETS_OWED].count = -1;
+  audits[AUDIT_TICKETS_OWED + 1].count = 1 << 20;
+  jamma_fake_forget_calls();
+  tickets_restore();
+  EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 0), 0);
+  EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 1), 1023);
+}
+
 TEST_F(Money, StartTakesOneCreditAndLaunchesOneFrog) {
   coin(SIDE_LEFT, 2);
   start(SIDE_LEFT);
@@ -232,6 +266,13 @@ TEST_F(Money, RepeatPlayWithinFifteenSecondsOfAnAward) {
   tick_timers.since_award_ms[0] = 14990;
   start(SIDE_LEFT);  // the tick brings it past 15 s
   EXPECT_EQ(audit_count(AUDIT_REPEAT_PLAYS, 0), 1);
+  for (Frog& frog : stations[0].frogs) {
+    if (frog.state == FROG_LAUNCHING) frog.state = FROG_FREE;
+  }
+  tick_timers.award_done[0] = 1;
+  tick_timers.since_award_ms[0] = 14982;
+  start(SIDE_LEFT);
+  EXPECT_EQ(audit_count(AUDIT_REPEAT_PLAYS, 0), 2);
 }
 
 TEST_F(Money, PressesInOperatorModeAreLost) {
@@ -330,17 +371,17 @@ TEST_F(Money, PeriodicReboot) {
   game_tick(DAY - 1000);
   coin(SIDE_LEFT);
   start(SIDE_LEFT);
-  const std::int64_t busy = now_ms();
-  for (std::int64_t t = busy + 17; t < busy + 20000; t += 17) game_tick(t);
-  ASSERT_TRUE(station_idle(SIDE_LEFT));
-  audits[AUDIT_CURRENT_COINS].count = 0;
-  for (std::int64_t t = now_ms() + 17; game_mode == MODE_PLAY; t += 1000) {
-    ASSERT_LT(t, DAY + 400000) << "never went down";
-    game_tick(t);
+  std::int64_t last_busy = 0;
+  while (game_mode == MODE_PLAY) {
+    ASSERT_LT(now_ms(), DAY + 400000) << "never went down";
+    tick();
+    if (!station_idle(SIDE_LEFT) || !station_idle(SIDE_RIGHT)) last_busy = now_ms();
   }
   EXPECT_EQ(game_mode, MODE_GOING_DOWN);
   EXPECT_EQ(audit_count(AUDIT_PERIODIC_REBOOT_COUNT), 1);
-  EXPECT_GT(now_ms(), busy + 240000);
+  EXPECT_GT(last_busy, DAY) << "the frog was still in play when the day was over";
+  EXPECT_GT(now_ms(), last_busy + 240000);
+  EXPECT_LE(now_ms(), last_busy + 240000 + 2 * 17);
   const std::int64_t notice = now_ms();
   EXPECT_TRUE(game_tick(notice + 10000));
   EXPECT_EQ(headless_reboots_ordered, 0);

@@ -198,6 +198,38 @@ TEST_F(Outputs, AFaultKeepsTheCountAndTheNextAwardCommandsAll) {
   EXPECT_FALSE(flag(RIGHT_TICKET_FAULT));
 }
 
+// It has forgotten its outputs and what it had to pay.
+TEST_F(Outputs, ARestartedBoardIsToldAgain) {
+  jamma_command(JAMMA_SET_LAMP, 10, 0xFFF);
+  jamma_command(JAMMA_SET_LAMP, 1, 0xFFF);
+  jamma_command(JAMMA_SET_LAMP, 1, 0);
+  sent();
+  jamma_command(JAMMA_ADD_TICKETS, 0, 300);
+  jamma_command(JAMMA_ADD_TICKETS, 1, 9);
+  round();
+  EXPECT_EQ(sent(), (Frames{"T812c", "T8809"}));
+  say({"t8805"});  // the right side waits with a fault
+  say({"*R"});
+  EXPECT_EQ(sent(), (Frames{"C0081", "S", "Pafff", "T812c"}));
+  jamma_command(JAMMA_ADD_TICKETS, 0, 2);
+  round();
+  EXPECT_EQ(sent(), Frames{"T0002"});
+
+  say({counters({})});
+  say({counters({}, 0x00)});  // the *R was lost: the counters tell of the restart, once
+  EXPECT_EQ(sent(), (Frames{"C0081", "S", "Pafff", "T812e"}));
+  say({counters({}, 0x00)});
+  EXPECT_EQ(sent(), (Frames{"C0081", "S"}));
+}
+
+TEST_F(Outputs, NegativeCountsChangeNothing) {
+  jamma_command(JAMMA_ADD_TICKETS, 0, -1);
+  jamma_command(JAMMA_SET_TICKETS_QUEUED, 1, -5);
+  round();
+  EXPECT_EQ(sent(), Frames{});
+  EXPECT_EQ(jamma_command(JAMMA_GET_TICKETS_QUEUED, 0), 0);
+}
+
 TEST_F(Outputs, ClearingStopsTheDispenser) {
   jamma_command(JAMMA_ADD_TICKETS, 0, 2000);
   round();
