@@ -58,8 +58,8 @@ void tick_both_sides(benchmark::State& state) {
     game_tick(now_ms() + 17);
     const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begun;
     state.SetIterationTime(took.count());
-    // Every ten minutes of the game the tick stores the books, which is measured below.
-    if (now_ms() % 600000 > 17) took_us.push_back(took.count() * 1e6);
+    // A tick that stored the books, as one does every ten minutes, isn't counted: see below.
+    if (!std::filesystem::remove(drive.file("audits"))) took_us.push_back(took.count() * 1e6);
   }
   std::ranges::sort(took_us);
   state.counters["median_us"] = took_us[took_us.size() / 2];

@@ -71,7 +71,14 @@ bool display_sdl_window_has_gl() {
 }
 
 bool display_sdl_video() {
-  return SDL_WasInit(SDL_INIT_VIDEO) != 0 || SDL_InitSubSystem(SDL_INIT_VIDEO) == 0;
+  if (SDL_WasInit(SDL_INIT_VIDEO) != 0 || SDL_InitSubSystem(SDL_INIT_VIDEO) == 0) return true;
+  static bool told = false;
+  if (!told) {
+    std::fprintf(stderr, "There is no display (%s). Start the program on one, or set DISPLAY.\n",
+                 SDL_GetError());
+  }
+  told = true;
+  return false;
 }
 
 DisplayModeResult display_set_mode(int width, int height) {
