@@ -98,7 +98,10 @@ DisplayModeResult display_set_mode(int width, int height) {
     }
   }
   const bool fits = desktop.w >= width && desktop.h >= height;
-  return state.change_mode || fits ? DISPLAY_MODE_OK : DISPLAY_MODE_BAD_MODE;
+  if (state.change_mode || fits) return DISPLAY_MODE_OK;
+  std::fprintf(stderr, "A screen of %d x %d was asked for; the display (%s) has %d x %d.\n", width,
+               height, SDL_GetCurrentVideoDriver(), desktop.w, desktop.h);
+  return DISPLAY_MODE_BAD_MODE;
 }
 
 bool display_open_window(const char* title, int width, int height, bool fullscreen) {
