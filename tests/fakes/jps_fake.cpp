@@ -35,7 +35,10 @@ void sound_pitch_scale(std::uint32_t /*tracks*/, double factor) {
 }
 
 void jps_stop_all() {}
-void jps_set_master_volume(int /*volume*/) {}
+void jps_set_master_volume(int volume) {
+  const std::lock_guard guard(lock);
+  jps_fake.master_volume = volume;
+}
 bool jps_init() {
   return true;
 }

@@ -7,6 +7,7 @@
 struct JpsFake {
   std::vector<std::string> played;
   std::vector<double> pitches;
+  int master_volume = -1;  // -1: never set
 };
 
 extern JpsFake jps_fake;
