@@ -22,6 +22,7 @@ extern std::vector<Outcome> outcomes;
 extern bool show_active[SIDE_COUNT];
 
 constexpr int TICK_MS = 17;
+constexpr int MANY_TICKS = 1000;  // no flight is longer: a wait for its end has failed
 
 class Field : public ::testing::Test {
  protected:

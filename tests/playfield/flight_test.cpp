@@ -76,7 +76,8 @@ TEST_F(Flight, BugsAreReachedFromAHopButNotFromTheLaunch) {
   fill_lane(10, CELL_BUG);
   for (const int lane : {10, 11}) lanes[lane].scroll = 40.0F;  // the frog's middle at 380
   const Frog& frog = launch(SIDE_LEFT);
-  while (frog.state == FROG_LAUNCHING) {
+  for (int i = 0; frog.state == FROG_LAUNCHING; ++i) {
+    ASSERT_LT(i, MANY_TICKS);
     EXPECT_EQ(frog.base_tickets, 0);
     stations_tick();
   }
@@ -84,7 +85,8 @@ TEST_F(Flight, BugsAreReachedFromAHopButNotFromTheLaunch) {
   stations_tick();
   EXPECT_EQ(frog.base_tickets, 1);
   EXPECT_EQ(lanes[11].eaten[380 / 140], 1);
-  while (frog.state == FROG_RESTING) stations_tick();
+  for (int i = 0; i < MANY_TICKS && frog.state == FROG_RESTING; ++i) stations_tick();
+  ASSERT_EQ(frog.state, FROG_HOPPING);
   EXPECT_EQ(frog.base_tickets, 1);
   stations_tick();
   EXPECT_EQ(frog.lane, 11);
@@ -111,12 +113,14 @@ TEST_F(Flight, AFrogGoesWithWhatItStandsOnAndDriftsWithTheLaneItLeaves) {
   frog.x = 892.0F;
   tick();
   const float place = lanes[3].scroll + frog.x;
-  while (frog.state == FROG_RESTING) {
+  for (int i = 0; frog.state == FROG_RESTING; ++i) {
+    ASSERT_LT(i, MANY_TICKS);
     tick();
     ASSERT_NEAR(lanes[3].scroll + frog.x, place, 0.01F);
   }
   fill_lane(3, CELL_EMPTY);
-  while (frog.state == FROG_HOPPING) {
+  for (int i = 0; frog.state == FROG_HOPPING; ++i) {
+    ASSERT_LT(i, MANY_TICKS);
     ASSERT_NEAR(lanes[3].scroll + frog.x, place, 0.01F);
     tick();
   }
@@ -193,7 +197,8 @@ TEST_F(Flight, GoldPaysOncePerLanding) {
   clear_field();
   fill_lane(3, CELL_TIER1);
   Frog& frog = frog_on(SIDE_LEFT, 3);
-  while (frog.state == FROG_RESTING) stations_tick();
+  for (int i = 0; i < MANY_TICKS && frog.state == FROG_RESTING; ++i) stations_tick();
+  ASSERT_EQ(frog.state, FROG_HOPPING);
   EXPECT_EQ(audit_count(AUDIT_BONUSES, SIDE_LEFT), 1);
   EXPECT_EQ(jps_fake_count("voxsmooch"), 1);
   EXPECT_FALSE(frog.flags & FROG_LANDED);

@@ -148,6 +148,29 @@ TEST_F(River, LanesStayOnTheirRingAndAnimationsOnTheirSheets) {
   EXPECT_EQ(wrapped, (std::set<int>{1, 2, 3, 4, 5, 7, 8, 9, 10, 11}));
 }
 
+// Where a curve turns, one side of the screen and the other.
+TEST_F(River, TheButterflysCurvesPassTheirTurningPoints) {
+  const struct {
+    int path, dx;
+    float x;
+    int y;
+  } rows[] = {
+      {0, 4, -128.0F, 160}, {0, 4, 1232.0F, -52}, {0, -4, -128.0F, -52}, {0, -4, 1232.0F, 160},
+      {1, 5, -128.0F, -52}, {1, 5, 552.0F, 172},  {1, -5, 552.0F, 172},  {1, -4, 1232.0F, -52},
+      {2, 4, -128.0F, 52},  {2, 4, 212.0F, -52},  {2, -4, 552.0F, 52},   {2, 6, 892.0F, -52},
+      {3, 4, -128.0F, -52}, {3, 4, 212.0F, 52},   {3, -4, 552.0F, -52},  {3, 6, 892.0F, 52},
+  };
+  for (const auto& row : rows) {
+    butterfly.state = BUTTERFLY_FLYING;
+    butterfly.path = row.path;
+    butterfly.dx = row.dx;
+    butterfly.x = row.x - static_cast<float>(row.dx);
+    butterfly_update();
+    EXPECT_EQ(butterfly.x, row.x);
+    EXPECT_EQ(butterfly.y, row.y) << row.path << ' ' << row.dx << ' ' << row.x;
+  }
+}
+
 TEST_F(River, TheButterflyFliesItsCurvesAndRests) {
   std::set<std::pair<int, bool>> seen;
   std::int64_t parked_at = now_ms();

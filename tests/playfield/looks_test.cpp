@@ -1,0 +1,130 @@
+// How a frog looks at each moment of its state, and the idling of those in line.
+#include <algorithm>
+#include <cstddef>
+#include <set>
+
+#include "books/audits.h"
+#include "frame/game_clock.h"
+#include "gfx/panel_table.h"
+#include "playfield/awards.h"
+#include "playfield/frog_queue.h"
+#include "playfield/frog_states.h"
+#include "tests/fakes/jps_fake.h"
+#include "tests/playfield/field.h"
+
+namespace {
+
+class Looks : public Field {};
+
+TEST_F(Looks, ScaleAndAlphaFollowTheStatesTime) {
+  constexpr float HELD = 1.7F;  // the scale from before
+  constexpr int KEPT = 99;      // the alpha from before
+  const struct {
+    FrogState state;
+    std::int64_t sink_ms;
+    float t, scale;
+    int alpha;
+  } rows[] = {
+      {FROG_WINNING, 0, 0.0F, 1.0F, 255},           // grows slowly,
+      {FROG_WINNING, 0, 0.125F, 1.265625F, 255},    // beating twice a second
+      {FROG_WINNING, 0, 0.375F, 0.796875F, 255},    //
+      {FROG_WINNING, 0, 3.5F, 1.4375F, 255},        //
+      {FROG_WINNING, 0, 3.75F, 1.46875F, 127},      // and fades in the last half second
+      {FROG_WINNING, 0, 4.0F, 1.5F, 0},             //
+      {FROG_WINNING, 0, 4.0625F, 1.684589F, 0},     //
+      {FROG_SINKING, 3000, 0.125F, 1.28125F, 255},  // grows for two seconds
+      {FROG_SINKING, 3000, 1.0F, 1.25F, 255},       //
+      {FROG_SINKING, 3000, 2.0F, 1.5F, 255},        //
+      {FROG_SINKING, 3000, 2.5F, 1.5F, 255},        //
+      {FROG_SINKING, 3000, 2.75F, 1.5F, 127},       //
+      {FROG_SINKING, 3000, 3.0F, 1.5F, 0},          //
+      {FROG_SINKING, 9000, 3.0F, 1.5F, 255},        // the longer the more it shows
+      {FROG_SINKING, 9000, 8.75F, 1.5F, 127},       //
+      {FROG_FADING, 9000, 0.0F, HELD, 255},         //
+      {FROG_FADING, 9000, 0.3F, HELD, 127},         //
+      {FROG_FADING, 9000, 0.6F, HELD, 0},           //
+      {FROG_RESTING, 0, 0.3F, HELD - 0.1F, KEPT},   // any other shrinks back
+      {FROG_FREE, 0, 99.0F, HELD - 0.1F, KEPT},
+  };
+  Frog& frog = stations[SIDE_LEFT].frogs[0];
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::Message() << row.state << ' ' << row.sink_ms << ' ' << row.t);
+    frog.state = row.state;
+    frog.sink_ms = row.sink_ms;
+    frog.scale = HELD;
+    frog.alpha = KEPT;
+    frog_looks_update(frog, {row.t, 0.0F, 0.0F});
+    EXPECT_NEAR(frog.scale, row.scale, 1e-4F);
+    EXPECT_EQ(frog.alpha, row.alpha);
+  }
+  frog.state = FROG_HOPPING;
+  frog.scale = 1.05F;
+  frog_looks_update(frog, {0.1F, 0.0F, 0.0F});
+  EXPECT_EQ(frog.scale, 1.0F);
+}
+
+TEST_F(Looks, TheRingsFadeInTheThirdSecondOfTheFlight) {
+  const struct {
+    FrogState state;
+    float launched;
+    int alpha;
+  } rows[] = {{FROG_WAITING, 9.0F, 255}, {FROG_LAUNCHING, 0.0F, 255}, {FROG_HOPPING, 2.0F, 255},
+              {FROG_HOPPING, 2.5F, 127}, {FROG_RESTING, 2.5F, 127},   {FROG_RESTING, 3.0F, 0},
+              {FROG_RESTING, 9.0F, 0}};
+  Frog& frog = stations[SIDE_RIGHT].frogs[0];
+  for (const auto& row : rows) {
+    frog.state = row.state;
+    frog_looks_update(frog, {0.0F, 0.0F, row.launched});
+    EXPECT_EQ(frog.ring_alpha, row.alpha) << row.state << ' ' << row.launched;
+  }
+}
+
+TEST_F(Looks, AnIdleRunPlaysItsWholeSheetAndNoFramePastIt) {
+  clear_field();
+  for (int i = 0; i < QUEUE_PLACES; ++i) frog_enqueue(SIDE_LEFT);
+  audit_add(AUDIT_CURRENT_CREDITS, SIDE_LEFT, 1);
+  std::set<std::ptrdiff_t> runs;
+  std::int32_t last = 0;
+  for (int i = 0; i < 30000; ++i) {
+    stations_tick(1 + i % 40);  // ticks of all lengths
+    for (int place = 0; place < QUEUE_PLACES; ++place) {
+      const Frog& frog = *frog_queues[SIDE_LEFT].places[place].get();
+      const SpriteSheet* sheet = frog.sheet;
+      ASSERT_GE(frog.frame, 0);
+      ASSERT_LT(frog.frame, sheet->frames) << "tick " << i << " place " << place;
+      runs.insert(sheet - sheets);
+      last = std::max(last, frog.frame.get());
+    }
+  }
+  EXPECT_EQ(runs,
+            (std::set<std::ptrdiff_t>{SHEET_GFROG_IDLE1, SHEET_GFROG_IDLE2, SHEET_GFROG_IDLE3}));
+  EXPECT_EQ(last, 59);
+}
+
+TEST_F(Looks, SplashAndWahVaryInPitchByATenth) {
+  const Frog& frog = frog_on(SIDE_LEFT, 3);
+  for (int i = 0; i < 300; ++i) award_sink_cues(frog);
+  ASSERT_EQ(jps_fake.pitches.size(), 600U);
+  const struct {
+    const char* name;
+    std::size_t first;
+    double least;
+  } rows[] = {{"splash", 0, 0.95}, {"wah", 1, 0.65}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    EXPECT_EQ(jps_fake.played[row.first], row.name);
+    EXPECT_EQ(jps_fake_count(row.name), 300);
+    double least = 9.0;
+    double most = 0.0;
+    for (std::size_t i = row.first; i < jps_fake.pitches.size(); i += 2) {
+      least = std::min(least, jps_fake.pitches[i]);
+      most = std::max(most, jps_fake.pitches[i]);
+    }
+    EXPECT_GE(least, row.least);
+    EXPECT_LT(least, row.least + 0.01);
+    EXPECT_GT(most, row.least + 0.09);
+    EXPECT_LE(most, row.least + 0.1 + 1e-9);
+  }
+}
+
+}  // namespace
