@@ -11,6 +11,7 @@
 #include "io/jamma.h"
 #include "playfield/paytable.h"
 #include "playfield/playfield.h"
+#include "playfield/workers.h"
 #include "presentation/debug_pages.h"
 #include "presentation/scene_layers.h"
 #include "presentation/volume.h"
@@ -43,21 +44,62 @@ class Scene : public Stage {
 
 TEST_F(Scene, LayersLieInTheirOrder) {
   frog(FROG_RESTING);
+  int log = 0;
+  while (log < LANE_CELLS - 1 && lane_cells[1][log] == CELL_EMPTY) ++log;
+  lanes[1].scroll = static_cast<float>(log * lanes[1].cell_size);  // brings it into view
+  fx_heart_start(0, 500, 100);
+  fx_spark_start(600, 600);
+  butterfly.state = BUTTERFLY_FLYING;
+  Frog& ready = stations[SIDE_RIGHT].frogs[3];  // shown by its bubble alone
+  ready.state = FROG_FREE;
+  ready.flags = 0;
+  frog_queues[SIDE_RIGHT].count = 1;
+  frog_queues[SIDE_RIGHT].places[0] = &ready;
+  tick_timers.credit_wait_ms[SIDE_RIGHT] = 6001;
+  tick_timers.idle_ms[SIDE_RIGHT] = 5001;
+  tick_timers.coin_prompt_start[SIDE_LEFT] = 99500;  // seen best now
+  tick_timers.coin_prompt_until[SIDE_LEFT] = 200000;
   jamma_link_error = 1;
   tick_timers.volume_overlay_until = 200000;
   const std::vector<std::string> names = order(seen(scene_draw));
   std::size_t at = 0;
   for (const char* name :
-       {"bkdrop_lft",    "bkdrop_rt",      "riverfoam_1",    "riverfoam_2",  "anim_finish",
-        "anim_lilypad3", "lily_bonus_txt", "grass_lft",      "grass_rt",     "dpatch",
-        "dpatch2",       "anim_ctail1",    "anim_grn_rings", "anim_gfrog",   "shadow",
-        "plants1",       "plants6",        "anim_wdsign",    "anim_lngsign", "ioerror"}) {
+       {"bkdrop_lft",    "bkdrop_rt",      "riverfoam_1",  "riverfoam_2",    "anim_finish",
+        "anim_lilypad3", "lily_bonus_txt", "grass_lft",    "grass_rt",       "dpatch",
+        "dpatch2",       "anim_log3",      "anim_hearts",  "anim_butterfly", "anim_spark",
+        "anim_ctail1",   "anim_grn_rings", "anim_gfrog",   "shadow",         "plants1",
+        "plants6",       "anim_wdsign",    "anim_lngsign", "prsbtn_frog_up", "insertcoin_grn",
+        "msg1_bubble",   "ioerror"}) {
     const auto found =
         std::find(names.begin() + static_cast<std::ptrdiff_t>(at), names.end(), name);
     ASSERT_NE(found, names.end()) << name;
     at = static_cast<std::size_t>(found - names.begin());
   }
   EXPECT_EQ(names.back(), "ioerror");
+}
+
+TEST_F(Scene, TheRightShadowIsTheLeftOneMirrored) {
+  std::vector<Drawn> shadows;
+  for (const Drawn& d : seen(scene_draw)) {
+    if (d.what == "shadow") shadows.push_back(d);
+  }
+  ASSERT_EQ(shadows.size(), 2U);
+  EXPECT_EQ(shadows[0].x, 0);
+  EXPECT_FALSE(shadows[0].mirrored);
+  EXPECT_EQ(shadows[1].x, 1104);
+  EXPECT_TRUE(shadows[1].mirrored);
+  for (const Drawn& d : shadows) EXPECT_EQ(d.colour, 0x80FFFFFFU);
+}
+
+TEST_F(Scene, TheButterflyLooksWhereItFlies) {
+  butterfly.state = BUTTERFLY_FLYING;
+  butterfly.x = 300.0F;
+  for (const int dx : {-4, 4, -6, 5}) {
+    butterfly.dx = dx;
+    const std::vector<Drawn> drawn = seen(butterfly_draw);
+    EXPECT_EQ(first(drawn, "anim_butterfly").mirrored, dx < 0) << dx;
+    EXPECT_FALSE(first(drawn, "anim_cycleticket").mirrored) << "its ticket can always be read";
+  }
 }
 
 TEST_F(Scene, AMachineThatGoesDownSaysJustThat) {

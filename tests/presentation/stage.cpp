@@ -123,7 +123,7 @@ std::vector<Drawn> Stage::seen(void (*draw)()) {
                        : picture ? stem(panels[quad.texture - FIRST_PICTURE].name)
                                  : "rectangle",
                        static_cast<int>(quad.x[0]), static_cast<int>(quad.y[0]), quad.colour[0],
-                       static_cast<int>(quad.x[1] - quad.x[0])});
+                       static_cast<int>(quad.x[1] - quad.x[0]), quad.u[0] > quad.u[1]});
     }
     last = glyph ? &quad : nullptr;
   }

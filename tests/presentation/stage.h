@@ -12,7 +12,8 @@ struct Drawn {
   std::string what;  // a picture's file name without folder and ending, or the words of a line
   int x, y;
   std::uint32_t colour;
-  int width;  // of a picture, or of a line's first glyph
+  int width;      // of a picture, or of a line's first glyph
+  bool mirrored;  // left to right
 };
 
 class Stage : public testing::Test {
