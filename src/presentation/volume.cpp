@@ -61,6 +61,10 @@ void glide() {
   if (elapsed > ramp_ms) {
     if (volume_step != pref_int(row)) {
       volume_move(wanted - volume_step, false, attract_flag != 0);
+    } else if (volume_value != volume_curve(volume_step)) {
+      // A glide that turned back within its first seconds ends a little short of the level it
+      // never left; unmended, the buttons would take it for one that still runs.
+      give_volume(volume_curve(volume_step));
     }
     return;
   }

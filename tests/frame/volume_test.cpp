@@ -181,6 +181,19 @@ TEST_F(Volume, AGlideThatTurnsBackGoesOnFromWhereItIs) {
   EXPECT_EQ(volume_value, 210);
 }
 
+TEST_F(Volume, AGlideThatTurnsBackEndsOnItsLevelAndTheButtonsWork) {
+  play();
+  expect_level(16, 227);
+  quiet(20000, 20000);
+  for (int i = 0; i < 60; ++i) step();  // a second into the way down
+  EXPECT_LT(volume_value, 227);
+  quiet(0, 0);
+  for (int i = 0; i < 62; ++i) step();
+  expect_level(16, 227);
+  volume_button(1);
+  expect_level(17, 234);
+}
+
 TEST_F(Volume, AButtonMovesTheLevelOfTheMomentAndNoneInAGlide) {
   step(4001);
   volume_button(1);
