@@ -1,7 +1,7 @@
 // Large pictures in motion: the thumb of a win, and the frog that eats bugs over its board.
 #include <cmath>
 
-#include "art/draw.h"
+#include "art/catalogue.h"
 #include "art/frog_model.h"
 #include "art/palette.h"
 
@@ -93,8 +93,6 @@ void draw_thumb(const Cell& cell, int bend, double y, double scale, double tilt,
   sparkles(c, sparkle_turn, sparkle);
 }
 
-}  // namespace
-
 void draw_thumb_up(const Cell& cell) {
   // The fist jumps up, swings, and the thumb springs out; it ends as the idle sheet begins.
   double t = cell.run();
@@ -114,8 +112,6 @@ void draw_thumb_idle(const Cell& cell) {
   double s = 0.5 - 0.5 * std::cos(kTau * cell.turn());
   draw_thumb(cell, kBends, -9 * s, 1 + 0.03 * s, 0.05 * s, 1, 0.5 * s, 1);
 }
-
-namespace {
 
 // The attract frog's poses: mouth in quarters, eyes to the left, ahead or to the right, or shut.
 struct Sitting {
@@ -192,8 +188,6 @@ constexpr Meal kMeals[] = {{0.00, 0.20, {-40, 60}, {92, 150}, {0.95, 0.20, 0.14}
                            {0.52, 0.74, {-40, 220}, {104, 84}, {1.0, 0.76, 0.10}}};
 constexpr double kOut = 0.035, kBack = 0.05, kSwallow = 0.07;
 
-}  // namespace
-
 void draw_attract_frog(const Cell& cell) {
   cairo_t* c = cell.ctx;
   // The first frame stands for a second before the sheet runs, and the last one is like it.
@@ -236,5 +230,16 @@ void draw_attract_frog(const Cell& cell) {
   p.y = std::fmax(44, p.y);
   if (u > 0) fly(c, p, t, 0.15 + 0.85 * smooth(0, 0.30, u), meal->body);
 }
+
+constexpr CatalogueRow kRows[] = {
+    // The first rows take longest, so that two threads end at about the same time.
+    sheet("anim_frog_attract.png", 4096, 4096, 8, 8, 63, Play::kOnce, draw_attract_frog),
+    sheet("anim_thumbs_up.png", 4096, 4096, 8, 8, 58, Play::kOnce, draw_thumb_up),
+    sheet("anim_thumbs_idle.png", 4096, 2048, 8, 4, 28, Play::kLoop, draw_thumb_idle, Twin::kSwing),
+};
+
+}  // namespace
+
+const Family kAttractFamily{"art/attract.cpp", kRows};
 
 }  // namespace art

@@ -1,7 +1,7 @@
 // The river scene behind everything, in two halves, and the shade at the screen's sides.
 #include <cmath>
 
-#include "art/draw.h"
+#include "art/catalogue.h"
 #include "art/palette.h"
 
 namespace art {
@@ -121,8 +121,6 @@ void draw_stones(cairo_t* c, Rng& rng) {
   }
 }
 
-}  // namespace
-
 void draw_backdrop(const Cell& cell, bool right) {
   // Both halves draw the whole screen's scene and show their part of it.
   double shift = right ? kScreen / 2 : 0;
@@ -147,5 +145,17 @@ void draw_shadow(const Cell& cell) {
   cairo_paint(c);
   cairo_pattern_destroy(g);
 }
+
+constexpr CatalogueRow kRows[] = {
+    still(
+        "bkdrop_lft.bmp", 680, 768, [](const Cell& c) { draw_backdrop(c, false); }, kTouchAll),
+    still(
+        "bkdrop_rt.bmp", 680, 768, [](const Cell& c) { draw_backdrop(c, true); }, kTouchAll),
+    still("shadow.tga", 256, 1024, draw_shadow, kTouchLeft | kTouchTop),
+};
+
+}  // namespace
+
+const Family kBackdropFamily{"art/backdrop.cpp", kRows};
 
 }  // namespace art

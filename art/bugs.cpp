@@ -2,8 +2,8 @@
 // the eaten rule measures, and walks the way its lane moves.
 #include <cmath>
 
+#include "art/catalogue.h"
 #include "art/clay.h"
-#include "art/draw.h"
 #include "art/palette.h"
 
 namespace art {
@@ -77,8 +77,6 @@ void draw_bug(const Cell& cell, Bug& bug, float box, float scale, double shadow_
   clay_draw(canvas, bug.scene, {kPitch, scale, {m, m + 4 + lower}}, {0.06, 0.07, 0.04}, 1.4f);
   paint_canvas(cell.ctx, canvas, 0, 0);
 }
-
-}  // namespace
 
 void draw_caterpillar(const Cell& cell) {
   float t = static_cast<float>(cell.turn());
@@ -229,8 +227,6 @@ void draw_grasshopper(const Cell& cell) {
   draw_bug(cell, bug, 100, 18.0f, 42, 20, 8);
 }
 
-namespace {
-
 // One wing pair on the right of the body's line; spread tells how far it is opened towards us.
 void butterfly_wings(cairo_t* c, double spread) {
   cairo_save(c);
@@ -253,8 +249,6 @@ void butterfly_wings(cairo_t* c, double spread) {
     fill(c, circle(p.x, p.y, 2.8), kWhite, 0.9);
   cairo_restore(c);
 }
-
-}  // namespace
 
 void draw_butterfly(const Cell& cell) {
   cairo_t* c = cell.ctx;
@@ -284,5 +278,18 @@ void draw_butterfly(const Cell& cell) {
   eye(c, -5.5, -37, 5.5, {0.5, -0.2});
   eye(c, 6.5, -37, 5.5, {0.5, -0.2});
 }
+
+constexpr CatalogueRow kRows[] = {
+    sheet("anim_lightningbug.tga", 256, 256, 4, 4, 16, Play::kLoop, draw_lightningbug),
+    sheet("anim_ladybug.tga", 256, 256, 4, 4, 16, Play::kLoop, draw_ladybug),
+    sheet("anim_caterpillar.tga", 512, 512, 4, 4, 16, Play::kLoop, draw_caterpillar),
+    sheet("anim_beetle.tga", 512, 512, 4, 4, 16, Play::kLoop, draw_beetle),
+    sheet("anim_grasshopper.tga", 512, 512, 4, 4, 16, Play::kLoop, draw_grasshopper),
+    sheet("anim_butterfly.tga", 2048, 1024, 8, 4, 32, Play::kLoop, draw_butterfly),
+};
+
+}  // namespace
+
+const Family kBugsFamily{"art/bugs.cpp", kRows};
 
 }  // namespace art

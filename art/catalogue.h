@@ -1,9 +1,10 @@
 // The table of all pictures: what each is called, how large it is, how its frames lie in it and who
-// draws them.
+// draws them. Each family of pictures is a source file that ends with its own rows.
 #pragma once
 
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "art/canvas.h"
 #include "art/picture.h"
@@ -51,12 +52,43 @@ struct CatalogueRow {
   Draw draw;
 };
 
-std::span<const CatalogueRow> catalogue();
-// By its name with or without folder and extension; null if there is none.
-const CatalogueRow* catalogue_find(std::string_view name);
+// A sheet whose grid fills it.
+constexpr CatalogueRow sheet(const char* name, int width, int height, int columns, int rows,
+                             int frames, Play play, Draw draw, Twin twin = Twin::kNone,
+                             unsigned touch = kTouchNone) {
+  return {name,          width, height, columns, rows, frames, width / columns,
+          height / rows, play,  twin,   touch,   draw};
+}
 
-// All frames of a row, in their places.
+constexpr CatalogueRow still(const char* name, int width, int height, Draw draw,
+                             unsigned touch = kTouchNone) {
+  return {name, width, height, 1, 1, 1, width, height, Play::kStill, Twin::kNone, touch, draw};
+}
+
+struct Family {
+  const char* source;  // from the project's root: what decides whether its pictures are up to date
+  std::span<const CatalogueRow> rows;
+};
+
+extern const Family kFrogFamily, kBugsFamily, kRiverFamily, kPlantsFamily, kSignsFamily,
+    kBackdropFamily, kFontsFamily, kMessagesFamily, kEffectsFamily, kAttractFamily;
+
+std::span<const Family* const> families();
+
+struct CatalogueEntry {
+  const Family* family;
+  const CatalogueRow* row;
+};
+
+// All pictures, in the order of the families.
+const std::vector<CatalogueEntry>& catalogue();
+// By its name with or without folder and extension; its row is null if there is none.
+CatalogueEntry catalogue_find(std::string_view name);
+
+// All frames of a row, in their places. Aborts with a message if a drawer broke its context.
 Picture catalogue_render(const CatalogueRow& row);
+// One frame on a canvas of the cell's size.
+void catalogue_draw(const CatalogueRow& row, int frame, Canvas& canvas);
 // The frame that this one repeats, or itself.
 int catalogue_twin(const CatalogueRow& row, int frame);
 

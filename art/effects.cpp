@@ -1,7 +1,7 @@
 // Short things: water, rings, sparks and hearts.
 #include <cmath>
 
-#include "art/draw.h"
+#include "art/catalogue.h"
 #include "art/palette.h"
 
 namespace art {
@@ -13,8 +13,6 @@ void drop(cairo_t* c, double x, double y, double r, double alpha) {
   fill(c, circle(x, y, r), {0.66, 0.90, 1.0}, alpha);
   fill(c, circle(x - r * 0.3, y - r * 0.35, r * 0.4), kWhite, alpha);
 }
-
-}  // namespace
 
 void draw_water_crown(const Cell& cell) {
   cairo_t* c = cell.ctx;
@@ -136,5 +134,17 @@ void draw_hearts(const Cell& cell) {
     cairo_paint_with_alpha(c, fade);
   }
 }
+
+constexpr CatalogueRow kRows[] = {
+    sheet("anim_grn_rings.png", 4096, 2048, 8, 4, 30, Play::kLoop, draw_rings),
+    sheet("anim_gfrog_splash.tga", 4096, 1024, 8, 4, 20, Play::kOnce, draw_water_crown),
+    sheet("anim_splash.tga", 256, 256, 4, 4, 16, Play::kOnce, draw_small_splash),
+    sheet("anim_spark.tga", 512, 512, 4, 4, 16, Play::kOnce, draw_spark),
+    sheet("anim_hearts.tga", 512, 256, 8, 4, 30, Play::kOnce, draw_hearts),
+};
+
+}  // namespace
+
+const Family kEffectsFamily{"art/effects.cpp", kRows};
 
 }  // namespace art

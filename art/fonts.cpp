@@ -4,7 +4,7 @@
 #include <cstring>
 #include <string>
 
-#include "art/draw.h"
+#include "art/catalogue.h"
 #include "art/palette.h"
 
 namespace art {
@@ -75,8 +75,6 @@ void paint_pared(cairo_t* c, Canvas& big, int fine, double pare) {
   }
 }
 
-}  // namespace
-
 void draw_glyph_8x12(const Cell& cell) {
   // No shades: what isn't the key colour is opaque.
   cairo_t* c = cell.ctx;
@@ -129,5 +127,37 @@ void draw_jackpot_digit(const Cell& cell, int digit) {
   cairo_scale(c, k, 1);
   words(c, text, style, 0, 0);
 }
+
+// Sixteen glyphs to a row from the top left corner of a picture that may be larger.
+constexpr CatalogueRow font(const char* name, int width, int height, int glyph_width,
+                            int glyph_height, Draw draw) {
+  return {name,        width,        height,        16,          6,          95,
+          glyph_width, glyph_height, Play::kGlyphs, Twin::kNone, kTouchNone, draw};
+}
+
+constexpr CatalogueRow kRows[] = {
+    still("jack_0.tga", 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 0); }),
+    still("jack_1.tga", 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 1); }),
+    still("jack_2.tga", 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 2); }),
+    still("jack_3.tga", 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 3); }),
+    still("jack_4.tga", 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 4); }),
+    still("jack_5.tga", 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 5); }),
+    still("jack_6.tga", 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 6); }),
+    still("jack_7.tga", 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 7); }),
+    still("jack_8.tga", 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 8); }),
+    still("jack_9.tga", 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 9); }),
+    font("fonts/font8x12.bmp", 128, 72, 8, 12, draw_glyph_8x12),
+    font("fonts/zoinks11x17.tga", 256, 128, 11, 17, draw_glyph_chunky),
+    font("fonts/zoinks14x22.tga", 256, 256, 14, 22, draw_glyph_chunky),
+    font("fonts/zoinks29x43.tga", 512, 512, 29, 43, draw_glyph_chunky),
+    font("fonts/zoinks58x90.tga", 1024, 1024, 58, 90, draw_glyph_chunky),
+    font("fonts/zoinks78x120.tga", 2048, 1024, 78, 120, draw_glyph_chunky),
+    {"fonts/numbers_credits.bmp", 80, 12, 10, 1, 10, 8, 12, Play::kGlyphs, Twin::kNone, kTouchNone,
+     draw_credit_digit},
+};
+
+}  // namespace
+
+const Family kFontsFamily{"art/fonts.cpp", kRows};
 
 }  // namespace art

@@ -1,7 +1,7 @@
 // The player's frog in all its sheets, and the small figures on the gold objects.
 #include <cmath>
 
-#include "art/draw.h"
+#include "art/catalogue.h"
 #include "art/frog_model.h"
 #include "art/palette.h"
 
@@ -31,8 +31,6 @@ void draw_pose(const Cell& cell, const FrogPose& pose) {
   clay_draw(canvas, scene, kCamera, kOutline, 2.0f);
   paint_canvas(cell.ctx, canvas, 0, 0);
 }
-
-}  // namespace
 
 void draw_frog_hop(const Cell& cell) {
   float t = static_cast<float>(cell.turn());
@@ -121,8 +119,6 @@ void draw_frog_win(const Cell& cell) {
   draw_pose(cell, pose);
 }
 
-namespace {
-
 void draw_rider(const Cell& cell, FrogPose pose) {
   Canvas canvas(cell.width, cell.height);
   soft_spot(cell.ctx, 64, 108, 32, 11, kBlack, 0.45);
@@ -134,8 +130,6 @@ void draw_rider(const Cell& cell, FrogPose pose) {
   clay_draw(canvas, scene, {36, 17.5f, {64, 103}}, {0.30, 0.10, 0.04}, 1.6f);
   paint_canvas(cell.ctx, canvas, 0, 0);
 }
-
-}  // namespace
 
 void draw_rider_wave(const Cell& cell) {
   float t = static_cast<float>(cell.turn());
@@ -180,5 +174,24 @@ void draw_frog_icon(const Cell& cell, double scale, double ground_y) {
             cell.width == 64 ? 1.2f : 2.0f);
   paint_canvas(cell.ctx, canvas, 0, 0);
 }
+
+constexpr CatalogueRow kRows[] = {
+    sheet("anim_gfrog_win.tga", 4096, 2048, 16, 8, 88, Play::kOnce, draw_frog_win),
+    sheet("anim_gfrog_idle2.tga", 4096, 1024, 16, 4, 60, Play::kOnce, draw_frog_look_round),
+    sheet("anim_gfrog_idle3.tga", 4096, 1024, 16, 4, 60, Play::kOnce, draw_frog_yawn),
+    sheet("anim_gfrog_idle1.tga", 4096, 1024, 16, 4, 60, Play::kLoop, draw_frog_breathe,
+          Twin::kThereBack),
+    sheet("anim_wave.tga", 1024, 1024, 8, 8, 64, Play::kLoop, draw_rider_wave),
+    sheet("anim_kiss.tga", 1024, 1024, 8, 8, 42, Play::kOnce, draw_rider_kiss),
+    sheet("anim_gfrog.tga", 2048, 512, 8, 2, 15, Play::kOnce, draw_frog_hop),
+    // 52 pixels from one to the next; the middle one stands under a line of words.
+    still("frogicon.tga", 64, 64, [](const Cell& c) { draw_frog_icon(c, 11.2, 42); }),
+    still("frogiconmed.tga", 128, 128, [](const Cell& c) { draw_frog_icon(c, 19.5, 88); }),
+    still("frogiconlrg.tga", 128, 128, [](const Cell& c) { draw_frog_icon(c, 23, 79); }),
+};
+
+}  // namespace
+
+const Family kFrogFamily{"art/frog.cpp", kRows};
 
 }  // namespace art

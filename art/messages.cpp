@@ -1,7 +1,7 @@
 // Tickets, labels, prompts, speech and faults.
 #include <cmath>
 
-#include "art/draw.h"
+#include "art/catalogue.h"
 #include "art/palette.h"
 
 namespace art {
@@ -36,8 +36,6 @@ void paper_ticket(cairo_t* c, double x, double y, double w, double h, Colour pap
          1.5, 0.8);
   cairo_restore(c);
 }
-
-}  // namespace
 
 void draw_ticket(const Cell& cell) {
   // Red digits stand on it.
@@ -194,14 +192,10 @@ void draw_bubble(const Cell& cell, const char* upper, const char* lower) {
   words(c, lower, style, 138, 78, 176);
 }
 
-namespace {
-
 void fault_board(cairo_t* c, double w, double h, Colour base) {
   puff(c, round_rect(10, 10, w - 20, h - 20, 34), base, w / 2, h / 2, w * 0.6, 5, 0.1);
   puff(c, round_rect(28, 28, w - 56, h - 56, 22), {0.14, 0.05, 0.07}, w / 2, h / 2, w * 0.7, 2, 0);
 }
-
-}  // namespace
 
 void draw_ticket_error(const Cell& cell) {
   cairo_t* c = cell.ctx;
@@ -233,5 +227,43 @@ void draw_io_error(const Cell& cell) {
   style.size = 60;
   words(c, "CALL ATTENDANT", style, 256, 172, 420);
 }
+
+constexpr CatalogueRow kRows[] = {
+    sheet("anim_cycleticket.tga", 512, 512, 4, 8, 18, Play::kLoop, draw_cycle_ticket),
+    still("demo.tga", 128, 64, draw_demo),
+    still("ticket.tga", 128, 128, draw_ticket),
+    still("pink_ticket.tga", 128, 64, draw_pink_ticket),
+    still("you_won_tck.tga", 128, 128, draw_you_won),
+    still("lily_bonus_txt.tga", 64, 32, draw_lily_bonus),
+    still("num_frogs_txt.tga", 128, 32, draw_frogs_label),
+    still("win.tga", 512, 128, [](const Cell& c) { draw_win_words(c, false); }),
+    still("tickets.tga", 512, 128, [](const Cell& c) { draw_win_words(c, true); }),
+    still("press_grn_txt.tga", 256, 128, [](const Cell& c) { draw_prompt(c, "PRESS", false, 30); }),
+    still("button_grn_txt.tga", 256, 128,
+          [](const Cell& c) { draw_prompt(c, "BUTTON", false, 40); }),
+    still("press_to_grn_txt.tga", 256, 128,
+          [](const Cell& c) { draw_prompt(c, "PRESS TO", false, 30); }),
+    still("start_grn_txt.tga", 256, 128,
+          [](const Cell& c) { draw_prompt(c, "START!", false, 28); }),
+    still("press_ylw_txt.tga", 256, 128, [](const Cell& c) { draw_prompt(c, "PRESS", true, 30); }),
+    still("button_ylw_txt.tga", 256, 128,
+          [](const Cell& c) { draw_prompt(c, "BUTTON", true, 40); }),
+    still("prsbtn_frog_up.tga", 256, 128, [](const Cell& c) { draw_button(c, false, false); }),
+    still("prsbtn_frog_dn.tga", 256, 128, [](const Cell& c) { draw_button(c, false, true); }),
+    still("prsbtn_ylw_up.tga", 256, 128, [](const Cell& c) { draw_button(c, true, false); }),
+    still("prsbtn_ylw_dn.tga", 256, 128, [](const Cell& c) { draw_button(c, true, true); }),
+    still("insertcoin_grn.tga", 256, 256, [](const Cell& c) { draw_insert_coin(c, false); }),
+    still("insertcoin_ylw.tga", 256, 256, [](const Cell& c) { draw_insert_coin(c, true); }),
+    still("swipe_crd.tga", 256, 256, draw_swipe_card),
+    still("msg1_bubble.tga", 256, 128, [](const Cell& c) { draw_bubble(c, "WIN", "TICKETS!"); }),
+    still("msg2_bubble.tga", 256, 128, [](const Cell& c) { draw_bubble(c, "PLAY", "AGAIN!"); }),
+    still("msg3_bubble.tga", 256, 128, [](const Cell& c) { draw_bubble(c, "EAT", "BUGS!"); }),
+    still("ticketerror.tga", 512, 512, draw_ticket_error),
+    still("ioerror.tga", 512, 256, draw_io_error),
+};
+
+}  // namespace
+
+const Family kMessagesFamily{"art/messages.cpp", kRows};
 
 }  // namespace art

@@ -2,7 +2,7 @@
 // patches that the frogs start from.
 #include <cmath>
 
-#include "art/draw.h"
+#include "art/catalogue.h"
 #include "art/palette.h"
 
 namespace art {
@@ -85,8 +85,6 @@ void draw_bunch(const Cell& cell, const LeafSpec (&leaves)[N], double phase) {
   }
 }
 
-}  // namespace
-
 void draw_plant(const Cell& cell, int which) {
   cairo_t* c = cell.ctx;
   const bool right = which >= 4;
@@ -149,8 +147,6 @@ void draw_cattail(const Cell& cell, int which) {
   }
 }
 
-namespace {
-
 // A floating leaf with its notch turned to the angle given.
 void draw_pad(cairo_t* c, double x, double y, double rx, double ry, double notch) {
   auto pad = [=](double grow) -> Path {
@@ -178,8 +174,6 @@ void draw_pad(cairo_t* c, double x, double y, double rx, double ry, double notch
   soft_spot(c, x - rx * 0.3, y - ry * 0.4, rx * 0.7, ry * 0.5, kWhite, 0.30);
   cairo_restore(c);
 }
-
-}  // namespace
 
 void draw_lily_pad(const Cell& cell) {
   cairo_t* c = cell.ctx;
@@ -293,5 +287,46 @@ void draw_patch(const Cell& cell, int which) {
          mix(kLeafDark, kLeafLight, rng.unit()), x, y, tall, 0.7, 0);
   }
 }
+
+constexpr CatalogueRow kRows[] = {
+    // Foliage hangs in from the screen's edges and is cut there.
+    sheet(
+        "plants1.tga", 2048, 1024, 8, 4, 31, Play::kLoop, [](const Cell& c) { draw_plant(c, 1); },
+        Twin::kNone, kTouchLeft | kTouchTop),
+    sheet(
+        "plants2.tga", 2048, 1024, 8, 4, 31, Play::kLoop, [](const Cell& c) { draw_plant(c, 2); },
+        Twin::kNone, kTouchLeft),
+    sheet(
+        "plants3.tga", 2048, 2048, 4, 8, 31, Play::kLoop, [](const Cell& c) { draw_plant(c, 3); },
+        Twin::kNone, kTouchLeft | kTouchBottom),
+    sheet(
+        "plants4.tga", 2048, 1024, 8, 4, 31, Play::kLoop, [](const Cell& c) { draw_plant(c, 4); },
+        Twin::kNone, kTouchRight),
+    sheet(
+        "plants5.tga", 2048, 1024, 8, 4, 31, Play::kLoop, [](const Cell& c) { draw_plant(c, 5); },
+        Twin::kNone, kTouchRight | kTouchTop),
+    sheet(
+        "plants6.tga", 2048, 2048, 4, 8, 31, Play::kLoop, [](const Cell& c) { draw_plant(c, 6); },
+        Twin::kNone, kTouchRight | kTouchBottom),
+    sheet("anim_finish.tga", 4096, 2048, 8, 8, 40, Play::kLoop, draw_finish),
+    sheet("anim_lilypad3.tga", 1024, 1024, 8, 8, 40, Play::kLoop, draw_lily_pad),
+    sheet("anim_ctail1.tga", 1024, 1024, 8, 8, 40, Play::kLoop,
+          [](const Cell& c) { draw_cattail(c, 1); }),
+    sheet("anim_ctail2.tga", 1024, 1024, 8, 8, 40, Play::kLoop,
+          [](const Cell& c) { draw_cattail(c, 2); }),
+    still(
+        "grass_lft.tga", 1024, 128, [](const Cell& c) { draw_grass(c, false); },
+        kTouchLeft | kTouchBottom),
+    still(
+        "grass_rt.tga", 1024, 128, [](const Cell& c) { draw_grass(c, true); },
+        kTouchLeft | kTouchBottom),
+    still("dpatch.tga", 256, 128, [](const Cell& c) { draw_patch(c, 1); }),
+    still("dpatch2.tga", 256, 128, [](const Cell& c) { draw_patch(c, 2); }),
+    still("lrg_lilypad.tga", 1024, 512, draw_big_lily_pad),
+};
+
+}  // namespace
+
+const Family kPlantsFamily{"art/plants.cpp", kRows};
 
 }  // namespace art

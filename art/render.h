@@ -1,4 +1,4 @@
-// Pictures to files, several at a time, only those that are out of date.
+// Renders pictures into the folder of an installation.
 #pragma once
 
 #include <cstdio>
@@ -9,11 +9,9 @@
 
 namespace art {
 
-// Renders the rows into OUTDIR/images. Beside it, in OUTDIR/.art, a stamp for each picture names
-// the program that made it: a picture with this program's stamp is left alone, also if somebody has
-// put another file in its place, unless `again` is set. Progress goes to `log` (null: silent).
-// False if anything could not be written.
-bool render_files(const std::string& outdir, const std::vector<const CatalogueRow*>& rows,
+// Brings pictures below OUTDIR/images up to date (see render_jobs): each is drawn if the sources of
+// its family changed since, or anyway if `again` is set. False if anything could not be written.
+bool render_files(const std::string& outdir, const std::vector<CatalogueEntry>& pictures,
                   bool again, FILE* log);
 
 }  // namespace art

@@ -2,8 +2,8 @@
 #include <array>
 #include <cmath>
 
+#include "art/catalogue.h"
 #include "art/clay.h"
-#include "art/draw.h"
 #include "art/palette.h"
 
 namespace art {
@@ -64,8 +64,6 @@ void waterline(cairo_t* c, double length, double y, double turn) {
   }
 }
 
-}  // namespace
-
 void draw_log(const Cell& cell, int cell_length, bool gold) {
   cairo_t* c = cell.ctx;
   const LogColours& k = gold ? kGoldLog : kWoodLog;
@@ -123,8 +121,6 @@ void draw_log(const Cell& cell, int cell_length, bool gold) {
   }
   waterline(c, w, 55.5 + bob * 0.4, cell.turn());
 }
-
-namespace {
 
 constexpr int kStrokes = 25;  // frames of one paddle stroke; a sheet holds two
 
@@ -215,8 +211,6 @@ const Canvas& turtle_tile(int stroke_frame, bool gold) {
   });
 }
 
-}  // namespace
-
 void draw_turtle(const Cell& cell, bool gold) {
   paint_canvas(cell.ctx, turtle_tile(cell.frame % kStrokes, gold), 0, 0);
   if (!gold) return;
@@ -265,5 +259,34 @@ void draw_foam(const Cell& cell, int which) {
     }
   }
 }
+
+constexpr CatalogueRow kRows[] = {
+    sheet("anim_3turtles.tga", 2048, 2048, 4, 16, 50, Play::kLoop, draw_three_turtles),
+    sheet("anim_1turtle.tga", 1024, 1024, 8, 8, 50, Play::kLoop,
+          [](const Cell& c) { draw_turtle(c, false); }),
+    sheet("anim_1turtlegold.tga", 1024, 1024, 8, 8, 50, Play::kLoop,
+          [](const Cell& c) { draw_turtle(c, true); }),
+    // A log fills its cell of the lane from edge to edge: two neighbours meet without a gap.
+    sheet(
+        "anim_log1.tga", 1024, 512, 2, 8, 15, Play::kLoop,
+        [](const Cell& c) { draw_log(c, 386, false); }, Twin::kNone, kTouchLeft),
+    sheet(
+        "anim_log3.tga", 1024, 512, 2, 8, 15, Play::kLoop,
+        [](const Cell& c) { draw_log(c, 302, false); }, Twin::kNone, kTouchLeft),
+    sheet(
+        "anim_log4.tga", 512, 512, 2, 8, 15, Play::kLoop,
+        [](const Cell& c) { draw_log(c, 166, false); }, Twin::kNone, kTouchLeft),
+    sheet(
+        "anim_log4gold.tga", 512, 512, 2, 8, 15, Play::kLoop,
+        [](const Cell& c) { draw_log(c, 166, true); }, Twin::kNone, kTouchLeft),
+    still(
+        "riverfoam_1.tga", 512, 512, [](const Cell& c) { draw_foam(c, 1); }, kTouchLeft),
+    still(
+        "riverfoam_2.tga", 512, 512, [](const Cell& c) { draw_foam(c, 2); }, kTouchLeft),
+};
+
+}  // namespace
+
+const Family kRiverFamily{"art/river.cpp", kRows};
 
 }  // namespace art

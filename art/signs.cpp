@@ -2,7 +2,7 @@
 // game's name and the marks of its (invented) makers.
 #include <cmath>
 
-#include "art/draw.h"
+#include "art/catalogue.h"
 #include "art/palette.h"
 
 namespace art {
@@ -45,8 +45,6 @@ void draw_post(cairo_t* c, double x, double top, double foot) {
   puff(c, round_rect(x - 9, top, 18, foot - top, 5), {0.52, 0.32, 0.15}, x - 4, (top + foot) / 2,
        (foot - top) * 0.6, 2.5, 0.1);
 }
-
-}  // namespace
 
 void draw_sign(const Cell& cell, bool price) {
   cairo_t* c = cell.ctx;
@@ -118,15 +116,11 @@ void draw_logo(const Cell& cell) {
   }
 }
 
-namespace {
-
 void draw_disc(cairo_t* c, Colour outer, Colour inner) {
   soft_spot(c, 260, 266, 236, 236, kBlack, 0.45);
   puff(c, circle(256, 256, 226), outer, 256, 256, 230, 5, 0.2);
   puff(c, circle(256, 256, 196), inner, 256, 256, 200, 4, 0.25);
 }
-
-}  // namespace
 
 void draw_mark_slymarvels(const Cell& cell) {
   cairo_t* c = cell.ctx;
@@ -183,5 +177,22 @@ void draw_mark_play_to_win(const Cell& cell) {
   style.size = 128;
   words(c, "WIN!", style, 256, 338, 300);
 }
+
+constexpr CatalogueRow kRows[] = {
+    sheet("anim_wdsign.tga", 2048, 1024, 8, 8, 40, Play::kLoop,
+          [](const Cell& c) { draw_sign(c, false); }),
+    sheet("anim_lngsign.tga", 2048, 1024, 8, 8, 41, Play::kLoop,
+          [](const Cell& c) { draw_sign(c, true); }),
+    still("lilyhoplogo.tga", 1024, 512, draw_logo),
+    still("slymarvels.tga", 512, 512, draw_mark_slymarvels),
+    still("tovali.tga", 512, 512, draw_mark_tovali),
+    still("orblogo.tga", 512, 512, draw_mark_orb),
+    still("playtowin.tga", 512, 512, draw_mark_play_to_win),
+    still("eat_bugs_tck.tga", 1024, 512, draw_eat_bugs_board),
+};
+
+}  // namespace
+
+const Family kSignsFamily{"art/signs.cpp", kRows};
 
 }  // namespace art

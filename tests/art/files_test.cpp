@@ -6,8 +6,10 @@
 #include <filesystem>
 #include <fstream>
 
+#include "art/animation.h"
 #include "art/file_list.h"
 #include "art/render.h"
+#include "art/source_key.h"
 #include "tests/art/picture_files.h"
 
 namespace fs = std::filesystem;
@@ -96,9 +98,8 @@ TEST_F(Files, ListHoldsTheSumsThatTheBootCheckReckons) {
 }
 
 TEST_F(Files, DrawsOnlyWhatIsOutOfDateAndAlwaysTheSame) {
-  const CatalogueRow* row = catalogue_find("lily_bonus_txt");
-  const CatalogueRow* bugs = catalogue_find("anim_splash");
-  ASSERT_TRUE(row && bugs);
+  const CatalogueEntry row = catalogue_find("lily_bonus_txt"), bugs = catalogue_find("anim_splash");
+  ASSERT_TRUE(row.row && bugs.row);
   ASSERT_TRUE(render_files(dir_, {row, bugs}, false, nullptr));
   const std::string first = text("images/lily_bonus_txt.tga"),
                     second = text("images/anim_splash.tga");
@@ -111,8 +112,8 @@ TEST_F(Files, DrawsOnlyWhatIsOutOfDateAndAlwaysTheSame) {
   EXPECT_EQ(text("images/lily_bonus_txt.tga"), "my own");
   EXPECT_EQ(text("images/anim_splash.tga"), second);
 
-  // Another program drew it: due again.
-  write(".art/lily_bonus_txt.tga", "0123456789abcdef\n");
+  // Made from another source: due again.
+  write(".art/images_lily_bonus_txt.tga", "0123456789abcdef\n");
   ASSERT_TRUE(render_files(dir_, {row}, false, nullptr));
   EXPECT_EQ(text("images/lily_bonus_txt.tga"), first);
   EXPECT_FALSE(fs::exists(dir_ / "images/lily_bonus_txt.tga.part"));
@@ -121,4 +122,47 @@ TEST_F(Files, DrawsOnlyWhatIsOutOfDateAndAlwaysTheSame) {
   write("", "");
   std::ofstream(dir_) << "a file where the folder should be";
   EXPECT_FALSE(render_files(dir_, {row}, false, nullptr));
+}
+
+TEST_F(Files, KeysFollowTheSourcesThatAPictureIsMadeFrom) {
+  fs::create_directories(dir_ / "art");
+  write("art/frog.cpp", "#include \"art/model.h\"\n#include <cmath>\nint frog;\n");
+  write("art/model.h", "int model();\n");
+  write("art/model.cpp", "#include \"art/palette.h\"\nint model() { return 1; }\n");
+  write("art/palette.h", "int green;\n");
+  write("art/bug.cpp", "int bug;\n");
+  auto key = [&] { return source_key_below(dir_, "art/frog.cpp"); };
+  const std::string first = key();
+  EXPECT_EQ(first.size(), 16u);
+  write("art/bug.cpp", "int beetle;\n");
+  EXPECT_EQ(key(), first) << "a stranger to it";
+  // A colour two headers away counts, and so does how a header's promise is kept.
+  std::string before = first;
+  for (const char* file : {"art/palette.h", "art/model.cpp", "art/model.h", "art/frog.cpp"}) {
+    std::ofstream(dir_ / file, std::ios::app) << "// changed\n";
+    EXPECT_NE(key(), before) << file;
+    before = key();
+  }
+}
+
+TEST_F(Files, AnAnimationHoldsItsFramesAndIsAPictureToPlainReaders) {
+  Picture red(6, 4), blue(6, 4);
+  for (size_t i = 0; i < red.rgba.size(); i += 4) {
+    red.rgba[i] = blue.rgba[i + 2] = 200;
+    red.rgba[i + 3] = blue.rgba[i + 3] = 255;
+  }
+  AnimationWriter out(dir_ / "a.png", 6, 4, 2);
+  out.add(red, 35);
+  out.add(blue, 1000);
+  ASSERT_TRUE(out.finish());
+  std::optional<Picture> first = read_png(dir_ / "a.png");
+  ASSERT_TRUE(first);
+  EXPECT_EQ(first->rgba, red.rgba);
+  const std::string file = text("a.png");
+  EXPECT_NE(file.find("acTL"), file.npos);
+  EXPECT_NE(file.find("fdAT"), file.npos);
+
+  AnimationWriter few(dir_ / "b.png", 6, 4, 2);
+  few.add(red, 35);
+  EXPECT_FALSE(few.finish()) << "one frame of two";
 }

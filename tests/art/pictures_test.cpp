@@ -72,7 +72,7 @@ class Pictures : public testing::TestWithParam<const CatalogueRow*> {};
 
 std::vector<const CatalogueRow*> all_rows() {
   std::vector<const CatalogueRow*> rows;
-  for (const CatalogueRow& row : catalogue()) rows.push_back(&row);
+  for (const CatalogueEntry& entry : catalogue()) rows.push_back(entry.row);
   return rows;
 }
 
@@ -145,7 +145,8 @@ Extent ink_columns(const Picture& p, const CatalogueRow& row, int glyph) {
 }  // namespace
 
 TEST(Fonts, AreLegible) {
-  for (const CatalogueRow& row : catalogue()) {
+  for (const CatalogueEntry& entry : catalogue()) {
+    const CatalogueRow& row = *entry.row;
     if (!is_font(row) || row.frames != 95) continue;
     SCOPED_TRACE(row.name);
     std::optional<Picture> p = read_picture(row);
@@ -185,8 +186,8 @@ TEST(Fonts, AreLegible) {
 }
 
 TEST(Backdrop, HalvesMeetWithoutASeam) {
-  std::optional<Picture> left = read_picture(*catalogue_find("bkdrop_lft"));
-  std::optional<Picture> right = read_picture(*catalogue_find("bkdrop_rt"));
+  std::optional<Picture> left = read_picture(*catalogue_find("bkdrop_lft").row);
+  std::optional<Picture> right = read_picture(*catalogue_find("bkdrop_rt").row);
   ASSERT_TRUE(left && right);
   auto differ = [](const Picture& a, int xa, const Picture& b, int xb) {
     double sum = 0;
@@ -204,7 +205,7 @@ TEST(Backdrop, HalvesMeetWithoutASeam) {
 
 TEST(Foam, RepeatsEvery473PixelsWithinTheRiver) {
   for (const char* name : {"riverfoam_1", "riverfoam_2"}) {
-    std::optional<Picture> p = read_picture(*catalogue_find(name));
+    std::optional<Picture> p = read_picture(*catalogue_find(name).row);
     ASSERT_TRUE(p);
     for (int y = 0; y < p->height; y++)
       for (int x = 0; x < p->width; x++)
