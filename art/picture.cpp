@@ -24,24 +24,88 @@ void take_pixel(uint32_t from, uint8_t* to) {
   }
 }
 
-// Two sweeps, one each way along the rows: a transparent pixel repeats the last colour seen.
-void bleed(Picture& p, int x0, int y0, int w, int h) {
-  auto sweep = [&](int from, int step) {
+// Spreads the colour of what is seen outwards over transparent pixels, ring by ring: each takes the
+// mean of its neighbours of the ring before. Four rings reach as far as a block of a compressed
+// picture; what lies beyond is seen by nobody and repeats the last colour of its row.
+class Bleed {
+ public:
+  Bleed(Picture& p, int x0, int y0, int w, int h)
+      : p_(p), x0_(x0), y0_(y0), w_(w), h_(h), ring_(static_cast<size_t>(w * h)) {}
+
+  void run() {
+    std::vector<int> edge;
+    for (int i = 0; i < w_ * h_; i++)
+      ring_[static_cast<size_t>(i)] = pixel(i)[3] ? kSeen : kUnknown;
+    for (int i = 0; i < w_ * h_; i++)
+      if (ring_[static_cast<size_t>(i)] == kUnknown && mean_of_known(i, 1)) edge.push_back(i);
+    for (uint8_t ring = 1; ring <= 4; ring++) edge = grow(edge, ring);
+    sweep(0, 1);
+    sweep(w_ * h_ - 1, -1);
+  }
+
+ private:
+  static constexpr uint8_t kSeen = 0, kUnknown = 255;
+
+  uint8_t* pixel(int i) { return p_.at(x0_ + i % w_, y0_ + i / w_); }
+
+  template <class Visit>
+  void neighbours(int i, Visit visit) {
+    const int x = i % w_, y = i / w_;
+    for (int dy = -1; dy <= 1; dy++)
+      for (int dx = -1; dx <= 1; dx++)
+        if ((dx || dy) && x + dx >= 0 && x + dx < w_ && y + dy >= 0 && y + dy < h_)
+          visit((y + dy) * w_ + x + dx);
+  }
+
+  // Gives pixel i the mean colour of neighbours in rings below `ring`, weighed by their alpha.
+  bool mean_of_known(int i, uint8_t ring) {
+    int sum[3] = {}, weight = 0;
+    neighbours(i, [&](int n) {
+      if (ring_[static_cast<size_t>(n)] >= ring) return;
+      const uint8_t* q = pixel(n);
+      const int k = q[3] ? q[3] : 1;
+      for (int c = 0; c < 3; c++) sum[c] += q[c] * k;
+      weight += k;
+    });
+    if (weight == 0) return false;
+    for (int c = 0; c < 3; c++) pixel(i)[c] = static_cast<uint8_t>((sum[c] + weight / 2) / weight);
+    return true;
+  }
+
+  // Settles a ring, and returns the pixels of the next one.
+  std::vector<int> grow(const std::vector<int>& edge, uint8_t ring) {
+    for (int i : edge) mean_of_known(i, ring);
+    for (int i : edge) ring_[static_cast<size_t>(i)] = ring;
+    std::vector<int> next;
+    for (int i : edge)
+      neighbours(i, [&](int n) {
+        if (ring_[static_cast<size_t>(n)] != kUnknown) return;
+        ring_[static_cast<size_t>(n)] = static_cast<uint8_t>(ring + 1);
+        next.push_back(n);
+      });
+    return next;
+  }
+
+  void sweep(int from, int step) {
     uint8_t colour[3] = {};
     bool known = false;
-    for (int i = 0, n = from; i < w * h; i++, n += step) {
-      uint8_t* q = p.at(x0 + n % w, y0 + n / w);
-      if (q[3] > 0 || q[0] || q[1] || q[2]) {
+    for (int i = 0, n = from; i < w_ * h_; i++, n += step) {
+      uint8_t* q = pixel(n);
+      uint8_t& ring = ring_[static_cast<size_t>(n)];
+      if (ring != kUnknown) {
         std::memcpy(colour, q, 3);
         known = true;
       } else if (known) {
         std::memcpy(q, colour, 3);
+        ring = kUnknown - 1;
       }
     }
-  };
-  sweep(0, 1);
-  sweep(w * h - 1, -1);
-}
+  }
+
+  Picture& p_;
+  const int x0_, y0_, w_, h_;
+  std::vector<uint8_t> ring_;
+};
 
 bool close_file(FILE* f, bool good) {
   good = good && !std::ferror(f);
@@ -62,7 +126,7 @@ void picture_take(Picture& p, const Canvas& canvas, int x0, int y0) {
     auto* row = reinterpret_cast<const uint32_t*>(data + static_cast<ptrdiff_t>(y) * stride);
     for (int x = 0; x < canvas.width; x++) take_pixel(row[x], p.at(x0 + x, y0 + y));
   }
-  bleed(p, x0, y0, canvas.width, canvas.height);
+  Bleed(p, x0, y0, canvas.width, canvas.height).run();
 }
 
 bool picture_write_tga(const Picture& p, const std::string& path) {
