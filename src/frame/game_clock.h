@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "platform/random.h"  // random_unit
 #include "platform/shared.h"  // Shared
 
 struct GameClock {
@@ -20,4 +21,15 @@ inline std::int64_t now_ms() {
 // Seconds from `then_ms` to the present tick as the rules compare them: a 32-bit float.
 inline float seconds_since(std::int64_t then_ms) {
   return static_cast<float>(static_cast<double>(now_ms() - then_ms) / 1000.0);
+}
+
+// Is the game clock past this time? A timer that is due may fire.
+inline bool is_due(std::int64_t timer_ms) {
+  return now_ms() > timer_ms;
+}
+
+// A time from `base_ms` to `base_ms + span_ms` ahead, by chance.
+inline std::int64_t from_now_ms(double base_ms, double span_ms) {
+  return static_cast<std::int64_t>(static_cast<double>(now_ms()) + base_ms +
+                                   span_ms * random_unit());
 }

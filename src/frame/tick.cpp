@@ -23,6 +23,7 @@
 #include "playfield/playfield.h"
 #include "playfield/river.h"
 #include "presentation/attract.h"
+#include "presentation/voices.h"
 #include "presentation/volume.h"
 #include "presentation/win_show_start.h"
 

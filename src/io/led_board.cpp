@@ -6,3 +6,4 @@
 void led_open() {}
 void led_close() {}
 void led_update() {}
+void led_set_blink(int /*on*/) {}

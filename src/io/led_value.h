@@ -3,3 +3,6 @@
 
 // Shows the jackpot's present value on the LED board. Game thread and start-up.
 void led_update();
+
+// Blinks the display (1) or lets it stand (0). Any thread; never waits.
+void led_set_blink(int on);

@@ -26,14 +26,6 @@ bool is_demo(const Frog& frog) {
   return (frog.flags & FROG_DEMO) != 0;
 }
 
-bool is_due(std::int64_t timer_ms) {
-  return now_ms() > timer_ms;
-}
-
-std::int64_t from_now_ms(double base, double span) {
-  return static_cast<std::int64_t>(static_cast<double>(now_ms()) + base + span * random_unit());
-}
-
 // The pause between two croaks or two gulps.
 std::int64_t after_a_short_pause() {
   return from_now_ms(83.33333587646484, 166.6666717529297);

@@ -28,10 +28,6 @@ float base_speed(int i) {
   return lane_rows[FIRST_RIVER_LANE + i].speed;
 }
 
-std::int64_t from_now_ms(double base, double span) {
-  return static_cast<std::int64_t>(static_cast<double>(now_ms()) + base + span * random_unit());
-}
-
 void period_begin(float clock) {
   // The same for all five lanes, it wanders with the clock.
   const float u = std::sin(clock);

@@ -1,9 +1,11 @@
-// What the idle cabinet shows and says to draw a crowd.
+// The pictures that an idle cabinet shows in turn: a board of what can be won, a frog that eats
+// bugs, and the marks of the makers.
 #pragma once
 
-// One step of the picture sequence. Game thread, every tick, every mode.
+// One step of the sequence. Game thread, every tick, every mode.
 void attract_step();
-// One step of the spoken lines. Game thread, in play.
-void voices_step();
 // The sequence's present picture. Main thread.
 void attract_draw();
+
+// As at process start: the first picture comes 15 s after it.
+void attract_reset();

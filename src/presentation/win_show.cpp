@@ -1,19 +1,27 @@
 #include "presentation/win_show.h"
 
+#include <algorithm>
 #include <atomic>
+#include <cmath>
 #include <cstdio>
+#include <cstring>
+#include <numbers>
 
 #include "books/prefs.h"
-#include "frame/game_clock.h"  // now_ms, seconds_since
-#include "frame/game_mode.h"   // sound_enabled
+#include "frame/game_clock.h"  // now_ms, seconds_since, is_due, from_now_ms
 #include "frame/sides.h"
+#include "frame/tick_timers.h"    // next_vox_ms
 #include "frame/ticket_status.h"  // ticket_error, tickets_owed
 #include "gfx/panel_table.h"      // the thumbs
 #include "gfx/text.h"             // FONT_58X90
+#include "io/led_value.h"         // led_set_blink
+#include "platform/random.h"      // random_unit
 #include "platform/shared.h"
+#include "playfield/cues.h"
 #include "playfield/ticket_dings.h"
+#include "presentation/draw_tools.h"
+#include "presentation/ticket_flakes.h"
 #include "presentation/win_show_start.h"
-#include "sound/jps.h"
 
 namespace {
 
@@ -23,29 +31,149 @@ constexpr float PAID_OUT_AFTER_S = 10.0F;  // a show that has paid ends here
 constexpr float FADE_OUT_S = 0.125F;
 constexpr float THUMB_RISES_S = 1.25F;
 constexpr float THUMB_IDLES_S = 1.5F;
+constexpr float NUMBER_GROWS_FRAMES = 15.0F;
+constexpr float PULSE_S = 1.25F;
+constexpr float SPEECH_STOPS_S = 2.0F;  // before the end
+constexpr float MOVE_S = 0.01666666753590107F;
+constexpr float MOVES_PER_S = 60.0F;
+
+constexpr int THUMB_X[SIDE_COUNT] = {84, 764};
+constexpr int THUMB_Y = 128;
+constexpr int THUMB_MIDDLE = 256;
+constexpr int DIGIT_WIDTH = 58;
+constexpr int DIGIT_HEIGHT = 90;
 
 // The game thread begins a show, the worker ends it. `serial` names the show that runs and is set
 // last: a worker that still sees the one before can't end the new one.
 struct WinShow {
   std::atomic<int> serial;  // 0: none
+  Shared<std::int32_t> flakes_on;
   Shared<std::int64_t> start_ms, end_ms;
+  Shared<std::int32_t> frame;
   Shared<std::int32_t> tickets;
+  Shared<std::int32_t> sheet_index;  // the thumb that rises, or the one that stands
+  Shared<std::uint32_t> colour;      // white with the show's alpha
+  Shared<float> scale, pulse;        // of the number
+
+  // The worker's own.
+  int worker_serial;   // the show that these belong to
+  float voice_at_s;    // when it may speak next
+  std::int32_t moves;  // moves of the flakes so far
 };
 
 constinit WinShow shows[SIDE_COUNT]{};
 constinit int last_serial = 0;  // game thread
 
-void play(const char* name) {
-  if (sound_enabled) jps_bank_play_name(name);
+void look_reset(WinShow& show) {
+  show.frame = 0;
+  show.sheet_index = SHEET_THUMBS_UP;
+  show.colour = COLOUR_WHITE;
+  show.scale = 1.0F;
+  show.pulse = 1.0F;
+}
+
+void thumb_step(WinShow& show, float t) {
+  if (show.sheet_index == SHEET_THUMBS_UP) {
+    const std::int32_t frames = sheets[SHEET_THUMBS_UP].frames;
+    const auto frame = static_cast<std::int32_t>(static_cast<float>(frames) * t / THUMB_RISES_S);
+    show.scale = std::min(static_cast<float>(frame) / NUMBER_GROWS_FRAMES, 1.0F);
+    if (frame < frames) {
+      show.frame = frame;
+    } else {
+      show.frame = 0;
+      show.sheet_index = SHEET_THUMBS_IDLE;
+    }
+  }
+  if (show.sheet_index == SHEET_THUMBS_IDLE) {
+    const std::int32_t frames = sheets[SHEET_THUMBS_IDLE].frames;
+    show.frame = static_cast<std::int32_t>(static_cast<float>(frames) * t / THUMB_IDLES_S) % frames;
+    show.scale = 1.0F;
+  }
+  constexpr float PI = std::numbers::pi_v<float>;
+  show.pulse = std::cos(PI + 2.0F * PI * t / PULSE_S) * 0.1F + 1.1F;
+}
+
+void voice_step(WinShow& show, float t, float length) {
+  if (show.voice_at_s >= t || t >= length - SPEECH_STOPS_S) return;
+  if (!is_due(tick_timers.next_vox_ms) || !pref_on(PREF_TICKET_USE)) return;
+  cue_play("voxtickets");
+  show.voice_at_s = t + static_cast<float>(5.0 + 5.0 * random_unit());
+  tick_timers.next_vox_ms = from_now_ms(2500.0, 2500.0);
+}
+
+void flakes_step(int side, float t) {
+  WinShow& show = shows[side];
+  if (show.flakes_on != 0) ticket_flakes_drop(side);
+  const auto moves = static_cast<std::int32_t>(MOVES_PER_S * t);
+  const float dt_s = static_cast<float>(moves - show.moves) * MOVE_S;
+  if (dt_s > 0.0F) ticket_flakes_move(side, dt_s);
+  show.moves = moves;
+}
+
+void end(int side, int serial) {
+  if (!shows[side].serial.compare_exchange_strong(serial, 0)) return;  // begun anew
+  if (shows[1 - side].serial != 0) return;
+  cue_play("endjackpotbgm");
+  cue_play("endjackpotcheer");
+  led_set_blink(0);
+}
+
+void show_step(int side) {
+  WinShow& show = shows[side];
+  const int serial = show.serial;
+  if (serial == 0) return;
+  const float t = seconds_since(show.start_ms);
+  const auto length = static_cast<float>(show.end_ms - show.start_ms) / 1000.0F;
+  if (t >= length + FADE_OUT_S) return end(side, serial);
+  if (show.worker_serial == 0) show.voice_at_s = static_cast<float>(5.0 + 5.0 * random_unit());
+  show.worker_serial = serial;
+  thumb_step(show, t);
+  if (t >= length) {
+    const float alpha = 255.0F * (1.0F - (t - length) / FADE_OUT_S);
+    show.colour = faded(COLOUR_WHITE, static_cast<std::int32_t>(alpha));
+  } else {
+    voice_step(show, t, length);
+    const bool paid_out = t > PAID_OUT_AFTER_S && ticket_status.tickets_owed[side] == 0;
+    if (paid_out && show.serial == serial) show.end_ms = now_ms();
+  }
+  flakes_step(side, t);
+}
+
+void number_draw(int side, const WinShow& show) {
+  char digits[12];
+  std::snprintf(digits, sizeof digits, "%d", show.tickets.get());
+  const float size = show.scale * show.pulse;
+  const float half = static_cast<float>(std::strlen(digits)) * DIGIT_WIDTH / 2.0F * size;
+  const auto x = static_cast<float>(THUMB_X[side] + THUMB_MIDDLE) - half;
+  const float y = 426.0F - DIGIT_HEIGHT / 2.0F * (size - 1.0F);
+  const auto draw = [&](std::uint32_t colour, float shift) {
+    text_draw_scaled(FONT_58X90, colour, static_cast<int>(x + shift), static_cast<int>(y + shift),
+                     size, size, "%s", digits);
+  };
+  const auto alpha = static_cast<std::int32_t>(show.colour >> 24U);
+  draw(faded(COLOUR_BLACK, alpha), 4.0F);
+  draw(faded(COLOUR_WHITE, alpha), 0.0F);
 }
 
 }  // namespace
 
 void win_show_start(int side, int tickets) {
   ticket_dings(0, tickets);
-  play("jackpotbgm");
-  play("jackpotcheer");
+  cue_play("jackpotbgm");
+  cue_play("jackpotcheer");
+  led_set_blink(1);
+  if (is_due(tick_timers.next_vox_ms)) {
+    cue_play("voxwin");
+    tick_timers.next_vox_ms = from_now_ms(2500.0, 2500.0);
+  }
   WinShow& show = shows[side];
+  if (show.serial == 0) {
+    ticket_flakes_clear(side);
+    show.worker_serial = 0;
+    show.moves = 0;
+  }
+  look_reset(show);
+  show.flakes_on = pref_on(PREF_TICKET_USE) ? 1 : 0;
   show.tickets = tickets;
   show.start_ms = now_ms();
   show.end_ms = now_ms() + (ticket_status.ticket_error[side] ? SHOW_WITH_FAULT_MS : SHOW_MS);
@@ -57,48 +185,26 @@ bool win_show_active(int side) {
 }
 
 void win_show_step() {
-  for (int side = 0; side < SIDE_COUNT; ++side) {
-    WinShow& show = shows[side];
-    int serial = show.serial;
-    if (serial == 0) continue;
-    const float elapsed = seconds_since(show.start_ms);
-    const auto length = static_cast<float>(show.end_ms - show.start_ms) / 1000.0F;
-    if (elapsed >= length + FADE_OUT_S) {
-      if (!show.serial.compare_exchange_strong(serial, 0)) continue;
-      if (shows[1 - side].serial == 0) {
-        play("endjackpotbgm");
-        play("endjackpotcheer");
-      }
-    } else if (elapsed < length && elapsed > PAID_OUT_AFTER_S &&
-               ticket_status.tickets_owed[side] == 0) {
-      if (show.serial == serial) show.end_ms = now_ms();
-    }
-  }
+  for (int side = 0; side < SIDE_COUNT; ++side) show_step(side);
 }
 
 void win_show_draw() {
   for (int side = 0; side < SIDE_COUNT; ++side) {
     const WinShow& show = shows[side];
     if (show.serial == 0) continue;
-    const float elapsed = seconds_since(show.start_ms);
-    const bool rising = elapsed < THUMB_RISES_S;
-    const SpriteSheet& sheet = sheets[rising ? SHEET_THUMBS_UP : SHEET_THUMBS_IDLE];
-    const float run = rising ? elapsed / THUMB_RISES_S : (elapsed - THUMB_RISES_S) / THUMB_IDLES_S;
-    const int frame = static_cast<int>(static_cast<float>(sheet.frames) * run) % sheet.frames;
-    const int left = side == SIDE_LEFT ? 84 : 764;
-    sheet.panel->colour = COLOUR_WHITE;
-    gfx_sheet_draw(sheet, frame, left, 128);
-    if (!pref_on(PREF_TICKET_USE)) continue;
-    char digits[12];
-    std::snprintf(digits, sizeof digits, "%d", show.tickets.get());
-    const int x = left + 256 - text_width(FONT_58X90, digits) / 2;
-    text_draw(FONT_58X90, COLOUR_BLACK, x + 4, 430, "%s", digits);
-    text_draw(FONT_58X90, COLOUR_WHITE, x, 426, "%s", digits);
+    ticket_flakes_draw(side);
+    cell_draw(static_cast<SheetIndex>(show.sheet_index.get()), show.frame, THUMB_X[side], THUMB_Y,
+              show.colour);
+    if (pref_on(PREF_TICKET_USE)) number_draw(side, show);
   }
 }
 
 void win_show_reset() {
-  for (WinShow& show : shows) {
-    show.serial = 0;
+  for (int side = 0; side < SIDE_COUNT; ++side) {
+    shows[side].serial = 0;
+    shows[side].worker_serial = 0;
+    shows[side].moves = 0;
+    look_reset(shows[side]);
+    ticket_flakes_clear(side);
   }
 }

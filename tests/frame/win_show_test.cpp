@@ -8,6 +8,7 @@
 #include "books/prefs.h"
 #include "frame/game_clock.h"
 #include "frame/game_mode.h"
+#include "frame/tick_timers.h"
 #include "frame/ticket_status.h"
 #include "playfield/frog_queue.h"
 #include "playfield/playfield.h"
@@ -129,6 +130,23 @@ TEST_F(WinShow, NoFrogIsLaunchedOnItsSideMeanwhile) {
   }
   at(20126);
   EXPECT_TRUE(frog_ready(SIDE_LEFT));
+}
+
+TEST_F(WinShow, ItSpeaksWhileItPaysButNotAtItsEnd) {
+  tick_timers.next_vox_ms = 0;
+  win_show_start(SIDE_LEFT, 500);
+  EXPECT_EQ(jps_fake_count("voxwin"), 1);
+  for (std::int64_t ms = 0; ms < 5000; ++ms) at(ms);
+  EXPECT_EQ(jps_fake_count("voxtickets"), 0);
+  for (std::int64_t ms = 5000; ms < 20000; ++ms) at(ms);
+  const int spoken = jps_fake_count("voxtickets");
+  EXPECT_GE(spoken, 1);
+  EXPECT_LE(spoken, 3);
+  prefs[PREF_TICKET_USE].int_value = 0;
+  win_show_reset();
+  win_show_start(SIDE_LEFT, 0);
+  for (std::int64_t ms = 20000; ms < 40000; ++ms) at(ms);
+  EXPECT_EQ(jps_fake_count("voxtickets"), spoken) << "there are no tickets to speak of";
 }
 
 }  // namespace
