@@ -10,7 +10,7 @@
 #include "frame/game_thread.h"
 #include "gfx/text.h"  // text_fonts_load
 #include "io/jamma.h"
-#include "io/lamps.h"
+#include "io/lamp_effects.h"
 #include "io/led_board.h"
 #include "operator/boot_check.h"
 #include "platform/clock.h"   // clock_calendar_s

@@ -12,6 +12,7 @@
 #include "frame/tick_timers.h"
 #include "frame/tickets.h"
 #include "io/jamma.h"
+#include "io/lamp_effects.h"
 #include "io/lamps.h"
 #include "io/watchdog_link.h"
 #include "operator/menu.h"

@@ -151,6 +151,10 @@ void JammaShutdown();
 // True while the board has been heard from lately. Any thread.
 bool jamma_link_alive();
 
+// The port that the board was found on, 0 for "COM1"; 16 if there is none. It stays the board's
+// while that is unplugged. Start-up's end and later, any thread.
+std::int32_t jamma_port();
+
 // Carries out one command of the table in io/jamma_commands.cpp. Never waits. 0 or a value,
 // failures negative (JammaError). Arguments are whole numbers, out-arguments pointers cast to
 // intptr_t. Any thread.

@@ -78,3 +78,7 @@ void JammaShutdown() {
 bool jamma_link_alive() {
   return record.alive;
 }
+
+std::int32_t jamma_port() {
+  return record.which_port;
+}

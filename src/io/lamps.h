@@ -1,6 +1,8 @@
-// The seven game lamps and their effects.
+// What the lamps show: a waiting credit, a frog on its way, an idle cabinet, a jackpot.
 #pragma once
 
-void jamma_lamps_init();  // start-up
-void lamps_update();      // game thread, each tick: what the lamps show
-void jamma_lamps_tick();  // game thread, behind lamps_update: one step of the effects
+// Gives each lamp the effect of the moment. Game thread, each tick.
+void lamps_update();
+
+// As at start-up: nothing has been shown yet.
+void lamps_reset();

@@ -1,5 +1,21 @@
-// The numeric LED display.
+// The numeric LED display: a small board of its own on a serial port.
+//
+// All bytes are sent by one thread. What the game wants shown is noted and goes out within about a
+// millisecond, so nobody waits for the board; only the latest value and blink count. See also
+// io/led_value.h, the door that lower floors use.
 #pragma once
 
-void led_open();   // start-up, behind the I/O board's search
-void led_close();  // shutdown
+#include <cstdint>
+
+// Searches the ports for a board and starts the thread that feeds it, looks after it every 30 s,
+// and searches anew when it has gone. Start-up, behind the I/O board's search. Takes 10 ms for each
+// port on which nobody answers.
+void led_open();
+// Ends the thread and closes the port. Shutdown.
+void led_close();
+
+// The number on the display, held to 0 to 65535. Any thread; dropped while there is no board.
+void led_set_value(std::int32_t value);
+
+// 1 while a board answers.
+bool led_active();

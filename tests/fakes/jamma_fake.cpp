@@ -71,6 +71,10 @@ bool jamma_link_alive() {
   return jamma_fake.open && jamma_fake.alive;
 }
 
+std::int32_t jamma_port() {
+  return jamma_fake.port;
+}
+
 std::int32_t jamma_command(std::int32_t command, std::intptr_t a, std::intptr_t b, std::intptr_t c,
                            std::intptr_t d) {
   note({command, a, b, c, d});

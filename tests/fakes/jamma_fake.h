@@ -16,8 +16,9 @@ struct JammaFakeCall {
 
 struct JammaFake {
   // What the board says.
-  bool open = true;   // else every command answers JAMMA_ERR_NOT_OPEN, and so does JammaInit
-  bool alive = true;  // jamma_link_alive
+  bool open = true;        // else every command answers JAMMA_ERR_NOT_OPEN, and so does JammaInit
+  bool alive = true;       // jamma_link_alive
+  std::int32_t port = 16;  // jamma_port: none
   std::uint32_t flags = 0;
   std::int32_t tickets_owed[2] = {}, tickets_queued[2] = {};
   std::uint32_t pending[PRESS_COUNT] = {};

@@ -1,0 +1,104 @@
+#include "io/led_link.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+
+#include "io/jamma.h"  // jamma_port
+#include "io/log.h"
+#include "platform/clock.h"
+#include "platform/serial.h"
+
+namespace {
+
+constexpr int BAUD = 9600;
+constexpr int PORT_COUNT = 16;
+constexpr int ANSWER_MS = 10;
+constexpr std::int32_t DISPLAY_TYPE = 2;
+
+enum LedCommand : std::uint8_t { LED_VALUE = 0x55, LED_TYPE = 0x57, LED_BLINK = 0x59 };
+
+bool send(const LedLink& link, LedCommand command, std::int32_t operand) {
+  const std::uint8_t bytes[6] = {
+      0x55, command, static_cast<std::uint8_t>(operand >> 8), static_cast<std::uint8_t>(operand),
+      0xAA, 0};
+  return serial_write(link.port, bytes, sizeof bytes) == static_cast<int>(sizeof bytes);
+}
+
+unsigned last_error() {
+  return static_cast<unsigned>(errno);
+}
+
+bool try_port(LedLink& link, const char* name) {
+  log_message(io_log, "Attempting to open LED port %s", name);
+  int error = 0;
+  link.port = serial_open(name, &error);
+  if (error != 0) {
+    log_error(io_log, "Open LED port failed with code 0x%x", static_cast<unsigned>(error));
+  }
+  log_message(io_log, "LED handle is %p", static_cast<void*>(link.port));
+  if (link.port == nullptr) return false;
+  if (serial_configure(link.port, BAUD) && led_set_type(link)) return true;
+  led_link_close(link);
+  return false;
+}
+
+}  // namespace
+
+void led_link_open(LedLink& link) {
+  link = {};
+  for (int n = 1; n <= PORT_COUNT; ++n) {
+    // While a pulled I/O board's port is closed, nobody else may find it free.
+    if (n - 1 == jamma_port()) continue;
+    char name[8];
+    std::snprintf(name, sizeof name, "COM%d", n);
+    if (!try_port(link, name)) continue;
+    link.active = true;
+    log_message(io_log, "LED is ACTIVE");
+    return;
+  }
+}
+
+void led_link_close(LedLink& link) {
+  if (link.port == nullptr) return;
+  log_message(io_log, "Closing LED handle");
+  serial_close(link.port);
+  link.port = nullptr;
+}
+
+bool led_set_type(LedLink& link) {
+  if (link.port == nullptr) return false;
+  log_message(io_log, "Attempting to set LED type %d", DISPLAY_TYPE);
+  if (!send(link, LED_TYPE, DISPLAY_TYPE)) {
+    log_error(io_log, "Set LED type (write) failed with code 0x%x", last_error());
+    return false;
+  }
+  clock_sleep_ms(ANSWER_MS);
+  char text[33] = {};
+  const int count = serial_read(link.port, text, sizeof text - 1);
+  if (count < 0) {
+    log_error(io_log, "Set LED type (read) failed with code 0x%x", last_error());
+    return false;
+  }
+  log_message(io_log, "LED board returned %s", text);
+  if (count == 0) log_error(io_log, "Bad or no response from LED board");
+  return count > 0;
+}
+
+void led_send_value(LedLink& link, std::int32_t value) {
+  if (!link.active) return;
+  log_message(io_log, "Attempting to set LED value %d", value);
+  if (!send(link, LED_VALUE, value)) {
+    log_error(io_log, "Set LED value failed with code 0x%x", last_error());
+  }
+}
+
+void led_send_blink(LedLink& link, std::int32_t on) {
+  if (link.active) send(link, LED_BLINK, on);
+}
+
+void led_drain(LedLink& link) {
+  if (link.port == nullptr) return;
+  char bytes[32];
+  serial_read(link.port, bytes, sizeof bytes);
+}

@@ -1,0 +1,24 @@
+// The LED board's port and its six-byte commands. LED thread; start-up before it exists.
+#pragma once
+
+#include <cstdint>
+
+struct SerialPort;
+
+struct LedLink {
+  SerialPort* port;  // null: none open
+  bool active;       // a board answered: commands go out only while this is set
+};
+
+// Searches "COM1" to "COM16" for a port on which anything answers the type command. Ports that are
+// held by others, the I/O board's among them, are passed over.
+void led_link_open(LedLink& link);
+void led_link_close(LedLink& link);
+
+// Tells the board its type. True if it answered within 10 ms, with whatever text.
+bool led_set_type(LedLink& link);
+void led_send_value(LedLink& link, std::int32_t value);
+void led_send_blink(LedLink& link, std::int32_t on);
+
+// Drops what has arrived.
+void led_drain(LedLink& link);

@@ -1,0 +1,237 @@
+// The LED board at the other end of a pseudo-terminal: search, numbers, blinking, and coming back.
+#include "io/led_board.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include "books/prefs.h"
+#include "frame/game_clock.h"
+#include "io/led_value.h"
+#include "platform/clock.h"
+#include "platform/environment.h"
+#include "platform/serial.h"
+#include "platform/usb_reset.h"
+#include "playfield/frog_queue.h"
+#include "playfield/paytable.h"
+#include "playfield/playfield.h"
+#include "tests/fakes/jamma_fake.h"
+#include "tests/fakes/pty.h"
+#include "tests/plain_sheets.h"
+#include "tests/temp_folder.h"
+
+namespace {
+
+// A board: answers the type command and shows the last value and blink.
+class Board {
+ public:
+  explicit Board(std::string answer = "LED v1\r\n") : answer_(std::move(answer)) {
+    thread_ = std::thread([this] { run(); });
+  }
+  ~Board() {
+    stop_ = true;
+    thread_.join();
+  }
+  [[nodiscard]] const std::string& path() const { return pty_.path(); }
+
+  std::atomic<int> value{-1}, blink{-1}, types{0}, odd{0};
+  std::atomic<bool> deaf{false};
+
+ private:
+  void run() {
+    std::string bytes;
+    while (!stop_) {
+      bytes += pty_.receive(2);
+      if (deaf) bytes.clear();
+      for (; bytes.size() >= 6; bytes.erase(0, 6)) take(bytes);
+    }
+  }
+  void take(const std::string& bytes) {
+    const auto at = [&](int i) { return static_cast<unsigned char>(bytes[i]); };
+    const int operand = at(2) << 8 | at(3);
+    if (at(0) != 0x55 || at(4) != 0xAA) ++odd;
+    if (at(1) == 0x55) value = operand;
+    if (at(1) == 0x59) blink = operand;
+    if (at(1) != 0x57) return;
+    if (operand != 2) ++odd;
+    ++types;
+    pty_.send(answer_);
+  }
+
+  Pty pty_;
+  std::string answer_;
+  std::atomic<bool> stop_{false};
+  std::thread thread_;
+};
+
+bool soon(const std::function<bool()>& what, int within_ms = 1000) {
+  const std::int64_t end = clock_ms() + within_ms;
+  while (!what() && clock_ms() < end) clock_sleep_ms(1);
+  return what();
+}
+
+// The types that it was told, once nothing more is under way.
+int settled(const Board& board) {
+  int last = -1;
+  while (last != board.types) {
+    last = board.types;
+    clock_sleep_ms(60);
+  }
+  return last;
+}
+
+class Led : public testing::Test {
+ protected:
+  Led() {
+    jamma_fake_reset();
+    prefs_reset();
+    plain_sheets();
+    for (std::string& port : environment.com) port.clear();
+    game_clock.now_ms = 1000;
+    playfield_reset();
+    prefs[PREF_BONUS_VALUE].int_value = 25;
+    prefs[PREF_BOOST_BONUS].int_value = 0;
+    boost_factor = 1;
+  }
+  ~Led() override {
+    led_close();
+    for (std::string& port : environment.com) port.clear();
+  }
+};
+
+TEST_F(Led, TheSearchPassesOverTakenSilentAndMissingPorts) {
+  Pty silent;
+  Pty board_of_another;
+  Board led;
+  environment.com[0] = board_of_another.path();
+  environment.com[2] = silent.path();
+  environment.com[3] = "/dev/null";
+  environment.com[6] = led.path();
+  int error = 0;
+  SerialPort* taken = serial_open("COM1", &error);  // as the I/O board's link holds it
+  ASSERT_NE(taken, nullptr);
+  led_open();
+  EXPECT_TRUE(led_active());
+  EXPECT_GE(led.types, 1);
+  EXPECT_EQ(board_of_another.receive(50), "") << "not a byte may reach the I/O board";
+  serial_close(taken);
+}
+
+TEST_F(Led, TheIoBoardsPortIsItsOwnEvenWhileItIsClosed) {
+  Board io_board;
+  environment.com[0] = io_board.path();
+  jamma_fake.port = 0;
+  led_open();
+  EXPECT_FALSE(led_active());
+  EXPECT_EQ(io_board.types, 0);
+}
+
+TEST_F(Led, AnyAnswerMakesItTheBoard) {
+  Board led("?");
+  environment.com[0] = led.path();
+  led_open();
+  EXPECT_TRUE(led_active());
+}
+
+TEST_F(Led, ItShowsTheBonusAndBlinks) {
+  Board led;
+  environment.com[0] = led.path();
+  led_open();
+  led_update();
+  EXPECT_TRUE(soon([&] { return led.value == 25 && led.blink == 0; }));
+  led_set_blink(1);
+  EXPECT_TRUE(soon([&] { return led.blink == 1; }));
+  led_set_value(-5);
+  EXPECT_TRUE(soon([&] { return led.value == 0; }));
+  led_set_value(8888);
+  EXPECT_TRUE(soon([&] { return led.value == 8888; }));
+
+  prefs[PREF_TWO_POINT_TICKETS].int_value = 1;
+  led_update();
+  EXPECT_TRUE(soon([&] { return led.value == 30 && led.blink == 0; })) << led.value;
+  prefs[PREF_FIXED_TICKET].int_value = 1;
+  led_update();
+  EXPECT_TRUE(soon([&] { return led.value == 0; }));
+  prefs[PREF_FIXED_TICKET].int_value = 0;
+  prefs[PREF_TICKET_USE].int_value = 0;
+  led_set_value(7);
+  EXPECT_TRUE(soon([&] { return led.value == 7; }));
+  led_update();
+  EXPECT_TRUE(soon([&] { return led.value == 0; }));
+  EXPECT_EQ(led.odd, 0);
+}
+
+TEST_F(Led, ADeafBoardIsFoundAgainWhereverItIs) {
+  auto led = std::make_unique<Board>();
+  environment.com[1] = led->path();
+  led_open();
+  ASSERT_TRUE(led_active());
+  led->deaf = true;
+  game_clock.now_ms = now_ms() + 30100;
+  EXPECT_TRUE(soon([] { return !led_active(); }, 4000)) << "a check finds no answer";
+  clock_sleep_ms(200);  // the search behind it finds nobody
+  led.reset();
+  Board again;
+  environment.com[1].clear();
+  environment.com[4] = again.path();  // the adapter came back under another name
+  EXPECT_FALSE(soon([] { return led_active(); }, 100)) << "nobody searches before it is time";
+  game_clock.now_ms = now_ms() + 30100;
+  EXPECT_TRUE(soon([] { return led_active(); }, 4000));
+  EXPECT_TRUE(soon([&] { return again.value == 25; })) << "and it is told what to show";
+}
+
+TEST_F(Led, NobodyLooksAfterItWhileFrogsAreInPlay) {
+  Board led;
+  environment.com[0] = led.path();
+  led_open();
+  ASSERT_TRUE(soon([&] { return led.types >= 2; })) << "the first check comes at once";
+  frog_launch(SIDE_LEFT, false);
+  ASSERT_FALSE(station_idle(SIDE_LEFT));
+  int before = settled(led);
+  game_clock.now_ms = now_ms() + 30100;
+  clock_sleep_ms(50);
+  EXPECT_EQ(led.types, before);
+  playfield_reset();
+  before = settled(led);
+  game_clock.now_ms = now_ms() + 29000;
+  clock_sleep_ms(50);
+  EXPECT_EQ(led.types, before) << "the one that fell due is skipped";
+  game_clock.now_ms = now_ms() + 1100;
+  EXPECT_TRUE(soon([&] { return led.types == before + 1; }));
+}
+
+TEST(UsbReset, OnlyTheAdapterIsTakenOffAndPutBack) {
+  TempFolder sys;
+  const auto device = [&](const char* name, const char* vendor, const char* product) {
+    const std::string folder = sys.path() + "/" + name;
+    std::filesystem::create_directories(folder);
+    std::ofstream(folder + "/idVendor") << vendor << "\n";
+    std::ofstream(folder + "/idProduct") << product << "\n";
+    std::ofstream(folder + "/authorized") << "x";
+    return folder + "/authorized";
+  };
+  const auto text = [](const std::string& path) {
+    std::string word;
+    std::ifstream(path) >> word;
+    return word;
+  };
+  const std::string hub = device("usb1", "1d6b", "0002");
+  const std::string other = device("1-1", "c1ca", "0005");
+  EXPECT_FALSE(usb_reset_below(sys.path(), 0xC1CA, 0x0004));
+  const std::string adapter = device("1-2", "c1ca", "0004");
+  std::filesystem::create_directories(sys.path() + "/1-2:1.0");  // an interface has no numbers
+  EXPECT_TRUE(usb_reset_below(sys.path(), 0xC1CA, 0x0004));
+  EXPECT_EQ(text(adapter), "1");
+  EXPECT_EQ(text(hub), "x");
+  EXPECT_EQ(text(other), "x");
+  EXPECT_FALSE(usb_reset_below(sys.path() + "/nowhere", 0xC1CA, 0x0004));
+}
+
+}  // namespace
