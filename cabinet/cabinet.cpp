@@ -40,9 +40,10 @@ void describe_game(Cabinet& cabinet) {
                       {"LILYHOP_POWER", "off"}};
   // No port of the machine but the cabinet's own may be probed.
   for (int port = 1; port <= 16; ++port) {
-    const bool ours = port == options.com && !options.no_board;
-    game.environment.emplace_back("LILYHOP_COM" + std::to_string(port),
-                                  ours ? cabinet.cable.path : std::string());
+    std::string path;
+    if (port == options.com) path = cabinet.cable.path;
+    if (port == options.led_com) path = cabinet.led_cable.path;
+    game.environment.emplace_back("LILYHOP_COM" + std::to_string(port), path);
   }
 }
 
@@ -84,14 +85,18 @@ void exchange(Cabinet& cabinet, std::int64_t now_ms) {
   for (const char byte : cable_take(cabinet.cable)) {
     board_receive(board, static_cast<std::uint8_t>(byte), now_ms);
   }
-  if (board.to_host.empty()) return;
-  cable_send(cabinet.cable, board.to_host);
+  if (!board.to_host.empty()) cable_send(cabinet.cable, board.to_host);
   board.to_host.clear();
+  led_display_receive(cabinet.led, cable_take(cabinet.led_cable));
+  if (!cabinet.led.to_host.empty()) cable_send(cabinet.led_cable, cabinet.led.to_host);
+  cabinet.led.to_host.clear();
 }
 
 void wait(const Cabinet& cabinet, int wait_ms) {
   std::vector<pollfd> files = {{cabinet.signals, POLLIN, 0}, {cabinet.keys.listener, POLLIN, 0}};
-  if (cabinet.cable.near >= 0) files.push_back({cabinet.cable.near, POLLIN, 0});
+  for (const Cable* cable : {&cabinet.cable, &cabinet.led_cable}) {
+    if (cable->near >= 0) files.push_back({cable->near, POLLIN, 0});
+  }
   if (cabinet.commands_open) files.push_back({STDIN_FILENO, POLLIN, 0});
   for (const KeyClient& client : cabinet.keys.clients) files.push_back({client.socket, POLLIN, 0});
   poll(files.data(), files.size(), busy(cabinet) ? std::min(wait_ms, BUSY_WAIT_MS) : wait_ms);
@@ -118,6 +123,9 @@ std::string cabinet_open(Cabinet& cabinet) {
   if (!options.no_board) {
     if (std::string error = cable_open(cabinet.cable); !error.empty()) return error;
   }
+  if (!options.no_led) {
+    if (std::string error = cable_open(cabinet.led_cable); !error.empty()) return error;
+  }
   if (std::string error = keys_open(cabinet.keys); !error.empty()) return error;
   line_faults_seed(cabinet.cable.to_host, options.seed);
   line_faults_seed(cabinet.cable.to_board, options.seed + 1);
@@ -137,12 +145,16 @@ void cabinet_close(Cabinet& cabinet) {
   game_kill(cabinet.game);
   keys_close(cabinet.keys);
   cable_close(cabinet.cable);
+  cable_close(cabinet.led_cable);
   if (cabinet.signals >= 0) close(cabinet.signals);
   cabinet.signals = -1;
 }
 
 std::string cabinet_start_game(Cabinet& cabinet) {
-  if (!cabinet.game.running) cable_reset(cabinet.cable);
+  if (!cabinet.game.running) {
+    cable_reset(cabinet.cable);
+    cable_reset(cabinet.led_cable);
+  }
   return game_start(cabinet.game);
 }
 

@@ -11,6 +11,7 @@
 #include "cabinet/game_process.h"
 #include "cabinet/hands.h"
 #include "cabinet/keys.h"
+#include "cabinet/led_display.h"
 #include "cabinet/options.h"
 
 struct Cabinet {
@@ -18,6 +19,8 @@ struct Cabinet {
   Board board;
   Hands hands;
   Cable cable;
+  LedDisplay led;
+  Cable led_cable;
   Keys keys;
   GameProcess game;
   std::map<std::string, double> names;  // what scripts noted with "let"

@@ -1,5 +1,7 @@
 #include "cabinet/coils.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr std::uint8_t H_COIN_METER_LEFT = 0x10;
@@ -18,6 +20,15 @@ constexpr MeterRow METERS[METER_COUNT] = {
 };
 
 constexpr int LOCKOUT_CHANNEL[2] = {10, 1};
+
+void show(Coils& coils, int channel, std::uint16_t value) {
+  if (coils.lamp[channel] == value) return;
+  coils.lamp[channel] = value;
+  LampCurve& curve = coils.curve[channel];
+  curve.lowest = std::min(curve.lowest, value);
+  curve.highest = std::max(curve.highest, value);
+  ++curve.changes;
+}
 
 }  // namespace
 
@@ -39,7 +50,7 @@ void coils_set_h(Coils& coils, std::uint8_t h) {
 
 void coils_set_lamp(Coils& coils, int channel, int value) {
   const bool rises = coils.lamp[channel] == 0 && value != 0;
-  coils.lamp[channel] = static_cast<std::uint16_t>(value);
+  show(coils, channel, static_cast<std::uint16_t>(value));
   if (!rises) return;
   for (const MeterRow& row : METERS) {
     if (row.channel == channel) ++coils.meter[row.number];
@@ -52,5 +63,11 @@ bool coils_lockout(const Coils& coils, int side) {
 
 void coils_power_off(Coils& coils) {
   coils.h = 0;
-  for (std::uint16_t& value : coils.lamp) value = 0;
+  for (int channel = 0; channel < LAMP_CHANNELS; ++channel) show(coils, channel, 0);
+}
+
+void coils_mark(Coils& coils) {
+  for (int channel = 0; channel < LAMP_CHANNELS; ++channel) {
+    coils.curve[channel] = {coils.lamp[channel], coils.lamp[channel], 0};
+  }
 }

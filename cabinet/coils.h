@@ -14,10 +14,18 @@ enum Meter {
   METER_COUNT,
 };
 
+// What a lamp did since "mark": a breathing one takes many small steps between its ends, a blinking
+// one few large ones.
+struct LampCurve {
+  std::uint16_t lowest = 0, highest = 0;
+  long changes = 0;
+};
+
 struct Coils {
   std::uint8_t h = 0;                      // the output byte as last received
   std::uint16_t lamp[LAMP_CHANNELS] = {};  // 12 bits
-  long meter[METER_COUNT] = {};            // pulses since the cabinet began
+  LampCurve curve[LAMP_CHANNELS];
+  long meter[METER_COUNT] = {};  // pulses since the cabinet began
 };
 
 // The name of a meter in commands, "coin-left", and the meter of a name, -1 if there is none.
@@ -27,6 +35,9 @@ int meter_find(const std::string& name);
 // New outputs. A meter moves on when its coil goes from off to on.
 void coils_set_h(Coils& coils, std::uint8_t h);
 void coils_set_lamp(Coils& coils, int channel, int value);
+
+// Lamps' curves begin anew at what they show now.
+void coils_mark(Coils& coils);
 
 // The lockout coil of a side is energised.
 bool coils_lockout(const Coils& coils, int side);

@@ -161,6 +161,15 @@ std::string do_say(Cabinet& cabinet, const Arguments& a, std::int64_t now_ms) {
 
 // --- line -------------------------------------------------------------------------------------
 
+std::string do_led(Cabinet& cabinet, const Arguments& a, std::int64_t) {
+  const std::string& what = a.choices[0];
+  if (what == "deaf" || what == "hears") {
+    cabinet.led.deaf = what == "deaf";
+  } else {
+    cabinet.led_cable.plugged = what == "plug";
+  }
+  return {};
+}
 std::string do_unplug(Cabinet& cabinet, const Arguments& a, std::int64_t) {
   cabinet.cable.plugged = !a.choices.empty() && !cabinet.cable.plugged;
   return {};
@@ -202,8 +211,10 @@ std::string do_power(Cabinet& cabinet, const Arguments& a, std::int64_t now_ms) 
     game_kill(cabinet.game);
     hands_drop(cabinet.hands, cabinet.board, now_ms);
     board_power_off(cabinet.board);
+    led_display_power(cabinet.led, false);
     return {};
   }
+  led_display_power(cabinet.led, true);
   board_restart(cabinet.board, BOARD_RANDOM_COUNTERS, now_ms);
   cabinet.board.to_host.clear();  // the board is up long before the game opens the port
   return cabinet_start_game(cabinet);
@@ -217,6 +228,7 @@ std::string do_set_pref(Cabinet& cabinet, const Arguments& a, std::int64_t) {
 
 std::string do_mark(Cabinet& cabinet, const Arguments&, std::int64_t) {
   frame_log_mark(cabinet.board.log);
+  coils_mark(cabinet.board.coils);
   return {};
 }
 std::string do_status(Cabinet& cabinet, const Arguments&, std::int64_t) {
@@ -274,12 +286,13 @@ constexpr CommandRow COMMANDS[] = {
     {"say FRAME", "the board says this, even if it is silent", do_say},
     {"unplug [toggle]", "pull the cable", do_unplug},
     {"plug", "put it in again", do_plug},
+    {"led deaf|hears|pull|plug", "the LED board doesn't answer, or hangs on no cable", do_led},
     {"fault to-host|to-board drop|garble|duplicate PERCENT [apart BYTES]",
      "line faults of so many bytes, no two closer than that", do_fault},
     {"seed SEED", "chance begins here again", do_seed},
     {"power cut|on", "the whole cabinet goes dark, and comes up", do_power},
     {"set pref NAME VALUE", "change a setting while the game is off", do_set_pref},
-    {"mark", "count frames from here", do_mark},
+    {"mark", "count frames and lamps' changes from here", do_mark},
     {"status", "what stands where", do_status},
     {"frames", "the last frames each way", do_frames},
     {"log on|off", "print each frame", do_log},

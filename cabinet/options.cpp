@@ -44,6 +44,9 @@ bool take_value(Options& options, const std::string& name, const std::string& va
   } else if (name == "--com") {
     good = number(value, 1, 16, n);
     options.com = static_cast<int>(n);
+  } else if (name == "--led-com") {
+    good = number(value, 1, 16, n);
+    options.led_com = static_cast<int>(n);
   } else if (name == "--for") {
     good = number(value, 0.001, 1e7, n);
     options.for_seconds = n;
@@ -63,6 +66,8 @@ bool take_value(Options& options, const std::string& name, const std::string& va
 bool take_flag(Options& options, const std::string& name) {
   if (name == "--no-board") {
     options.no_board = true;
+  } else if (name == "--no-led") {
+    options.no_led = true;
   } else if (name == "--no-game") {
     options.no_game = true;
   } else if (name == "--quiet") {
@@ -115,6 +120,7 @@ std::string options_read(int argc, char** argv, Options& options) {
   }
   options.game.assign(argv + i, argv + argc);
   if (options.game.empty()) options.game = {beside("lilyhop")};
+  if (options.com == options.led_com) return "--com and --led-com can't be the same port";
   return options.help ? std::string() : choose_drive(options);
 }
 
@@ -127,11 +133,13 @@ and the game started against it. GAME is the lilyhop beside this program, if it 
   --drive FOLDER   the game's drive d:; otherwise lilyhop-cabinet in the user's data folder, and with
                    --script a new one that goes when the script has passed
   --com N          the game's port that the board is on, 1 to 16; otherwise 1
+  --led-com N      the port that the LED board is on; otherwise 2
   --firmware BYTE  the board's firmware version; 0x5n is the family with a trackball. 0x51
   --seed N         chance begins here: line faults, counters after a restart. 1
   --script FILE    do what the file says; exit code 0 if all it expects came true, else 1
   --for SECONDS    ask the game to quit after this time
-  --no-board       the game finds no port at all
+  --no-board       the game finds no port with an I/O board
+  --no-led         nor one with an LED board
   --no-game        only the board, for somebody else's program
   --quiet          no status
   --verbose        say each line of the script as it is done

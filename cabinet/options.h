@@ -8,8 +8,10 @@
 struct Options {
   std::string drive;  // folder that stands for the game's drive d:
   bool drive_is_temporary = false;
-  int com = 1;  // the game's port that the board is on
+  int com = 1;      // the game's port that the board is on
+  int led_com = 2;  // and the LED board
   bool no_board = false;
+  bool no_led = false;
   bool no_game = false;
   bool quiet = false;
   bool verbose = false;

@@ -43,6 +43,17 @@ BooksValue read_hits(const Cabinet& cabinet, const Arguments& a) {
   return known(static_cast<double>(faults.kinds[line_fault_find(a.choices[1])].hits));
 }
 
+const LampCurve& curve(const Cabinet& cabinet, const Arguments& a) {
+  return cabinet.board.coils.curve[static_cast<int>(argument(a, "CHANNEL", 0))];
+}
+
+BooksValue read_led(const Cabinet& cabinet, const Arguments& a) {
+  const LedDisplay& led = cabinet.led;
+  if (a.choices[0] == "value") return known(led.value);
+  if (a.choices[0] == "blink") return known(led.blink ? 1 : 0);
+  return known(static_cast<double>(a.choices[0] == "asked" ? led.types : led.malformed));
+}
+
 using C = const Cabinet&;
 using A = const Arguments&;
 
@@ -63,6 +74,13 @@ const ReadingRow READINGS[] = {
      [](C c, A a) {
        return known(c.board.coils.lamp[static_cast<int>(argument(a, "CHANNEL", 0))]);
      }},
+    {"lamp-lowest CHANNEL", "the least it showed since \"mark\"",
+     [](C c, A a) { return known(curve(c, a).lowest); }},
+    {"lamp-highest CHANNEL", "the most", [](C c, A a) { return known(curve(c, a).highest); }},
+    {"lamp-changes CHANNEL", "how often it changed; a breath takes many steps",
+     [](C c, A a) { return known(static_cast<double>(curve(c, a).changes)); }},
+    {"led value|blink|asked|malformed",
+     "the LED board: its number (-1: none yet), 1 while it blinks", read_led},
     {"lockout SIDE", "1 while the coil is energised",
      [](C c, A a) { return known(coils_lockout(c.board.coils, a.side) ? 1 : 0); }},
     {"coins SIDE", "times that the coin switch was pressed and let go",

@@ -92,7 +92,8 @@ void draw(Status& status, const std::string& text) {
 }  // namespace
 
 std::string status_text(const Cabinet& cabinet) {
-  return money_text(cabinet) + " | " + lamps_text(cabinet) + " | " + link_text(cabinet);
+  return money_text(cabinet) + " | " + lamps_text(cabinet) + " | LED " +
+         led_display_text(cabinet.led) + " | " + link_text(cabinet);
 }
 
 void status_open(Status& status, const Cabinet& cabinet) {

@@ -195,13 +195,33 @@ TEST_F(CabinetTest, KeysHoldSwitchesAndGiveCommands) {
   EXPECT_FALSE(cabinet.board.switches.closed[INPUT_VOLUME_UP]);
 }
 
+TEST(LedDisplay, TakesCommandsOutOfWhateverComes) {
+  LedDisplay led;
+  EXPECT_EQ(led_display_text(led), "dark");
+  const std::string type("\x55\x57\x00\x02\xAA\x00", 6), blink("\x55\x59\x00\x01\xAA\x77", 6);
+  led_display_receive(led, type.substr(0, 4));
+  EXPECT_EQ(led.to_host, "");
+  led_display_receive(led, type.substr(4) + "noise" + std::string("\x55\x55\x22\xB8\xAA\x00", 6));
+  EXPECT_NE(led.to_host, "");
+  EXPECT_EQ(led.value, 8888);
+  EXPECT_EQ(led.malformed, 5);
+  led_display_receive(led, blink);
+  EXPECT_EQ(led_display_text(led), "8888*");
+  led.deaf = true;
+  led_display_receive(led, type);
+  EXPECT_EQ(led.types, 1);
+  led_display_power(led, false);
+  EXPECT_EQ(led_display_text(led), "dark");
+}
+
 TEST_F(CabinetTest, GameIsStartedAskedToQuitAndKilled) {
   cabinet.game.command = {"/bin/sh", "-c",
-                          "test -c \"$LILYHOP_COM1\" && test -z \"$LILYHOP_COM2\" && "
+                          "test -c \"$LILYHOP_COM1\" && test -c \"$LILYHOP_COM2\" && "
+                          "test -z \"$LILYHOP_COM3\" && "
                           "test \"$LILYHOP_POWER\" = off && test -d \"$LILYHOP_DRIVE_D\" && "
                           "test -S \"${LILYHOP_KEYS#unix:}\" && touch \"$LILYHOP_DRIVE_D/up\" && "
                           "trap 'exit 7' TERM && while :; do sleep 0.02; done"};
-  setenv("LILYHOP_COM2", "/dev/ttyS0", 1);
+  setenv("LILYHOP_COM3", "/dev/ttyS0", 1);
   ASSERT_EQ(cabinet_start_game(cabinet), "");
   for (int i = 0; i < 200 && !std::filesystem::exists(cabinet.options.drive + "/up"); ++i) turn(10);
   EXPECT_TRUE(cabinet.game.running);
