@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstring>
 
-#include "frame/tokens.h"
 #include "gfx/frame.h"  // LAYOUT_WIDTH
 #include "platform/display.h"
+#include "platform/tokens.h"
 
 AppWindow app_window = {LAYOUT_WIDTH, LAYOUT_HEIGHT, 1};
 

@@ -8,13 +8,15 @@
 #include "books/audits.h"
 #include "books/prefs.h"
 #include "frame/game_thread.h"
+#include "frame/render_frame.h"
 #include "gfx/text.h"  // text_fonts_load
 #include "io/jamma.h"
 #include "io/lamp_effects.h"
 #include "io/led_board.h"
 #include "operator/boot_check.h"
-#include "platform/clock.h"   // clock_calendar_s
-#include "platform/random.h"  // random_seed
+#include "operator/main_menu.h"  // menus_build
+#include "platform/clock.h"      // clock_calendar_s
+#include "platform/random.h"     // random_seed
 #include "playfield/playfield.h"
 #include "presentation/volume.h"
 #include "sound/jps.h"
@@ -46,7 +48,8 @@ int Game_Init() {
   prefs_load();
   text_fonts_load();
   open_sound();
-  boot_check_and_version();
+  menus_build();
+  boot_check_and_version(render_frame);
   jamma_lamps_init();
   led_open();
   playfield_init();
@@ -55,6 +58,7 @@ int Game_Init() {
     std::fprintf(stderr, "Game_Init: the machine gives the game no thread\n");
     std::_Exit(1);
   }
+  led_start();
   return 1;
 }
 
@@ -62,6 +66,7 @@ int Game_Shutdown() {
   game_threads_stop();
   playfield_free();
   led_close();
+  menus_free();
   text_fonts_free();
   jps_shutdown();
   prefs_save();

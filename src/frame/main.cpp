@@ -6,6 +6,7 @@
 #include "frame/game_init.h"
 #include "frame/main_loop.h"
 #include "gfx/frame.h"
+#include "operator/boot_check.h"  // build_stamp
 #include "platform/clock.h"
 #include "platform/environment.h"
 #include "platform/files.h"
@@ -27,6 +28,7 @@ int main(int argc, char** argv) {
   if (!app_create_window()) return 0;
   thread_pin_to_one_processor();
   gfx_context_create(LAYOUT_WIDTH, LAYOUT_HEIGHT);
+  build_stamp = {__DATE__, __TIME__};
   Game_Init();
   main_loop();
   Game_Shutdown();

@@ -2,6 +2,7 @@
 
 #include "frame/game_mode.h"
 #include "operator/boot_check.h"
+#include "operator/info_pane.h"
 #include "operator/menu.h"
 #include "operator/test_screen.h"
 #include "presentation/scene.h"

@@ -3,8 +3,8 @@
 #include "books/audits.h"
 #include "books/prefs.h"
 #include "frame/game_mode.h"
-#include "frame/tick_timers.h"  // test_hold_ticks
-#include "operator/menu.h"
+#include "frame/tick_timers.h"   // test_hold_ticks
+#include "operator/main_menu.h"  // menu_enter
 #include "presentation/volume.h"
 #include "sound/jps.h"
 

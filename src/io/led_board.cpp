@@ -97,6 +97,9 @@ void want(std::uint32_t what) {
 void led_open() {
   board.next_check_ms = 0;
   find_board();
+}
+
+void led_start() {
   led_thread() = thread_start("led", THREAD_PRIORITY_NORMAL, led_body, nullptr);
 }
 

@@ -7,10 +7,12 @@
 
 #include <cstdint>
 
-// Searches the ports for a board and starts the thread that feeds it, looks after it every 30 s,
-// and searches anew when it has gone. Start-up, behind the I/O board's search. Takes 10 ms for each
+// Searches the ports for a board. Start-up, behind the I/O board's search. Takes 10 ms for each
 // port on which nobody answers.
 void led_open();
+// Starts the thread that feeds the board, looks after it every 30 s, and searches anew when it has
+// gone. Start-up, when the field stands.
+void led_start();
 // Ends the thread and closes the port. Shutdown.
 void led_close();
 

@@ -1,5 +1,25 @@
-// The external USB watchdog.
+// The external USB watchdog, which restarts the machine unless it is fed.
 #pragma once
 
+#include <cstdint>
+
+#include "platform/shared.h"  // Shared
+
+enum WatchdogWord : std::uint16_t {
+  WATCHDOG_WORD_LONG = 0xB03C,    // fed while the game runs
+  WATCHDOG_WORD_SHORT = 0xB008,   // the operator's test: seconds are left
+  WATCHDOG_WORD_REBOOT = 0xB0FF,  // ahead of an ordered reboot
+};
+
+struct WatchdogFeed {            // game thread
+  Shared<std::int32_t> paused;   // the operator's test holds the heartbeat back
+  Shared<std::int64_t> next_ms;  // game clock: the next heartbeat, or attempt to find a device
+};
+extern WatchdogFeed watchdog_feed;
+
+void watchdog_boot();         // start-up, before the game thread: looks for the device
 void watchdog_heartbeat();    // game thread, each tick
 void watchdog_reboot_word();  // before an ordered reboot
+
+// Sends a word if a device is open and took the last one. Never waits. Game thread.
+void watchdog_send_word(std::uint16_t word);

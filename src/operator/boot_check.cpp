@@ -1,5 +1,134 @@
 #include "operator/boot_check.h"
 
-// Nothing is checked yet: "Check CRC" stays as it is and asks again at the next boot.
-void boot_check_and_version() {}
-void crc_check_draw() {}
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "books/prefs.h"
+#include "frame/game_mode.h"
+#include "gfx/frame.h"  // gfx_frame_run
+#include "gfx/text.h"
+#include "io/watchdog_link.h"  // watchdog_boot
+#include "operator/file_sums.h"
+#include "platform/display.h"  // display_poll_events
+#include "platform/files.h"
+
+namespace {
+
+constexpr std::uint32_t RED = 0xFFFF0000;
+constexpr int X = 16;
+constexpr int LINE_HEIGHT_PX = 16;
+
+struct BootCheck {  // main thread
+  bool list_missing, file_missing, file_damaged;
+  void (*draw)();
+};
+constinit BootCheck check{};
+
+std::string& current_file() {
+  static std::string name;
+  return name;
+}
+
+// At most 18 characters, up to and with a line break.
+void read_line(ReadFile* file, char (&line)[20]) {
+  for (int length = 0; length < 18; ++length) {
+    if (read_bytes(file, &line[length], 1) != 1 || line[length] == '\n') return;
+  }
+}
+
+void read_version() {
+  version_record = {};
+  ReadFile* file = read_open(R"(d:\version.txt)");
+  if (file == nullptr) {
+    std::strcpy(version_record.version, "VERSION.TXT MISSING");
+    std::strcpy(version_record.os_version, "VERSION.TXT MISSING");
+    return;
+  }
+  read_line(file, version_record.version);
+  read_line(file, version_record.os_version);
+  read_close(file);
+}
+
+// True if it differed from what the settings remember.
+bool note(PrefIndex row, const char* stamp) {
+  char(&text)[80] = prefs[row].text_value;
+  if (std::strncmp(text, stamp, sizeof text) == 0) return false;
+  std::memset(text, 0, sizeof text);
+  std::strncpy(text, stamp, sizeof text - 1);
+  return true;
+}
+
+void note_build() {
+  const bool new_date = note(PREF_BUILD_DATE, build_stamp.date);
+  const bool new_time = note(PREF_BUILD_TIME, build_stamp.time);
+  if (!new_date && !new_time) return;
+  prefs[PREF_CHECK_CRC].int_value = 1;
+  prefs_save();
+}
+
+void draw_frame() {
+  gfx_frame_run(check.draw);
+}
+
+// There is no way past a bad installation. Whoever stops the program may still do so.
+[[noreturn]] void halt() {
+  while (!display_poll_events().quit) draw_frame();
+  std::exit(1);
+}
+
+void files_check() {
+  game_mode = MODE_BOOT_CHECK;
+  const FileCheck result = crc_files_check(current_file(), draw_frame);
+  check.list_missing = result == LIST_MISSING;
+  check.file_missing = result == FILE_MISSING;
+  check.file_damaged = result == FILE_DAMAGED;
+  if (result != FILES_GOOD) halt();
+  game_mode = MODE_PLAY;
+}
+
+// Six lines; the pen moves down with them, to the last.
+void red_box(int y, const char* message) {
+  const char* lines[] = {
+      "*************************", "*                       *", message,
+      "*  Reinstall Software!  *", "*                       *", "*************************"};
+  for (const char* line : lines) {
+    text_draw(FONT_8X12, RED, X, y, "%s", line);
+    y += LINE_HEIGHT_PX;
+  }
+}
+
+}  // namespace
+
+BuildStamp build_stamp{"", ""};
+VersionRecord version_record{};
+
+void boot_check_and_version(void (*draw)()) {
+  check = {};
+  check.draw = draw;
+  watchdog_boot();
+  read_version();
+  note_build();
+  if (pref_int(PREF_CHECK_CRC) == 0) return;
+  files_check();
+  prefs[PREF_CHECK_CRC].int_value = 0;
+  prefs_save();
+}
+
+void crc_check_draw() {
+  int pen = 16;
+  text_draw(FONT_8X12, COLOUR_WHITE, X, pen, "Running CRC Check...");
+  if (check.list_missing) {
+    red_box(80, "*   CRC FILE MISSING!   *");
+    pen = 160;
+  }
+  const int c = pen + 64;
+  text_draw(FONT_8X12, COLOUR_WHITE, X, c, "Checking files...");
+  text_draw(FONT_8X12, COLOUR_WHITE, X, c + 32, "%s", current_file().c_str());
+  pen = c + 32;
+  if (check.file_missing) {
+    red_box(c + 96, "*     FILE MISSING!     *");
+    pen = c + 176;
+  }
+  if (check.file_damaged) red_box(pen + 64, "*     FILE DAMAGED!     *");
+}

@@ -1,6 +1,25 @@
-// The version record and the check of the installed files.
+// The version record and the check of the installed files at start-up. All of it runs on the main
+// thread, before the game thread exists.
 #pragma once
 
-// Start-up, main thread, before the game thread exists.
-void boot_check_and_version();
+struct BuildStamp {
+  const char* date;  // as "May 17 2012"
+  const char* time;  // as "10:20:53"
+};
+
+// When the program was built; main() sets it before Game_Init.
+extern BuildStamp build_stamp;
+
+struct VersionRecord {  // the first two lines of d:\version.txt, at most 18 characters each
+  char version[20];
+  char os_version[20];
+};
+extern VersionRecord version_record;
+
+// Reads the version record; then, if "Check CRC" is set or the build is a new one, proves every
+// file of lhpcrc.txt and clears "Check CRC". `draw` draws a frame of the check's screen. With a bad
+// installation it doesn't return: the screen says what is wrong until the program is ended.
+void boot_check_and_version(void (*draw)());
+
+// The check's screen. Main thread, in MODE_BOOT_CHECK.
 void crc_check_draw();

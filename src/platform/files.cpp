@@ -1,6 +1,7 @@
 #include "platform/files.h"
 
 #include <fcntl.h>
+#include <strings.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -34,6 +35,21 @@ bool sync_folder(const std::string& folder) {
   return ok;
 }
 
+bool is_on_drive(std::string_view name) {
+  return name.starts_with(R"(d:\)") || name.starts_with(R"(D:\)");
+}
+
+// The name in a folder that differs from this one in no more than its letters' case.
+std::string name_in_any_case(const std::filesystem::path& folder, const std::string& name) {
+  std::error_code failed;
+  if (std::filesystem::exists(folder / name, failed)) return name;
+  for (const auto& entry : std::filesystem::directory_iterator(folder, failed)) {
+    const std::string other = entry.path().filename().string();
+    if (strcasecmp(other.c_str(), name.c_str()) == 0) return other;
+  }
+  return {};
+}
+
 }  // namespace
 
 void files_use_roots(const std::string& drive_d, const std::string& program_folder) {
@@ -50,7 +66,7 @@ std::string files_program_folder() {
 
 std::string files_path(const char* name) {
   std::string_view rest = name;
-  const bool on_drive = rest.starts_with(R"(d:\)") || rest.starts_with(R"(D:\)");
+  const bool on_drive = is_on_drive(rest);
   if (on_drive) rest.remove_prefix(3);
   std::string path = on_drive ? roots().drive_d : roots().program;
   while (!rest.empty()) {
@@ -72,6 +88,22 @@ struct ReadFile {
 ReadFile* read_open(const char* name) {
   const std::string path = files_path(name);
   std::FILE* stream = path.empty() ? nullptr : std::fopen(path.c_str(), "rbe");
+  return stream == nullptr ? nullptr : new ReadFile{stream};
+}
+
+ReadFile* read_open_any_case(const char* name) {
+  if (ReadFile* file = read_open(name)) return file;
+  // Walks down from the root, part by part.
+  const std::filesystem::path wanted = files_path(name);
+  if (wanted.empty()) return nullptr;
+  const std::filesystem::path root = files_path(is_on_drive(name) ? R"(d:\)" : "");
+  std::filesystem::path found = root;
+  for (const auto& part : wanted.lexically_relative(root)) {
+    const std::string match = name_in_any_case(found, part.string());
+    if (match.empty()) return nullptr;
+    found /= match;
+  }
+  std::FILE* stream = std::fopen(found.c_str(), "rbe");
   return stream == nullptr ? nullptr : new ReadFile{stream};
 }
 

@@ -23,6 +23,9 @@ struct StoreFile;
 
 // Opens for reading; null if there is no such file.
 ReadFile* read_open(const char* name);
+// The same whatever the case of the name's letters, where lists were written on systems that don't
+// tell upper from lower case.
+ReadFile* read_open_any_case(const char* name);
 // Reads up to `size` bytes; returns how many came, less at the end of the file or on an error.
 std::size_t read_bytes(ReadFile* file, void* data, std::size_t size);
 void read_close(ReadFile* file);

@@ -35,15 +35,14 @@ std::int32_t by_points(std::int32_t tickets, std::int32_t points) {
   return (pays_points() ? points : tickets) * paytable_factor;
 }
 
-// Rounds to a half: down below a quarter, up from three quarters.
+}  // namespace
+
 float rounded_to_half(float wanted) {
   const auto whole = static_cast<float>(static_cast<int>(wanted));
   const float rest = wanted - whole;
   if (rest < 0.25F) return whole;
   return rest < 0.75F ? whole + 0.5F : whole + 1.0F;
 }
-
-}  // namespace
 
 bool pays_points() {
   return pref_on(PREF_TWO_POINT_TICKETS);

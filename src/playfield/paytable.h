@@ -33,6 +33,8 @@ void bonus_value_reset();
 
 // Tickets per frog that the money settings ask for. Settings that divide by nothing give 0.
 float paytable_wanted();
+// To a half: down below a quarter, up from three quarters.
+float rounded_to_half(float wanted);
 std::int32_t jackpot_value();
 // The chance that a frog crosses, by the cells of the river alone.
 float jackpot_chance();

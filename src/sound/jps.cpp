@@ -5,6 +5,7 @@ std::uint32_t jps_bank_play_name(const char* /*name*/) {
   return 0;
 }
 void sound_pitch_scale(std::uint32_t /*tracks*/, double /*factor*/) {}
+void jps_set_pan_all(int /*pan*/) {}
 void jps_stop_all() {}
 void jps_set_master_volume(int /*volume*/) {}
 bool jps_init() {

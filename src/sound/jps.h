@@ -11,6 +11,10 @@ std::uint32_t jps_bank_play_name(const char* name);
 // 100000 Hz.
 void sound_pitch_scale(std::uint32_t tracks, double factor);
 
+// Pan of all 16 tracks, -10000 (left alone) to 10000 (right alone), in hundredths of a decibel of
+// the quieter side.
+void jps_set_pan_all(int pan);
+
 // Ends all that plays.
 void jps_stop_all();
 

@@ -34,7 +34,14 @@ void sound_pitch_scale(std::uint32_t /*tracks*/, double factor) {
   jps_fake.pitches.push_back(factor);
 }
 
-void jps_stop_all() {}
+void jps_set_pan_all(int pan) {
+  const std::lock_guard guard(lock);
+  jps_fake.pan = pan;
+}
+void jps_stop_all() {
+  const std::lock_guard guard(lock);
+  ++jps_fake.stops;
+}
 void jps_set_master_volume(int volume) {
   const std::lock_guard guard(lock);
   jps_fake.master_volume = volume;

@@ -7,6 +7,8 @@
 struct JpsFake {
   std::vector<std::string> played;
   std::vector<double> pitches;
+  int stops = 0;           // times that all sound was ended
+  int pan = 0;             // of all tracks
   int master_volume = -1;  // -1: never set
 };
 

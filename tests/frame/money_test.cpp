@@ -18,7 +18,7 @@
 #include "frame/tick_timers.h"
 #include "frame/ticket_status.h"
 #include "frame/tickets.h"
-#include "operator/menu.h"
+#include "operator/main_menu.h"
 #include "platform/files.h"
 #include "platform/headless/power_record.h"
 #include "platform/random.h"
@@ -56,7 +56,8 @@ class Money : public testing::Test {
     jps_fake_reset();
     awards_reset();
     win_show_reset();
-    menu_reset();
+    menus_free();
+    menus_build();
     lockouts_reset();
     periodic_reboot_reset();
     random_seed(1);
@@ -294,7 +295,7 @@ TEST_F(Money, PressesInOperatorModeAreLost) {
   jamma_fake.pending[PRESS_TST] = 1;
   tick();
   EXPECT_EQ(game_mode, MODE_OPERATOR);
-  jamma_fake.pending[PRESS_TST] = 1;
+  jamma_fake.pending[PRESS_SRV] = 1;
   tick();
   EXPECT_EQ(game_mode, MODE_PLAY);
   EXPECT_EQ(sound_enabled, 1);

@@ -5,8 +5,8 @@
 #include <string>
 
 #include "frame/app_window.h"
-#include "frame/tokens.h"
 #include "platform/environment.h"
+#include "platform/tokens.h"
 
 namespace {
 

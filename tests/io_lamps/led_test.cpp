@@ -118,6 +118,7 @@ TEST_F(Led, TheSearchPassesOverTakenSilentAndMissingPorts) {
   SerialPort* taken = serial_open("COM1", &error);  // as the I/O board's link holds it
   ASSERT_NE(taken, nullptr);
   led_open();
+  led_start();
   EXPECT_TRUE(led_active());
   EXPECT_GE(led.types, 1);
   EXPECT_EQ(board_of_another.receive(50), "") << "not a byte may reach the I/O board";
@@ -129,6 +130,7 @@ TEST_F(Led, TheIoBoardsPortIsItsOwnEvenWhileItIsClosed) {
   environment.com[0] = io_board.path();
   jamma_fake.port = 0;
   led_open();
+  led_start();
   EXPECT_FALSE(led_active());
   EXPECT_EQ(io_board.types, 0);
 }
@@ -137,6 +139,7 @@ TEST_F(Led, AnyAnswerMakesItTheBoard) {
   Board led("?");
   environment.com[0] = led.path();
   led_open();
+  led_start();
   EXPECT_TRUE(led_active());
 }
 
@@ -144,6 +147,7 @@ TEST_F(Led, ItShowsTheBonusAndBlinks) {
   Board led;
   environment.com[0] = led.path();
   led_open();
+  led_start();
   led_update();
   EXPECT_TRUE(soon([&] { return led.value == 25 && led.blink == 0; }));
   led_set_blink(1);
@@ -172,6 +176,7 @@ TEST_F(Led, ADeafBoardIsFoundAgainWhereverItIs) {
   auto led = std::make_unique<Board>();
   environment.com[1] = led->path();
   led_open();
+  led_start();
   ASSERT_TRUE(led_active());
   led->deaf = true;
   game_clock.now_ms = now_ms() + 30100;
@@ -191,6 +196,7 @@ TEST_F(Led, NobodyLooksAfterItWhileFrogsAreInPlay) {
   Board led;
   environment.com[0] = led.path();
   led_open();
+  led_start();
   ASSERT_TRUE(soon([&] { return led.types >= 2; })) << "the first check comes at once";
   frog_launch(SIDE_LEFT, false);
   ASSERT_FALSE(station_idle(SIDE_LEFT));

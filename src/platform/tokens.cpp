@@ -1,4 +1,4 @@
-#include "frame/tokens.h"
+#include "platform/tokens.h"
 
 #include <cctype>
 #include <cstring>

@@ -1,0 +1,33 @@
+#include <cstdint>
+
+#include "gfx/panel.h"  // gfx_rect_draw
+#include "gfx/text.h"
+#include "io/jamma.h"
+#include "operator/diagnostics.h"  // diagnostics_reopen
+#include "operator/hardware_tests.h"
+#include "sound/jps.h"
+
+void dip_test_input() {
+  if (jamma_presses_pending(PRESS_SRV) == 0 && jamma_presses_pending(PRESS_P2S) == 0) return;
+  diagnostics_reopen();
+  jps_bank_play_name("menu_cancel");
+}
+
+void dip_test_draw() {
+  constexpr std::uint32_t SLOT = 0xFF000000;
+  const auto dips = static_cast<std::uint32_t>(jamma_command(JAMMA_GET_DIPS));
+  text_draw(FONT_8X12, COLOUR_WHITE, 680, 204, "DIP SWITCH VALUES");
+  text_draw(FONT_8X12, COLOUR_WHITE, 562, 244, "VALUE");
+  text_draw(FONT_8X12, COLOUR_WHITE, 664, 244, "STATE");
+  text_draw(FONT_8X12, COLOUR_WHITE, 790, 244, "SWITCH");
+  for (int row = 0; row < 8; ++row) {
+    const int bit = 7 - row;
+    const bool on = (dips >> bit & 1U) != 0;
+    const int y = 275 + 20 * row;
+    text_draw(FONT_8X12, COLOUR_WHITE, 562, y, "%s", on ? "On" : "Off");
+    gfx_rect_draw(664, y - 4, 32, 16, SLOT, SLOT);
+    gfx_rect_draw(on ? 664 : 680, y - 4, 16, 16, COLOUR_WHITE, COLOUR_WHITE);
+    text_draw(FONT_8X12, COLOUR_WHITE, 790, y, "%d", bit + 1);
+  }
+  text_draw(FONT_8X12, COLOUR_WHITE, 680, 464, "Hit Service or Right Start to continue");
+}

@@ -1,0 +1,82 @@
+#include "operator/file_sums.h"
+
+#include <zlib.h>
+
+#include <cstdlib>
+#include <string_view>
+#include <vector>
+
+#include "platform/files.h"
+#include "platform/tokens.h"
+
+namespace {
+
+constexpr const char* LIST_NAME = "lhpcrc.txt";
+constexpr std::uint32_t CRC_START = 0x63046310;
+constexpr std::size_t BLOCK = 1 << 18;
+constexpr std::size_t LINE_MOST = 254;
+
+// Reads lines as the check counts them: a line that the end of the file cuts off isn't one, and
+// what is longer than a line may be comes in pieces.
+class ListReader {
+ public:
+  explicit ListReader(ReadFile* file) : file_(file) {}
+
+  bool next(std::string& line) {
+    line.clear();
+    char c = 0;
+    while (read_bytes(file_, &c, 1) == 1) {
+      line += c;
+      if (c == '\n' || line.size() == LINE_MOST) return true;
+    }
+    return false;
+  }
+
+ private:
+  ReadFile* file_;
+};
+
+std::int32_t decimal(const char* text) {
+  return static_cast<std::int32_t>(std::strtol(text, nullptr, 10));
+}
+
+FileCheck check_file(const char* name, std::int32_t size, std::int32_t crc) {
+  std::int32_t found_size = 0;
+  std::int32_t found_crc = 0;
+  if (!crc_file_sum(name, &found_size, &found_crc)) return FILE_MISSING;
+  return found_size == size && found_crc == crc ? FILES_GOOD : FILE_DAMAGED;
+}
+
+}  // namespace
+
+bool crc_file_sum(const std::string& name, std::int32_t* size, std::int32_t* crc) {
+  ReadFile* file = read_open_any_case(name.c_str());
+  if (file == nullptr) return false;
+  std::vector<unsigned char> block(BLOCK);
+  // zlib inverts a sum on the way in and out.
+  uLong sum = ~CRC_START;
+  std::uint32_t total = 0;
+  for (std::size_t count; (count = read_bytes(file, block.data(), BLOCK)) > 0;) {
+    sum = crc32_z(sum, block.data(), count);
+    total += static_cast<std::uint32_t>(count);
+  }
+  read_close(file);
+  *size = static_cast<std::int32_t>(total);
+  *crc = static_cast<std::int32_t>(~static_cast<std::uint32_t>(sum));
+  return true;
+}
+
+FileCheck crc_files_check(std::string& current, void (*checked)()) {
+  ReadFile* list = read_open_any_case(LIST_NAME);
+  if (list == nullptr) return LIST_MISSING;
+  ListReader reader(list);
+  FileCheck result = FILES_GOOD;
+  for (std::string line; result == FILES_GOOD && reader.next(line);) {
+    if (app_tokenize_line(line.c_str()) != 3) continue;
+    current = token_table[0];
+    result = check_file(token_table[0], decimal(token_table[1]), decimal(token_table[2]));
+    if (result == FILES_GOOD) checked();
+  }
+  read_close(list);
+  return result;
+}

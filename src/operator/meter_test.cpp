@@ -1,0 +1,22 @@
+#include "frame/sides.h"
+#include "gfx/text.h"
+#include "io/jamma.h"
+#include "operator/diagnostics.h"  // diagnostics_reopen
+#include "operator/hardware_tests.h"
+#include "sound/jps.h"
+
+void meter_test_input() {
+  if (jamma_presses_pending(PRESS_TST) > 0 || jamma_presses_pending(PRESS_P1S) > 0) {
+    jamma_command(JAMMA_PULSE_COIN_METER, SIDE_LEFT, 1);
+    jamma_command(JAMMA_PULSE_COIN_METER, SIDE_RIGHT, 1);
+    jps_bank_play_name("menu_select");
+  } else if (jamma_presses_pending(PRESS_SRV) > 0 || jamma_presses_pending(PRESS_P2S) > 0) {
+    diagnostics_reopen();
+    jps_bank_play_name("menu_cancel");
+  }
+}
+
+void meter_test_draw() {
+  text_draw(FONT_8X12, COLOUR_WHITE, 680, 368, "Hit Test or Left Start to advance coin meter");
+  text_draw(FONT_8X12, COLOUR_WHITE, 680, 384, "Hit Service or Right Start to exit");
+}

@@ -1,0 +1,101 @@
+#include "operator/monitor_test.h"
+
+#include <cstdint>
+
+#include "gfx/panel.h"  // gfx_rect_draw, gfx_line_draw, gfx_quad_draw
+#include "gfx/text.h"
+#include "io/jamma.h"
+#include "operator/diagnostics.h"  // diagnostics_reopen
+#include "sound/jps.h"
+
+namespace {
+
+constexpr int SCREEN_WIDTH = 1360;
+constexpr int SCREEN_HEIGHT = 768;
+constexpr int GRID_PX = 40;
+
+void colour_bars() {
+  constexpr struct {
+    int y;
+    std::uint32_t channels;  // a byte of ones for each that takes part
+  } BLOCKS[] = {{32, 0x00FFFFFF}, {192, 0x00FF0000}, {352, 0x0000FF00}, {512, 0x000000FF}};
+  for (const auto& block : BLOCKS) {
+    for (std::uint32_t i = 0; i < 16; ++i) {
+      const std::uint32_t colour = 0xFF000000 | (0x00111111 * i & block.channels);
+      gfx_rect_draw(32 + 81 * static_cast<int>(i), block.y, 81, 64, colour, colour);
+    }
+    gfx_rect_draw(32, block.y + 64, 1296, 64, COLOUR_BLACK, 0xFF000000 | block.channels);
+  }
+}
+
+void whole_screen(std::uint32_t colour) {
+  gfx_rect_draw(0, 0, SCREEN_WIDTH + 1, SCREEN_HEIGHT + 1, colour, colour);
+}
+
+void line(int x0, int y0, int x1, int y1) {
+  gfx_line_draw(nullptr, 1.0F, x0, y0, x1, y1, COLOUR_WHITE);
+}
+
+void convergence() {
+  whole_screen(COLOUR_BLACK);
+  for (int x = 0; x < SCREEN_WIDTH; x += GRID_PX) line(x, 0, x, SCREEN_HEIGHT);
+  line(SCREEN_WIDTH, 0, SCREEN_WIDTH, SCREEN_HEIGHT);
+  for (int y = 0; y < 760; y += GRID_PX) line(0, y, SCREEN_WIDTH, y);
+  line(0, SCREEN_HEIGHT, SCREEN_WIDTH, SCREEN_HEIGHT);
+  for (int y = GRID_PX / 2; y < SCREEN_HEIGHT; y += GRID_PX) {
+    for (int x = GRID_PX / 2; x < SCREEN_WIDTH; x += GRID_PX) {
+      gfx_rect_draw(x, y, 2, 2, COLOUR_WHITE, COLOUR_WHITE);
+    }
+  }
+}
+
+void captions(const char* caption) {
+  const char* more = "Hit Test or Right Start to continue";
+  text_draw(FONT_8X12, COLOUR_BLACK, 33, 697, "%s", caption);
+  text_draw(FONT_8X12, COLOUR_BLACK, 33, 717, "%s", more);
+  text_draw(FONT_8X12, COLOUR_WHITE, 32, 696, "%s", caption);
+  text_draw(FONT_8X12, COLOUR_WHITE, 32, 716, "%s", more);
+}
+
+}  // namespace
+
+void monitor_test_input() {
+  if (jamma_presses_pending(PRESS_TST) == 0 && jamma_presses_pending(PRESS_P2S) == 0) return;
+  if (test_screen == TEST_CONVERGENCE) {
+    diagnostics_reopen();
+  } else {
+    test_screen = static_cast<TestScreen>(test_screen + 1);
+  }
+  jps_bank_play_name("menu_select");
+}
+
+void monitor_test_draw(TestScreen picture) {
+  switch (picture) {
+    case TEST_COLOR_BARS:
+      colour_bars();
+      captions("Color Bars");
+      break;
+    case TEST_WHITE:
+      whole_screen(0xFFFFFFFF);
+      captions("White Purity");
+      break;
+    case TEST_RED:
+      whole_screen(0xFFFF0000);
+      captions("Red Purity");
+      break;
+    case TEST_GREEN:
+      whole_screen(0xFF00FF00);
+      captions("Green Purity");
+      break;
+    case TEST_BLUE:
+      whole_screen(0xFF0000FF);
+      captions("Blue Purity");
+      break;
+    case TEST_CONVERGENCE:
+      convergence();
+      captions("Convergence");
+      break;
+    default:
+      break;
+  }
+}

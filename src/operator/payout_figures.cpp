@@ -1,0 +1,110 @@
+#include "operator/payout_figures.h"
+
+#include <cmath>
+
+#include "books/prefs.h"
+#include "operator/info_pane.h"
+#include "playfield/paytable.h"
+
+namespace {
+
+constexpr float LEAST_AVERAGE = 3.0F;  // of the table's first row
+constexpr float MOST_AVERAGE = 25.0F;  // and its last
+
+struct Figures {
+  float money;     // that one frog takes in
+  float wanted;    // tickets per frog that the settings ask for, to a half
+  double average;  // that the row of the table pays
+  float achieved;  // part of the money that comes back by it
+  float extra;     // tickets per frog that a bonus set by hand adds or takes away
+  float extra_fraction;
+  bool by_hand;
+};
+
+float part_of_money(double tickets, float money) {
+  return money > 0.0F ? static_cast<float>(tickets) * pref_float(PREF_TICKET_VALUE) / money : 0.0F;
+}
+
+Figures figures() {
+  Figures f{};
+  const std::int32_t frogs = pref_int(PREF_FROGS_PER_GAME);
+  f.money = frogs == 0 ? 0.0F
+                       : static_cast<float>(pref_int(PREF_COINS_TO_PLAY)) /
+                             static_cast<float>(frogs) * pref_float(PREF_COIN_VALUE);
+  f.wanted = rounded_to_half(paytable_wanted());
+  f.average = paytable_row * 0.5 + 3.0;
+  f.achieved = part_of_money(f.average, f.money);
+  const std::int32_t natural = paytable[paytable_row].jackpot * paytable_factor;
+  const std::int32_t bonus = pref_int(PREF_BONUS_VALUE);
+  f.by_hand = bonus != natural;
+  f.extra =
+      jackpot_chance() * static_cast<float>(bonus - natural) * static_cast<float>(boost_factor);
+  f.extra_fraction = part_of_money(static_cast<double>(f.extra), f.money);
+  return f;
+}
+
+double percent(float part) {
+  return static_cast<double>(100.0F * part);
+}
+
+void lines_disabled() {
+  pane_set_line(2, "%-36s %d %s", "Bonus Value", 0, "(DISABLED)");
+  pane_set_line(3, "%-36s %0.2f %s", "Average Ticket Payout", 0.0, "(DISABLED)");
+  pane_set_line(4, "%-36s %0.2f%% %s", "Payout Percent", 0.0, "(DISABLED)");
+}
+
+void lines_fixed(const Figures& f, std::int32_t fixed_bonus) {
+  const std::int32_t fixed = pref_int(PREF_FIXED_TICKETS_PER_GAME);
+  pane_set_line(2, "%-36s %d %s", "Bonus Value", fixed_bonus, "(FIXED)");
+  pane_set_line(3, "%-36s %0.2f %s", "Average Ticket Payout", static_cast<double>(fixed),
+                "(FIXED)");
+  pane_set_line(4, "%-36s %0.2f%% %s", "Payout Percent", percent(part_of_money(fixed, f.money)),
+                "(FIXED)");
+}
+
+void lines_in_table(const Figures& f) {
+  const float set = pref_float(PREF_PAYOUT_PERCENT);
+  if (!f.by_hand) {
+    pane_set_line(2, "%-36s %d", "Bonus Value", jackpot_value());
+    pane_set_line(3, "%-36s %0.2f", "Average Ticket Payout", f.average);
+    pane_set_line(4, "%-36s %0.2f%%", "Payout Percent", percent(set));
+  } else {
+    pane_set_line(2, "%-36s %d (MANUAL)", "Bonus Value", jackpot_value());
+    pane_set_line(3, "%-36s (%0.2f)", "Average Ticket Payout",
+                  f.average + static_cast<double>(f.extra));
+    pane_set_line(4, "%-36s (%0.2f%%)", "Payout Percent", percent(set + f.extra_fraction));
+  }
+}
+
+void lines_capped(const Figures& f) {
+  const double set = percent(pref_float(PREF_PAYOUT_PERCENT));
+  const auto wanted = static_cast<double>(f.wanted);
+  if (!f.by_hand) {
+    pane_set_line(2, "%-36s %d", "Bonus Value", jackpot_value());
+    pane_set_line(3, "%-36s %0.2f (CAPPED TO %0.2f)", "Average Ticket Payout", wanted, f.average);
+    pane_set_line(4, "%-36s %0.2f%% (CAPPED TO %0.2f%%)", "Payout Percent", set,
+                  percent(f.achieved));
+  } else {
+    pane_set_line(2, "%-36s %d (MANUAL)", "Bonus Value", jackpot_value());
+    pane_set_line(3, "%-36s %0.2f (CAPPED TO (%0.2f)", "Average Ticket Payout", wanted,
+                  f.average + static_cast<double>(f.extra));
+    pane_set_line(4, "%-36s %0.2f%% (CAPPED TO (%0.2f%%)", "Payout Percent", set,
+                  percent(f.achieved + f.extra_fraction));
+  }
+}
+
+}  // namespace
+
+void pane_payout_figures(std::int32_t fixed_bonus) {
+  const Figures f = figures();
+  if (!pref_on(PREF_TICKET_USE)) {
+    lines_disabled();
+  } else if (pref_on(PREF_FIXED_TICKET)) {
+    lines_fixed(f, fixed_bonus);
+  } else if (f.wanted >= LEAST_AVERAGE && f.wanted <= MOST_AVERAGE) {
+    lines_in_table(f);
+  } else {
+    lines_capped(f);
+  }
+  pane_set_line(5, "%-36s %0.2f", "Games To Bonus", 1.0 / static_cast<double>(jackpot_chance()));
+}

@@ -1,0 +1,115 @@
+// Audit pages, and what the resets clear and leave alone.
+#include <gtest/gtest.h>
+
+#include "books/audits.h"
+#include "books/prefs.h"
+#include "frame/tick_timers.h"
+#include "playfield/paytable.h"
+#include "tests/operator/desk.h"
+
+namespace {
+
+class Books : public Desk {};
+
+TEST_F(Books, PagesShowTheRowsOfTheBooks) {
+  for (int row = 0; row < AUDIT_COUNT; ++row) {
+    audits[row].count = row * 100;
+    audits[row].time_ms = row * 3600000LL + 61500;
+  }
+  audits[AUDIT_GAMES_PLAYED].count = 0;
+  audits[AUDIT_GAMES_PLAYED + 1].count = 5;
+  audits[AUDIT_TICKETS + 1].count = 12;
+  choose("Audits");
+  choose("System");
+  EXPECT_EQ(line("Time Game On"), "Time Game On                        1:01.50");
+  EXPECT_EQ(line("Time Played  "), "Time Played                       4:01:1.50      5:01:1.50");
+  EXPECT_EQ(line("Frogs Played  "), "Frogs Played                              0              5");
+  EXPECT_EQ(line("Time Per Frog"), "Time Per Frog                             -     2:12:12.30");
+  EXPECT_EQ(line("Boot Count"), "Boot Count                             1400");
+  EXPECT_EQ(line("I/O"), "I/O Checksum Failures                  1800");
+  audits[AUDIT_BOOT_COUNT].count = 7;
+  EXPECT_EQ(line("Boot Count"), "Boot Count                             1400") << "a page stands";
+  choose("Coin");
+  EXPECT_EQ(line("Coins"), "Coins                                  1900           2000");
+  EXPECT_EQ(line("Service"), "Service Credits                        2100");
+  choose("Payout");
+  EXPECT_EQ(line("Mercy Tickets  "), "Mercy Tickets                          5200           5300");
+  EXPECT_EQ(line("Tickets Per"), "Tickets Per Frog                      0.000          2.400");
+  EXPECT_EQ(line("Capped Tickets Per"),
+            "Capped Tickets Per Frog               0.000       1140.000");
+  choose("Game");
+  EXPECT_EQ(line("Tier 2"), "Tier 2 Logs                            3600           3700");
+  EXPECT_EQ(line("Mercies"), "Mercies                                4000           4100");
+}
+
+TEST_F(Books, EachResetClearsItsOwn) {
+  const auto dirty = [] {
+    for (int row = 0; row < AUDIT_COUNT; ++row) audits[row].count = 9;
+    histogram[0][5] = 4;
+    prefs[PREF_COINS_TO_PLAY].int_value = 7;
+    prefs[PREF_CHECK_CRC].int_value = 0;
+    tick_timers.credit_wait_ms[1] = 55;
+    payout_recompute();
+    jamma_fake_forget_calls();
+  };
+  const auto reset = [](const char* row, const char* answer) {
+    choose(row);
+    EXPECT_EQ(selected(), "Yes");
+    choose(answer);
+    EXPECT_TRUE(selected().starts_with(row));
+  };
+  choose("Resets");
+  for (const char* row : {"Clear Coins", "Clear Tickets", "Reset Audits", "Reset Adjustments",
+                          "Factory Restore", "CRC Check"}) {
+    for (const char* answer : {"No", "Cancel"}) {
+      dirty();
+      reset(row, answer);
+      EXPECT_EQ(audits[AUDIT_TICKETS].count, 9);
+      EXPECT_EQ(pref_int(PREF_COINS_TO_PLAY), 7);
+      EXPECT_EQ(pref_int(PREF_CHECK_CRC), 0);
+      EXPECT_EQ(jamma_fake_count(JAMMA_CLEAR_TICKETS), 0U);
+    }
+  }
+  dirty();
+  reset("Clear Coins", "Yes");
+  EXPECT_EQ(audit_count(AUDIT_CURRENT_CREDITS, 0), 0);
+  EXPECT_EQ(audit_count(AUDIT_CURRENT_COINS, 1), 0);
+  EXPECT_EQ(tick_timers.credit_wait_ms[1], 0);
+  EXPECT_EQ(audit_count(AUDIT_COIN_DROPS, 0), 9) << "what was taken in stays in the books";
+
+  dirty();
+  reset("Clear Tickets", "Yes");
+  EXPECT_EQ(jamma_fake_count(JAMMA_CLEAR_TICKETS), 2U);
+  EXPECT_EQ(audit_count(AUDIT_TICKETS, 0), 9);
+
+  dirty();
+  reset("Reset Audits", "Yes");
+  EXPECT_EQ(audit_count(AUDIT_BOOT_COUNT), 0);
+  EXPECT_EQ(histogram[0][5], 0U);
+  EXPECT_EQ(pref_int(PREF_COINS_TO_PLAY), 7);
+  EXPECT_EQ(jamma_fake_count(JAMMA_CLEAR_TICKETS), 0U) << "the board still owes";
+
+  dirty();
+  reset("Reset Adjustments", "Yes");
+  EXPECT_EQ(pref_int(PREF_COINS_TO_PLAY), 1);
+  EXPECT_EQ(pref_int(PREF_CHECK_CRC), 1);
+  EXPECT_EQ(audit_count(AUDIT_CURRENT_CREDITS, 0), 0);
+  EXPECT_EQ(audit_count(AUDIT_TICKETS, 0), 9);
+
+  dirty();
+  reset("Factory Restore", "Yes");
+  EXPECT_EQ(jamma_fake_count(JAMMA_CLEAR_TICKETS), 2U);
+  EXPECT_EQ(audit_count(AUDIT_TICKETS, 0), 0);
+  EXPECT_EQ(histogram[0][5], 0U);
+  EXPECT_EQ(pref_int(PREF_COINS_TO_PLAY), 1);
+
+  dirty();
+  reset("CRC Check", "Yes");
+  EXPECT_EQ(pref_int(PREF_CHECK_CRC), 1);
+  EXPECT_EQ(pref_int(PREF_COINS_TO_PLAY), 7);
+  press(PRESS_SRV);
+  choose("Coin/Game");
+  EXPECT_TRUE(shows("Coins To Play            1")) << "rows follow a reset at once";
+}
+
+}  // namespace

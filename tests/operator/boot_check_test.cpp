@@ -1,0 +1,123 @@
+// The check of the installed files by real files: what it accepts, and what it stops at.
+#include "operator/boot_check.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+
+#include "books/prefs.h"
+#include "frame/game_mode.h"
+#include "operator/file_sums.h"
+#include "platform/files.h"
+#include "tests/temp_folder.h"
+
+namespace {
+
+int frames = 0;
+
+class BootCheckTest : public testing::Test {
+ protected:
+  BootCheckTest() {
+    files_use_roots(drive.path(), program.path());
+    prefs_reset();
+    build_stamp = {"May 17 2012", "10:20:53"};
+    frames = 0;
+  }
+  ~BootCheckTest() override { game_mode = MODE_PLAY; }
+
+  void install(const std::string& name, const std::string& bytes) {
+    const std::filesystem::path path = program.path() + "/" + name;
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream(path, std::ios::binary) << bytes;
+  }
+  // A line of the list for these bytes, with the sum reckoned bit by bit.
+  static std::string listed(const std::string& name, const std::string& bytes) {
+    std::uint32_t crc = 0x63046310;
+    for (const unsigned char byte : bytes) {
+      crc ^= byte;
+      for (int i = 0; i < 8; ++i) crc = crc >> 1 ^ ((crc & 1) != 0 ? 0xEDB88320 : 0);
+    }
+    return name + " " + std::to_string(bytes.size()) + " " +
+           std::to_string(static_cast<std::int32_t>(crc)) + "\n";
+  }
+  FileCheck check() {
+    return crc_files_check(current, [] { ++frames; });
+  }
+
+  TempFolder drive, program;
+  std::string current;
+};
+
+TEST_F(BootCheckTest, GoodFilesPassWhateverTheCaseOfTheirNames) {
+  const std::string large(700000, '\x93');
+  install("images/Frog.tga", large);
+  install("sounds/one.wav", "tone");
+  install("Empty.bin", "");
+  install("LHPcrc.TXT", listed(R"(images\FROG.TGA)", large) + "; a comment\n" + "two tokens\n" +
+                            listed(R"(SOUNDS\One.wav)", "tone") + "empty.bin 0 1661231888\n");
+  EXPECT_EQ(check(), FILES_GOOD);
+  EXPECT_EQ(frames, 3);
+  EXPECT_EQ(current, "EMPTY.BIN");
+}
+
+TEST_F(BootCheckTest, EachFailureIsTold) {
+  EXPECT_EQ(check(), LIST_MISSING);
+  const std::string good = "0123456789";
+  install("a.bin", good);
+  install("b.bin", good);
+  const std::string list = listed("a.bin", good) + listed("b.bin", good) + listed("c.bin", good);
+  install("lhpcrc.txt", list);
+  EXPECT_EQ(check(), FILE_MISSING);
+  EXPECT_EQ(current, "C.BIN");
+  EXPECT_EQ(frames, 2);
+  install("c.bin", good);
+  EXPECT_EQ(check(), FILES_GOOD);
+  install("b.bin", "012345678");  // cut off
+  EXPECT_EQ(check(), FILE_DAMAGED);
+  install("b.bin", "0123456788");  // one bit
+  EXPECT_EQ(check(), FILE_DAMAGED);
+  EXPECT_EQ(current, "B.BIN");
+  install("b.bin", good);
+  install("extra.bin", "nobody asks for it");
+  EXPECT_EQ(check(), FILES_GOOD);
+  install("lhpcrc.txt", listed("a.bin", good) + "b.bin 1 1");  // no line break: not a line
+  EXPECT_EQ(check(), FILES_GOOD);
+  install("lhpcrc.txt", listed(R"(..\secret)", good));
+  EXPECT_EQ(check(), FILE_MISSING);
+}
+
+TEST_F(BootCheckTest, ANewBuildAsksForTheCheckAndARestartDoesNot) {
+  install("a.bin", "x");
+  install("lhpcrc.txt", listed("a.bin", "x"));
+  prefs[PREF_CHECK_CRC].int_value = 0;
+  const auto draw = [] { ++frames; };
+  boot_check_and_version(draw);
+  EXPECT_EQ(frames, 1) << "a new build";
+  EXPECT_EQ(pref_int(PREF_CHECK_CRC), 0);
+  EXPECT_STREQ(prefs[PREF_BUILD_DATE].text_value, "May 17 2012");
+  EXPECT_EQ(game_mode, MODE_PLAY);
+  std::filesystem::remove(program.path() + "/lhpcrc.txt");
+  boot_check_and_version(draw);
+  EXPECT_EQ(frames, 1) << "the list isn't even opened";
+  install("lhpcrc.txt", listed("a.bin", "x"));
+  build_stamp.time = "10:20:54";
+  boot_check_and_version(draw);
+  EXPECT_EQ(frames, 2);
+}
+
+TEST_F(BootCheckTest, TheVersionIsTwoLines) {
+  prefs[PREF_CHECK_CRC].int_value = 0;
+  std::strcpy(prefs[PREF_BUILD_DATE].text_value, build_stamp.date);
+  std::strcpy(prefs[PREF_BUILD_TIME].text_value, build_stamp.time);
+  boot_check_and_version([] {});
+  EXPECT_STREQ(version_record.version, "VERSION.TXT MISSING");
+  EXPECT_STREQ(version_record.os_version, "VERSION.TXT MISSING");
+  std::ofstream(drive.path() + "/version.txt") << "1.07\nDEBIAN 12\nmore\n";
+  boot_check_and_version([] {});
+  EXPECT_STREQ(version_record.version, "1.07\n");
+  EXPECT_STREQ(version_record.os_version, "DEBIAN 12\n");
+}
+
+}  // namespace

@@ -1,0 +1,212 @@
+// The menus by the cabinet's own buttons: every list, the ways in and out, and the engine's rules.
+#include <gtest/gtest.h>
+
+#include "books/audits.h"
+#include "books/prefs.h"
+#include "frame/game_mode.h"
+#include "operator/boot_check.h"
+#include "operator/main_menu.h"
+#include "operator/menu.h"
+#include "operator/test_screen.h"
+#include "presentation/volume.h"
+#include "tests/operator/desk.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class Menus : public Desk {
+ protected:
+  // Title and rows of the open menu; blank rows don't show.
+  static Lines rows() {
+    Lines lines;
+    for (const Drawn& d : seen(menu_draw)) {
+      if (d.what != "rectangle") lines.push_back(d.what);
+    }
+    return lines;
+  }
+};
+
+TEST_F(Menus, TheMainMenuShowsTheVersion) {
+  version_record = {"LILY 1.23", "LINUX 12"};
+  build_stamp = {"May 17 2012", "10:20:53"};
+  pane_page_version();
+  EXPECT_EQ(rows(),
+            (Lines{"Main Menu", "Diagnostics", "Coin/Game Adjustments", "Payout Adjustments",
+                   "Audits", "Resets", "Volume", "Attract Volume", "Exit"}));
+  EXPECT_EQ(line("Version In"), "Version Information");
+  EXPECT_EQ(line("Version  "), "Version              : LILY 1.23");
+  EXPECT_EQ(line("OS Version"), "OS Version           : LINUX 12");
+  EXPECT_EQ(line("JAMMA"), "JAMMA Version        : 19");
+  EXPECT_EQ(line("Build Date"), "Build Date           : May 17 2012");
+  EXPECT_EQ(line("Build Time"), "Build Time           : 10:20:53");
+}
+
+TEST_F(Menus, EveryListHasItsRows) {
+  const struct {
+    Lines way;
+    Lines rows;
+  } lists[] = {
+      {{"Diagnostics"},
+       {"Diagnostics Menu", "Switch Test", "Dip Switch Test", "Monitor Test", "Lamp Test",
+        "LED Display Test", "Sound Test", "Coin Meter Test", "Ticket Dispenser Test",
+        "Watchdog Test", "Exit"}},
+      {{"Diagnostics", "Lamp Test"},
+       {"Lamp Test Menu", "Toggle Marquee Lamps", "Toggle Start Lamps", "Toggle Podium Lamps",
+        "Exit"}},
+      {{"Diagnostics", "LED Display Test"},
+       {"LED Display Test Menu", "Toggle On", "Toggle Blink", "Exit"}},
+      {{"Diagnostics", "Sound Test"},
+       {"Sound Test Menu", "Toggle Music", "Toggle Sound Effect", "Toggle 100Hz Test",
+        "Toggle 1000Hz Test", "Pan Center", "Pan Left", "Pan Right", "Exit"}},
+      {{"Diagnostics", "Ticket Dispenser Test"},
+       {"Ticket Dispenser Test Menu", "Advance One Ticket Left", "Advance Ten Tickets Left",
+        "Advance One Ticket Right", "Advance Ten Tickets Right", "Exit"}},
+      {{"Coin/Game"},
+       {"Coin/Game Adjustments Menu", "Freeplay                 Off",
+        "Coin Lockout             Off", "Currency Type            Coins",
+        "Coin Value               0.250", "Coins To Play            1",
+        "Frogs Per Game           1", "Coins Per Swipe          2", "Timeout (Seconds)        Off",
+        "Exit"}},
+      {{"Payout"},
+       {"Payout Adjustments Menu", "Ticket Use               On", "Fixed Ticket             Off",
+        "Fixed Tickets Per Frog   10", "Payout Percent           40.0%",
+        "Ticket Value             0.01000", "Minimum Tickets          1",
+        "Maximum Tickets          2500", "Bonus Value              250",
+        "Boost Bonus              Off", "Two Point Tickets        Off", "Exit"}},
+      {{"Audits"},
+       {"Audits Menu", "System Audits", "Coin Audits", "Payout Audits", "Game Audits", "Exit"}},
+      {{"Resets"},
+       {"Resets Menu", "Clear Coins", "Clear Tickets", "Reset Audits", "Reset Adjustments",
+        "Factory Restore", "CRC Check", "Exit"}},
+      {{"Resets", "Factory Restore"}, {"REALLY Perform Factory Restore?", "Yes", "No", "Cancel"}},
+  };
+  for (const auto& list : lists) {
+    SCOPED_TRACE(list.rows[0]);
+    for (const std::string& row : list.way) choose(row);
+    EXPECT_EQ(rows(), list.rows);
+    press(PRESS_SRV, static_cast<int>(list.way.size()));
+    EXPECT_EQ(rows()[0], "Main Menu");
+    EXPECT_EQ(line("Version In"), "Version Information") << "the pane goes back too";
+  }
+}
+
+TEST_F(Menus, TheSelectionSkipsWhatItCantStandOnAndWraps) {
+  EXPECT_EQ(selected(), "Diagnostics");
+  press(PRESS_VLU);
+  EXPECT_EQ(selected(), "Exit");
+  press(PRESS_VLU);
+  EXPECT_EQ(selected(), "Attract Volume");
+  press(PRESS_VLD, 2);
+  EXPECT_EQ(selected(), "Diagnostics");
+  press(PRESS_P1S, 5);
+  EXPECT_EQ(selected(), "Volume");
+  EXPECT_EQ(jps_fake_count("menu_over"), 9);
+  choose("Payout");
+  choose("Ticket Use");
+  EXPECT_EQ(selected(), "On");
+  choose("Off");
+  EXPECT_TRUE(selected().starts_with("Ticket Use"));
+  press(PRESS_VLD);
+  EXPECT_EQ(selected(), "Exit") << "what is greyed can't be reached";
+  int faint = 0;
+  for (const Drawn& d : seen(menu_draw)) faint += d.colour == 0x40FFFFFF ? 1 : 0;
+  EXPECT_EQ(faint, 9);
+}
+
+TEST_F(Menus, FirstMatchWins) {
+  jamma_fake.pending[PRESS_SRV] = jamma_fake.pending[PRESS_TST] = 1;
+  tick();
+  EXPECT_EQ(rows()[0], "Diagnostics Menu");
+  EXPECT_EQ(jps_fake_count("menu_select"), 1);
+  EXPECT_EQ(jps_fake_count("menu_cancel"), 0);
+  jamma_fake.pending[PRESS_SRV] = jamma_fake.pending[PRESS_VLU] = 1;
+  tick();
+  EXPECT_EQ(rows()[0], "Main Menu");
+  EXPECT_EQ(jps_fake_count("menu_cancel"), 1);
+  press(PRESS_P2S);
+  EXPECT_EQ(rows()[0], "Diagnostics Menu");
+  press(PRESS_C1);
+  press(PRESS_BIL);
+  EXPECT_EQ(selected(), "Switch Test") << "money moves nothing here";
+}
+
+TEST_F(Menus, ABoxNeverShrinks) {
+  Menu* menu = menu_create(1, [](std::uintptr_t, MenuItem*) { return MENU_STAY; });
+  MenuItem* item = menu_add_item(menu, 0, 0, "short");
+  EXPECT_EQ(menu->width, 128);
+  menu_set_item_text(item, "%s", "a text of more than sixteen letters");
+  EXPECT_EQ(menu->width, 35 * 8);
+  menu_set_item_text(item, "short again");
+  EXPECT_EQ(menu->width, 35 * 8);
+  EXPECT_EQ(menu_add_item(menu, 1, 0, "too many"), nullptr);
+  EXPECT_EQ(menu->count, 1U);
+}
+
+TEST_F(Menus, ExitAndServiceLeadBackToPlay) {
+  for (const bool service : {false, true}) {
+    SCOPED_TRACE(service);
+    game_mode = MODE_OPERATOR;
+    sound_enabled = 0;
+    attract_flag = service ? 1 : 0;
+    volume_set(3);
+    menu_enter();
+    press(PRESS_P1S);
+    EXPECT_EQ(selected(), "Diagnostics") << "Test is still held";
+    press(PRESS_TST);
+    EXPECT_EQ(selected(), "Diagnostics") << "its release only wakes the menu";
+    EXPECT_EQ(game_mode, MODE_OPERATOR);
+    jps_fake_reset();
+    if (service) {
+      press(PRESS_SRV);
+    } else {
+      choose("Exit");
+    }
+    EXPECT_EQ(game_mode, MODE_PLAY);
+    EXPECT_FALSE(menu_is_open());
+    EXPECT_EQ(sound_enabled, 1);
+    EXPECT_EQ(volume_step, pref_int(service ? PREF_ATTRACT_VOLUME : PREF_VOLUME));
+    EXPECT_EQ(jps_fake_count("bgm"), 1);
+    EXPECT_EQ(jps_fake_count(service ? "menu_cancel" : "menu_select"), 1);
+    EXPECT_TRUE(drive.has("prefs"));
+    EXPECT_TRUE(drive.has("audits"));
+  }
+}
+
+TEST_F(Menus, VolumeIsSetByEar) {
+  prefs[PREF_VOLUME].int_value = 12;
+  choose("Volume");
+  EXPECT_EQ(test_screen, TEST_VOLUME);
+  EXPECT_EQ(volume_step, 12);
+  EXPECT_EQ(jps_fake_count("chase"), 1);
+  press(PRESS_VLU, 3);
+  press(PRESS_VLD);
+  EXPECT_TRUE(shows("Volume: 14 / 20"));
+  EXPECT_EQ(jps_fake.master_volume, volume_curve(14));
+  press(PRESS_SRV);
+  EXPECT_EQ(pref_int(PREF_VOLUME), 12) << "cancelled";
+  EXPECT_EQ(selected(), "Volume");
+  EXPECT_EQ(sound_enabled, 0);
+  choose("Volume");
+  press(PRESS_P1S, 8);
+  EXPECT_EQ(pref_int(PREF_VOLUME), 20);
+  press(PRESS_VLU);
+  EXPECT_EQ(pref_int(PREF_VOLUME), 20);
+  press(PRESS_P1S);
+  EXPECT_EQ(pref_int(PREF_VOLUME), 0) << "Left Start alone wraps";
+  press(PRESS_TST);
+  EXPECT_EQ(pref_int(PREF_VOLUME), 0);
+
+  prefs[PREF_VOLUME].int_value = 9;
+  prefs[PREF_ATTRACT_VOLUME].int_value = 4;
+  choose("Attract Volume");
+  EXPECT_EQ(volume_step, 4);
+  press(PRESS_VLU);
+  EXPECT_TRUE(shows("Attract Volume: 5 / 20"));
+  press(PRESS_P2S);
+  EXPECT_EQ(pref_int(PREF_ATTRACT_VOLUME), 5);
+  EXPECT_EQ(pref_int(PREF_VOLUME), 9);
+  EXPECT_EQ(jps_fake.master_volume, volume_curve(9)) << "the menus sound like play";
+}
+
+}  // namespace
