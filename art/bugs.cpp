@@ -1,282 +1,256 @@
-// The bugs of the meadow and the butterfly. Each bug lies in the box at its cell's left top that
-// the eaten rule measures, and walks the way its lane moves.
+// The bugs of the meadow. Each lies in the box at its cell's left top that the eaten rule measures,
+// and walks the way its lane moves.
+#include <algorithm>
 #include <cmath>
 
+#include "art/bug_model.h"
 #include "art/catalogue.h"
-#include "art/clay.h"
 #include "art/palette.h"
 
 namespace art {
 
 namespace {
 
-constexpr float kPi = static_cast<float>(kTau / 2);
-constexpr float kPitch = 58;
-constexpr Vec kBlackLeg{0.012f, 0.010f, 0.016f};
+constexpr float kTurn = static_cast<float>(kTau);
+// Steps of the legs in one run of a sheet: the ground passes too fast for one.
+constexpr float kSteps = 2;
+constexpr float kRight = 1, kLeft = -1;
+const Vec kBlackShell = linear({0.17, 0.12, 0.19});
 
-// All bugs are modelled walking to the right; left is the same seen in a mirror, light and all, so
-// it is the model that is mirrored.
-struct Bug {
-  ClayScene scene;
-  float way;  // 1 right, -1 left
-  Vec at(float x, float y, float z) const { return {x * way, y, z}; }
+float steps(const Cell& cell) {
+  return kSteps * static_cast<float>(cell.turn());
+}
 
-  ClayPart& part(float blend, float gloss = 0.35f) {
-    scene.emplace_back();
-    scene.back().blend = blend;
-    scene.back().gloss = gloss;
-    return scene.back();
-  }
-
-  void eyes(Vec middle, float apart, float radius) {
-    for (float side : {-1.0f, 1.0f})
-      scene.push_back(clay_eye({}, at(middle.x, middle.y, middle.z + side * apart), radius,
-                               {0.45f * way, 0.9f, -0.35f}, 0.72f, {0.1f, 0.1f, 0.1f}, 0,
-                               {0, 0, 1}));
-  }
-
-  // Six legs in two sets that step in turn, as insects do.
-  void legs(float body_half, float reach, float from_x, float gap, float turn, float thick,
-            Vec colour, float step = 0.30f) {
-    for (int pair = 0; pair < 3; pair++) {
-      for (float side : {-1.0f, 1.0f}) {
-        bool first = (pair % 2 == 0) == (side > 0);
-        float phase = 2 * kPi * turn + (first ? 0 : kPi);
-        float x = from_x + gap * static_cast<float>(1 - pair);
-        float swing = step * std::sin(phase), raised = 0.22f * std::max(0.0f, std::cos(phase));
-        float splay = 0.28f * static_cast<float>(1 - pair);
-        ClayPart& leg = part(0.05f, 0.2f);
-        Vec hip = at(x, 0.35f, side * body_half * 0.8f);
-        Vec knee =
-            at(x + swing * 0.6f + splay * 0.5f, 0.50f + raised, side * (body_half + reach * 0.5f));
-        Vec foot = at(x + swing + splay, 0.05f + raised, side * (body_half + reach));
-        leg.limb(hip, thick, knee, thick * 0.9f, colour);
-        leg.limb(knee, thick * 0.9f, foot, thick * 0.7f, colour);
-      }
-    }
-  }
-
-  void feelers(Vec from, Vec to, float apart, float sway, float thick, Vec colour, Vec tip) {
-    for (float side : {-1.0f, 1.0f}) {
-      ClayPart& f = part(0.03f, 0.2f);
-      Vec end = at(to.x, to.y + sway * side, side * (apart + 0.25f) + to.z);
-      Vec mid = at((from.x + to.x) / 2 - 0.05f, to.y, side * apart);
-      f.limb(at(from.x, from.y, side * apart * 0.5f), thick, mid, thick, colour);
-      f.limb(mid, thick, end, thick * 0.8f, colour);
-      f.ball(end, {thick * 1.7f, thick * 1.7f, thick * 1.7f}, tip);
-    }
-  }
-};
-
-// The box's middle, a shadow on the grass below, and the scale that makes units pixels.
-void draw_bug(const Cell& cell, Bug& bug, float box, float scale, double shadow_rx,
-              double shadow_ry, double lower = 0) {
-  double m = box / 2;
-  soft_spot(cell.ctx, m + 1, m + 3 + lower, shadow_rx, shadow_ry, kBlack, 0.50);
-  Canvas canvas(cell.width, cell.height);
-  clay_draw(canvas, bug.scene, {kPitch, scale, {m, m + 4 + lower}}, {0.06, 0.07, 0.04}, 1.4f);
-  paint_canvas(cell.ctx, canvas, 0, 0);
+// The direction of a point from an ellipsoid's middle, as if it were a sphere.
+Vec on_ball(Vec p, Vec centre, Vec radii) {
+  Vec d = p - centre;
+  return unit({d.x / radii.x, d.y / radii.y, d.z / radii.z});
 }
 
 void draw_caterpillar(const Cell& cell) {
-  float t = static_cast<float>(cell.turn());
-  Bug bug{{}, 1};
-  Vec green = linear({0.56, 0.86, 0.20}), dark = linear({0.30, 0.66, 0.18});
-  const int segments = 6;
-  for (int i = 0; i < segments; i++) {
-    float phase = 2 * kPi * (t + static_cast<float>(i) / segments);
-    float hump = 0.30f * (0.5f + 0.5f * std::sin(phase));
-    float x = -1.95f + 0.66f * static_cast<float>(i) + 0.10f * std::cos(phase);
-    ClayPart& s = bug.part(0.04f, 0.4f);
-    float r = 0.50f - (i == 0 ? 0.10f : 0);
-    s.ball(bug.at(x, 0.50f + hump, 0), {r, r, r * 1.05f}, i % 2 ? dark : green);
+  const float turn = static_cast<float>(cell.turn());
+  const Vec yellow = linear({1.0, 0.86, 0.16}), orange = linear({1.0, 0.50, 0.08}),
+            feet = linear({0.50, 0.16, 0.50});
+  Bug bug(kRight, 9, turn);
+  constexpr int kSegments = 6;
+  // A hump runs from tail to head; where it is, the body is drawn together.
+  auto wave = [&](float i) { return kTurn * (turn - 0.19f * i); };
+  for (int i = 0; i < kSegments; i++) {
+    const float n = static_cast<float>(i), hump = 0.5f + 0.5f * std::sin(wave(n));
+    const float x = -2.20f + 0.66f * n + 0.17f * std::cos(wave(n)), y = 0.58f + 0.62f * hump;
+    const float r = i == 0 ? 0.50f : 0.64f;
     for (float side : {-1.0f, 1.0f}) {
-      ClayPart& foot = bug.part(0.05f, 0.2f);
-      foot.limb(bug.at(x, 0.40f + hump, side * 0.35f), 0.15f,
-                bug.at(x + 0.10f * std::cos(phase), 0.10f + 0.5f * hump, side * 0.66f), 0.13f,
-                linear({0.95, 0.55, 0.15}));
+      ClayPart& foot = bug.ground_part(0.05f, 0.3f);
+      Vec sole{x + 0.12f * std::cos(wave(n)), 0.14f + 0.34f * hump * hump, side * 0.66f};
+      foot.limb({x, y - 0.1f, side * 0.36f}, 0.17f, sole, 0.17f, feet);
     }
+    ClayPart& s = bug.ground_part(0.04f, 0.5f);
+    s.soft = 0.8f;
+    s.ball({x, y, 0}, {r * (0.92f + 0.06f * hump), r, r * 1.08f}, i % 2 ? orange : yellow);
+    const Vec c{x, y, 0}, dot_colour = i % 2 ? yellow : orange;
+    s.paint = [=](Vec p, Vec colour) {
+      Vec d = unit(p - c);
+      d.z = std::fabs(d.z);
+      return dot(d, unit({0, 0.78f, 0.62f})) > 0.93f ? dot_colour : colour;
+    };
   }
-  float nod = 0.10f * std::sin(2 * kPi * (t + 0.9f));
-  ClayPart& head = bug.part(0.1f, 0.5f);
-  head.ball(bug.at(2.0f, 0.78f + nod, 0), {0.66f, 0.62f, 0.66f}, linear({1.0, 0.80, 0.16}));
-  bug.eyes({2.16f, 1.24f + nod, 0}, 0.30f, 0.26f);
-  bug.feelers({1.95f, 1.25f + nod, 0}, {2.05f, 1.75f + nod, 0}, 0.28f,
-              0.08f * std::sin(2 * kPi * t), 0.06f, kBlackLeg, linear(kRed));
-  draw_bug(cell, bug, 96, 16.5f, 45, 13, 6);
+  const float nod = 0.12f * std::sin(wave(kSegments) - 0.4f);
+  bug.sway(0, 0, 0);
+  const Vec c{1.98f, 0.98f + nod, 0}, radii{0.76f, 0.74f, 0.80f};
+  ClayPart& head = bug.body_part(0.1f, 0.6f);
+  head.soft = 0.8f;
+  head.ball(c, radii, linear({1.0, 0.72, 0.14}));
+  head.paint = [=](Vec p, Vec colour) {
+    Vec d = on_ball(p, c, radii);
+    float away = std::fabs(d.z + 0.30f);
+    if (d.x > 0 && std::fabs(d.y + 0.16f - 0.5f * away * away) < 0.07f && away < 0.42f)
+      return linear({0.45, 0.10, 0.08});
+    float cheek = dot(d, unit({0.42f, -0.05f, -0.85f}));
+    return lerp(colour, linear({1.0, 0.36, 0.36}), 0.7f * step_s(0.93f, 0.97f, cheek));
+  };
+  bug.feelers({{1.62f, 1.52f + nod, 0.30f},
+               1.15f,
+               0.09f,
+               0.18f,
+               104,
+               20,
+               0.16f,
+               10,
+               kBlackShell,
+               linear({0.95, 0.16, 0.40})});
+  bug.eyes({2.24f, 1.36f + nod, 0.42f}, 0.40f, {0.62f, 0.50f, -0.62f});
+  bug.draw(cell, 15.9f, {49.5, 51}, 45, 14);
 }
 
 void draw_ladybug(const Cell& cell) {
-  float t = static_cast<float>(cell.turn());
-  Bug bug{{}, 1};
-  bug.legs(0.95f, 0.62f, -0.05f, 0.62f, t, 0.13f, kBlackLeg);
-  float bob = 0.05f * std::sin(4 * kPi * t);
-  ClayPart& shell = bug.part(0.05f, 0.7f);
-  Vec red = linear({0.95, 0.14, 0.10});
-  shell.ball({-0.15f, 0.45f + bob, 0}, {1.32f, 0.98f, 1.18f}, red);
-  shell.paint = [](Vec p, Vec c) {
-    if (std::fabs(p.z) < 0.05f) return kBlackLeg;
-    const Vec spots[] = {{0.35f, 0, 0.42f}, {-0.35f, 0, 0.55f}, {-0.95f, 0, 0.34f}};
-    for (const Vec& s : spots)
-      if (std::hypot(p.x - s.x, std::fabs(p.z) - s.z) < 0.21f) return kBlackLeg;
-    return p.x > 0.82f ? kBlackLeg * 2 : c;
+  Bug bug(kRight, 24, steps(cell));
+  bug.sway(0.05f, 4, 2.5f);
+  bug.legs({0.62f, 0.66f, 0.42f, 0.72f, 0.66f, 0.26f, 0.30f, 0.15f, kBlackShell, kBlackShell});
+  const Vec c{-0.30f, 0.55f, 0}, radii{1.30f, 1.16f, 1.20f};
+  ClayPart& shell = bug.body_part(0.05f, 0.9f);
+  shell.soft = 0.35f;
+  shell.metal = 0.22f;
+  shell.ball(c, radii, linear({0.98, 0.10, 0.06}));
+  shell.paint = [=](Vec p, Vec red) {
+    Vec d = on_ball(p, c, radii);
+    d.z = std::fabs(d.z);
+    struct Spot {
+      Vec at;
+      float cosine;
+    };
+    static const Spot spots[] = {{unit({0.62f, 0.66f, 0.46f}), 0.957f},
+                                 {unit({-0.10f, 0.72f, 0.62f}), 0.950f},
+                                 {unit({-0.78f, 0.50f, 0.42f}), 0.957f},
+                                 {unit({0.42f, 0.16f, 0.95f}), 0.962f},
+                                 {unit({-0.50f, 0.06f, 0.95f}), 0.962f}};
+    if (d.z < 0.055f || d.y < -0.22f) return kBlackShell * 0.6f;
+    for (const Spot& s : spots)
+      if (dot(d, s.at) > s.cosine) return kBlackShell * 0.6f;
+    return red;
   };
-  ClayPart& head = bug.part(0.1f, 0.5f);
-  head.ball({1.22f, 0.50f + bob, 0}, {0.50f, 0.46f, 0.62f}, {0.02f, 0.018f, 0.024f});
-  bug.eyes({1.46f, 0.80f + bob, 0}, 0.34f, 0.23f);
-  draw_bug(cell, bug, 54, 14.0f, 25, 15, 2);
+  const Vec hc{0.98f, 0.60f, 0}, hr{0.66f, 0.62f, 0.80f};
+  ClayPart& head = bug.body_part(0.14f, 0.7f);
+  head.ball(hc, hr, kBlackShell);
+  head.paint = [=](Vec p, Vec colour) {
+    Vec d = on_ball(p, hc, hr);
+    return dot({d.x, d.y, std::fabs(d.z)}, unit({-0.1f, 0.45f, 0.9f})) > 0.90f
+               ? linear({1.0, 0.96, 0.86})
+               : colour;
+  };
+  bug.feelers(
+      {{0.80f, 1.10f, 0.26f}, 1.0f, 0.09f, 0.17f, 94, 20, 0.36f, 12, kBlackShell, kBlackShell});
+  bug.eyes({1.34f, 0.92f, 0.42f}, 0.42f, {0.60f, 0.50f, -0.62f});
+  bug.draw(cell, 13.5f, {28.6, 36}, 25, 15);
 }
 
 void draw_beetle(const Cell& cell) {
-  float t = static_cast<float>(cell.turn());
-  Bug bug{{}, -1};
-  Vec leg = linear({0.16, 0.10, 0.30});
-  bug.legs(0.85f, 0.80f, -0.05f, 0.70f, t, 0.14f, leg, 0.34f);
-  float bob = 0.05f * std::sin(4 * kPi * t);
-  ClayPart& shell = bug.part(0.06f, 0.9f);
-  shell.ball(bug.at(-0.45f, 0.50f + bob, 0), {1.35f, 0.90f, 1.06f}, linear({0.36, 0.30, 0.92}));
-  shell.paint = [](Vec p, Vec c) {
-    if (std::fabs(p.z) < 0.05f) return c * 0.12f;
-    float band = 0.5f + 0.5f * std::sin(p.x * 5.0f);
-    return lerp(c, linear({0.20, 0.72, 0.92}), 0.55f * band);
+  Bug bug(kLeft, 18, steps(cell));
+  bug.sway(0.05f, 3.5f, 2.5f);
+  const Vec limb = linear({0.34, 0.12, 0.42}), gold = linear({1.0, 0.84, 0.22});
+  bug.legs({0.66f, 0.78f, 0.48f, 0.74f, 0.82f, 0.30f, 0.32f, 0.15f, limb, limb});
+  const Vec c{-0.52f, 0.62f, 0}, radii{1.45f, 1.10f, 1.20f};
+  ClayPart& shell = bug.body_part(0.05f, 0.9f);
+  shell.metal = 0.75f;
+  shell.ball(c, radii, linear({0.42, 0.36, 1.0}));
+  shell.paint = [=](Vec p, Vec) {
+    Vec d = on_ball(p, c, radii);
+    if (std::fabs(d.z) < 0.05f || d.y < -0.25f) return linear({0.14, 0.05, 0.30});
+    // The colour turns with the surface, as on a real one.
+    Vec shine = lerp(linear({0.72, 0.26, 1.0}), linear({0.12, 0.62, 1.0}),
+                     step_s(-0.3f, 0.75f, d.x + 0.35f * d.z));
+    return lerp(shine, linear({0.20, 1.0, 0.90}), step_s(0.35f, 1.0f, d.x - 0.4f * d.y));
   };
-  ClayPart& neck = bug.part(0.1f, 0.7f);
-  neck.ball(bug.at(0.86f, 0.52f + bob, 0), {0.52f, 0.62f, 0.86f}, linear({0.30, 0.18, 0.66}));
-  ClayPart& head = bug.part(0.1f, 0.5f);
-  head.ball(bug.at(1.40f, 0.48f + bob, 0), {0.42f, 0.42f, 0.52f}, linear({0.20, 0.13, 0.42}));
-  for (float side : {-1.0f, 1.0f}) {
-    // Jaws that open and close.
-    float open = 0.10f * std::sin(2 * kPi * t);
-    ClayPart& jaw = bug.part(0.05f, 0.4f);
-    jaw.limb(bug.at(1.65f, 0.45f, side * 0.28f), 0.13f, bug.at(2.00f, 0.50f, side * (0.46f + open)),
-             0.11f, linear(kGold));
-    jaw.limb(bug.at(2.00f, 0.50f, side * (0.46f + open)), 0.11f,
-             bug.at(2.30f, 0.50f, side * (0.20f + open)), 0.05f, linear(kGold));
-  }
-  bug.eyes({1.46f, 0.86f + bob, 0}, 0.36f, 0.24f);
-  draw_bug(cell, bug, 72, 14.0f, 32, 19, 2);
+  ClayPart& neck = bug.body_part(0.12f, 0.9f);
+  neck.metal = 0.6f;
+  neck.ball({0.86f, 0.66f, 0}, {0.64f, 0.76f, 1.0f}, linear({0.62, 0.20, 0.86}));
+  ClayPart& head = bug.body_part(0.12f, 0.6f);
+  head.metal = 0.3f;
+  head.ball({1.46f, 0.52f, 0}, {0.54f, 0.50f, 0.64f}, linear({0.44, 0.15, 0.62}));
+  ClayPart& horn = bug.body_part(0.22f, 0.9f);
+  horn.soft = 0.6f;
+  horn.limb({1.84f, 0.62f, 0}, 0.27f, {2.28f, 1.02f, 0}, 0.23f, gold);
+  horn.limb({2.28f, 1.02f, 0}, 0.23f, {2.42f, 1.66f, 0}, 0.16f, gold);
+  horn.limb({2.42f, 1.66f, 0}, 0.16f, {2.26f, 2.30f, 0}, 0.07f, gold);
+  bug.eyes({1.36f, 0.94f, 0.46f}, 0.38f, {0.60f, 0.50f, -0.62f});
+  bug.draw(cell, 14.0f, {40.5, 41}, 32, 17);
 }
 
 void draw_lightningbug(const Cell& cell) {
-  float t = static_cast<float>(cell.turn());
-  Bug bug{{}, 1};
-  float bob = 0.08f * std::sin(2 * kPi * t);
-  float glow = 0.5f + 0.5f * std::sin(2 * kPi * t);
-  bug.legs(0.50f, 0.55f, 0.25f, 0.50f, t, 0.11f, kBlackLeg);
-  ClayPart& tail = bug.part(0.08f, 0.5f);
-  tail.ball(bug.at(-1.05f, 0.55f + bob, 0), {0.92f, 0.66f, 0.72f},
-            lerp(linear({0.80, 0.90, 0.10}), {1.25f, 1.3f, 0.35f}, glow));
-  tail.paint = [](Vec p, Vec c) { return std::fmod(p.x + 10.0f, 0.5f) < 0.09f ? c * 0.35f : c; };
-  ClayPart& chest = bug.part(0.1f, 0.5f);
-  chest.ball(bug.at(0.05f, 0.62f + bob, 0), {0.85f, 0.58f, 0.66f}, linear({0.22, 0.20, 0.28}));
+  const float turn = static_cast<float>(cell.turn());
+  // Swells slowly, and dies away faster.
+  const float swell = 0.5f - 0.5f * std::cos(kTurn * (turn + 0.06f * std::sin(kTurn * turn)));
+  const float glow = swell * swell * (3 - 2 * swell);
+  Bug bug(kRight, 22, steps(cell));
+  bug.sway(0.05f, 4, 2.5f);
+  const Vec limb = linear({0.26, 0.15, 0.22});
+  bug.legs({0.80f, 0.58f, 0.44f, 0.52f, 0.66f, 0.26f, 0.28f, 0.14f, limb, limb});
+  ClayPart& tail = bug.body_part(0.14f, 0.6f);
+  tail.soft = 1;
+  tail.glow = 0.35f + 0.65f * glow;
+  const Vec bulb = lerp(linear({0.88, 0.74, 0.06}), {1.3f, 1.2f, 0.16f}, glow);
+  const float full = 1 + 0.07f * glow;
+  tail.ball({-0.98f, 0.66f, 0}, {0.98f, 0.76f * full, 0.84f * full}, bulb);
+  tail.paint = [=](Vec p, Vec colour) {
+    float ring = std::fmod(p.x + 10.05f, 0.52f);
+    return ring < 0.10f ? lerp(linear({0.60, 0.45, 0.04}), colour, 0.25f + 0.35f * glow) : colour;
+  };
   for (float side : {-1.0f, 1.0f}) {
-    float beat = 0.25f * std::sin(4 * kPi * t);
-    ClayPart& wing = bug.part(0.05f, 0.8f);
-    wing.ball(bug.at(-0.45f, 1.12f + beat + bob, side * 0.62f), {0.95f, 0.10f, 0.40f},
-              linear({0.74, 0.90, 1.0}));
+    ClayPart& wing = bug.body_part(0.05f, 0.9f);
+    wing.metal = 0.3f;
+    const Vec at{-0.22f, 1.02f + 0.06f * glow, side * 0.46f};
+    wing.ball(at, {0.92f, 0.50f, 0.52f}, linear({0.30, 0.16, 0.24}));
+    wing.paint = [=](Vec p, Vec colour) {
+      return (p.z - at.z) * side > 0.34f ? linear({1.0, 0.78, 0.42}) : colour;
+    };
   }
-  ClayPart& head = bug.part(0.1f, 0.5f);
-  head.ball(bug.at(1.05f, 0.66f + bob, 0), {0.52f, 0.48f, 0.58f}, linear({0.92, 0.34, 0.16}));
-  bug.eyes({1.25f, 1.02f + bob, 0}, 0.32f, 0.23f);
-  bug.feelers({1.25f, 0.9f + bob, 0}, {1.60f, 1.25f, 0}, 0.22f, 0.06f * std::sin(4 * kPi * t),
-              0.06f, kBlackLeg, kBlackLeg);
-  soft_spot(cell.ctx, 18, 32, 14 + 3 * glow, 15 + 3 * glow, {1, 1, 0.4},
-            0.75 * (0.35 + 0.65 * glow));
-  draw_bug(cell, bug, 64, 13.5f, 26, 13, 3);
+  ClayPart& neck = bug.body_part(0.1f, 0.8f);
+  neck.soft = 0.5f;
+  neck.ball({0.76f, 0.74f, 0}, {0.52f, 0.62f, 0.84f}, linear({1.0, 0.36, 0.16}));
+  ClayPart& head = bug.body_part(0.12f, 0.6f);
+  head.ball({1.26f, 0.62f, 0}, {0.52f, 0.52f, 0.64f}, linear({0.36, 0.17, 0.26}));
+  bug.feelers({{0.98f, 1.02f, 0.26f}, 0.9f, 0.085f, 0.16f, 94, 20, 0.40f, 12, limb, limb});
+  bug.eyes({1.44f, 0.94f, 0.42f}, 0.42f, {0.60f, 0.50f, -0.62f});
+  soft_spot(cell.ctx, 21, 30, 19, 18 + 6 * glow, {1, 1, 0.30}, glow);
+  bug.draw(cell, 13.6f, {33.5, 38}, 24, 12);
+  // Light in the air before it.
+  soft_spot(cell.ctx, 18, 27, 9, 8, {1, 1, 0.85}, 0.9 * glow);
+}
+
+// The great hind legs: thigh up to a knee above the back, shin down to a foot that pushes.
+void hind_legs(Bug& bug, float turn, Vec thigh, Vec shin) {
+  for (float side : {-1.0f, 1.0f}) {
+    Step step = step_at(turn + (side > 0 ? 0 : 0.5f));
+    Vec hip = bug.from_body({0.02f, 0.92f, side * 0.52f});
+    Vec knee{-1.30f + 0.20f * step.x, 1.98f + 0.16f * step.lift - 0.10f * step.x, side * 0.98f};
+    Vec foot{-2.02f + 0.36f * step.x, 0.12f + 0.42f * step.lift, side * 1.18f};
+    ClayPart& leg = bug.ground_part(0.08f, 0.6f);
+    leg.soft = 0.4f;
+    leg.limb(hip, 0.40f, lerp(hip, knee, 0.45f), 0.42f, thigh);
+    leg.limb(lerp(hip, knee, 0.45f), 0.42f, knee, 0.22f, thigh);
+    leg.ball(knee, {0.24f, 0.24f, 0.24f}, shin);
+    leg.limb(knee, 0.17f, foot, 0.13f, shin);
+    leg.limb(foot, 0.13f, foot + Vec{0.42f, -0.02f, 0}, 0.14f, shin);
+  }
 }
 
 void draw_grasshopper(const Cell& cell) {
-  float t = static_cast<float>(cell.turn());
-  Bug bug{{}, -1};
-  Vec green = linear({0.38, 0.74, 0.14}), pale = linear({0.72, 0.90, 0.34});
-  // One low hop for each run of the sheet.
-  float up = 0.45f * std::max(0.0f, std::sin(2 * kPi * t));
-  float press = std::max(0.0f, -std::sin(2 * kPi * t));
-  ClayPart& body = bug.part(0.15f, 0.5f);
-  body.limb(bug.at(-1.9f, 0.55f + up, 0), 0.26f, bug.at(0.6f, 0.70f + up, 0), 0.50f, green);
-  body.paint = [](Vec p, Vec c) {
-    return std::fmod(p.x * (p.x > 0 ? 1 : -1) + 0.12f, 0.5f) < 0.10f && p.y < 0.75f ? c * 0.55f : c;
+  const float turn = steps(cell);
+  Bug bug(kLeft, 16, turn);
+  bug.sway(0.06f, 3, 2.5f);
+  const Vec lime = linear({0.86, 0.96, 0.22}), cream = linear({1.0, 0.98, 0.66}),
+            cover = linear({0.98, 0.74, 0.16}), shin = linear({0.94, 0.34, 0.14});
+  bug.legs({1.10f, 0.72f, 0.70f, 0.42f, 0.66f, 0.24f, 0.32f, 0.14f, shin, shin, 2});
+  hind_legs(bug, turn, cover, shin);
+  ClayPart& body = bug.body_part(0.22f, 0.6f);
+  body.soft = 0.6f;
+  body.limb({-2.20f, 0.74f, 0}, 0.24f, {0.20f, 0.98f, 0}, 0.56f, lime);
+  body.ball({0.52f, 1.02f, 0}, {0.80f, 0.70f, 0.66f}, lime);
+  body.paint = [=](Vec p, Vec colour) {
+    Vec c = lerp(cream, colour, step_s(0.50f, 0.72f, p.y - 0.06f * p.x));
+    float ring = std::fmod(p.x + 12.0f, 0.46f);
+    return p.x < -0.1f && ring < 0.09f ? c * 0.55f : c;
   };
-  ClayPart& wing = bug.part(0.05f, 0.5f);
-  wing.ball(bug.at(-0.75f, 1.08f + up, 0), {1.30f, 0.16f, 0.34f}, pale);
-  ClayPart& head = bug.part(0.12f, 0.5f);
-  head.ball(bug.at(1.15f, 0.92f + up, 0), {0.55f, 0.60f, 0.50f}, pale);
-  head.limb(bug.at(1.30f, 0.80f + up, 0), 0.36f, bug.at(1.50f, 0.50f + up, 0), 0.24f, pale);
   for (float side : {-1.0f, 1.0f}) {
-    ClayPart& hind = bug.part(0.06f, 0.4f);
-    Vec hip = bug.at(-0.35f, 0.65f + up, side * 0.40f);
-    Vec knee = bug.at(-1.25f + 0.25f * press, 1.45f + up * 0.6f - 0.25f * press, side * 0.86f);
-    Vec heel = bug.at(-1.55f - 0.45f * up, 0.12f + 0.5f * up, side * 0.95f);
-    hind.limb(hip, 0.30f, knee, 0.17f, green);
-    hind.limb(knee, 0.13f, heel, 0.09f, linear({0.86, 0.42, 0.14}));
-    hind.limb(heel, 0.09f, heel + bug.at(0.42f, -0.04f, 0), 0.08f, linear({0.86, 0.42, 0.14}));
-    for (int i = 0; i < 2; i++) {
-      float phase = 2 * kPi * t + (side > 0 ? kPi : 0) + (i ? kPi : 0);
-      float x = 0.15f + 0.60f * static_cast<float>(i);
-      ClayPart& leg = bug.part(0.05f, 0.2f);
-      Vec elbow = bug.at(x + 0.15f, 0.62f + up, side * 0.80f);
-      leg.limb(bug.at(x, 0.55f + up, side * 0.35f), 0.12f, elbow, 0.11f, green);
-      leg.limb(elbow, 0.11f,
-               bug.at(x + 0.30f + 0.25f * std::sin(phase), 0.08f + up * 0.8f, side * 0.95f), 0.08f,
-               green);
-    }
+    ClayPart& wing = bug.body_part(0.06f, 0.8f);
+    wing.metal = 0.15f;
+    wing.limb({0.30f, 1.36f, side * 0.26f}, 0.30f, {-2.45f, 1.12f, side * 0.16f}, 0.20f,
+              linear({0.62, 0.84, 0.14}));
   }
-  bug.eyes({1.30f, 1.36f + up, 0}, 0.34f, 0.27f);
-  bug.feelers({1.4f, 1.25f + up, 0}, {1.95f, 1.75f + up, 0}, 0.30f, 0.10f * std::sin(2 * kPi * t),
-              0.05f, linear({0.30, 0.50, 0.10}), linear({0.30, 0.50, 0.10}));
-  draw_bug(cell, bug, 100, 18.0f, 42, 20, 8);
-}
-
-// One wing pair on the right of the body's line; spread tells how far it is opened towards us.
-void butterfly_wings(cairo_t* c, double spread) {
-  cairo_save(c);
-  cairo_scale(c, spread, 1);
-  Path lower = leaf({2, 4}, {62, 66}, 34, 6), upper = leaf({2, -2}, {88, -62}, 44, -8);
-  puff(c, lower, {1.0, 0.52, 0.10}, 34, 34, 52, 3, 0.3);
-  puff(c, upper, {1.0, 0.66, 0.12}, 44, -34, 66, 3, 0.4);
-  for (const Path& wing : {lower, upper}) {
-    cairo_save(c);
-    wing(c);
-    cairo_clip(c);
-    stroke(c, wing, {0.18, 0.06, 0.16}, 15);
-    cairo_restore(c);
-  }
-  for (double k : {0.25, 0.5, 0.75})
-    stroke(c, capsule({4, -2}, 0.5, {78, -76 + 62 * k}, 0.5), {0.40, 0.14, 0.10}, 1.5, 0.55);
-  fill(c, ellipse(48, -38, 13, 10, -0.6), {1.0, 0.93, 0.45});
-  fill(c, ellipse(38, 40, 9, 8), {0.45, 0.85, 1.0});
-  for (Point p : {Point{78, -62}, Point{79, -48}, Point{74, -34}, Point{58, 58}, Point{64, 46}})
-    fill(c, circle(p.x, p.y, 2.8), kWhite, 0.9);
-  cairo_restore(c);
-}
-
-void draw_butterfly(const Cell& cell) {
-  cairo_t* c = cell.ctx;
-  double flap = std::cos(kTau * 2 * cell.turn());
-  // Never quite shut, or it would vanish for a frame.
-  double spread = 0.66 + 0.32 * flap;
-  cairo_translate(c, 128, 122 - 7 * std::sin(kTau * 2 * cell.turn()));
-  cairo_rotate(c, 0.22);
-  for (double side : {-1.0, 1.0}) {
-    cairo_save(c);
-    cairo_scale(c, side, 1);
-    // Flying to the right, the wing towards us seems wider.
-    butterfly_wings(c, side < 0 ? spread : spread * 0.88);
-    cairo_restore(c);
-  }
-  for (double side : {-1.0, 1.0}) {
-    cairo_set_line_width(c, 2.5);
-    set(c, kInk);
-    cairo_set_line_cap(c, CAIRO_LINE_CAP_ROUND);
-    cairo_move_to(c, side * 4, -42);
-    cairo_curve_to(c, side * 8, -60, side * 18, -66, side * 22, -72);
-    cairo_stroke(c);
-    fill(c, circle(side * 22, -72, 3.5), kInk);
-  }
-  puff(c, capsule({0, -24}, 8, {0, 44}, 4), {0.36, 0.20, 0.40}, 0, 0, 34, 2.2, 0.3);
-  puff(c, circle(0, -34, 12), {0.52, 0.30, 0.52}, 0, -34, 14, 2.2, 0.3);
-  eye(c, -5.5, -37, 5.5, {0.5, -0.2});
-  eye(c, 6.5, -37, 5.5, {0.5, -0.2});
+  const Vec c{1.52f, 1.10f, 0}, radii{0.66f, 0.74f, 0.66f};
+  ClayPart& head = bug.body_part(0.1f, 0.6f);
+  head.soft = 0.6f;
+  head.ball(c, radii, lime);
+  head.ball({1.74f, 0.80f, 0}, {0.46f, 0.42f, 0.50f}, cream);
+  head.paint = [=](Vec p, Vec colour) {
+    Vec d = on_ball(p, c, radii);
+    float away = std::fabs(d.z + 0.25f);
+    if (d.x > 0 && std::fabs(d.y + 0.42f - 0.5f * away * away) < 0.06f && away < 0.45f)
+      return linear({0.40, 0.20, 0.04});
+    return colour;
+  };
+  bug.feelers({{1.70f, 1.66f, 0.16f}, 1.45f, 0.075f, 0.11f, 92, 36, 0.16f, 9, shin, shin});
+  bug.eyes({1.62f, 1.54f, 0.42f}, 0.42f, {0.62f, 0.45f, -0.64f});
+  bug.draw(cell, 16.7f, {53.5, 49}, 42, 16);
 }
 
 constexpr CatalogueRow kRows[] = {
@@ -285,7 +259,6 @@ constexpr CatalogueRow kRows[] = {
     sheet("anim_caterpillar.tga", 512, 512, 4, 4, 16, Play::kLoop, draw_caterpillar),
     sheet("anim_beetle.tga", 512, 512, 4, 4, 16, Play::kLoop, draw_beetle),
     sheet("anim_grasshopper.tga", 512, 512, 4, 4, 16, Play::kLoop, draw_grasshopper),
-    sheet("anim_butterfly.tga", 2048, 1024, 8, 4, 32, Play::kLoop, draw_butterfly),
 };
 
 }  // namespace

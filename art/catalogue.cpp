@@ -7,10 +7,10 @@
 namespace art {
 
 std::span<const Family* const> families() {
-  static constexpr const Family* kFamilies[] = {&kFrogFamily,     &kBugsFamily,   &kRiverFamily,
-                                                &kTurtlesFamily,  &kPlantsFamily, &kSignsFamily,
-                                                &kBackdropFamily, &kFontsFamily,  &kMessagesFamily,
-                                                &kEffectsFamily,  &kAttractFamily};
+  static constexpr const Family* kFamilies[] = {
+      &kFrogFamily,    &kBugsFamily,     &kButterflyFamily, &kRiverFamily,
+      &kTurtlesFamily, &kPlantsFamily,   &kSignsFamily,     &kBackdropFamily,
+      &kFontsFamily,   &kMessagesFamily, &kEffectsFamily,   &kAttractFamily};
   return kFamilies;
 }
 

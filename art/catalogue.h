@@ -70,8 +70,9 @@ struct Family {
   std::span<const CatalogueRow> rows;
 };
 
-extern const Family kFrogFamily, kBugsFamily, kRiverFamily, kTurtlesFamily, kPlantsFamily,
-    kSignsFamily, kBackdropFamily, kFontsFamily, kMessagesFamily, kEffectsFamily, kAttractFamily;
+extern const Family kFrogFamily, kBugsFamily, kButterflyFamily, kRiverFamily, kTurtlesFamily,
+    kPlantsFamily, kSignsFamily, kBackdropFamily, kFontsFamily, kMessagesFamily, kEffectsFamily,
+    kAttractFamily;
 
 std::span<const Family* const> families();
 

@@ -69,6 +69,10 @@ float shape_distance(const ClayShape& q, Vec p) {
 float part_distance(const ClayPart& g, Vec p, Vec* colour) {
   float d = 1e9f;
   Vec c{0, 0, 0};
+  if (g.field) {
+    if (colour) *colour = g.shapes[0].colour;
+    return g.field(p);
+  }
   for (const ClayShape& q : g.shapes) {
     // A shape too far away to melt into what is nearer changes nothing.
     Vec off = p - q.middle;
@@ -140,6 +144,12 @@ const Vec kKey = unit({-0.55f, 0.86f, 0.05f});
 const Vec kFill = unit({0.6f, 0.45f, -0.6f});
 const Vec kRim = unit({0.1f, 0.35f, 1.0f});
 
+// What a mirror sees along a direction: grass below, a bright horizon and sky.
+Vec sky_along(Vec r) {
+  Vec sky = lerp({1.15f, 1.15f, 1.05f}, {0.34f, 0.50f, 0.80f}, step_s(0.05f, 0.85f, r.y));
+  return lerp({0.10f, 0.12f, 0.05f}, sky, step_s(-0.22f, 0.10f, r.y));
+}
+
 Vec Tracer::shade(int part, Vec p) const {
   const ClayPart& g = scene[static_cast<size_t>(part)];
   // Its own part first: near the surface the others then fail the test of their bounds.
@@ -180,7 +190,22 @@ Vec Tracer::shade(int part, Vec p) const {
   Vec light = Vec{1.0f, 0.96f, 0.86f} * (0.92f * wrap) +
               Vec{0.45f, 0.60f, 0.90f} * (0.30f * clamp(dot(n, kFill))) * ao +
               lerp({0.24f, 0.26f, 0.20f}, {0.40f, 0.46f, 0.52f}, n.y * 0.5f + 0.5f) * (0.85f * ao);
+  if (g.soft > 0) {
+    // Light that went in elsewhere: it fills the terminator and shows where the body is thin.
+    float seep = clamp((dot(n, kKey) + 0.9f) / 1.9f) * 0.34f + 0.30f * (1 - facing) * (1 - facing);
+    light = light + Vec{1.0f, 0.82f, 0.62f} * (g.soft * seep * (0.5f + 0.5f * ao));
+  }
   Vec out = colour * light;
+  if (g.metal > 0) {
+    // Lacquer mirrors the sun's window white and little else; metal mirrors all, in its own colour.
+    Vec r = dir - n * (2 * dot(dir, n)), tint = lerp({1, 1, 1}, colour, g.metal);
+    float glancing = std::pow(1 - facing, 4.0f);
+    float sky = (g.metal + (1 - g.metal) * (0.12f + 0.88f * glancing)) * (0.45f + 0.55f * ao);
+    float window = 3.2f * step_s(0.84f, 0.93f, dot(r, kKey)) * (0.2f + 0.8f * lit);
+    out = out * (1 - 0.55f * g.metal) +
+          (sky_along(r) * sky + Vec{1, 1, 0.95f} * window) * tint * (g.metal * (0.5f + 0.5f * lit));
+  }
+  if (g.glow > 0) out = lerp(out, colour, g.glow);
   float sparkle = std::pow(clamp(dot(n, unit(kKey + view))), 48.0f);
   out = out + Vec{1, 1, 0.95f} * (sparkle * g.gloss * (0.35f + 0.65f * lit));
   float rim = std::pow(1 - facing, 3.0f) * clamp(dot(n, kRim) * 0.7f + 0.3f);
@@ -328,6 +353,33 @@ void clay_draw(Canvas& canvas, ClayScene& scene, const ClayCamera& camera, Colou
   }
   cairo_surface_mark_dirty(image.surface);
   paint_canvas(canvas.ctx, image, 0, 0);
+}
+
+void clay_draw_fine(Canvas& canvas, ClayScene& scene, const ClayCamera& camera, Colour outline,
+                    float outline_px, int times) {
+  Canvas large(canvas.width * times, canvas.height * times), small(canvas.width, canvas.height);
+  const double k = times;
+  clay_draw(large, scene,
+            {camera.pitch_deg,
+             camera.px_per_unit * static_cast<float>(times),
+             {camera.origin.x * k, camera.origin.y * k}},
+            outline, outline_px * static_cast<float>(times));
+  cairo_surface_flush(large.surface);
+  const unsigned char* from = cairo_image_surface_get_data(large.surface);
+  unsigned char* to = cairo_image_surface_get_data(small.surface);
+  const ptrdiff_t from_line = cairo_image_surface_get_stride(large.surface),
+                  to_line = cairo_image_surface_get_stride(small.surface);
+  for (int y = 0; y < small.height; y++) {
+    for (int x = 0; x < small.width * 4; x++) {
+      int sum = 0;
+      for (int j = 0; j < times; j++)
+        for (int i = 0; i < times; i++)
+          sum += from[(y * times + j) * from_line + (x / 4 * times + i) * 4 + x % 4];
+      to[y * to_line + x] = static_cast<unsigned char>((sum + times * times / 2) / (times * times));
+    }
+  }
+  cairo_surface_mark_dirty(small.surface);
+  paint_canvas(canvas.ctx, small, 0, 0);
 }
 
 ClayPart clay_eye(const ClayFrame& frame, Vec c, float r, Vec look, float pupil, Vec skin,

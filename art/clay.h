@@ -68,6 +68,12 @@ struct ClayPart {
   std::vector<ClayShape> shapes;
   // Paints the surface: a point in the part's own axes and the shapes' colour there.
   std::function<Vec(Vec, Vec)> paint;
+  // A distance of its own, from a point in the part's own axes; the shapes are then only its
+  // bounds.
+  std::function<float(Vec)> field;
+  float soft = 0;   // how far light seeps through: 1 like jelly
+  float metal = 0;  // how much of a sky it mirrors: 0.3 lacquer, 1 polished metal
+  float glow = 0;   // how much of its colour is its own light
 
   void ball(Vec centre, Vec radii, Vec colour);
   void limb(Vec a, float ra, Vec b, float rb, Vec colour);
@@ -87,6 +93,10 @@ struct ClayCamera {
 // Draws the scene over what is there, with an outline of the given width in pixels.
 void clay_draw(Canvas& canvas, ClayScene& scene, const ClayCamera& camera, Colour outline,
                float outline_px);
+
+// The same with several times as many pixels each way, averaged: for what is small.
+void clay_draw_fine(Canvas& canvas, ClayScene& scene, const ClayCamera& camera, Colour outline,
+                    float outline_px, int times);
 
 // A ball that looks along a direction: white, pupil, glint; lid 1 closes it with the skin's colour.
 ClayPart clay_eye(const ClayFrame& frame, Vec centre, float radius, Vec look, float pupil, Vec skin,
