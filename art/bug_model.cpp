@@ -94,23 +94,9 @@ void Bug::feelers(const BugFeelers& f) {
 }
 
 void Bug::eyes(Vec far_one, float radius, Vec look) {
-  look = unit(look);
-  for (float side : {1.0f, -1.0f}) {
-    ClayPart& eye = body_part(0.01f, 0.5f);
-    Vec c{far_one.x, far_one.y, far_one.z * side};
-    eye.ball(c, {radius, radius, radius}, {1.05f, 1.05f, 1.0f});
-    const ClayFrame& f = eye.frame;
-    // The glint lies towards the light in the picture, whichever way the bug walks.
-    Vec world = unit(f.x * look.x + f.y * look.y + f.z * look.z + Vec{-0.34f, 0.26f, 0});
-    Vec glint{dot(world, f.x), dot(world, f.y), dot(world, f.z)};
-    eye.glow = 0.35f;
-    eye.paint = [=](Vec p, Vec white) {
-      Vec n = unit(p - c);
-      if (dot(n, glint) > 0.955f) return Vec{1.5f, 1.5f, 1.5f};
-      if (dot(n, look) > 0.66f) return Vec{0.006f, 0.008f, 0.02f};
-      return white;
-    };
-  }
+  for (float side : {1.0f, -1.0f})
+    scene_.push_back(clay_big_eye(frame_within(ground_, body_),
+                                  {far_one.x, far_one.y, far_one.z * side}, radius, look));
 }
 
 void Bug::draw(const Cell& cell, float px_per_unit, Point at, double shadow_rx, double shadow_ry) {

@@ -404,4 +404,23 @@ ClayPart clay_eye(const ClayFrame& frame, Vec c, float r, Vec look, float pupil,
   return g;
 }
 
+ClayPart clay_big_eye(const ClayFrame& f, Vec c, float r, Vec look) {
+  ClayPart g;
+  g.blend = 0.01f;
+  g.gloss = 0.5f;
+  g.glow = 0.35f;
+  g.frame = f;
+  g.ball(c, {r, r, r}, {1.05f, 1.05f, 1.0f});
+  look = unit(look);
+  Vec world = unit(f.x * look.x + f.y * look.y + f.z * look.z + Vec{-0.34f, 0.26f, 0});
+  const Vec glint{dot(world, f.x), dot(world, f.y), dot(world, f.z)};
+  g.paint = [=](Vec p, Vec white) {
+    Vec n = unit(p - c);
+    if (dot(n, glint) > 0.955f) return Vec{1.5f, 1.5f, 1.5f};
+    if (dot(n, look) > 0.66f) return Vec{0.006f, 0.008f, 0.02f};
+    return white;
+  };
+  return g;
+}
+
 }  // namespace art

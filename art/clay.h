@@ -101,5 +101,7 @@ void clay_draw_fine(Canvas& canvas, ClayScene& scene, const ClayCamera& camera, 
 // A ball that looks along a direction: white, pupil, glint; lid 1 closes it with the skin's colour.
 ClayPart clay_eye(const ClayFrame& frame, Vec centre, float radius, Vec look, float pupil, Vec skin,
                   float lid, Vec lid_from);
+// The same for small faces: open, inked, shining a little by itself, its glint always in the light.
+ClayPart clay_big_eye(const ClayFrame& frame, Vec centre, float radius, Vec look);
 
 }  // namespace art
