@@ -90,7 +90,7 @@ void draw_ladybug(const Cell& cell) {
   ClayPart& shell = bug.body_part(0.05f, 0.9f);
   shell.soft = 0.35f;
   shell.metal = 0.22f;
-  shell.ball(c, radii, linear({0.98, 0.10, 0.06}));
+  shell.ball(c, radii, {1.15f, 0.012f, 0.006f});
   shell.paint = [=](Vec p, Vec red) {
     Vec d = on_ball(p, c, radii);
     d.z = std::fabs(d.z);
@@ -98,11 +98,11 @@ void draw_ladybug(const Cell& cell) {
       Vec at;
       float cosine;
     };
-    static const Spot spots[] = {{unit({0.62f, 0.66f, 0.46f}), 0.957f},
-                                 {unit({-0.10f, 0.72f, 0.62f}), 0.950f},
-                                 {unit({-0.78f, 0.50f, 0.42f}), 0.957f},
-                                 {unit({0.42f, 0.16f, 0.95f}), 0.962f},
-                                 {unit({-0.50f, 0.06f, 0.95f}), 0.962f}};
+    static const Spot spots[] = {{unit({0.62f, 0.66f, 0.46f}), 0.968f},
+                                 {unit({-0.10f, 0.72f, 0.62f}), 0.960f},
+                                 {unit({-0.78f, 0.50f, 0.42f}), 0.968f},
+                                 {unit({0.42f, 0.16f, 0.95f}), 0.970f},
+                                 {unit({-0.50f, 0.06f, 0.95f}), 0.970f}};
     if (d.z < 0.055f || d.y < -0.22f) return kBlackShell * 0.6f;
     for (const Spot& s : spots)
       if (dot(d, s.at) > s.cosine) return kBlackShell * 0.6f;
@@ -165,9 +165,9 @@ void draw_lightningbug(const Cell& cell) {
   const Vec limb = linear({0.26, 0.15, 0.22});
   bug.legs({0.80f, 0.58f, 0.44f, 0.52f, 0.66f, 0.26f, 0.28f, 0.14f, limb, limb});
   ClayPart& tail = bug.body_part(0.14f, 0.6f);
-  tail.soft = 1;
+  tail.soft = 0.6f;
   tail.glow = 0.35f + 0.65f * glow;
-  const Vec bulb = lerp(linear({0.88, 0.74, 0.06}), {1.3f, 1.2f, 0.16f}, glow);
+  const Vec bulb = lerp(linear({0.80, 0.58, 0.05}), {1.2f, 1.08f, 0.03f}, glow);
   const float full = 1 + 0.07f * glow;
   tail.ball({-0.98f, 0.66f, 0}, {0.98f, 0.76f * full, 0.84f * full}, bulb);
   tail.paint = [=](Vec p, Vec colour) {
@@ -190,10 +190,11 @@ void draw_lightningbug(const Cell& cell) {
   head.ball({1.26f, 0.62f, 0}, {0.52f, 0.52f, 0.64f}, linear({0.36, 0.17, 0.26}));
   bug.feelers({{0.98f, 1.02f, 0.26f}, 0.9f, 0.085f, 0.16f, 94, 20, 0.40f, 12, limb, limb});
   bug.eyes({1.44f, 0.94f, 0.42f}, 0.42f, {0.60f, 0.50f, -0.62f});
-  soft_spot(cell.ctx, 21, 30, 19, 18 + 6 * glow, {1, 1, 0.30}, glow);
+  for (double size : {1.0, 0.72})
+    soft_spot(cell.ctx, 21, 30, 19 * size, (18 + 6 * glow) * size, {1, 0.98, 0.22}, glow);
   bug.draw(cell, 13.6f, {33.5, 38}, 24, 12);
   // Light in the air before it.
-  soft_spot(cell.ctx, 18, 27, 9, 8, {1, 1, 0.85}, 0.9 * glow);
+  soft_spot(cell.ctx, 15, 28, 7, 8, {1, 1, 0.8}, 0.9 * glow);
 }
 
 // The great hind legs: thigh up to a knee above the back, shin down to a foot that pushes.

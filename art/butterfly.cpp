@@ -210,11 +210,11 @@ void add_body(ClayScene& scene, const ClayFrame& body, float beat) {
         clay_big_eye(body, {c.x + 0.20f, c.y + 0.30f, side * 0.30f}, 0.31f, {0.6f, 0.5f, -0.62f}));
     // Feelers curl at the end, and swing after the head.
     ClayPart& feeler = part(0.03f);
-    Vec at{c.x + 0.06f, c.y + 0.42f, side * 0.16f + 0.06f};
+    Vec at{c.x + 0.06f, c.y + 0.42f, side * 0.16f + 0.14f};
     for (int i = 0; i < 6; i++) {
       float n = static_cast<float>(i);
-      float a = (62 - 13 * n + 5 * n * std::sin(kTurn * (beat - 0.08f * n))) * kDeg;
-      Vec next = at + Vec{std::cos(a), std::sin(a), 0.25f + side * 0.40f} * 0.20f;
+      float a = (80 - 17 * n + 5 * n * std::sin(kTurn * (beat - 0.08f * n))) * kDeg;
+      Vec next = at + Vec{std::cos(a), std::sin(a), 0.42f + side * 0.34f} * 0.20f;
       feeler.limb(at, 0.060f, next, 0.056f, dark);
       at = next;
     }
