@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "art/catalogue.h"
+#include "art/flora.h"
 #include "art/palette.h"
 
 namespace art {
@@ -11,49 +12,6 @@ namespace {
 
 double sway(const Cell& cell, double phase, int beats = 1) {
   return std::sin(kTau * (beats * cell.turn() + phase));
-}
-
-// A leaf with its middle vein. `turn` swings it round its foot.
-void draw_leaf(cairo_t* c, Point foot, double angle, double length, double width, double bend,
-               Colour colour) {
-  Point tip{foot.x + std::cos(angle) * length, foot.y + std::sin(angle) * length};
-  Point mid = mix(foot, tip, 0.5);
-  puff(c, leaf(foot, tip, width, bend), colour, mid.x, mid.y, length * 0.5, 2, 0.18);
-  cairo_save(c);
-  cairo_set_line_cap(c, CAIRO_LINE_CAP_ROUND);
-  set(c, mix(colour, kSunlight, 0.35), 0.8);
-  cairo_set_line_width(c, 2);
-  double nx = -std::sin(angle), ny = std::cos(angle);
-  cairo_move_to(c, foot.x, foot.y);
-  cairo_curve_to(c, mid.x + nx * bend * 0.5, mid.y + ny * bend * 0.5, mid.x + nx * bend * 0.7,
-                 mid.y + ny * bend * 0.7, mix(foot, tip, 0.9).x + nx * bend * 0.12,
-                 mix(foot, tip, 0.9).y + ny * bend * 0.12);
-  cairo_stroke(c);
-  cairo_restore(c);
-}
-
-void draw_flower(cairo_t* c, double x, double y, double r, Colour petal, double angle) {
-  for (int i = 0; i < 5; i++) {
-    double a = angle + i * kTau / 5;
-    puff(c, ellipse(x + std::cos(a) * r * 0.62, y + std::sin(a) * r * 0.62, r * 0.55, r * 0.40, a),
-         petal, x, y, r, 1.5, 0.1);
-  }
-  puff(c, circle(x, y, r * 0.34), kYellow, x, y, r * 0.34, 1.2, 0.3);
-}
-
-// A water lily's flower, seen from the side and above.
-void draw_lotus(cairo_t* c, double x, double y, double r, double open, Colour petal) {
-  for (int ring = 0; ring < 2; ring++) {
-    for (int i = 0; i < 7; i++) {
-      // From the outside inward, so that the middle petals lie on top.
-      int order = i % 2 ? 6 - i / 2 : i / 2;
-      double a = -kTau / 4 + (order - 3) * (ring ? 0.30 : 0.44) * open;
-      double length = r * (ring ? 0.82 : 1.0);
-      puff(c, leaf({x, y}, {x + std::cos(a) * length, y + std::sin(a) * length * 0.8}, r * 0.24, 0),
-           ring ? mix(petal, kWhite, 0.45) : petal, x, y - r * 0.4, r, 1.4, 0.1);
-    }
-  }
-  puff(c, ellipse(x, y - r * 0.10, r * 0.2, r * 0.14), kYellow, x, y, r * 0.2, 1, 0.2);
 }
 
 struct LeafSpec {
@@ -145,34 +103,6 @@ void draw_cattail(const Cell& cell, int which) {
          stem.top + 16, 20, 2, 0.35);
     stroke(c, capsule(top, 0.6, {top.x + 0.5 * s, top.y - 10}, 0.4), {0.45, 0.36, 0.14}, 2);
   }
-}
-
-// A floating leaf with its notch turned to the angle given.
-void draw_pad(cairo_t* c, double x, double y, double rx, double ry, double notch) {
-  auto pad = [=](double grow) -> Path {
-    return [=](cairo_t* k) {
-      cairo_new_path(k);
-      cairo_save(k);
-      cairo_translate(k, x, y);
-      cairo_scale(k, rx * grow, ry * grow);
-      cairo_arc(k, 0, 0, 1, notch + 0.16, notch - 0.16 + kTau);
-      cairo_line_to(k, 0.12 * std::cos(notch), 0.12 * std::sin(notch));
-      cairo_close_path(k);
-      cairo_restore(k);
-    };
-  };
-  puff(c, pad(1), {0.26, 0.66, 0.22}, x, y, rx, rx * 0.022 + 1, 0);
-  cairo_save(c);
-  pad(0.985)(c);
-  cairo_clip(c);
-  fill(c, pad(0.90), {0.34, 0.74, 0.26});
-  for (int i = 1; i < 12; i++) {
-    double a = notch + i * kTau / 12;
-    stroke(c, capsule({x, y}, 0.4, {x + rx * 0.86 * std::cos(a), y + ry * 0.86 * std::sin(a)}, 0.2),
-           {0.62, 0.90, 0.42}, rx * 0.012 + 0.6, 0.55);
-  }
-  soft_spot(c, x - rx * 0.3, y - ry * 0.4, rx * 0.7, ry * 0.5, kWhite, 0.30);
-  cairo_restore(c);
 }
 
 void draw_lily_pad(const Cell& cell) {
