@@ -55,10 +55,10 @@ Colour water(double x, double y, double far_y, double near_y) {
   const double wave = fbm(x / (46 + 60 * t) + 2.2 * warp, y / (4.5 + 6 * t), 21, 4);
   const double pool = fbm(x / 210 + warp, y / 58, 22, 3);
   // Deep under the far bank, light over the shallows at the near one.
-  Colour k = mix({0.03, 0.25, 0.43}, {0.05, 0.40, 0.62}, smooth(0, 0.42, t));
-  k = mix(k, {0.13, 0.57, 0.73}, smooth(0.36, 0.95, t));
+  Colour k = mix({0.03, 0.28, 0.46}, {0.05, 0.44, 0.68}, smooth(0, 0.42, t));
+  k = mix(k, {0.13, 0.62, 0.80}, smooth(0.36, 0.95, t));
   k = mix(k, {0.02, 0.24, 0.44}, 0.75 * smooth(0.56, 0.26, pool) * (1 - 0.5 * t));
-  k = mix(k, {0.20, 0.66, 0.78}, 0.55 * smooth(0.44, 0.74, pool) * (0.35 + 0.65 * t));
+  k = mix(k, {0.20, 0.72, 0.84}, 0.55 * smooth(0.44, 0.74, pool) * (0.35 + 0.65 * t));
   k = mix(k, {0.02, 0.20, 0.38}, 0.55 * smooth(0.47, 0.30, wave));
   k = mix(k, {0.36, 0.78, 0.88}, 0.32 * smooth(0.52, 0.68, wave));
   // The web of light on the shallow floor.
@@ -110,7 +110,7 @@ Colour meadow_green(double x, double y) {
   // A soft wave from one lane to the next, flat in the lanes' middles.
   double mown = smooth(-0.35, 0.35, std::cos(kTau / 2 * (at - 0.5)));
   double depth = clamp01((y - 392) / 300);
-  Colour k = mix({0.17, 0.45, 0.14}, {0.32, 0.59, 0.15}, mown);
+  Colour k = mix({0.19, 0.50, 0.14}, {0.36, 0.64, 0.15}, mown);
   k = mix(k, {0.42, 0.62, 0.16}, 0.28 * depth);
   double warm = fbm(x / 130, y / 60, 72, 3), cool = fbm(x / 90, y / 40, 73, 3);
   k = mix(k, {0.52, 0.66, 0.14}, 0.50 * smooth(0.46, 0.70, warm));
