@@ -77,6 +77,9 @@ void draw_far_shore(cairo_t* c, Rng& rng) {
   }
   // Reeds in stands of some stalks.
   for (double x = 40; x < kScreenWidth; x += rng.range(70, 150)) {
+    // Behind a goal they would only be in its way.
+    if (std::fabs(x - kScreenWidth / 4) < 170 || std::fabs(x - kScreenWidth * 3 / 4) < 170)
+      continue;
     int stalks = static_cast<int>(rng.range(7, 15));
     for (int i = 0; i < stalks; i++) {
       double at = x + rng.range(-17, 17), foot = far_shore(at) + 2, tall = rng.range(15, 34);

@@ -46,7 +46,7 @@ Colour reflection(double x, double depth, double wave) {
   double at = x + 9 * (wave - 0.5);
   double tall = fbm(at / 27, 3.5, 51, 3), tint = noise(at / 13, depth / 60, 52);
   Colour bush = mix({0.05, 0.25, 0.16}, {0.26, 0.50, 0.20}, tint);
-  return mix(bush, {0.46, 0.68, 0.52}, smooth(0.30, 0.62, depth / 90 + 0.34 - tall * 0.5));
+  return mix(bush, {0.34, 0.68, 0.66}, smooth(0.30, 0.62, depth / 90 + 0.34 - tall * 0.5));
 }
 
 Colour water(double x, double y, double far_y, double near_y) {

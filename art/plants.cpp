@@ -43,17 +43,18 @@ constexpr Sprig kMiddle[] = {{Green::kLeaf, -12, 150, -0.85, 132, 28, -14, 0.0},
                              {Green::kLeaf, -12, 160, 0.86, 96, 24, 10, 0.7},
                              {Green::kLeaf, -12, 152, -0.06, 104, 25, 10, 0.95},
                              {Green::kFlower, 40, 152, 0, 0, 21, 0, 1}};
-constexpr Sprig kLower[] = {{Green::kLeaf, 30, 268, -1.52, 214, 26, -14, 0.0},
-                            {Green::kLeaf, 60, 268, -1.16, 206, 28, 20, 0.1},
-                            {Green::kFern, 8, 262, -1.30, 170, 0, -14, 0.3},
+// These stand behind a sign, which hides their feet.
+constexpr Sprig kLower[] = {{Green::kLeaf, 46, 268, -1.56, 218, 26, -14, 0.0},
+                            {Green::kLeaf, 70, 268, -1.16, 206, 28, 20, 0.1},
+                            {Green::kFern, 50, 262, -1.66, 176, 0, -14, 0.3},
                             {Green::kFern, 120, 262, -0.92, 160, 0, 22, 0.35},
-                            {Green::kLeaf, 4, 268, -1.72, 178, 27, -10, 0.4},
-                            {Green::kLeaf, 84, 268, -1.36, 162, 25, 12, 0.6},
+                            {Green::kLeaf, 56, 268, -2.05, 176, 26, -10, 0.4},
+                            {Green::kLeaf, 92, 268, -1.36, 162, 25, 12, 0.6},
                             {Green::kLeaf, 124, 268, -0.74, 150, 23, 18, 0.5},
-                            {Green::kLeaf, 36, 268, -1.12, 152, 26, 16, 0.85},
-                            {Green::kLeaf, 6, 268, -1.34, 126, 25, 10, 1.0},
+                            {Green::kLeaf, 52, 268, -1.16, 152, 26, 16, 0.85},
+                            {Green::kLeaf, 48, 268, -1.70, 134, 25, -8, 1.0},
                             {Green::kFlower, 58, 142, 0, 0, 27, 0, 1},
-                            {Green::kFlower, 112, 190, 0, 0, 20, 0, 0.5}};
+                            {Green::kFlower, 112, 172, 0, 0, 20, 0, 0.5}};
 
 void draw_sprigs(const Cell& cell, std::span<const Sprig> sprigs, double phase, Colour petal,
                  Colour other) {
@@ -161,19 +162,19 @@ void draw_sunburst(const Cell& cell) {
   cairo_t* c = cell.ctx;
   const int rays = 14;
   cairo_save(c);
-  cairo_rectangle(c, 2, 40, cell.width - 4, 118);
+  cairo_rectangle(c, 2, 40, cell.width - 4, cell.height - 42);
   cairo_clip(c);
   cairo_translate(c, kGoal.x, kGoal.y);
-  cairo_scale(c, 1, 0.62);
+  cairo_scale(c, 1.4, 0.62);
   cairo_new_path(c);
   for (int i = 0; i < rays; i++) {
     double a = kTau * (i + cell.turn()) / rays, half = kTau / rays * 0.27;
     cairo_move_to(c, 0, 0);
-    cairo_line_to(c, 150 * std::cos(a - half), 150 * std::sin(a - half));
-    cairo_line_to(c, 150 * std::cos(a + half), 150 * std::sin(a + half));
+    cairo_line_to(c, 104 * std::cos(a - half), 104 * std::sin(a - half));
+    cairo_line_to(c, 104 * std::cos(a + half), 104 * std::sin(a + half));
     cairo_close_path(c);
   }
-  cairo_pattern_t* g = cairo_pattern_create_radial(0, 0, 30, 0, 0, 146);
+  cairo_pattern_t* g = cairo_pattern_create_radial(0, 0, 30, 0, 0, 103);
   cairo_pattern_add_color_stop_rgba(g, 0, 1, 0.94, 0.46, 0.95);
   cairo_pattern_add_color_stop_rgba(g, 0.5, 1, 0.86, 0.28, 0.66);
   cairo_pattern_add_color_stop_rgba(g, 1, 1, 0.80, 0.20, 0);

@@ -16,7 +16,7 @@ struct LogLook {
   double gloss;
   bool gold;
 };
-constexpr LogLook kWoodLog{{0.88, 0.64, 0.38},
+constexpr LogLook kWoodLog{{0.96, 0.72, 0.44},
                            {0.58, 0.35, 0.17},
                            {0.17, 0.08, 0.04},
                            {0.95, 0.77, 0.50},
@@ -58,10 +58,11 @@ double bark(const LogShape& log, double x, double round) {
   return high;
 }
 
+// Moss lies on the top in long cushions whose fringe hangs down.
 double moss(const LogShape& log, double x, double across) {
-  double patch = fbm(x / 34, 5.5, log.seed + 20, 3),
-         edge = fbm(x / 7, across * 4, log.seed + 24, 2);
-  return smooth(0.03, 0.12, patch - 0.43 - 0.34 * (across + 0.85) + 0.16 * (edge - 0.4));
+  double cushion = smooth(0.40, 0.56, fbm(x / 52, 5.5, log.seed + 20, 2));
+  double fringe = fbm(x / 9, 3.5 + across, log.seed + 24, 2) - 0.4;
+  return smooth(0, 0.10, -1 + 0.60 * cushion + 0.7 * fringe * cushion - across);
 }
 
 Colour log_colour(const LogShape& log, const LogLook& k, double x, double y) {
