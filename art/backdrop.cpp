@@ -271,17 +271,19 @@ void draw_backdrop(const Cell& cell, double from_x) {
   paint_canvas(cell.ctx, scene, -from_x, 0);
 }
 
+// What comes in at the sides comes out of the leaves' shade. No wider than it must be: it is
+// blended over the whole height of the screen.
 void draw_shadow(const Cell& cell) {
+  constexpr double kWide = 184;
   cairo_t* c = cell.ctx;
-  cairo_rectangle(c, 0, 0, cell.width, kScreenHeight);
-  cairo_clip(c);
-  cairo_pattern_t* g = cairo_pattern_create_linear(0, 0, cell.width - 4, 0);
+  cairo_pattern_t* g = cairo_pattern_create_linear(0, 0, kWide, 0);
   for (int i = 0; i <= 8; i++) {
     double t = i / 8.0;
-    cairo_pattern_add_color_stop_rgba(g, t, 0.01, 0.06, 0.05, 0.85 * (1 - t) * (1 - t));
+    cairo_pattern_add_color_stop_rgba(g, t, 0.01, 0.06, 0.06, 0.85 * (1 - t) * (1 - t));
   }
+  cairo_rectangle(c, 0, 0, std::fmin(kWide, cell.width), kScreenHeight);
   cairo_set_source(c, g);
-  cairo_paint(c);
+  cairo_fill(c);
   cairo_pattern_destroy(g);
 }
 

@@ -291,9 +291,19 @@ void draw_pad(cairo_t* c, double x, double y, double rx, double ry, double notch
       cairo_save(k);
       cairo_translate(k, x, y - lift);
       cairo_scale(k, rx * grow, ry * grow);
-      cairo_arc(k, 0, 0, 1, notch + 0.13, notch - 0.13 + kTau);
-      cairo_curve_to(k, 0.5 * std::cos(notch - 0.1), 0.5 * std::sin(notch - 0.1), 0.2, 0,
+      // Grown, not turned: the rim swings in and out a little.
+      for (int i = 0; i <= 72; i++) {
+        double a = notch + 0.13 + (kTau - 0.26) * i / 72;
+        double r = 1 - 0.012 * (1 + std::sin(5 * a + 1)) - 0.07 * smooth(0.06, 0, i / 72.0) -
+                   0.07 * smooth(0.94, 1, i / 72.0);
+        cairo_line_to(k, r * std::cos(a), r * std::sin(a));
+      }
+      cairo_curve_to(k, 0.6 * std::cos(notch - 0.10), 0.6 * std::sin(notch - 0.10),
+                     0.3 * std::cos(notch - 0.04), 0.3 * std::sin(notch - 0.04),
                      0.14 * std::cos(notch), 0.14 * std::sin(notch));
+      cairo_curve_to(k, 0.3 * std::cos(notch + 0.04), 0.3 * std::sin(notch + 0.04),
+                     0.6 * std::cos(notch + 0.10), 0.6 * std::sin(notch + 0.10),
+                     0.9 * std::cos(notch + 0.13), 0.9 * std::sin(notch + 0.13));
       cairo_close_path(k);
       cairo_restore(k);
     };
@@ -310,7 +320,15 @@ void draw_pad(cairo_t* c, double x, double y, double rx, double ry, double notch
   cairo_save(c);
   inside(c);
   cairo_clip(c);
-  soft_spot(c, x - rx * 0.55, y - ry * 0.95, rx * 1.1, ry * 0.6, {0.02, 0.26, 0.08}, 0.55);
+  // The rim's shade on the green at the upper left, the sun on its inside at the lower right.
+  cairo_save(c);
+  cairo_translate(c, rx * 0.035, ry * 0.06);
+  for (int i = 3; i >= 1; i--) stroke(c, inside, {0.02, 0.26, 0.08}, rx * 0.045 * i, 0.22);
+  cairo_restore(c);
+  cairo_save(c);
+  cairo_translate(c, -rx * 0.02, -ry * 0.03);
+  stroke(c, inside, {0.60, 0.90, 0.36}, rx * 0.035, 0.35);
+  cairo_restore(c);
   const Point heart_at{x + rx * 0.1 * std::cos(notch), y + ry * 0.1 * std::sin(notch)};
   const int ribs = 13;
   for (int i = 1; i < ribs; i++) {
@@ -338,8 +356,11 @@ void draw_bulrush(cairo_t* c, Point foot, Point top, double size) {
   stroke(c, capsule(top, 0.3, tip, 0.1), {0.46, 0.36, 0.12}, size * 0.28);
   const Path head = capsule(top, size * 0.46, low, size * 0.5);
   stroke(c, head, {0.17, 0.08, 0.03}, 2.2 + size * 0.1);
-  fill_linear(c, head, {top.x - size * 0.6, top.y}, {0.78, 0.50, 0.24},
-              {top.x + size * 0.55, top.y}, {0.32, 0.15, 0.06});
+  const Point mid = mix(top, low, 0.5);
+  const double tall = std::hypot(low.x - top.x, low.y - top.y) + 1e-6;
+  const Point across{(low.y - top.y) / tall * size * 0.55, (top.x - low.x) / tall * size * 0.55};
+  fill_linear(c, head, {mid.x - across.x, mid.y - across.y}, {0.80, 0.52, 0.26},
+              {mid.x + across.x, mid.y + across.y}, {0.30, 0.14, 0.05});
   stroke(c,
          capsule({top.x - size * 0.2, top.y + size * 0.15}, 0.2,
                  {low.x - size * 0.22, low.y - size * 0.25}, 0.2),

@@ -111,7 +111,7 @@ void draw_cattail(const Cell& cell, int which) {
     draw_leaf(c, {x, foot}, -kTau / 4 + lean + 0.05 * s, tall, 6.5, 14 * lean + 5 * s,
               mix({0.08, 0.36, 0.12}, {0.46, 0.76, 0.20}, shade));
   };
-  soft_spot(c, 66, foot - 2, 44, 9, kForest, 0.55);
+  soft_spot(c, 66, foot - 6, 44, 7, kForest, 0.55);
   blade(56, -0.34, 84, 0.0);
   blade(74, 0.10, 100, 0.1);
   blade(82, 0.42, 76, 0.2);
