@@ -120,7 +120,7 @@ void draw_cattail(const Cell& cell, int which) {
   };
   for (Stem stem : {Stem{78, 46, 11, 11}, Stem{60, 22, -7, 13}}) {
     double s = sway(cell, stem.x * 0.007);
-    draw_bulrush(c, {stem.x, foot}, {stem.x + stem.lean + 5 * s, stem.top}, stem.size);
+    draw_bulrush(c, {stem.x, foot - 3}, {stem.x + stem.lean + 5 * s, stem.top}, stem.size);
   }
   blade(46, -0.22, 62, 0.7);
   blade(66, -0.05, 54, 1.0);

@@ -172,16 +172,16 @@ void draw_waterline(cairo_t* c, double length, double y, double turn) {
   }
 }
 
+// A slanting gleam runs along the gold once in a loop.
 void draw_gleam(cairo_t* c, const LogShape& log, double turn) {
-  // Light runs along the gold, and stars light up one after the other.
-  double x = -30 + (log.length + 60) * turn, top = log.middle - kLogRadius, foot = top + 49;
-  for (int i = -1; i <= 1; i++)
-    fill(c,
-         polygon({{x + i * 9.0, top},
-                  {x + 9 + i * 9.0, top},
-                  {x - 10 + i * 9.0, foot},
-                  {x - 19 + i * 9.0, foot}}),
-         {1, 1, 0.86}, i ? 0.28 : 0.62);
+  const double x = -40 + (log.length + 80) * turn, y = log.middle;
+  cairo_pattern_t* g = cairo_pattern_create_linear(x - 20, y - 7, x + 20, y + 7);
+  const double stops[][2] = {{0, 0}, {0.25, 0.5}, {0.34, 0.2}, {0.5, 0.9}, {0.66, 0.5}, {1, 0}};
+  for (auto [at, alpha] : stops) cairo_pattern_add_color_stop_rgba(g, at, 1, 1, 0.84, alpha);
+  cairo_rectangle(c, 0, 0, log.length, y + 15);
+  cairo_set_source(c, g);
+  cairo_fill(c);
+  cairo_pattern_destroy(g);
 }
 
 void draw_stars(cairo_t* c, const LogShape& log, double turn) {
