@@ -58,6 +58,11 @@ void line(cairo_t* c, Point a, Point b, Colour colour, double width, double alph
 
 }  // namespace
 
+double sway(const Cell& cell, double phase, int beats) {
+  return 0.8 * std::sin(kTau * (beats * cell.turn() + phase)) +
+         0.2 * std::sin(kTau * (2 * beats * cell.turn() + 1.7 * phase));
+}
+
 void draw_leaf(cairo_t* c, Point foot, double angle, double length, double width, double bend,
                Colour colour) {
   const Spine s(foot, angle, length);
@@ -111,17 +116,17 @@ void draw_blade(cairo_t* c, Point foot, Point tip, double width, double bend, Co
 
 void draw_fern(cairo_t* c, Point foot, double angle, double length, double bend, Colour colour) {
   const Spine s(foot, angle, length);
-  const int pairs = static_cast<int>(length / 8);
+  const int pairs = static_cast<int>(length / 10);
   for (int pass = 0; pass < 2; pass++) {
     for (int i = pairs; i >= 1; i--) {
       double t = 0.12 + 0.86 * i / (pairs + 1.0);
       Point at = s.rib(t, bend), next = s.rib(t + 0.02, bend);
-      double along = std::atan2(next.y - at.y, next.x - at.x), size = length * 0.26 * (1.1 - t);
+      double along = std::atan2(next.y - at.y, next.x - at.x), size = length * 0.33 * (1.06 - t);
       for (double side : {-1.0, 1.0}) {
         double a = along + side * (1.15 - 0.35 * t);
         Point tip{at.x + std::cos(a) * size, at.y + std::sin(a) * size};
         double light = 0.5 - 0.35 * std::cos(a) * 0.6 - 0.35 * std::sin(a) * 0.8;
-        Path one = leaf(at, tip, 3.2 + size * 0.10, side * -size * 0.12);
+        Path one = leaf(at, tip, 2.6 + size * 0.10, side * -size * 0.14);
         if (pass == 0)
           stroke(c, one, mix(dim(colour, 0.4), kShade, 0.25), 3);
         else

@@ -6,6 +6,10 @@
 
 namespace art {
 
+// A breeze, -1 to 1: a slow swing with a flutter on top, a whole number of times in a loop. Whoever
+// has another phase moves at another time.
+double sway(const Cell& cell, double phase, int beats = 1);
+
 // A thick leaf with a lit and a shaded half, veins and a bright edge.
 void draw_leaf(cairo_t* c, Point foot, double angle, double length, double width, double bend,
                Colour colour);
