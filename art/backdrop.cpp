@@ -19,6 +19,7 @@ double any_x(Rng& rng) {
 // n heights, the farthest first, so that what stands nearer is drawn over what stands behind it.
 std::vector<double> heights(Rng& rng, int n, double far_y, double near_y) {
   std::vector<double> ys;
+  ys.reserve(static_cast<size_t>(n));
   for (int i = 0; i < n; i++) ys.push_back(rng.range(far_y, near_y));
   std::sort(ys.begin(), ys.end());
   return ys;
@@ -38,12 +39,12 @@ void draw_sunrays(cairo_t* c) {
 
 void draw_far_bank(cairo_t* c, Rng& rng) {
   // Three rows of bushes, paler the farther they stand.
-  for (double x = -20; x < kScreenWidth + 30; x += rng.range(17, 34))
+  for (double x : places(rng, -20, kScreenWidth + 30, 17, 34))
     draw_bush(c, rng, x, 15 + rng.range(-4, 4), rng.range(17, 27),
               mix({0.62, 0.80, 0.58}, {0.50, 0.74, 0.40}, rng.unit()));
   soft_spot(c, 240, -10, 620, 40, {1, 0.98, 0.76}, 0.65);
   soft_spot(c, 1080, -14, 420, 30, {0.94, 1, 0.84}, 0.40);
-  for (double x = -10; x < kScreenWidth + 30; x += rng.range(52, 104)) {
+  for (double x : places(rng, -10, kScreenWidth + 30, 52, 104)) {
     draw_bush(c, rng, x, 38 + rng.range(-5, 4), rng.range(15, 25),
               mix({0.22, 0.52, 0.24}, {0.44, 0.68, 0.24}, rng.unit()));
   }
@@ -61,7 +62,7 @@ void draw_far_shore(cairo_t* c, Rng& rng) {
     double x = any_x(rng), y = rng.range(34, 52);
     draw_daisy(c, x, y, rng.range(2.2, 3.4), petals[static_cast<int>(4 * rng.unit())], rng.unit());
   }
-  for (double x = 8; x < kScreenWidth; x += rng.range(40, 96)) {
+  for (double x : places(rng, 8, kScreenWidth, 40, 96)) {
     int count = 2 + static_cast<int>(4 * rng.unit());
     double big = rng.range(6, 11);
     for (double dy : heights(rng, count, -6, 3)) {
@@ -71,12 +72,12 @@ void draw_far_shore(cairo_t* c, Rng& rng) {
                  r > 5 && rng.unit() < 0.6 ? rng.range(0.3, 0.9) : 0);
     }
   }
-  for (double x = 20; x < kScreenWidth; x += rng.range(60, 150)) {
+  for (double x : places(rng, 20, kScreenWidth, 60, 150)) {
     draw_bush(c, rng, x, far_shore(x) - 3, rng.range(9, 15),
               mix({0.16, 0.46, 0.14}, {0.36, 0.64, 0.16}, rng.unit()));
   }
   // Reeds in stands of some stalks.
-  for (double x = 40; x < kScreenWidth; x += rng.range(70, 150)) {
+  for (double x : places(rng, 40, kScreenWidth, 70, 150)) {
     // Behind a goal they would only be in its way.
     if (std::fabs(x - kScreenWidth / 4) < 170 || std::fabs(x - kScreenWidth * 3 / 4) < 170)
       continue;
@@ -92,7 +93,7 @@ void draw_far_shore(cairo_t* c, Rng& rng) {
     }
   }
   // A thread of foam where the water meets the bank.
-  for (double x = 0; x < kScreenWidth; x += rng.range(14, 40)) {
+  for (double x : places(rng, 0, kScreenWidth, 14, 40)) {
     double y = far_shore(x) + rng.range(0.5, 3), run = rng.range(10, 30);
     draw_blade(c, {x, y}, {x + run, y + rng.range(-1, 1)}, 1.1, rng.range(-1, 1), kFoam, 0.5);
   }
@@ -124,12 +125,12 @@ void draw_current(cairo_t* c, Rng& rng) {
 
 void draw_middle_bank(cairo_t* c, Rng& rng) {
   // Moss hangs over the water in a lip with a dark line under it.
-  for (double x = -6; x < kScreenWidth + 6; x += 2.2) {
+  for (double x : places(rng, -6, kScreenWidth + 6, 2.2, 2.2)) {
     double y = near_shore(x), high = rng.range(1, 5);
     draw_blade(c, {x, y + 5}, {x + rng.range(-4, 4), y - high}, 3.6, 0, {0.03, 0.13, 0.08}, 0.8);
   }
   for (int pass = 0; pass < 3; pass++) {
-    for (double x = -6; x < kScreenWidth + 6; x += 2.4) {
+    for (double x : places(rng, -6, kScreenWidth + 6, 2.4, 2.4)) {
       double y = near_shore(x) + 3.5 * pass, thick = fbm(x / 40, 1.5, 63, 3);
       if (pass > 0 && thick < 0.40) continue;
       Colour k =
@@ -139,7 +140,7 @@ void draw_middle_bank(cairo_t* c, Rng& rng) {
     }
   }
   // Stones and pebbles lie in heaps with room between them for a frog.
-  for (double x = 20; x < kScreenWidth; x += rng.range(58, 130)) {
+  for (double x : places(rng, 20, kScreenWidth, 58, 130)) {
     int count = 2 + static_cast<int>(4 * rng.unit());
     double big = rng.range(6, 11.5);
     for (double y : heights(rng, count, 366, 386)) {
@@ -149,7 +150,7 @@ void draw_middle_bank(cairo_t* c, Rng& rng) {
                  r > 6 ? rng.range(0.2, 0.9) : 0);
     }
   }
-  for (double x = 66; x < kScreenWidth; x += rng.range(130, 260)) {
+  for (double x : places(rng, 66, kScreenWidth, 130, 260)) {
     double y = 390;
     for (double a : {-2.6, -0.6, -2.1, -1.0, -1.55})
       draw_fern(c, {x, y}, a + rng.range(-0.1, 0.1), rng.range(16, 24), rng.range(-4, 4),
@@ -180,7 +181,7 @@ void draw_meadow(cairo_t* c, Rng& rng) {
   // The uncut ridge between two lanes, and the fringe over the bank.
   for (int lane = 0; lane <= kLanes; lane++) {
     double base = kLaneFoot + kLaneStep * (lane - 0.5) + 2;
-    for (double x = -8; x < kScreenWidth + 8; x += 3.4) {
+    for (double x : places(rng, -8, kScreenWidth + 8, 3.4, 3.4)) {
       double thick = fbm(x / 44, lane * 4.7, 77, 3), y = base + rng.range(-3.5, 3.5);
       if (lane == 0) y = meadow_edge(x) + rng.range(2, 8);
       if (thick < (lane == 0 ? 0.25 : 0.43)) continue;
@@ -199,6 +200,7 @@ void draw_blossoms(cairo_t* c, Rng& rng) {
     int kind;
   };
   std::vector<Patch> patches;
+  patches.reserve(50);
   for (int i = 0; i < 50; i++) {
     double side = rng.unit(), x = any_x(rng);
     if (side < 0.36) x = 130 * rng.unit() + (side < 0.18 ? 0 : kScreenWidth - 130);

@@ -377,7 +377,7 @@ void paint_pixels(Canvas& canvas, const std::function<Colour(double, double)>& a
     for (int x = 0; x < canvas.width; x++) {
       Colour sum{0, 0, 0};
       for (int i = 0; i < 4; i++) {
-        Colour k = at(x + 0.25 + 0.5 * (i % 2), y + 0.25 + 0.5 * (i / 2));
+        Colour k = at(x + (i % 2 ? 0.75 : 0.25), y + (i < 2 ? 0.25 : 0.75));
         sum = {sum.r + clamp01(k.r), sum.g + clamp01(k.g), sum.b + clamp01(k.b)};
       }
       auto byte = [](double v) { return static_cast<uint32_t>(std::lround(v / 4 * 255)); };

@@ -63,6 +63,17 @@ double sway(const Cell& cell, double phase, int beats) {
          0.2 * std::sin(kTau * (2 * beats * cell.turn() + 1.7 * phase));
 }
 
+std::vector<double> places(Rng& rng, double from, double to, double least, double most) {
+  std::vector<double> all;
+  all.reserve(static_cast<size_t>(std::fmax(0, (to - from) / least)) + 1);
+  double at = from;
+  while (at < to) {
+    all.push_back(at);
+    at += rng.range(least, most);
+  }
+  return all;
+}
+
 void draw_leaf(cairo_t* c, Point foot, double angle, double length, double width, double bend,
                Colour colour) {
   const Spine s(foot, angle, length);

@@ -2,6 +2,8 @@
 // the water. Light comes from the upper left. Sizes are pixels, angles radians, 0 to the right.
 #pragma once
 
+#include <vector>
+
 #include "art/canvas.h"
 
 namespace art {
@@ -9,6 +11,9 @@ namespace art {
 // A breeze, -1 to 1: a slow swing with a flutter on top, a whole number of times in a loop. Whoever
 // has another phase moves at another time.
 double sway(const Cell& cell, double phase, int beats = 1);
+
+// Places from one to another with a gap of least to most between them: nature plants no grid.
+std::vector<double> places(Rng& rng, double from, double to, double least, double most);
 
 // A thick leaf with a lit and a shaded half, veins and a bright edge.
 void draw_leaf(cairo_t* c, Point foot, double angle, double length, double width, double bend,

@@ -118,8 +118,10 @@ void draw_post(const Cell& cell, double x, double top, double side) {
   cairo_save(c);
   pole(c);
   cairo_clip(c);
-  for (double y = top - 12; y < kPostFoot + 8; y += 13)
+  for (int i = 0; i < 6; i++) {
+    const double y = top - 12 + 13 * i;
     fill(c, polygon({{x - 8, y + 7}, {x + 8, y}, {x + 8, y + 6.5}, {x - 8, y + 13.5}}), kRed);
+  }
   fill_linear(c, round_rect(x + 0.5, top - 6, 8, 70, 1), {x, 0}, {0.6, 0.3, 0.4}, {x + 7, 0},
               kShade);
   cairo_restore(c);

@@ -168,7 +168,7 @@ void draw_grass_strip(cairo_t* c, double width, double height) {
   cairo_pattern_destroy(g);
   for (int row = 0; row < 4; row++) {
     Rng rng{77u + static_cast<uint32_t>(row)};
-    for (double x = -20; x < width + 20; x += 3.4) {
+    for (double x : places(rng, -20, width + 20, 3.4, 3.4)) {
       double lean = rng.range(-11, 11), grow = rng.unit(), tuft = fbm(x / 38, row * 3.7, 5, 3);
       double foot = 90 + row * 12, tall = (10 + 78 * tuft * tuft) * (0.55 + 0.6 * grow);
       Colour k = mix({0.10, 0.40, 0.10}, {0.58, 0.82, 0.22}, 0.12 * row + 0.55 * rng.unit());
@@ -176,7 +176,7 @@ void draw_grass_strip(cairo_t* c, double width, double height) {
       draw_tall_blade(c, {at, foot}, {at + lean, std::fmax(5, foot - tall)}, 3, lean * 0.35, k);
     }
     // Flowers grow between the rows.
-    for (double x = 40 * row; row < 3 && x < width; x += rng.range(70, 170)) {
+    for (double x : places(rng, 40 * row, row < 3 ? width : 0, 70, 170)) {
       double at = x + rng.range(-20, 20), head = 78 + 12 * row - rng.range(4, 18);
       stroke(c, capsule({at, 104}, 0.3, {at + 2, head}, 0.3), {0.20, 0.50, 0.12}, 2);
       if (rng.unit() < 0.4)

@@ -48,7 +48,8 @@ double bark(const LogShape& log, double x, double round) {
   double grain = fbm(x / 26, (round + warp) / 1.7, log.seed + 9, 2);
   high = 0.78 * high + 0.22 * grain;
   // Knots: rings round an eye, some way apart along the log.
-  for (double at = 78; at < log.length - 30; at += 118) {
+  for (int knot = 0; 78 + 118 * knot < log.length - 30; knot++) {
+    const double at = 78 + 118 * knot;
     double jump = 40 * noise(at, 1.5, log.seed + 11), side = 14 * noise(at, 2.5, log.seed + 12) - 8;
     double d = std::hypot((x - at - jump) / 1.7, round - side);
     if (d > 9) continue;
@@ -134,7 +135,7 @@ void draw_waterline(cairo_t* c, double length, double y, double turn) {
            2.6 * smooth(14, 0, std::fmin(x, length - x));
   };
   auto lay = [&](double down) {
-    for (double x = 3; x <= length - 3; x += 2) cairo_line_to(c, x, surface(x) + down);
+    for (int x = 3; x <= length - 3; x += 2) cairo_line_to(c, x, surface(x) + down);
   };
   cairo_new_path(c);
   lay(0);
@@ -156,8 +157,8 @@ void draw_waterline(cairo_t* c, double length, double y, double turn) {
   cairo_set_line_width(c, 4);
   cairo_stroke(c);
   // Foam gathers here and there; between, only a thin line shines.
-  for (double x = 3; x < length - 3; x += 3) {
-    double foamy = noise(x / 21 + 9, 1.5 + 0.8 * std::sin(kTau * turn), 91);
+  for (int x = 3; x < length - 3; x += 3) {
+    double foamy = noise(x / 21.0 + 9, 1.5 + 0.8 * std::sin(kTau * turn), 91);
     cairo_move_to(c, x, surface(x));
     cairo_line_to(c, x + 3, surface(x + 3));
     set(c, kFoam);
