@@ -45,8 +45,8 @@ Colour moss(double x, double y) {
 Colour reflection(double x, double depth, double wave) {
   double at = x + 9 * (wave - 0.5);
   double tall = fbm(at / 27, 3.5, 51, 3), tint = noise(at / 13, depth / 60, 52);
-  Colour bush = mix({0.05, 0.25, 0.16}, {0.26, 0.50, 0.20}, tint);
-  return mix(bush, {0.34, 0.68, 0.66}, smooth(0.30, 0.62, depth / 90 + 0.34 - tall * 0.5));
+  Colour bush = mix({0.03, 0.20, 0.15}, {0.17, 0.40, 0.18}, tint);
+  return mix(bush, {0.24, 0.56, 0.60}, smooth(0.30, 0.62, depth / 90 + 0.34 - tall * 0.5));
 }
 
 Colour water(double x, double y, double far_y, double near_y) {
@@ -56,7 +56,7 @@ Colour water(double x, double y, double far_y, double near_y) {
   const double pool = fbm(x / 210 + warp, y / 58, 22, 3);
   // Deep under the far bank, light over the shallows at the near one.
   Colour k = mix({0.03, 0.28, 0.46}, {0.05, 0.44, 0.68}, smooth(0, 0.42, t));
-  k = mix(k, {0.13, 0.62, 0.80}, smooth(0.36, 0.95, t));
+  k = mix(k, {0.16, 0.68, 0.84}, smooth(0.34, 0.92, t));
   k = mix(k, {0.02, 0.24, 0.44}, 0.75 * smooth(0.56, 0.26, pool) * (1 - 0.5 * t));
   k = mix(k, {0.20, 0.72, 0.84}, 0.55 * smooth(0.44, 0.74, pool) * (0.35 + 0.65 * t));
   k = mix(k, {0.02, 0.20, 0.38}, 0.55 * smooth(0.47, 0.30, wave));
@@ -75,7 +75,7 @@ Colour water(double x, double y, double far_y, double near_y) {
   k = mix(k, {0.02, 0.15, 0.17}, 0.62 * smooth(8, 0, lip));
   // The sky's light from the upper left.
   double sky = smooth(900, 0, std::hypot((x - 330) * 0.8, (y - 40) * 2.6));
-  k = mix(k, {0.66, 0.90, 0.92}, 0.13 * sky);
+  k = mix(k, {0.66, 0.90, 0.92}, 0.10 * sky);
   // Both sides of the river lie in the shade of the leaves there.
   double side = std::fmin(x, kScreenWidth - x);
   return mix(k, {0.01, 0.14, 0.24}, 0.40 * smooth(210, 0, side));
@@ -95,10 +95,10 @@ double far_shore(double x) {
   return ragged(x, 63, 5, 3);
 }
 double near_shore(double x) {
-  return ragged(x, 358, 8, 4);
+  return ragged(x, 358, 13, 4);
 }
 double meadow_edge(double x) {
-  return ragged(x, 394, 5, 5);
+  return ragged(x, 394, 10, 5);
 }
 double bank_edge(double x) {
   return ragged(x, 690, 6, 6);
