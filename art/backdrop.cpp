@@ -1,156 +1,300 @@
 // The river scene behind everything, in two halves, and the shade at the screen's sides.
+#include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "art/catalogue.h"
+#include "art/flora.h"
+#include "art/ground.h"
 #include "art/palette.h"
 
 namespace art {
 
 namespace {
 
-// Where the grounds meet, in lines of the screen.
-constexpr double kFarShore = 64, kNearShore = 360, kMeadow = 392, kBank = 690, kHeight = 768;
-constexpr double kScreen = 1360;
-
-double ragged(double x, double y, uint32_t seed) {
-  return y + 7 * (fbm(x / 60, 0.5, seed, 4) - 0.47) * 2 + 2 * std::sin(x / 17);
+double any_x(Rng& rng) {
+  return rng.range(-10, kScreenWidth + 10);
 }
 
-Colour grass(double x, double y, double light) {
-  double broad = fbm(x / 70, y / 46, 9, 3), fine = fbm(x / 5, y / 3, 12, 3);
-  Colour k = mix({0.22, 0.54, 0.12}, {0.54, 0.80, 0.24}, light);
-  k = mix(k, {0.34, 0.68, 0.14}, broad * 0.8);
-  return dim(k, 0.80 + 0.40 * fine);
+// n heights, the farthest first, so that what stands nearer is drawn over what stands behind it.
+std::vector<double> heights(Rng& rng, int n, double far_y, double near_y) {
+  std::vector<double> ys;
+  ys.reserve(static_cast<size_t>(n));
+  for (int i = 0; i < n; i++) ys.push_back(rng.range(far_y, near_y));
+  std::sort(ys.begin(), ys.end());
+  return ys;
 }
 
-Colour sand(double x, double y) {
-  double broad = fbm(x / 40, y / 20, 31, 3), fine = fbm(x / 4, y / 3, 14, 3);
-  return dim(mix({0.68, 0.52, 0.30}, {0.90, 0.77, 0.50}, broad), 0.84 + 0.30 * fine);
-}
-
-Colour water(double x, double y, double far_y, double near_y) {
-  double shallow = std::fmin((y - far_y) / 20, (near_y - y) / 16);
-  double t = (y - far_y) / (near_y - far_y);
-  double wave = fbm(x / 52 + 1.5 * fbm(x / 90, y / 30, 31, 3), y / 9, 21, 4);
-  Colour k =
-      mix({0.40, 0.78, 0.78}, mix({0.05, 0.32, 0.58}, {0.11, 0.50, 0.74}, t), clamp01(shallow));
-  k = mix(k, {0.02, 0.22, 0.46}, std::fmax(0, 0.48 - wave) * 1.5);
-  k = mix(k, {0.72, 0.92, 0.98}, 0.26 * std::fmax(0, 1 - std::fabs(wave - 0.56) / 0.034));
-  double edge = std::fmax(0, 1 - std::fmin(y - far_y, near_y - y) / 4.0);
-  k = mix(k, kFoam, edge * (0.35 + 0.6 * fbm(x / 6, y / 4, 17, 2)));
-  // The far bank's shade on the water.
-  return dim(k, 1 - 0.30 * std::fmax(0, 1 - (y - far_y) / 18) * (1 - edge));
-}
-
-Colour ground(double x, double y) {
-  double far_y = ragged(x, kFarShore - 2, 3), near_y = ragged(x, kNearShore, 4);
-  double meadow_y = ragged(x, kMeadow, 5), bank_y = ragged(x, kBank, 6);
-  if (y < far_y - 9) return grass(x, y, 0.30);
-  if (y < far_y) return dim(sand(x, y), 0.92);
-  if (y < near_y) return water(x, y, far_y, near_y);
-  if (y < meadow_y) return dim(sand(x, y), 0.80 + 0.20 * clamp01((y - near_y) / 8));
-  if (y < bank_y) {
-    double depth = (y - meadow_y) / (bank_y - meadow_y);
-    Colour k = grass(x, y, 0.15 + 0.75 * depth);
-    // Mown in stripes as wide as a lane, that a player may see the five of them.
-    int lane = static_cast<int>(depth * 5);
-    k = dim(k, lane % 2 ? 0.93 : 1.0);
-    return dim(k, 1 - 0.35 * std::fmax(0, 1 - (y - meadow_y) / 9));
+// Sun falls through leaves that one doesn't see: soft shafts down to the water.
+void draw_sunrays(cairo_t* c) {
+  for (int i = 0; i < 6; i++) {
+    double x = 150 + 104.0 * i + 30 * std::sin(i * 2.3), wide = 24 + 13 * (i % 3);
+    cairo_save(c);
+    cairo_translate(c, x, 18);
+    cairo_rotate(c, -0.62);
+    soft_spot(c, 0, 30, wide, 110, {1, 0.98, 0.72}, 0.17);
+    cairo_restore(c);
   }
-  Colour k = mix(grass(x, y, 0.35), sand(x, y), 0.16);
-  return dim(k, (1 - 0.35 * std::fmax(0, 1 - (y - bank_y) / 8)) * (1 - 0.25 * (y - kBank) / 78));
 }
 
-void paint_ground(cairo_t* c, int width, int height, double shift) {
-  Canvas canvas(width, height);
-  cairo_surface_flush(canvas.surface);
-  unsigned char* data = cairo_image_surface_get_data(canvas.surface);
-  int stride = cairo_image_surface_get_stride(canvas.surface);
-  for (int y = 0; y < height; y++) {
-    auto* row = reinterpret_cast<uint32_t*>(data + static_cast<ptrdiff_t>(y) * stride);
-    for (int x = 0; x < width; x++) {
-      // Two samples one above the other: all edges here run across.
-      Colour k = mix(ground(x + shift, y - 0.25), ground(x + shift, y + 0.25), 0.5);
-      auto byte = [](double v) { return static_cast<uint32_t>(std::lround(clamp01(v) * 255)); };
-      row[x] = 0xff000000u | byte(k.r) << 16 | byte(k.g) << 8 | byte(k.b);
+void draw_far_bank(cairo_t* c, Rng& rng) {
+  // Three rows of bushes, paler the farther they stand.
+  for (double x : places(rng, -20, kScreenWidth + 30, 17, 34))
+    draw_bush(c, rng, x, 15 + rng.range(-4, 4), rng.range(17, 27),
+              mix({0.62, 0.80, 0.58}, {0.50, 0.74, 0.40}, rng.unit()));
+  soft_spot(c, 240, -10, 620, 40, {1, 0.98, 0.76}, 0.65);
+  soft_spot(c, 1080, -14, 420, 30, {0.94, 1, 0.84}, 0.40);
+  for (double x : places(rng, -10, kScreenWidth + 30, 52, 104)) {
+    draw_bush(c, rng, x, 38 + rng.range(-5, 4), rng.range(15, 25),
+              mix({0.22, 0.52, 0.24}, {0.44, 0.68, 0.24}, rng.unit()));
+  }
+  for (double y : heights(rng, 1500, 26, 59)) {
+    double x = any_x(rng), tall = rng.range(4, 8.5), lean = rng.range(-2.5, 3.5);
+    if (y > far_shore(x) - 5) continue;
+    draw_blade(c, {x, y}, {x + lean, y - tall}, 1.3, lean * 0.3,
+               mix({0.16, 0.42, 0.12}, {0.66, 0.84, 0.32}, rng.unit()), 0.75);
+  }
+}
+
+void draw_far_shore(cairo_t* c, Rng& rng) {
+  const Colour petals[] = {kWhite, {1, 0.84, 0.24}, {0.98, 0.50, 0.70}, {0.74, 0.60, 1}};
+  for (int i = 0; i < 74; i++) {
+    double x = any_x(rng), y = rng.range(34, 52);
+    draw_daisy(c, x, y, rng.range(2.2, 3.4), petals[static_cast<int>(4 * rng.unit())], rng.unit());
+  }
+  for (double x : places(rng, 8, kScreenWidth, 40, 96)) {
+    int count = 2 + static_cast<int>(4 * rng.unit());
+    double big = rng.range(6, 11);
+    for (double dy : heights(rng, count, -6, 3)) {
+      double at = x + rng.range(-22, 22), r = rng.unit() < 0.4 ? big : rng.range(2.6, 5);
+      draw_stone(c, rng, at, far_shore(at) - 2 + dy, r,
+                 mix({0.46, 0.48, 0.48}, {0.80, 0.77, 0.70}, rng.unit()),
+                 r > 5 && rng.unit() < 0.6 ? rng.range(0.3, 0.9) : 0);
     }
   }
-  cairo_surface_mark_dirty(canvas.surface);
-  paint_canvas(c, canvas, 0, 0);
-}
-
-void draw_blades(cairo_t* c, Rng& rng) {
-  cairo_set_line_cap(c, CAIRO_LINE_CAP_ROUND);
-  for (int i = 0; i < 4200; i++) {
-    double x = kScreen * rng.unit(), y = kMeadow + 14 + (kHeight - kMeadow) * rng.unit();
-    if (i % 8 == 0) y = 8 + 40 * rng.unit();
-    double k = 0.6 + 0.7 * y / kHeight, tall = rng.range(5, 12) * k, lean = rng.range(-3, 3);
-    Colour blade = mix({0.14, 0.44, 0.08}, {0.72, 0.90, 0.30}, rng.unit());
-    set(c, blade, 0.65);
-    cairo_set_line_width(c, 1.5 * k);
-    cairo_move_to(c, x, y);
-    cairo_curve_to(c, x, y - tall * 0.5, x + lean * 0.5, y - tall * 0.8, x + lean, y - tall);
-    cairo_stroke(c);
+  for (double x : places(rng, 20, kScreenWidth, 60, 150)) {
+    draw_bush(c, rng, x, far_shore(x) - 3, rng.range(9, 15),
+              mix({0.16, 0.46, 0.14}, {0.36, 0.64, 0.16}, rng.unit()));
+  }
+  // Reeds in stands of some stalks.
+  for (double x : places(rng, 40, kScreenWidth, 70, 150)) {
+    // Behind a goal they would only be in its way.
+    if (std::fabs(x - kScreenWidth / 4) < 170 || std::fabs(x - kScreenWidth * 3 / 4) < 170)
+      continue;
+    int stalks = static_cast<int>(rng.range(7, 15));
+    for (int i = 0; i < stalks; i++) {
+      double at = x + rng.range(-17, 17), foot = far_shore(at) + 2, tall = rng.range(15, 34);
+      double lean = rng.range(-6, 6);
+      if (i % 4 == 3)
+        draw_bulrush(c, {at, foot}, {at + lean * 0.6, foot - tall}, 4.6);
+      else
+        draw_blade(c, {at, foot}, {at + lean, foot - tall}, 2, lean * 0.4,
+                   mix({0.16, 0.44, 0.12}, {0.62, 0.82, 0.28}, rng.unit()));
+    }
+  }
+  // A thread of foam where the water meets the bank.
+  for (double x : places(rng, 0, kScreenWidth, 14, 40)) {
+    double y = far_shore(x) + rng.range(0.5, 3), run = rng.range(10, 30);
+    draw_blade(c, {x, y}, {x + run, y + rng.range(-1, 1)}, 1.1, rng.range(-1, 1), kFoam, 0.5);
   }
 }
 
+// The river's current in dabs as long as they are near.
+void draw_current(cairo_t* c, Rng& rng) {
+  for (double y : heights(rng, 1500, 72, 352)) {
+    double x = any_x(rng), t = (y - 64) / 296, run = rng.range(16, 62) * (0.6 + 0.8 * t);
+    double slope = 14 * (fbm(x / 150, y / 46, 41, 3) - 0.47), wide = rng.range(0.8, 2.2) + t;
+    double side = std::fmin(x, kScreenWidth - x), pick = rng.unit();
+    Colour k = pick < 0.45  ? Colour{0.02, 0.22, 0.42}
+               : pick < 0.8 ? mix({0.10, 0.50, 0.68}, {0.24, 0.70, 0.80}, t)
+                            : Colour{0.66, 0.92, 0.96};
+    double alpha = (pick < 0.8 ? 0.30 : 0.26) * (0.5 + 0.5 * smooth(0, 200, side));
+    draw_blade(c, {x, y}, {x + run, y + slope * run / 60}, wide, rng.range(-3, 3), k, alpha);
+  }
+  // Glints stand in flocks where the sun falls on the waves.
+  for (int flock = 0; flock < 20; flock++) {
+    double x = any_x(rng), y = rng.range(92, 342), sun = smooth(1200, 200, x + 2 * (y - 60));
+    int count = 4 + static_cast<int>(7 * rng.unit());
+    for (int i = 0; i < count; i++) {
+      double at = x + rng.range(-60, 60), on = y + rng.range(-12, 12), run = rng.range(5, 16);
+      draw_blade(c, {at, on}, {at + run, on + rng.range(-0.6, 0.6)}, 1.3, -1, kWhite,
+                 0.35 + 0.4 * sun);
+    }
+  }
+}
+
+void draw_middle_bank(cairo_t* c, Rng& rng) {
+  // Moss hangs over the water in a lip with a dark line under it.
+  for (double x : places(rng, -6, kScreenWidth + 6, 2.2, 2.2)) {
+    double y = near_shore(x), high = rng.range(1, 5);
+    draw_blade(c, {x, y + 5}, {x + rng.range(-4, 4), y - high}, 3.6, 0, {0.03, 0.13, 0.08}, 0.8);
+  }
+  for (int pass = 0; pass < 3; pass++) {
+    for (double x : places(rng, -6, kScreenWidth + 6, 2.4, 2.4)) {
+      double y = near_shore(x) + 3.5 * pass, thick = fbm(x / 40, 1.5, 63, 3);
+      if (pass > 0 && thick < 0.40) continue;
+      Colour k =
+          mix({0.16, 0.36, 0.09}, {0.62, 0.78, 0.26}, clamp01(0.22 * pass + 0.5 * rng.unit()));
+      double lean = rng.range(-4, 4), tall = rng.range(4, 8) * (0.6 + thick);
+      draw_blade(c, {x, y + 5}, {x + lean, y + 5 - tall}, 2.2, lean * 0.2, k, 0.9);
+    }
+  }
+  // Stones and pebbles lie in heaps with room between them for a frog.
+  for (double x : places(rng, 20, kScreenWidth, 58, 130)) {
+    int count = 2 + static_cast<int>(4 * rng.unit());
+    double big = rng.range(6, 11.5);
+    for (double y : heights(rng, count, 366, 386)) {
+      double r = y < 374 ? big : rng.range(2.4, big * 0.62);
+      draw_stone(c, rng, x + rng.range(-24, 24), y, r,
+                 mix({0.46, 0.46, 0.46}, {0.82, 0.77, 0.68}, rng.unit()),
+                 r > 6 ? rng.range(0.2, 0.9) : 0);
+    }
+  }
+  for (double x : places(rng, 66, kScreenWidth, 130, 260)) {
+    double y = 390;
+    for (double a : {-2.6, -0.6, -2.1, -1.0, -1.55})
+      draw_fern(c, {x, y}, a + rng.range(-0.1, 0.1), rng.range(16, 24), rng.range(-4, 4),
+                mix({0.18, 0.46, 0.12}, {0.40, 0.66, 0.18}, rng.unit()));
+  }
+}
+
+void draw_meadow(cairo_t* c, Rng& rng) {
+  // Broad dabs first, then blades row on row; both keep close to the ground's own green, since
+  // green bugs have to stand out.
+  for (double y : heights(rng, 2600, 398, 700)) {
+    double x = any_x(rng), run = rng.range(14, 34);
+    Colour k = dim(meadow_green(x, y), rng.range(0.84, 1.14));
+    draw_blade(c, {x, y}, {x + run, y + rng.range(-4, 2)}, rng.range(2, 4.5), rng.range(-3, 3), k,
+               0.38);
+  }
+  for (double y : heights(rng, 15000, 394, 716)) {
+    double x = any_x(rng), depth = (y - 392) / 300,
+           lean = rng.range(-3.4, 4.2) * (0.7 + 0.5 * depth);
+    if (y < meadow_edge(x) + 2) continue;
+    double lush = fbm(x / 26, y / 12, 76, 2), tall = (4.5 + 5 * lush) * (0.75 + 0.55 * depth);
+    double light = rng.unit();
+    Colour k = light < 0.45
+                   ? mix(dim(meadow_green(x, y), 0.76), kShade, 0.12)
+                   : mix(meadow_green(x, y), {0.80, 0.92, 0.30}, 0.30 * (light - 0.45) / 0.55);
+    draw_blade(c, {x, y}, {x + lean, y - tall}, 1.5 + 0.4 * depth, lean * 0.3, k, 0.72);
+  }
+  // The uncut ridge between two lanes, and the fringe over the bank.
+  for (int lane = 0; lane <= kLanes; lane++) {
+    double base = kLaneFoot + kLaneStep * (lane - 0.5) + 2;
+    for (double x : places(rng, -8, kScreenWidth + 8, 3.4, 3.4)) {
+      double thick = fbm(x / 44, lane * 4.7, 77, 3), y = base + rng.range(-3.5, 3.5);
+      if (lane == 0) y = meadow_edge(x) + rng.range(2, 8);
+      if (thick < (lane == 0 ? 0.25 : 0.43)) continue;
+      double lean = rng.range(-4, 5), tall = rng.range(6, 13) * (0.55 + thick);
+      Colour k = mix(dim(meadow_green(x, y), 0.66), mix(meadow_green(x, y), {0.8, 0.92, 0.3}, 0.4),
+                     rng.unit());
+      draw_blade(c, {x, y}, {x + lean, y - tall}, 1.9, lean * 0.3, k, 0.9);
+    }
+  }
+}
+
+// Clover and flowers in patches: on the ridges and at the sides, seldom in a lane.
 void draw_blossoms(cairo_t* c, Rng& rng) {
-  const Colour petals[] = {kWhite, {1, 0.86, 0.22}, {0.97, 0.56, 0.78}, {0.78, 0.64, 1}};
-  for (int i = 0; i < 120; i++) {
-    double x = kScreen * rng.unit(), y = kMeadow + 22 + (kBank - kMeadow - 34) * rng.unit();
-    if (i % 6 == 0) y = 10 + 36 * rng.unit();
-    double r = rng.range(1.8, 3.6), turn = rng.unit();
-    Colour petal = petals[static_cast<int>(4 * rng.unit())];
-    for (int k = 0; k < 5; k++) {
-      double a = (k + turn) * kTau / 5;
-      fill(c, ellipse(x + std::cos(a) * r, y + std::sin(a) * r * 0.8, r * 0.75, r * 0.6, a), petal,
-           0.9);
+  struct Patch {
+    double x, y;
+    int kind;
+  };
+  std::vector<Patch> patches;
+  patches.reserve(50);
+  for (int i = 0; i < 50; i++) {
+    double side = rng.unit(), x = any_x(rng);
+    if (side < 0.36) x = 130 * rng.unit() + (side < 0.18 ? 0 : kScreenWidth - 130);
+    double y = kLaneFoot + kLaneStep * (static_cast<int>(rng.range(0, 6)) - 0.5) + rng.range(-4, 6);
+    patches.push_back({x, std::fmax(y, meadow_edge(x) + 9), static_cast<int>(4 * rng.unit())});
+  }
+  std::sort(patches.begin(), patches.end(), [](auto& a, auto& b) { return a.y < b.y; });
+  for (const Patch& p : patches) {
+    const double size = 0.75 + 0.5 * (p.y - 392) / 300;
+    int count = p.kind == 0 ? 12 : 2 + static_cast<int>(4 * rng.unit());
+    for (double dy : heights(rng, count, -7, 7)) {
+      double x = p.x + rng.range(-26, 26), y = p.y + dy;
+      if (p.kind == 0)
+        draw_clover(c, x, y, rng.range(4.0, 5.6) * size, kTau * rng.unit(),
+                    mix({0.16, 0.46, 0.16}, {0.34, 0.62, 0.22}, rng.unit()));
+      else if (p.kind == 1)
+        draw_dandelion(c, x, y, rng.range(3.8, 5.2) * size);
+      else
+        draw_daisy(c, x, y, rng.range(4.0, 5.4) * size,
+                   p.kind == 2 ? kWhite : Colour{0.98, 0.66, 0.82}, kTau * rng.unit());
     }
-    fill(c, ellipse(x, y, r * 0.6, r * 0.5), {1, 0.74, 0.10});
   }
 }
 
-void draw_stones(cairo_t* c, Rng& rng) {
-  for (int i = 0; i < 86; i++) {
-    double x = kScreen * rng.unit(), where = rng.unit(), r = rng.range(3, 8.5);
-    double y = where < 0.5 ? ragged(x, kNearShore, 4) + 4 + 5 * rng.unit()
-                           : ragged(x, kFarShore - 2, 3) - 3 - 3 * rng.unit();
-    Colour stone = mix({0.48, 0.46, 0.45}, {0.82, 0.79, 0.73}, rng.unit());
-    fill(c, ellipse(x + 1, y + r * 0.5, r * 1.4, r * 0.6), kBlack, 0.25);
-    puff(c, ellipse(x, y, r * 1.3, r * 0.85), stone, x, y, r * 1.2, 1.1, 0.3);
+void draw_near_bank(cairo_t* c, Rng& rng) {
+  for (double y : heights(rng, 3400, 676, 792)) {
+    double x = any_x(rng), t = clamp01((y - 680) / 90), tuft = fbm(x / 46, 2.5, 78, 3);
+    if (y < bank_edge(x) + 30 * (0.5 - tuft)) continue;
+    double tall = rng.range(9, 20) * (0.5 + 1.3 * tuft), lean = rng.range(-8, 8);
+    Colour lit = mix(meadow_green(x, 670), {0.20, 0.47, 0.12}, t);
+    draw_blade(c, {x, y}, {x + lean, y - tall * (0.8 + 0.4 * t)}, 2 + 0.8 * t, lean * 0.35,
+               mix(mix({0.10, 0.34, 0.09}, {0.03, 0.18, 0.06}, t), lit, rng.unit()));
   }
 }
 
-void draw_backdrop(const Cell& cell, bool right) {
-  // Both halves draw the whole screen's scene and show their part of it.
-  double shift = right ? kScreen / 2 : 0;
-  paint_ground(cell.ctx, cell.width, cell.height, shift);
-  cairo_translate(cell.ctx, -shift, 0);
+// The same sun on the meadow: pale and dark spots, lying flat.
+void draw_dapples(cairo_t* c, Rng& rng) {
+  for (int i = 0; i < 46; i++) {
+    double x = any_x(rng), y = rng.range(404, 690), r = rng.range(16, 44);
+    soft_spot(c, x, y, r, r * 0.4, {0.95, 0.98, 0.45}, 0.13);
+  }
+  for (int i = 0; i < 40; i++) {
+    double side = rng.unit(), x = 230 * side * side, y = rng.range(400, 700), r = rng.range(24, 60);
+    if (i % 2) x = kScreenWidth - x;
+    soft_spot(c, x, y, r, r * 0.42, {0.01, 0.15, 0.11}, 0.26);
+  }
+}
+
+void draw_scene(cairo_t* c) {
   Rng rng{42};
-  draw_blades(cell.ctx, rng);
-  draw_blossoms(cell.ctx, rng);
-  draw_stones(cell.ctx, rng);
+  draw_far_bank(c, rng);
+  draw_far_shore(c, rng);
+  draw_current(c, rng);
+  draw_sunrays(c);
+  draw_middle_bank(c, rng);
+  draw_meadow(c, rng);
+  draw_dapples(c, rng);
+  draw_blossoms(c, rng);
+  draw_near_bank(c, rng);
 }
 
+void draw_backdrop(const Cell& cell, double from_x) {
+  // The scene is painted once, whole: its halves can't but meet.
+  static Memo<int> scenes;
+  const Canvas& scene = scenes.get(0, static_cast<int>(kScreenWidth),
+                                   static_cast<int>(kScreenHeight), [](Canvas& canvas) {
+                                     paint_pixels(canvas, ground);
+                                     draw_scene(canvas.ctx);
+                                   });
+  paint_canvas(cell.ctx, scene, -from_x, 0);
+}
+
+// What comes in at the sides comes out of the leaves' shade. No wider than it must be: it is
+// blended over the whole height of the screen.
 void draw_shadow(const Cell& cell) {
+  constexpr double kWide = 184;
   cairo_t* c = cell.ctx;
-  cairo_rectangle(c, 0, 0, cell.width, kHeight);
-  cairo_clip(c);
-  cairo_pattern_t* g = cairo_pattern_create_linear(0, 0, cell.width - 4, 0);
+  cairo_pattern_t* g = cairo_pattern_create_linear(0, 0, kWide, 0);
   for (int i = 0; i <= 8; i++) {
     double t = i / 8.0;
-    cairo_pattern_add_color_stop_rgba(g, t, 0.01, 0.06, 0.05, 0.85 * (1 - t) * (1 - t));
+    cairo_pattern_add_color_stop_rgba(g, t, 0.01, 0.06, 0.06, 0.85 * (1 - t) * (1 - t));
   }
+  cairo_rectangle(c, 0, 0, std::fmin(kWide, cell.width), kScreenHeight);
   cairo_set_source(c, g);
-  cairo_paint(c);
+  cairo_fill(c);
   cairo_pattern_destroy(g);
 }
 
 constexpr CatalogueRow kRows[] = {
     still(
-        "bkdrop_lft.bmp", 680, 768, [](const Cell& c) { draw_backdrop(c, false); }, kTouchAll),
+        "bkdrop_lft.bmp", 680, 768, [](const Cell& c) { draw_backdrop(c, 0); }, kTouchAll),
     still(
-        "bkdrop_rt.bmp", 680, 768, [](const Cell& c) { draw_backdrop(c, true); }, kTouchAll),
+        "bkdrop_rt.bmp", 680, 768, [](const Cell& c) { draw_backdrop(c, kScreenWidth / 2); },
+        kTouchAll),
     still("shadow.tga", 256, 1024, draw_shadow, kTouchLeft | kTouchTop),
 };
 

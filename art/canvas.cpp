@@ -368,4 +368,23 @@ double fbm(double x, double y, uint32_t seed, int octaves) {
   return sum;
 }
 
+void paint_pixels(Canvas& canvas, const std::function<Colour(double, double)>& at) {
+  cairo_surface_flush(canvas.surface);
+  unsigned char* data = cairo_image_surface_get_data(canvas.surface);
+  int stride = cairo_image_surface_get_stride(canvas.surface);
+  for (int y = 0; y < canvas.height; y++) {
+    auto* row = reinterpret_cast<uint32_t*>(data + static_cast<ptrdiff_t>(y) * stride);
+    for (int x = 0; x < canvas.width; x++) {
+      Colour sum{0, 0, 0};
+      for (int i = 0; i < 4; i++) {
+        Colour k = at(x + (i % 2 ? 0.75 : 0.25), y + (i < 2 ? 0.25 : 0.75));
+        sum = {sum.r + clamp01(k.r), sum.g + clamp01(k.g), sum.b + clamp01(k.b)};
+      }
+      auto byte = [](double v) { return static_cast<uint32_t>(std::lround(v / 4 * 255)); };
+      row[x] = 0xff000000u | byte(sum.r) << 16 | byte(sum.g) << 8 | byte(sum.b);
+    }
+  }
+  cairo_surface_mark_dirty(canvas.surface);
+}
+
 }  // namespace art

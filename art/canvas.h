@@ -138,5 +138,7 @@ struct Rng {
 // Smooth noise of 0 to 1 and its sum over octaves.
 double noise(double x, double y, uint32_t seed);
 double fbm(double x, double y, uint32_t seed, int octaves);
+// Paints every pixel of a canvas, opaque, with the mean of four samples of what is there at (x, y).
+void paint_pixels(Canvas& canvas, const std::function<Colour(double, double)>& at);
 
 }  // namespace art

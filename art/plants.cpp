@@ -1,117 +1,96 @@
-// Green things: the foliage at the screen's edges, cattails, lily pads, the goal, grass and the
-// patches that the frogs start from.
+// Green things: the foliage at the screen's edges, cattails, lily pads, grass and the stones that
+// the frogs start from.
 #include <cmath>
+#include <span>
 
 #include "art/catalogue.h"
+#include "art/flora.h"
+#include "art/goal.h"
 #include "art/palette.h"
 
 namespace art {
 
 namespace {
 
-double sway(const Cell& cell, double phase, int beats = 1) {
-  return std::sin(kTau * (beats * cell.turn() + phase));
-}
-
-// A leaf with its middle vein. `turn` swings it round its foot.
-void draw_leaf(cairo_t* c, Point foot, double angle, double length, double width, double bend,
-               Colour colour) {
-  Point tip{foot.x + std::cos(angle) * length, foot.y + std::sin(angle) * length};
-  Point mid = mix(foot, tip, 0.5);
-  puff(c, leaf(foot, tip, width, bend), colour, mid.x, mid.y, length * 0.5, 2, 0.18);
-  cairo_save(c);
-  cairo_set_line_cap(c, CAIRO_LINE_CAP_ROUND);
-  set(c, mix(colour, kSunlight, 0.35), 0.8);
-  cairo_set_line_width(c, 2);
-  double nx = -std::sin(angle), ny = std::cos(angle);
-  cairo_move_to(c, foot.x, foot.y);
-  cairo_curve_to(c, mid.x + nx * bend * 0.5, mid.y + ny * bend * 0.5, mid.x + nx * bend * 0.7,
-                 mid.y + ny * bend * 0.7, mix(foot, tip, 0.9).x + nx * bend * 0.12,
-                 mix(foot, tip, 0.9).y + ny * bend * 0.12);
-  cairo_stroke(c);
-  cairo_restore(c);
-}
-
-void draw_flower(cairo_t* c, double x, double y, double r, Colour petal, double angle) {
-  for (int i = 0; i < 5; i++) {
-    double a = angle + i * kTau / 5;
-    puff(c, ellipse(x + std::cos(a) * r * 0.62, y + std::sin(a) * r * 0.62, r * 0.55, r * 0.40, a),
-         petal, x, y, r, 1.5, 0.1);
-  }
-  puff(c, circle(x, y, r * 0.34), kYellow, x, y, r * 0.34, 1.2, 0.3);
-}
-
-// A water lily's flower, seen from the side and above.
-void draw_lotus(cairo_t* c, double x, double y, double r, double open, Colour petal) {
-  for (int ring = 0; ring < 2; ring++) {
-    for (int i = 0; i < 7; i++) {
-      // From the outside inward, so that the middle petals lie on top.
-      int order = i % 2 ? 6 - i / 2 : i / 2;
-      double a = -kTau / 4 + (order - 3) * (ring ? 0.30 : 0.44) * open;
-      double length = r * (ring ? 0.82 : 1.0);
-      puff(c, leaf({x, y}, {x + std::cos(a) * length, y + std::sin(a) * length * 0.8}, r * 0.24, 0),
-           ring ? mix(petal, kWhite, 0.45) : petal, x, y - r * 0.4, r, 1.4, 0.1);
-    }
-  }
-  puff(c, ellipse(x, y - r * 0.10, r * 0.2, r * 0.14), kYellow, x, y, r * 0.2, 1, 0.2);
-}
-
-struct LeafSpec {
-  double x, y, angle, length, width, bend, shade;
+enum class Green { kLeaf, kFern, kFlower };
+struct Sprig {
+  Green kind;
+  double x, y, angle, length, width, bend;  // a flower's radius is its width
+  double shade;                             // 0 in the dark behind, 1 in the sun
 };
 
-// Leaves of the left edge; the right edge has their mirror image.
-constexpr LeafSpec kUpper[] = {{-6, 4, 0.95, 150, 26, 14, 0.0},  {-8, 30, 0.35, 170, 28, 18, 0.5},
-                               {-8, -4, 0.42, 190, 26, 22, 0.2}, {60, -8, 1.05, 110, 22, 12, 0.7},
-                               {-8, 60, 0.80, 130, 24, 14, 0.9}, {120, -8, 0.85, 84, 18, 8, 0.4}};
-constexpr LeafSpec kMiddle[] = {{-8, 150, -0.65, 120, 24, -14, 0.1},
-                                {-8, 140, -0.15, 136, 26, 14, 0.6},
-                                {-8, 160, 0.30, 128, 24, 14, 0.3},
-                                {-8, 120, -0.95, 96, 20, -10, 0.9},
-                                {-8, 170, 0.80, 92, 20, 10, 0.8}};
-constexpr LeafSpec kLower[] = {
-    {20, 262, -1.45, 190, 28, -16, 0.0}, {40, 262, -1.10, 190, 28, 18, 0.5},
-    {8, 262, -1.75, 150, 26, -12, 0.3},  {70, 262, -0.75, 160, 26, 20, 0.8},
-    {30, 262, -1.28, 140, 24, 10, 1.0},  {100, 262, -1.0, 120, 22, 14, 0.2},
-    {130, 262, -0.6, 110, 20, 14, 0.6}};
+// What grows at the left edge, the hindmost first; the right edge has its mirror image.
+constexpr Sprig kUpper[] = {{Green::kLeaf, -12, 40, 0.62, 176, 34, 16, 0.0},
+                            {Green::kLeaf, 40, -14, 0.86, 146, 30, -12, 0.1},
+                            {Green::kFern, -6, 70, 0.92, 124, 0, 16, 0.3},
+                            {Green::kFern, 96, -8, 0.62, 112, 0, 12, 0.35},
+                            {Green::kLeaf, -10, 8, 0.28, 188, 30, 18, 0.5},
+                            {Green::kLeaf, -12, 52, 1.12, 118, 28, 12, 0.6},
+                            {Green::kLeaf, 20, -12, 1.02, 116, 26, 10, 0.8},
+                            {Green::kLeaf, 74, -14, 0.46, 112, 24, 12, 0.9},
+                            {Green::kLeaf, -12, -8, 0.66, 96, 26, 10, 1.0},
+                            {Green::kFlower, 60, 62, 0, 0, 25, 0, 1}};
+constexpr Sprig kMiddle[] = {{Green::kLeaf, -12, 150, -0.85, 132, 28, -14, 0.0},
+                             {Green::kLeaf, -12, 156, 0.55, 126, 28, 14, 0.1},
+                             {Green::kFern, -8, 150, -0.38, 142, 0, -14, 0.3},
+                             {Green::kFern, -8, 156, 0.24, 136, 0, 16, 0.4},
+                             {Green::kLeaf, -12, 146, -0.60, 104, 24, -10, 0.6},
+                             {Green::kLeaf, -12, 160, 0.86, 96, 24, 10, 0.7},
+                             {Green::kLeaf, -12, 152, -0.06, 104, 25, 10, 0.95},
+                             {Green::kFlower, 40, 152, 0, 0, 21, 0, 1}};
+// These stand behind a sign, which hides their feet.
+constexpr Sprig kLower[] = {{Green::kLeaf, 46, 268, -1.56, 218, 26, -14, 0.0},
+                            {Green::kLeaf, 70, 268, -1.16, 206, 28, 20, 0.1},
+                            {Green::kFern, 50, 262, -1.66, 176, 0, -14, 0.3},
+                            {Green::kFern, 120, 262, -0.92, 160, 0, 22, 0.35},
+                            {Green::kLeaf, 56, 268, -2.05, 176, 26, -10, 0.4},
+                            {Green::kLeaf, 92, 268, -1.36, 162, 25, 12, 0.6},
+                            {Green::kLeaf, 124, 268, -0.74, 150, 23, 18, 0.5},
+                            {Green::kLeaf, 52, 268, -1.16, 152, 26, 16, 0.85},
+                            {Green::kLeaf, 48, 268, -1.70, 134, 25, -8, 1.0},
+                            {Green::kFlower, 58, 142, 0, 0, 27, 0, 1},
+                            {Green::kFlower, 112, 172, 0, 0, 20, 0, 0.5}};
 
-template <size_t N>
-void draw_bunch(const Cell& cell, const LeafSpec (&leaves)[N], double phase) {
-  for (size_t i = 0; i < N; i++) {
-    const LeafSpec& l = leaves[i];
-    double s = sway(cell, phase + 0.13 * static_cast<double>(i));
-    draw_leaf(cell.ctx, {l.x, l.y}, l.angle + 0.045 * s, l.length, l.width, l.bend + 5 * s,
-              mix(kLeafDark, kLeafLight, 0.25 + 0.55 * l.shade));
+void draw_sprigs(const Cell& cell, std::span<const Sprig> sprigs, double phase, Colour petal,
+                 Colour other) {
+  for (size_t i = 0; i < sprigs.size(); i++) {
+    const Sprig& g = sprigs[i];
+    const double s = sway(cell, phase + 0.17 * static_cast<double>(i)),
+                 lag = sway(cell, phase - 0.1);
+    const Colour colour = mix({0.05, 0.30, 0.12}, {0.46, 0.78, 0.20}, g.shade);
+    switch (g.kind) {
+      case Green::kLeaf:
+        draw_leaf(cell.ctx, {g.x, g.y}, g.angle + 0.05 * s, g.length, g.width, g.bend + 6 * lag,
+                  colour);
+        break;
+      case Green::kFern:
+        draw_fern(cell.ctx, {g.x, g.y}, g.angle + 0.07 * s, g.length, g.bend + 8 * lag, colour);
+        break;
+      case Green::kFlower:
+        draw_flower(cell.ctx, g.x + 3.5 * s, g.y + 2.5 * lag, g.width, g.shade < 1 ? other : petal,
+                    0.3 + 0.07 * s);
+        break;
+    }
   }
 }
 
 void draw_plant(const Cell& cell, int which) {
   cairo_t* c = cell.ctx;
-  const bool right = which >= 4;
-  if (right) {
+  constexpr Colour kViolet{0.70, 0.48, 1.0}, kOrange{1.0, 0.58, 0.16};
+  if (which >= 4) {
     cairo_translate(c, cell.width, 0);
     cairo_scale(c, -1, 1);
   }
-  double phase = 0.21 * which, s = sway(cell, phase);
+  const double phase = 0.21 * which;
   switch (which) {
     case 1:
     case 5:
-      draw_bunch(cell, kUpper, phase);
-      draw_flower(c, 58 + 3 * s, 74 + 2 * s, 22, which == 1 ? kPink : Colour{1.0, 0.62, 0.20},
-                  0.05 * s);
-      break;
+      return draw_sprigs(cell, kUpper, phase, which == 1 ? kPink : kOrange, kPink);
     case 2:
     case 4:
-      draw_bunch(cell, kMiddle, phase);
-      draw_flower(c, 46 + 3 * s, 142 + 2 * s, 19, which == 2 ? Colour{0.72, 0.52, 1.0} : kPink,
-                  0.05 * s);
-      break;
+      return draw_sprigs(cell, kMiddle, phase, which == 2 ? kViolet : kPink, kPink);
     default:
-      draw_bunch(cell, kLower, phase);
-      draw_flower(c, 62 + 4 * s, 150 + 2 * s, 24, which == 3 ? kYellow : Colour{0.72, 0.52, 1.0},
-                  0.06 * s);
-      draw_flower(c, 118 + 3 * s, 196 + 2 * s, 18, kPink, -0.06 * s);
-      break;
+      return draw_sprigs(cell, kLower, phase, which == 3 ? kYellow : kViolet, kPink);
   }
 }
 
@@ -122,170 +101,165 @@ void draw_cattail(const Cell& cell, int which) {
     cairo_scale(c, -1, 1);
   }
   const double foot = 124;
+  auto blade = [&](double x, double lean, double tall, double shade) {
+    double s = sway(cell, x * 0.011 + shade);
+    draw_leaf(c, {x, foot}, -kTau / 4 + lean + 0.05 * s, tall, 6.5, 14 * lean + 5 * s,
+              mix({0.08, 0.36, 0.12}, {0.46, 0.76, 0.20}, shade));
+  };
+  soft_spot(c, 66, foot - 6, 44, 7, kForest, 0.55);
+  blade(56, -0.34, 84, 0.0);
+  blade(74, 0.10, 100, 0.1);
+  blade(82, 0.42, 76, 0.2);
   struct Stem {
-    double x, top, lean;
+    double x, top, lean, size;
   };
-  for (double x : {46.0, 70.0, 86.0})
-    draw_leaf(c, {x, foot}, -kTau / 4 + (x - 66) * 0.013 + 0.05 * sway(cell, x * 0.01), 76, 7,
-              5 * sway(cell, x * 0.01), kLeaf);
-  for (Stem stem : {Stem{58, 26, -5}, Stem{76, 40, 7}}) {
+  for (Stem stem : {Stem{78, 46, 11, 11}, Stem{60, 22, -7, 13}}) {
     double s = sway(cell, stem.x * 0.007);
-    Point top{stem.x + stem.lean + 5 * s, stem.top}, mid{stem.x + 1.5 * s, 80};
-    set(c, kLeafDark);
-    cairo_set_line_cap(c, CAIRO_LINE_CAP_ROUND);
-    for (double width : {6.0, 3.4}) {
-      if (width < 5) set(c, kLeaf);
-      cairo_set_line_width(c, width);
-      cairo_move_to(c, stem.x, foot - 3);
-      cairo_curve_to(c, stem.x, 100, mid.x, mid.y, top.x, top.y);
-      cairo_stroke(c);
-    }
-    Point low{top.x - (stem.lean + 5 * s) * 0.22, stem.top + 31};
-    puff(c, capsule({top.x, top.y + 4}, 7, low, 7), {0.50, 0.28, 0.12}, (top.x + low.x) / 2,
-         stem.top + 16, 20, 2, 0.35);
-    stroke(c, capsule(top, 0.6, {top.x + 0.5 * s, top.y - 10}, 0.4), {0.45, 0.36, 0.14}, 2);
+    draw_bulrush(c, {stem.x, foot - 3}, {stem.x + stem.lean + 5 * s, stem.top}, stem.size);
   }
-}
-
-// A floating leaf with its notch turned to the angle given.
-void draw_pad(cairo_t* c, double x, double y, double rx, double ry, double notch) {
-  auto pad = [=](double grow) -> Path {
-    return [=](cairo_t* k) {
-      cairo_new_path(k);
-      cairo_save(k);
-      cairo_translate(k, x, y);
-      cairo_scale(k, rx * grow, ry * grow);
-      cairo_arc(k, 0, 0, 1, notch + 0.16, notch - 0.16 + kTau);
-      cairo_line_to(k, 0.12 * std::cos(notch), 0.12 * std::sin(notch));
-      cairo_close_path(k);
-      cairo_restore(k);
-    };
-  };
-  puff(c, pad(1), {0.26, 0.66, 0.22}, x, y, rx, rx * 0.022 + 1, 0);
-  cairo_save(c);
-  pad(0.985)(c);
-  cairo_clip(c);
-  fill(c, pad(0.90), {0.34, 0.74, 0.26});
-  for (int i = 1; i < 12; i++) {
-    double a = notch + i * kTau / 12;
-    stroke(c, capsule({x, y}, 0.4, {x + rx * 0.86 * std::cos(a), y + ry * 0.86 * std::sin(a)}, 0.2),
-           {0.62, 0.90, 0.42}, rx * 0.012 + 0.6, 0.55);
-  }
-  soft_spot(c, x - rx * 0.3, y - ry * 0.4, rx * 0.7, ry * 0.5, kWhite, 0.30);
-  cairo_restore(c);
+  blade(46, -0.22, 62, 0.7);
+  blade(66, -0.05, 54, 1.0);
+  blade(86, 0.22, 58, 0.8);
 }
 
 void draw_lily_pad(const Cell& cell) {
   cairo_t* c = cell.ctx;
-  double s = sway(cell, 0);
-  soft_spot(c, 64, 76, 60, 42, {0.02, 0.10, 0.12}, 0.5);
-  draw_pad(c, 64, 64 + 1.2 * s, 55, 38, -0.9 + 0.05 * s);
+  const double s = sway(cell, 0), k = cell.turn();
+  soft_spot(c, 64, 78, 60, 42, {0.01, 0.10, 0.14}, 0.6);
+  stroke(c, ellipse(64, 70, 55 + 5 * k, 38 + 4 * k), kFoam, 1.8, 0.7 * std::sin(kTau / 2 * k));
+  draw_pad(c, 64, 64 + 1.3 * s, 54, 37, -0.9 + 0.05 * s);
+  draw_lotus(c, 103, 102 + 0.8 * sway(cell, 0.15), 19, 1 + 0.05 * s, kPink);
+}
+
+void draw_dew(cairo_t* c, double x, double y, double r) {
+  fill(c, ellipse(x + r * 0.2, y + r * 0.3, r * 1.15, r * 0.9), {0.02, 0.28, 0.08}, 0.55);
+  fill_linear(c, ellipse(x, y, r, r * 0.8), {x - r, y - r}, {0.36, 0.74, 0.36}, {x + r, y + r},
+              {0.86, 1.0, 0.84});
+  fill(c, ellipse(x - r * 0.35, y - r * 0.3, r * 0.26, r * 0.2), kWhite);
 }
 
 void draw_big_lily_pad(const Cell& cell) {
   cairo_t* c = cell.ctx;
-  soft_spot(c, 298, 272, 288, 218, {0.02, 0.08, 0.10}, 0.55);
-  draw_pad(c, 295, 251, 276, 206, -0.75);
-  draw_lotus(c, 78, 400, 62, 1.0, kPink);
-  draw_lotus(c, 512, 404, 70, 1.0, {1.0, 0.72, 0.86});
+  soft_spot(c, 298, 274, 288, 216, {0.02, 0.08, 0.10}, 0.6);
+  draw_pad(c, 295, 251, 274, 204, -0.75);
+  for (Point p : {Point{110, 190}, Point{136, 162}, Point{86, 232}, Point{474, 330},
+                  Point{460, 354}, Point{330, 78}})
+    draw_dew(c, p.x, p.y, 7 + 0.012 * p.x);
+  draw_lotus(c, 122, 470, 60, 1.0, kPink);
+  draw_lotus(c, 468, 476, 68, 1.0, {1.0, 0.66, 0.84});
 }
 
-void draw_finish(const Cell& cell) {
-  cairo_t* c = cell.ctx;
-  // Two posts of reed with a garland of pennants between them; the pad's place stays free.
-  const double left = 122, right = 390, top = 66, foot = 122;
-  for (double x : {left, right}) {
-    double s = sway(cell, x * 0.002);
-    soft_spot(c, x, foot, 30, 8, kBlack, 0.4);
-    puff(c, capsule({x + 2 * s, top}, 5, {x, foot - 2}, 6), kWoodLight, x, 96, 34, 2, 0.2);
-    puff(c, circle(x + 2 * s, top - 6, 8), kGold, x + 2 * s, top - 6, 9, 2, 0.6);
-    for (double lean : {-0.5, 0.5, -0.9, 0.9})
-      draw_leaf(c, {x, foot}, -kTau / 4 + lean + 0.06 * s, 34, 6, 3 * s, kLeaf);
-  }
-  double ls = sway(cell, left * 0.002), rs = sway(cell, right * 0.002);
-  Point a{left + 2 * ls, top}, b{right + 2 * rs, top};
-  double sag = 24 + 3 * sway(cell, 0.25);
-  auto on_rope = [&](double t) {
-    Point p = mix(a, b, t);
-    p.y += 4 * sag * t * (1 - t) * 0.6;
-    return p;
-  };
-  const Colour flags[] = {kRed, kYellow, {0.25, 0.60, 1.0}, kPink, {0.45, 0.85, 0.25}};
-  set(c, kWoodDark);
-  cairo_set_line_width(c, 2);
-  cairo_move_to(c, a.x, a.y);
-  for (int i = 1; i <= 20; i++) {
-    Point p = on_rope(i / 20.0);
-    cairo_line_to(c, p.x, p.y);
-  }
-  cairo_stroke(c);
-  const int count = 11;
-  for (int i = 0; i < count; i++) {
-    Point p = on_rope((i + 0.2) / count), q = on_rope((i + 0.85) / count);
-    double blow = 4 * sway(cell, 0.09 * i, 2);
-    Point tip{(p.x + q.x) / 2 + blow, (p.y + q.y) / 2 + 19};
-    puff(c, polygon({p, q, tip}), flags[i % 5], p.x + 6, p.y + 6, 14, 1.3, 0.2);
-  }
-  draw_lotus(c, 92, 128 + 1.5 * ls, 26, 1 + 0.06 * ls, kPink);
-  draw_lotus(c, 420, 128 + 1.5 * rs, 26, 1 + 0.06 * rs, {1.0, 0.72, 0.86});
+// A blade of the foreground: outlined, dark at its foot, its edge in the sun.
+void draw_tall_blade(cairo_t* c, Point foot, Point tip, double width, double bend, Colour k) {
+  const Path one = leaf(foot, tip, width, bend);
+  stroke(c, one, {0.02, 0.15, 0.05}, 1.8);
+  fill_linear(c, one, foot, mix(k, {0.03, 0.24, 0.08}, 0.75), tip, mix(k, kSunlight, 0.25));
 }
 
-void draw_grass(const Cell& cell, bool right) {
-  cairo_t* c = cell.ctx;
-  const double wide = 680;
-  cairo_rectangle(c, 0, 0, wide, cell.height);
-  cairo_clip(c);
+void draw_grass_strip(cairo_t* c, double width, double height) {
   cairo_set_line_cap(c, CAIRO_LINE_CAP_ROUND);
-  // Blades are a function of their place on the whole screen, so that the halves meet.
-  const double shift = right ? 680 : 0;
-  for (int row = 0; row < 3; row++) {
+  cairo_pattern_t* g = cairo_pattern_create_linear(0, 92, 0, height);
+  cairo_pattern_add_color_stop_rgba(g, 0, 0.04, 0.22, 0.07, 0);
+  cairo_pattern_add_color_stop_rgba(g, 0.3, 0.04, 0.22, 0.07, 1);
+  cairo_pattern_add_color_stop_rgba(g, 1, 0.02, 0.14, 0.05, 1);
+  cairo_rectangle(c, 0, 92, width, height - 92);
+  cairo_set_source(c, g);
+  cairo_fill(c);
+  cairo_pattern_destroy(g);
+  for (int row = 0; row < 4; row++) {
     Rng rng{77u + static_cast<uint32_t>(row)};
-    const double gap = 3.1 - 0.5 * row;
-    for (int i = 0; i < static_cast<int>(1400 / gap); i++) {
-      const double x = -20 + gap * i;
-      double jitter = rng.range(-3, 3), lean = rng.range(-9, 9), grow = rng.unit();
-      double tuft = fbm(x / 34, row * 3.7, 5, 2), pick = rng.unit();
-      double foot = 92 + row * 14, tall = (14 + 34 * tuft * tuft * 2) * (0.6 + 0.5 * grow);
-      double at = x + jitter - shift;
-      if (at < -30 || at > wide + 30) continue;
-      Colour k = mix({0.10, 0.38, 0.07}, {0.56, 0.82, 0.22}, 0.2 * row + 0.45 * pick);
-      puff(c, leaf({at, foot}, {at + lean, foot - tall}, 2.6, lean * 0.3), k, at, foot - tall / 2,
-           tall, 0.7, 0);
+    for (double x : places(rng, -20, width + 20, 3.4, 3.4)) {
+      double lean = rng.range(-11, 11), grow = rng.unit(), tuft = fbm(x / 38, row * 3.7, 5, 3);
+      double foot = 90 + row * 12, tall = (10 + 78 * tuft * tuft) * (0.55 + 0.6 * grow);
+      Colour k = mix({0.10, 0.40, 0.10}, {0.58, 0.82, 0.22}, 0.12 * row + 0.55 * rng.unit());
+      double at = x + rng.range(-3, 3);
+      draw_tall_blade(c, {at, foot}, {at + lean, std::fmax(5, foot - tall)}, 3, lean * 0.35, k);
+    }
+    // Flowers grow between the rows.
+    for (double x : places(rng, 40 * row, row < 3 ? width : 0, 70, 170)) {
+      double at = x + rng.range(-20, 20), head = 78 + 12 * row - rng.range(4, 18);
+      stroke(c, capsule({at, 104}, 0.3, {at + 2, head}, 0.3), {0.20, 0.50, 0.12}, 2);
+      if (rng.unit() < 0.4)
+        draw_dandelion(c, at + 2, head, rng.range(5.5, 7.5));
+      else
+        draw_daisy(c, at + 2, head, rng.range(6, 8), rng.unit() < 0.7 ? kWhite : kPink, rng.unit());
     }
   }
 }
 
-void draw_patch(const Cell& cell, int which) {
-  // Bare earth trodden by frogs, ragged at its rim.
-  cairo_t* c = cell.ctx;
-  auto blob = [=](double rx, double ry, uint32_t seed) -> Path {
-    return [=](cairo_t* k) {
-      cairo_new_path(k);
-      for (int i = 0; i < 48; i++) {
-        double a = i * kTau / 48;
-        double r = 1 + 0.16 * (noise(3 + 2 * std::cos(a), 3 + 2 * std::sin(a), seed) - 0.5);
-        cairo_line_to(k, 128 + rx * r * std::cos(a), 66 + ry * r * std::sin(a));
-      }
-      cairo_close_path(k);
-    };
+void draw_grass(const Cell& cell, double from_x) {
+  // One strip for the whole screen, of which each half shows its part.
+  static Memo<int> strips;
+  const Canvas& strip = strips.get(0, 1360, cell.height,
+                                   [](Canvas& canvas) { draw_grass_strip(canvas.ctx, 1360, 128); });
+  cairo_rectangle(cell.ctx, 0, 0, 680, cell.height);
+  cairo_clip(cell.ctx);
+  paint_canvas(cell.ctx, strip, -from_x, 0);
+}
+
+// A round that is a little out of shape, as stone is.
+Path slab(double x, double y, double rx, double ry, uint32_t seed) {
+  return [=](cairo_t* c) {
+    cairo_new_path(c);
+    for (int i = 0; i < 60; i++) {
+      double a = i * kTau / 60;
+      double r = 1 + 0.12 * (noise(3 + 1.6 * std::cos(a), 3 + 1.6 * std::sin(a), seed) - 0.5);
+      cairo_line_to(c, x + rx * r * std::cos(a), y + ry * r * std::sin(a));
+    }
+    cairo_close_path(c);
   };
-  uint32_t seed = which == 1 ? 11 : 23;
-  soft_spot(c, 128, 66, 122, 58, {0.10, 0.26, 0.04}, 0.6);
-  puff(c, blob(102, 44, seed), {0.62, 0.46, 0.26}, 128, 66, 100, 2, 0);
-  fill(c, blob(84, 34, seed + 1), {0.74, 0.58, 0.35});
-  fill(c, blob(56, 20, seed + 2), {0.82, 0.67, 0.42});
+}
+
+// The launch place: a flat stone, worn by feet, with a ring let into it in its player's colour.
+void draw_patch(const Cell& cell, Colour accent, uint32_t seed) {
+  cairo_t* c = cell.ctx;
+  const double x = 128, y = 60, rx = 102, ry = 43, thick = 11;
+  soft_spot(c, x + 4, y + 14, 122, 50, {0.01, 0.12, 0.05}, 0.75);
+  const Path top = slab(x, y, rx, ry, seed), foot = slab(x, y + thick, rx, ry, seed);
+  for (const Path& part : {foot, top}) stroke(c, part, {0.13, 0.12, 0.12}, 4);
+  fill_linear(c, foot, {x - rx, y}, {0.52, 0.47, 0.42}, {x + rx, y}, {0.24, 0.22, 0.23});
+  Canvas stone(cell.width, cell.height);
+  paint_pixels(stone, [&](double px, double py) {
+    double broad = fbm(px / 34, py / 15, seed, 3), fine = fbm(px / 5, py / 3, seed + 7, 2);
+    Colour k = mix({0.60, 0.57, 0.53}, {0.90, 0.86, 0.77}, clamp01(1.5 * broad - 0.25));
+    double lit = clamp01(0.62 - 0.0026 * (px - x) - 0.007 * (py - y));
+    k = dim(k, (0.68 + 0.40 * lit) * (0.90 + 0.20 * fine));
+    double crack = std::fabs(fbm(px / 40, py / 17, seed + 13, 2) - 0.37);
+    return mix(k, {0.26, 0.23, 0.22}, 0.55 * smooth(0.012, 0.004, crack));
+  });
+  cairo_save(c);
+  top(c);
+  cairo_clip(c);
+  paint_canvas(c, stone, 0, 0);
+  stroke(c, slab(x + 1, y + 2, rx - 1, ry - 1, seed), kWhite, 3, 0.35);
+  // The ring is cut in: shade on its near side of the light, light on the far one.
+  auto ring = [&](double dx, double dy, Colour k, double width, double alpha) {
+    stroke(c, ellipse(x + dx, y + dy, 76, 30), k, width, alpha);
+  };
+  ring(-0.8, -1.2, {0.16, 0.13, 0.10}, 9, 0.75);
+  ring(1, 1.4, kWhite, 9, 0.55);
+  ring(0, 0, accent, 7, 1);
+  ring(0, -1, mix(accent, kWhite, 0.5), 2, 0.8);
+  soft_spot(c, x, y, 58, 22, {1, 0.98, 0.86}, 0.5);
+  cairo_restore(c);
   Rng rng{seed * 31u};
-  for (int i = 0; i < 22; i++) {
-    double a = kTau * rng.unit(), r = 0.45 + 0.5 * rng.unit(), size = rng.range(1.5, 4.5);
-    puff(c, ellipse(128 + 92 * r * std::cos(a), 66 + 38 * r * std::sin(a), size * 1.3, size),
-         {0.60, 0.56, 0.50}, 128, 66, 60, 0.8, 0.1);
+  for (int i = 0; i < 90; i++) {
+    // Moss on the rim, in pads, and tufts at the foot.
+    double a = kTau * rng.unit(), patch = noise(4 + 2 * std::cos(a), 4 + 2 * std::sin(a), seed + 3);
+    if (patch < 0.5) continue;
+    double r = rng.range(0.90, 1.02);
+    fill(c, ellipse(x + rx * r * std::cos(a), y + ry * r * std::sin(a), 6, 3.6),
+         mix({0.14, 0.38, 0.08}, {0.58, 0.78, 0.24}, rng.unit()));
   }
-  for (int i = 0; i < 40; i++) {
-    double a = i * kTau / 40 + rng.range(-0.06, 0.06), lean = rng.range(-5, 5);
-    double x = 128 + 102 * std::cos(a), y = 68 + 45 * std::sin(a), tall = rng.range(7, 15);
-    puff(c, leaf({x, y}, {x + lean, y - tall}, 2.4, lean * 0.3),
-         mix(kLeafDark, kLeafLight, rng.unit()), x, y, tall, 0.7, 0);
+  for (int i = 0; i < 54; i++) {
+    double a = -0.25 + (kTau / 2 + 0.5) * i / 53 + rng.range(-0.05, 0.05), lean = rng.range(-6, 6);
+    double tall = rng.range(8, 19), bx = x + 107 * std::cos(a), by = y + 13 + 45 * std::sin(a);
+    draw_tall_blade(c, {bx, by}, {bx + lean, by - tall}, 2.6, lean * 0.3,
+                    mix({0.14, 0.44, 0.10}, {0.56, 0.82, 0.24}, rng.unit()));
   }
+  for (double a : {0.42, 1.15, 2.1, 2.75})
+    draw_daisy(c, x + 106 * std::cos(a), y + 10 + 44 * std::sin(a), 6.5,
+               a > 1 && a < 2 ? Colour{1.0, 0.70, 0.84} : kWhite, a);
 }
 
 constexpr CatalogueRow kRows[] = {
@@ -308,20 +282,26 @@ constexpr CatalogueRow kRows[] = {
     sheet(
         "plants6.tga", 2048, 2048, 4, 8, 31, Play::kLoop, [](const Cell& c) { draw_plant(c, 6); },
         Twin::kNone, kTouchRight | kTouchBottom),
-    sheet("anim_finish.tga", 4096, 2048, 8, 8, 40, Play::kLoop, draw_finish),
+    sheet("anim_finish.tga", 4096, 2048, 8, 8, 40, Play::kLoop, draw_goal),
     sheet("anim_lilypad3.tga", 1024, 1024, 8, 8, 40, Play::kLoop, draw_lily_pad),
     sheet("anim_ctail1.tga", 1024, 1024, 8, 8, 40, Play::kLoop,
           [](const Cell& c) { draw_cattail(c, 1); }),
     sheet("anim_ctail2.tga", 1024, 1024, 8, 8, 40, Play::kLoop,
           [](const Cell& c) { draw_cattail(c, 2); }),
     still(
-        "grass_lft.tga", 1024, 128, [](const Cell& c) { draw_grass(c, false); },
+        "grass_lft.tga", 1024, 128, [](const Cell& c) { draw_grass(c, 0); },
         kTouchLeft | kTouchBottom),
     still(
-        "grass_rt.tga", 1024, 128, [](const Cell& c) { draw_grass(c, true); },
+        "grass_rt.tga", 1024, 128, [](const Cell& c) { draw_grass(c, 680); },
         kTouchLeft | kTouchBottom),
-    still("dpatch.tga", 256, 128, [](const Cell& c) { draw_patch(c, 1); }),
-    still("dpatch2.tga", 256, 128, [](const Cell& c) { draw_patch(c, 2); }),
+    still("dpatch.tga", 256, 128,
+          [](const Cell& c) {
+            draw_patch(c, {0.30, 0.74, 0.14}, 11);
+          }),
+    still("dpatch2.tga", 256, 128,
+          [](const Cell& c) {
+            draw_patch(c, {1.0, 0.80, 0.12}, 23);
+          }),
     still("lrg_lilypad.tga", 1024, 512, draw_big_lily_pad),
 };
 
