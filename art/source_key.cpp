@@ -54,7 +54,9 @@ std::string source_key_below(const std::string& root, const std::string& source_
   hash.add(pango_version_string());
   for (const std::string& file : files) {
     hash.add(file);
-    hash.add(file_text(root + "/" + file));
+    std::string path = root;
+    path.append("/").append(file);
+    hash.add(file_text(path));
   }
   char text[32];
   std::snprintf(text, sizeof text, "%016" PRIx64, hash.value);

@@ -44,7 +44,7 @@ std::string name_in_any_case(const std::filesystem::path& folder, const std::str
   std::error_code failed;
   if (std::filesystem::exists(folder / name, failed)) return name;
   for (const auto& entry : std::filesystem::directory_iterator(folder, failed)) {
-    const std::string other = entry.path().filename().string();
+    std::string other = entry.path().filename().string();
     if (strcasecmp(other.c_str(), name.c_str()) == 0) return other;
   }
   return {};
