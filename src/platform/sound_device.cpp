@@ -158,6 +158,7 @@ void watch_device(const Thread& self, void* /*context*/) {
     }
     unheard.catch_up();
   }
+  SDL_TLSCleanup();  // what SDL keeps for this thread
 }
 
 }  // namespace

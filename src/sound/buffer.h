@@ -14,7 +14,9 @@ struct SoundBuffer {
   int channels = 2, sample_bytes = 2;
 
   // Silence is the middle: 0 in 16 bits, 0x80 in 8.
-  [[nodiscard]] std::byte silence() const { return sample_bytes == 2 ? std::byte{0} : std::byte{0x80}; }
+  [[nodiscard]] std::byte silence() const {
+    return sample_bytes == 2 ? std::byte{0} : std::byte{0x80};
+  }
   [[nodiscard]] int frame_bytes() const { return channels * sample_bytes; }
   [[nodiscard]] SampleSource source(bool loop) const {
     return {bytes.get(), nullptr, nullptr, frames, channels, sample_bytes, loop};

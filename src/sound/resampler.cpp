@@ -60,9 +60,10 @@ void make_row(int set, int phase) {
   const int taps = taps_of(set);
   const double cutoff = CUTOFF / ratio_of(set);
   std::array<double, RESAMPLE_MOST_TAPS> row{};
+  const int centre = taps / 2 - 1;
   double sum = 0;
   for (int tap = 0; tap < taps; ++tap) {
-    const double distance = tap - (taps / 2 - 1) - static_cast<double>(phase) / PHASES;
+    const double distance = tap - centre - static_cast<double>(phase) / PHASES;
     row[tap] = sinc_under_window(distance, cutoff, taps / 2.0);
     sum += row[tap];
   }

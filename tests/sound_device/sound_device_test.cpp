@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <csignal>
@@ -68,11 +69,13 @@ struct SoundDevice : testing::Test {
   void plug_in() const { std::filesystem::create_directories(folder.file("loudspeaker")); }
   void pull_plug() const { std::filesystem::remove_all(folder.file("loudspeaker")); }
 
+  // Without the silence that a device runs on until it is let loose.
   [[nodiscard]] std::vector<std::int16_t> played() const {
     const std::string bytes = folder.read("loudspeaker/raw");
-    std::vector<std::int16_t> samples(bytes.size() / 2);
+    std::vector<std::int16_t> samples(bytes.size() / 4 * 2);
     std::memcpy(samples.data(), bytes.data(), samples.size() * 2);
-    return samples;
+    const auto first = std::find_if(samples.begin(), samples.end(), [](int x) { return x != 0; });
+    return {first - (first - samples.begin()) % 2, samples.end()};
   }
 
   TempFolder folder;
@@ -86,10 +89,10 @@ TEST_F(SoundDevice, PlaysWhatItPulls) {
   sound_device_close();
   EXPECT_EQ(testing::internal::GetCapturedStdout().rfind("picked device ", 0), 0U);
   const std::vector<std::int16_t> samples = played();
-  ASSERT_GE(samples.size(), 2 * 4096U);
-  for (std::size_t i = 0; i < 4096; ++i) {
-    ASSERT_EQ(samples[2 * i], static_cast<int>(i));
-    ASSERT_EQ(samples[2 * i + 1], -static_cast<int>(i));
+  ASSERT_GE(samples.size(), 2 * 4000U);
+  for (std::size_t i = 0; i < 4000; ++i) {
+    ASSERT_EQ(samples[2 * i], static_cast<int>(i + 1));
+    ASSERT_EQ(samples[2 * i + 1], -static_cast<int>(i + 1));
   }
   const int at_end = pulled_frames;
   std::this_thread::sleep_for(std::chrono::milliseconds(60));
@@ -150,16 +153,16 @@ TEST_F(SoundDevice, LostOneIsOpenedAgainAndTimeGoesOnMeanwhile) {
   plug_in();
   EXPECT_TRUE(wait_for([this] { return played().size() > 8192; }, 5000)) << "it plays again";
   sound_device_close();
-  const std::vector<std::int16_t> samples = played();
-  for (std::size_t i = 1; i < 4096; ++i) {
-    ASSERT_EQ((samples[2 * i] - samples[2 * i - 2]) & 0x7FFF, 1) << "frame " << i;
-  }
   const std::string said = testing::internal::GetCapturedStdout();
   EXPECT_NE(said.find("picked device", 1), std::string::npos) << said;
   const std::string told = testing::internal::GetCapturedStderr();
   const std::string line = "The sound device is lost. It is looked for every second.\n";
   EXPECT_NE(told.find(line), std::string::npos);
   EXPECT_EQ(told.find(line), told.rfind(line)) << "said once";
+  const std::vector<std::int16_t> samples = played();
+  for (std::size_t i = 1; i < 4096; ++i) {
+    ASSERT_EQ((samples[2 * i] - samples[2 * i - 2]) & 0x7FFF, 1) << "frame " << i;
+  }
 }
 
 // Two looped streams for three seconds through the real device and the real transition thread, with
@@ -192,6 +195,7 @@ TEST_F(SoundDevice, StreamsKeepUpUnderLoad) {
     });
   }
   jpsdrvr_set_master_volume(255);
+  const std::size_t silent_bytes = std::filesystem::file_size(path);
   {
     const SoundLock both_at_once;
     for (int track = 0; track < 2; ++track) {
@@ -199,8 +203,9 @@ TEST_F(SoundDevice, StreamsKeepUpUnderLoad) {
       jpsdrvr_play(&sounds[track], track);
     }
   }
-  EXPECT_TRUE(
-      wait_for([this] { return std::filesystem::file_size(path) > (FRAMES + 9000) * 4; }, 20'000));
+  EXPECT_TRUE(wait_for(
+      [&] { return std::filesystem::file_size(path) > silent_bytes + (FRAMES + 9000) * 4; },
+      20'000));
   burn = false;
   for (std::thread& burner : burners) burner.join();
   for (JpsSound& sound : sounds) jpsdrvr_free_sound(sound);
