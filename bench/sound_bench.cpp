@@ -236,7 +236,7 @@ class Cabinet {
   }
 
   void pull_in_real_time(int most_seconds) {
-    taken_.assign(static_cast<std::size_t>(most_seconds) * SECOND * 2 + 2 * BLOCK, 0);
+    taken_.assign(static_cast<std::size_t>(most_seconds) * SECOND / BLOCK * BLOCK * 2, 0);
     device_ = std::thread([this] {
       const auto start = std::chrono::steady_clock::now();
       for (std::size_t frames = 0; !stop_ && (frames + BLOCK) * 2 <= taken_.size();
@@ -330,12 +330,16 @@ void streams_under_load(benchmark::State& state) {
   burn = false;
   for (std::thread& burner : burners) burner.join();
   std::int64_t wrong = 0;
+  std::size_t first = out.size();
   for (std::size_t i = 0; i < out.size(); ++i) {
     const std::vector<std::int16_t>& file = files[i % 2];
-    wrong += out[i] != file[i % file.size()] ? 1 : 0;
+    if (out[i] == file[i % file.size()]) continue;
+    first = std::min(first, i);
+    ++wrong;
   }
-  state.counters["wrong_samples"] = static_cast<double>(wrong);
-  if (wrong != 0) state.SkipWithError("samples differ from the files");
+  const std::string told = std::to_string(wrong) + " samples differ from the files, the first at " +
+                           std::to_string(static_cast<double>(first / 2) / SECOND) + " s";
+  if (wrong != 0) state.SkipWithError(told.c_str());
 }
 BENCHMARK(streams_under_load)->ArgName("s")->Arg(60)->Iterations(1)->Unit(benchmark::kSecond);
 
