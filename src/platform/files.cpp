@@ -111,6 +111,23 @@ std::size_t read_bytes(ReadFile* file, void* data, std::size_t size) {
   return std::fread(data, 1, size, file->stream);
 }
 
+std::size_t read_at(ReadFile* file, std::uint64_t offset, void* data, std::size_t size) {
+  std::size_t done = 0;
+  while (done < size) {
+    const ssize_t count = pread(fileno(file->stream), static_cast<char*>(data) + done, size - done,
+                                static_cast<off_t>(offset + done));
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) break;
+    done += static_cast<std::size_t>(count);
+  }
+  return done;
+}
+
+void read_prefetch(ReadFile* file, std::uint64_t offset, std::size_t size) {
+  posix_fadvise(fileno(file->stream), static_cast<off_t>(offset), static_cast<off_t>(size),
+                POSIX_FADV_WILLNEED);
+}
+
 void read_close(ReadFile* file) {
   std::fclose(file->stream);
   delete file;

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 // The host path of a name, or an empty string for a name that leaves its root.
@@ -28,6 +29,10 @@ ReadFile* read_open(const char* name);
 ReadFile* read_open_any_case(const char* name);
 // Reads up to `size` bytes; returns how many came, less at the end of the file or on an error.
 std::size_t read_bytes(ReadFile* file, void* data, std::size_t size);
+// The same from `offset` on, wherever `read_bytes` stands, which stays there.
+std::size_t read_at(ReadFile* file, std::uint64_t offset, void* data, std::size_t size);
+// Tells the system that these bytes will be read soon, so that it fetches them meanwhile.
+void read_prefetch(ReadFile* file, std::uint64_t offset, std::size_t size);
 void read_close(ReadFile* file);
 
 // Opens a file of the books for writing, truncating. What is written goes unbuffered to a

@@ -1,0 +1,35 @@
+// The samples of sounds that are held whole, and the format of those that aren't.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+#include "sound/channel.h"
+#include "sound/driver.h"
+
+struct SoundBuffer {
+  std::unique_ptr<std::byte[]> bytes;  // null: a stream
+  std::uint32_t frames = 0;
+  int channels = 2, sample_bytes = 2;
+
+  // Silence is the middle: 0 in 16 bits, 0x80 in 8.
+  [[nodiscard]] std::byte silence() const {
+    return sample_bytes == 2 ? std::byte{0} : std::byte{0x80};
+  }
+  [[nodiscard]] int frame_bytes() const { return channels * sample_bytes; }
+  [[nodiscard]] SampleSource source(bool loop) const {
+    return {bytes.get(), nullptr, nullptr, frames, channels, sample_bytes, loop};
+  }
+};
+
+// Loads `length` bytes, or describes the stream; null if that can't be. Needs the sound lock.
+SoundBuffer* buffer_create(const JpsWaveFormat& format, std::uint32_t length, bool streamed,
+                           ReadFile* file, std::uint32_t offset);
+
+// Frees a buffer that no voice plays any more. Its memory goes once the mixing has let go of it,
+// which is looked for in later calls and doesn't keep anybody waiting. Needs the sound lock.
+void buffer_release(SoundBuffer* buffer);
+
+// Frees all that was released; the device must be closed.
+void buffers_free_released();

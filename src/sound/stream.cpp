@@ -1,0 +1,148 @@
+#include "sound/stream.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstring>
+
+#include "platform/files.h"
+#include "sound/buffer.h"
+#include "sound/mixer.h"
+#include "sound/stream_ring.h"
+
+namespace {
+
+// One for each track and one more for what it still fades out, so that a stream that starts anew
+// doesn't write over its own end.
+constexpr int RINGS = 2 * JPS_TRACKS;
+constexpr std::size_t PREFETCH_BYTES = 2 * JPS_STREAM_BUFFER;
+
+struct Streams {
+  std::array<SoundEvent, JPS_EVENTS> events;
+  std::array<JpsSound*, JPS_EVENTS> event_sounds{};
+  std::array<StreamRing, RINGS> rings;
+  std::array<std::byte, JPS_STREAM_BUFFER> staging{};  // read from the file, not yet in a ring
+};
+
+constinit Streams state;
+
+StreamRing* take_ring() {
+  StreamRing* taken = nullptr;
+  for (StreamRing& ring : state.rings) {
+    if (ring.taken) continue;
+    taken = &ring;  // for want of a better one: what still fades out from it may click
+    if (voice_is_done_with(ring.track, ring.last_order)) break;
+  }
+  if (taken != nullptr) taken->taken = true;
+  return taken;
+}
+
+SoundEvent* take_event(JpsSound& sound) {
+  for (int i = 0; i < JPS_EVENTS; ++i) {
+    if (state.event_sounds[i] != nullptr) continue;
+    state.event_sounds[i] = &sound;
+    state.events[i].set.store(false, std::memory_order_relaxed);
+    return &state.events[i];
+  }
+  return nullptr;
+}
+
+// Reads from `file_pos` on. What the file no longer holds is silence.
+void read_on(JpsSound& sound, std::byte* to, std::uint32_t size) {
+  const std::size_t count = read_at(sound.file, sound.file_pos, to, size);
+  std::fill(to + count, to + size, sound.buffer->silence());
+  sound.file_pos += size;
+}
+
+// Stages the next `size` bytes of the sound, going round a loop; returns how many there are. At
+// most two reads: a loop shorter than that goes round in memory.
+std::uint32_t stage(JpsSound& sound, bool loop, std::uint32_t size) {
+  std::byte* to = state.staging.data();
+  const std::uint32_t left = sound.length - (sound.file_pos - sound.data_offset);
+  std::uint32_t staged = std::min(left, size);
+  read_on(sound, to, staged);
+  if (!loop) return staged;
+  if (staged < size) {
+    const std::uint32_t lap = std::min(sound.length, size - staged);
+    sound.file_pos = sound.data_offset;
+    read_on(sound, to + staged, lap);
+    staged += lap;
+    for (; staged < size; ++staged) {
+      to[staged] = to[staged - sound.length];
+      if (sound.file_pos == sound.data_offset + sound.length) sound.file_pos = sound.data_offset;
+      ++sound.file_pos;
+    }
+  }
+  if (sound.file_pos == sound.data_offset + sound.length) sound.file_pos = sound.data_offset;
+  return staged;
+}
+
+void fill(JpsSound& sound, std::uint32_t size) {
+  StreamRing& ring = *sound.notify;
+  const std::uint32_t staged = stage(sound, ring.loop, size);
+  // Behind the end of a sound that doesn't loop nothing is written: the mixing ends there itself.
+  ring_write(ring, sound.write_cursor, state.staging.data(), staged);
+  sound.write_cursor = (sound.write_cursor + size) % JPS_STREAM_BUFFER;
+  read_prefetch(sound.file, sound.file_pos, PREFETCH_BYTES);
+}
+
+}  // namespace
+
+bool stream_begin(JpsSound& sound, int track) {
+  StreamRing* ring = take_ring();
+  sound.notify_event = ring == nullptr ? nullptr : take_event(sound);
+  if (sound.notify_event == nullptr) {
+    if (ring != nullptr) ring->taken = false;
+    return false;
+  }
+  ring->track = track;
+  ring->loop = sound.loop != 0;
+  sound.notify = ring;
+  sound.file_pos = sound.data_offset;
+  sound.write_cursor = 0;
+  fill(sound, JPS_STREAM_BUFFER);
+  ring->filled = JPS_STREAM_BUFFER;
+  return true;
+}
+
+void stream_end(JpsSound& sound, std::uint32_t mark) {
+  std::replace(state.event_sounds.begin(), state.event_sounds.end(), &sound,
+               static_cast<JpsSound*>(nullptr));
+  sound.notify_event = nullptr;
+  if (sound.notify == nullptr) return;
+  sound.notify->last_order = mark;
+  sound.notify->taken = false;
+  sound.notify = nullptr;
+}
+
+void stream_refill(JpsSound& sound) {
+  StreamRing& ring = *sound.notify;
+  const VoicePosition at = voice_position(ring.track);
+  const bool more_to_come = ring.loop || ring.filled < sound.length;
+  if (more_to_come && at.write > ring.filled) {
+    std::printf("fill_buffer(): WARNING! not filling fast enough\n");
+  }
+  // From the write cursor on around to the play position, whichever lap that is on.
+  const auto play = static_cast<std::uint32_t>(at.play % JPS_STREAM_BUFFER);
+  const std::uint32_t size = (play + JPS_STREAM_BUFFER - sound.write_cursor) % JPS_STREAM_BUFFER;
+  if (size == 0) return;
+  fill(sound, size);
+  ring.filled = at.play + JPS_STREAM_BUFFER;
+}
+
+void streams_reset() {
+  for (SoundEvent& event : state.events) event.set.store(false, std::memory_order_relaxed);
+  state.event_sounds.fill(nullptr);
+  for (StreamRing& ring : state.rings) ring.taken = false;
+}
+
+int stream_event_take() {
+  for (int i = 0; i < JPS_EVENTS; ++i) {
+    if (state.events[i].set.exchange(false, std::memory_order_acquire)) return i;
+  }
+  return -1;
+}
+
+JpsSound* stream_of_event(int event) {
+  return state.event_sounds[event];
+}

@@ -1,0 +1,227 @@
+// The real device, through SDL's driver that writes what it is given to a file in real time. Taking
+// the file's folder away, or the right to let the file grow, is pulling its plug.
+#include "platform/sound_device.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <functional>
+#include <random>
+#include <thread>
+#include <vector>
+
+#include "platform/files.h"
+#include "sound/driver.h"
+#include "tests/temp_folder.h"
+
+void jps_update_all() {}
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+std::atomic<int> pulled_frames{0};
+std::atomic<int> pulling{0};  // threads in the callback
+
+// Counts up, so that the file tells which frames it got.
+void count_up(std::int16_t* out, int frames) {
+  EXPECT_EQ(pulling.fetch_add(1), 0) << "two threads pull at once";
+  const int first = pulled_frames;
+  for (int i = 0; i < frames; ++i) {
+    out[2 * i] = static_cast<std::int16_t>((first + i) & 0x7FFF);
+    out[2 * i + 1] = static_cast<std::int16_t>(-out[2 * i]);
+  }
+  pulled_frames = first + frames;
+  pulling.fetch_sub(1);
+}
+
+bool wait_for(const std::function<bool()>& done, int bound_ms) {
+  const auto end = Clock::now() + std::chrono::milliseconds(bound_ms);
+  while (!done() && Clock::now() < end) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  return done();
+}
+
+struct SoundDevice : testing::Test {
+  SoundDevice() {
+    files_use_roots(folder.path(), folder.path());
+    plug_in();
+    setenv("SDL_AUDIODRIVER", "disk", 1);
+    setenv("SDL_DISKAUDIOFILE", path.c_str(), 1);
+    unsetenv("SDL_AUDIO_DEVICE_NAME");
+    std::signal(SIGXFSZ, SIG_IGN);
+    pulled_frames = 0;
+  }
+  ~SoundDevice() override { limit_files(RLIM_INFINITY); }
+
+  static void limit_files(rlim_t bytes) {
+    rlimit limit{};
+    getrlimit(RLIMIT_FSIZE, &limit);
+    limit.rlim_cur = bytes;
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  void plug_in() const { std::filesystem::create_directories(folder.file("loudspeaker")); }
+  void pull_plug() const { std::filesystem::remove_all(folder.file("loudspeaker")); }
+
+  // Without the silence that a device runs on until it is let loose.
+  [[nodiscard]] std::vector<std::int16_t> played() const {
+    const std::string bytes = folder.read("loudspeaker/raw");
+    std::vector<std::int16_t> samples(bytes.size() / 4 * 2);
+    std::memcpy(samples.data(), bytes.data(), samples.size() * 2);
+    const auto first = std::find_if(samples.begin(), samples.end(), [](int x) { return x != 0; });
+    return {first - (first - samples.begin()) % 2, samples.end()};
+  }
+
+  TempFolder folder;
+  std::string path = folder.file("loudspeaker/raw");
+};
+
+TEST_F(SoundDevice, PlaysWhatItPulls) {
+  testing::internal::CaptureStdout();
+  ASSERT_TRUE(sound_device_open(count_up));
+  EXPECT_TRUE(wait_for([] { return pulled_frames > 4096; }, 5000));
+  sound_device_close();
+  EXPECT_EQ(testing::internal::GetCapturedStdout().rfind("picked device ", 0), 0U);
+  const std::vector<std::int16_t> samples = played();
+  ASSERT_GE(samples.size(), 2 * 4000U);
+  for (std::size_t i = 0; i < 4000; ++i) {
+    ASSERT_EQ(samples[2 * i], static_cast<int>(i + 1));
+    ASSERT_EQ(samples[2 * i + 1], -static_cast<int>(i + 1));
+  }
+  const int at_end = pulled_frames;
+  std::this_thread::sleep_for(std::chrono::milliseconds(60));
+  EXPECT_EQ(pulled_frames, at_end) << "closed: nobody pulls";
+}
+
+TEST_F(SoundDevice, WithoutOneTheDriverStaysDown) {
+  pull_plug();
+  testing::internal::CaptureStderr();
+  testing::internal::CaptureStdout();
+  EXPECT_NE(jpsdrvr_init(), 0);
+  EXPECT_EQ(jpsdrvr_stop(0), -1);
+  jpsdrvr_shutdown();
+  setenv("SDL_AUDIODRIVER", "nothing", 1);
+  EXPECT_FALSE(sound_device_open(count_up));
+  sound_device_close();
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "jpsdrvr_init(): ERROR! Couldn't create dsound interface\n");
+  EXPECT_NE(testing::internal::GetCapturedStderr().find("There is no sound"), std::string::npos);
+}
+
+TEST_F(SoundDevice, NameThatFitsNoneIsSaidAndPassedOver) {
+  // This driver takes any name for that of its file.
+  setenv("SDL_AUDIO_DEVICE_NAME", folder.file("nowhere/raw").c_str(), 1);
+  testing::internal::CaptureStderr();
+  testing::internal::CaptureStdout();
+  const auto start = std::filesystem::current_path();
+  std::filesystem::current_path(folder.path());  // the other name is relative
+  EXPECT_TRUE(sound_device_open(count_up));
+  sound_device_close();
+  std::filesystem::current_path(start);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "picked device System audio output device\n");
+  const std::string said = testing::internal::GetCapturedStderr();
+  EXPECT_NE(said.find("SDL_AUDIO_DEVICE_NAME="), std::string::npos);
+  EXPECT_NE(said.find("\n  System audio output device\n"), std::string::npos) << said;
+
+  setenv("SDL_AUDIO_DEVICE_NAME", path.c_str(), 1);
+  testing::internal::CaptureStdout();
+  EXPECT_TRUE(sound_device_open(count_up));
+  sound_device_close();
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "picked device " + path + "\n");
+}
+
+TEST_F(SoundDevice, LostOneIsOpenedAgainAndTimeGoesOnMeanwhile) {
+  testing::internal::CaptureStderr();
+  testing::internal::CaptureStdout();
+  ASSERT_TRUE(sound_device_open(count_up));
+  ASSERT_TRUE(wait_for([] { return pulled_frames > 4096; }, 5000));
+  pull_plug();
+  limit_files(4096);  // the next write fails
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  limit_files(RLIM_INFINITY);
+  const int lost_at = pulled_frames;
+  const auto since = Clock::now();
+  std::this_thread::sleep_for(std::chrono::milliseconds(1500));  // one try fails
+  const std::chrono::duration<double> unheard = Clock::now() - since;
+  EXPECT_NEAR(pulled_frames - lost_at, unheard.count() * SOUND_RATE_HZ, 6000);
+  plug_in();
+  EXPECT_TRUE(wait_for([this] { return played().size() > 8192; }, 5000)) << "it plays again";
+  sound_device_close();
+  const std::string said = testing::internal::GetCapturedStdout();
+  EXPECT_NE(said.find("picked device", 1), std::string::npos) << said;
+  const std::string told = testing::internal::GetCapturedStderr();
+  const std::string line = "The sound device is lost. It is looked for every second.\n";
+  EXPECT_NE(told.find(line), std::string::npos);
+  EXPECT_EQ(told.find(line), told.rfind(line)) << "said once";
+  const std::vector<std::int16_t> samples = played();
+  for (std::size_t i = 1; i < 4096; ++i) {
+    ASSERT_EQ((samples[2 * i] - samples[2 * i - 2]) & 0x7FFF, 1) << "frame " << i;
+  }
+}
+
+// Two looped streams for three seconds through the real device and the real transition thread, with
+// more work than there are processors: not one sample is wrong.
+TEST_F(SoundDevice, StreamsKeepUpUnderLoad) {
+  constexpr std::size_t FRAMES = 3 * SOUND_RATE_HZ;
+  ASSERT_EQ(jpsdrvr_init(), 0);
+  std::mt19937 random(3);
+  std::string files[2];
+  JpsSound sounds[2] = {};
+  for (int side = 0; side < 2; ++side) {
+    for (int i = 0; i < 100'003; ++i) {
+      const auto noise = static_cast<std::int16_t>(i == 0 ? 0 : random());
+      const std::int16_t frame[2] = {side == 0 ? noise : std::int16_t{0},
+                                     side == 1 ? noise : std::int16_t{0}};
+      files[side].append(reinterpret_cast<const char*>(frame), sizeof frame);
+    }
+    folder.write(std::to_string(side), files[side]);
+    sounds[side].streamed = sounds[side].loop = 1;
+    sounds[side].file = read_open(std::to_string(side).c_str());
+    const auto size = static_cast<std::uint32_t>(files[side].size());
+    ASSERT_EQ(jpsdrvr_create_buffer({1, 2, 44100, 176400, 4, 16}, size, sounds[side]), 0);
+  }
+  std::atomic<bool> burn{true};
+  std::vector<std::thread> burners;
+  for (unsigned i = 0; i < 2 * std::thread::hardware_concurrency(); ++i) {
+    burners.emplace_back([&burn] {
+      while (burn.load(std::memory_order_relaxed)) {
+      }
+    });
+  }
+  jpsdrvr_set_master_volume(255);
+  const std::size_t silent_bytes = std::filesystem::file_size(path);
+  {
+    const SoundLock both_at_once;
+    for (int track = 0; track < 2; ++track) {
+      jpsdrvr_set_volume(track, 255);
+      jpsdrvr_play(&sounds[track], track);
+    }
+  }
+  EXPECT_TRUE(wait_for(
+      [&] { return std::filesystem::file_size(path) > silent_bytes + (FRAMES + 9000) * 4; },
+      20'000));
+  burn = false;
+  for (std::thread& burner : burners) burner.join();
+  for (JpsSound& sound : sounds) jpsdrvr_free_sound(sound);
+  jpsdrvr_shutdown();
+
+  const std::vector<std::int16_t> samples = played();
+  for (int side = 0; side < 2; ++side) {
+    // The first frame of each file is silent and the second isn't.
+    std::size_t start = 0;
+    while (start < samples.size() / 2 && samples[2 * start + side] == 0) ++start;
+    for (std::size_t i = 0; i < FRAMES; ++i) {
+      std::int16_t expected = 0;
+      std::memcpy(&expected, files[side].data() + (i + 1) * 4 % files[side].size() + 2 * side, 2);
+      ASSERT_EQ(samples[2 * (start + i) + side], expected) << "side " << side << " frame " << i;
+    }
+  }
+}
+
+}  // namespace

@@ -1,0 +1,199 @@
+// Sounds of every format and rate, read at any other, without loss, images or aliases to be heard.
+#include <random>
+
+#include "sound/kernels.h"
+#include "sound/resampler.h"
+#include "tests/sound_driver/studio.h"
+
+namespace {
+
+using Pitch = Studio;
+
+double zero_crossings_hz(const Samples& samples) {
+  int rises = 0;
+  std::size_t first = 0, last = 0;
+  for (std::size_t i = 1; i < samples.size(); ++i) {
+    if (samples[i - 1] >= 0 || samples[i] < 0) continue;
+    if (rises++ == 0) first = i;
+    last = i;
+  }
+  return rises < 2 ? 0 : (rises - 1) * 44100.0 / static_cast<double>(last - first);
+}
+
+// All that isn't the tone at `hz`, in decibels below the tone.
+double purity(const Samples& samples, double hz) {
+  const double step = 2 * std::numbers::pi * hz / 44100;
+  double ss = 0, sc = 0, cc = 0, xs = 0, xc = 0, xx = 0;
+  for (std::size_t i = 0; i < samples.size(); ++i) {
+    const double s = std::sin(step * static_cast<double>(i));
+    const double c = std::cos(step * static_cast<double>(i));
+    ss += s * s, sc += s * c, cc += c * c;
+    xs += samples[i] * s, xc += samples[i] * c, xx += samples[i] * samples[i];
+  }
+  const double a = (xs * cc - xc * sc) / (ss * cc - sc * sc);
+  const double b = (xc * ss - xs * sc) / (ss * cc - sc * sc);
+  const double tone = a * xs + b * xc;
+  return decibels(std::sqrt((xx - tone) / tone));
+}
+
+TEST_F(Pitch, EveryFormatSoundsAtItsOwnRate) {
+  for (const int rate : {8000, 11025, 22050, 44100, 48000, 96000}) {
+    for (const int channels : {1, 2}) {
+      for (const int bits : {8, 16}) {
+        JpsSound& tone = sine(1000, 0.8, {channels, bits, rate}, rate);
+        ASSERT_EQ(jpsdrvr_play(&tone, 2), 0);
+        EXPECT_EQ(jpsdrvr_get_frequency(2), rate);
+        render(1024);
+        const Take take = render(22050);
+        const double full = bits == 8 ? 127 * 256 : 32767;
+        EXPECT_NEAR(decibels(level_at(take.left, 1000) / full), decibels(0.8), 0.1)
+            << rate << " Hz, " << channels << " x " << bits;
+        EXPECT_NEAR(level_at(take.right, 1000), level_at(take.left, 1000), 1);
+        EXPECT_LE(purity(take.left, 1000), bits == 8 ? -40 : -65) << rate << " Hz, " << bits;
+      }
+    }
+  }
+}
+
+TEST_F(Pitch, FollowsTheFrequencyThatIsSet) {
+  JpsSound& tone = sine(500, 0.8);
+  tone.loop = 1;
+  jpsdrvr_play(&tone, 0);
+  for (const int hz : {100, 8000, 44099, 44101, 50000, 66150, 88200, 100000}) {
+    ASSERT_EQ(jpsdrvr_set_frequency(0, hz), 0);
+    render(1024);
+    const int frames = hz < 1000 ? 44100 * 4 : 22050;
+    EXPECT_NEAR(zero_crossings_hz(render(frames).left) / (500.0 * hz / 44100), 1, 1e-3) << hz;
+  }
+  EXPECT_EQ(jpsdrvr_set_frequency(0, 99), -1);
+  EXPECT_EQ(jpsdrvr_set_frequency(0, 100001), -1);
+  EXPECT_EQ(jpsdrvr_get_frequency(0), 44100) << "the sound's own, whatever it is played at";
+  EXPECT_EQ(jpsdrvr_set_frequency(1, 99), 0) << "no sound, nothing to refuse";
+
+  jpsdrvr_play(&tone, 0);
+  render(1024);
+  EXPECT_NEAR(zero_crossings_hz(render(22050).left), 500, 1) << "a new start has its own rate";
+}
+
+// Read twice as fast, 15 kHz become 30 kHz, which the output would fold to 14.1 kHz.
+TEST_F(Pitch, WhatTheOutputCannotHoldIsTakenAway) {
+  struct Case {
+    double tone_hz;
+    int rate, hz;
+    double alias_hz;
+  };
+  for (const Case& one : {Case{15000, 44100, 88200, 14100}, Case{20000, 44100, 66150, 14100},
+                          Case{12000, 44100, 100000, 44100 - 12000 * 1e5 / 44100},
+                          Case{30000, 96000, 96000, 14100},  // of the file itself
+                          Case{5000, 22050, 22050, 17050},   // an image, reading slower
+                          Case{8000, 22050, 22050, 14050}, Case{3000, 8000, 8000, 5000}}) {
+    JpsSound& tone = sine(one.tone_hz, 0.9, {1, 16, one.rate}, one.rate);
+    tone.loop = 1;
+    jpsdrvr_play(&tone, 0);
+    jpsdrvr_set_frequency(0, one.hz);
+    render(2048);
+    const double alias = decibels(level_at(render(22050).left, one.alias_hz) / (0.9 * 32767));
+    RecordProperty("alias", std::to_string(alias));
+    std::printf("%.0f Hz of %d Hz read at %d: %.1f dB at %.0f Hz\n", one.tone_hz, one.rate, one.hz,
+                alias, one.alias_hz);
+    EXPECT_LE(alias, -60) << one.tone_hz << " Hz at " << one.hz;
+  }
+}
+
+TEST_F(Pitch, TrebleComesThrough) {
+  JpsSound& tone = sine(14000, 0.5, {1, 16, 44100});
+  jpsdrvr_play(&tone, 0);
+  jpsdrvr_set_frequency(0, 44000);
+  render(1024);
+  const double hz = 14000.0 * 44000 / 44100;
+  EXPECT_NEAR(decibels(level_at(render(22050).left, hz) / (0.5 * 32767)), 0, 0.5);
+}
+
+// A loop of whole waves is one long tone: nothing but it may be heard, at any rate.
+TEST_F(Pitch, LoopHasNoSeam) {
+  for (const int rate : {44100, 22000, 32000}) {
+    JpsSound& loop = sine(rate / 50.0, 0.8, {2, 16, rate}, 350);
+    loop.loop = 1;
+    jpsdrvr_play(&loop, 5);
+    render(1024);
+    EXPECT_LE(purity(render(22050).left, rate / 50.0), -65) << rate;
+    jpsdrvr_set_frequency(5, rate * 5 / 4);
+    render(1024);
+    EXPECT_LE(purity(render(22050).left, rate / 40.0), -65) << rate;
+  }
+}
+
+TEST_F(Pitch, ShortestSoundsPlayAtTheFastestRate) {
+  JpsSound& click = wave([](int) { return 0.5; }, 1, {1, 8, 100});
+  jpsdrvr_play(&click, 0);
+  EXPECT_GT(peak(render(400).left), 1000) << "one frame of 10 ms";
+  jpsdrvr_play(&click, 0);
+  jpsdrvr_set_frequency(0, 100000);
+  render(512);
+  EXPECT_EQ(jpsdrvr_is_playing(0), 0);
+  click.loop = 1;
+  jpsdrvr_play(&click, 0);
+  jpsdrvr_set_frequency(0, 100000);
+  render(512);
+  EXPECT_EQ(steepest(render(4096).left), 0) << "one frame in a loop is a constant";
+}
+
+TEST(Kernels, BothFormsAgree) {
+#if defined(__x86_64__)
+  if (&sound_kernels() != &sound_kernels_avx2) GTEST_SKIP() << "no AVX2 here";
+  resample_prepare();
+  std::mt19937 random(7);
+  std::vector<float> left(2000), right(2000);
+  std::vector<std::byte> bytes(4000);
+  for (auto& byte : bytes) byte = static_cast<std::byte>(random());
+  for (const int frames : {1, 7, 8, 250, 256}) {
+    for (const int channels : {1, 2}) {
+      for (const int size : {1, 2}) {
+        std::vector<float> other_left = left, other_right = right;
+        sound_kernels_avx2.unpack(bytes.data(), frames, channels, size, left.data(), right.data());
+        sound_kernels_plain.unpack(bytes.data(), frames, channels, size, other_left.data(),
+                                   other_right.data());
+        for (int i = 0; i < frames; ++i) {
+          ASSERT_EQ(left[i], other_left[i]);
+          ASSERT_EQ(right[i], other_right[i]);
+        }
+      }
+    }
+  }
+  for (auto& sample : left) sample = static_cast<float>(random() % 65536) - 32768.0F;
+  for (auto& sample : right) sample = static_cast<float>(random() % 65536) - 32768.0F;
+  for (const int hz : {100, 30000, 44100, 50000, 66000, 80000, 100000}) {
+    for (const int frames : {1, 3, 64, 255}) {
+      for (const bool stereo : {false, true}) {
+        const ResampleFilter filter = resample_filter(resample_step(hz));
+        std::vector<float> a(600), b(600), c(600), d(600);
+        ResampleRun run = {filter.rows,
+                           filter.taps,
+                           0x12345678,
+                           resample_step(hz),
+                           frames,
+                           left.data(),
+                           stereo ? right.data() : nullptr,
+                           a.data(),
+                           b.data()};
+        sound_kernels_avx2.resample(run);
+        run.out_left = c.data();
+        run.out_right = d.data();
+        sound_kernels_plain.resample(run);
+        for (int i = 0; i < frames; ++i) {
+          ASSERT_NEAR(a[i], c[i], 0.05) << hz << " Hz, frame " << i;
+          ASSERT_NEAR(b[i], d[i], 0.05) << hz << " Hz, frame " << i;
+        }
+        ASSERT_EQ(a[frames], 0);
+      }
+    }
+  }
+  std::vector<std::int16_t> packed(1000), other(1000);
+  for (auto& sample : left) sample *= 3;
+  sound_kernels_avx2.pack(left.data(), right.data(), 250, packed.data());
+  sound_kernels_plain.pack(left.data(), right.data(), 250, other.data());
+  EXPECT_EQ(packed, other);
+#endif
+}
+
+}  // namespace

@@ -1,0 +1,169 @@
+// Streams give the bytes of their file, one-shot and looped, through a ring of 64 KB.
+#include <filesystem>
+
+#include "platform/headless/sound_capture.h"
+#include "tests/sound_driver/studio.h"
+
+namespace {
+
+using Streams = Studio;
+
+constexpr Pcm STEREO_16 = {2, 16, 44100};
+constexpr Pcm MONO_8 = {1, 8, 44100};
+constexpr Pcm MONO_16 = {1, 16, 44100};
+constexpr Pcm STEREO_8 = {2, 8, 44100};
+
+void expect_same(const Take& take, const std::string& bytes, Pcm pcm) {
+  const Samples left = heard(bytes, pcm, 0), right = heard(bytes, pcm, 1);
+  ASSERT_LE(left.size(), take.left.size());
+  for (std::size_t i = 0; i < left.size(); ++i) {
+    ASSERT_EQ(take.left[i], left[i]) << "frame " << i << " of " << left.size();
+    ASSERT_EQ(take.right[i], right[i]) << "frame " << i << " of " << right.size();
+  }
+}
+
+TEST_F(Streams, OneShotGivesItsBytesAndEnds) {
+  for (const Pcm pcm : {STEREO_16, MONO_8, MONO_16, STEREO_8}) {
+    for (const std::size_t size :
+         {65536UL, 65537UL, 65540UL, 98304UL, 131072UL, 400'004UL, 400UL}) {
+      const std::string bytes = noise_bytes(size, pcm, 1);
+      JpsSound& stream = sound(bytes, pcm, true);
+      ASSERT_EQ(stream.buffer_size, JPS_STREAM_BUFFER);
+      ASSERT_EQ(jpsdrvr_play(&stream, 4), 0);
+      const int frames = static_cast<int>(size) / pcm.frame_bytes();
+      const Take take = render(frames + 1200);
+      expect_same(take, bytes, pcm);
+      for (int i = frames + 64; i < frames + 1200; ++i) ASSERT_EQ(take.left[i], 0) << i;
+      EXPECT_EQ(jpsdrvr_track(4).sound, nullptr) << "its end fires an event that cleans it up";
+      EXPECT_EQ(stream.notify_event, nullptr);
+    }
+  }
+}
+
+TEST_F(Streams, LoopGoesRoundWithoutAGap) {
+  for (const Pcm pcm : {STEREO_16, MONO_8}) {
+    for (const std::size_t size : {65536UL, 65540UL, 65532UL, 32768UL, 131072UL, 100'000UL, 36UL}) {
+      std::string bytes = noise_bytes(size, pcm, 2);
+      JpsSound& stream = sound(bytes, pcm, true, true);
+      ASSERT_EQ(jpsdrvr_play(&stream, 0), 0);
+      std::string laps;
+      while (laps.size() < 500'000) laps += bytes;
+      expect_same(render(static_cast<int>(laps.size()) / pcm.frame_bytes()), laps, pcm);
+      EXPECT_EQ(jpsdrvr_is_playing(0), 1);
+      jpsdrvr_stop(0);
+      render(512);
+    }
+  }
+}
+
+TEST_F(Streams, PartOfAFrameAtTheEndIsLeftOut) {
+  const std::string bytes = noise_bytes(70'003, STEREO_16, 3);
+  JpsSound& stream = sound(bytes, STEREO_16, true, true);
+  EXPECT_EQ(stream.length, 70'000U);
+  jpsdrvr_play(&stream, 0);
+  const std::string lap = bytes.substr(0, 70'000);
+  expect_same(render(52'500), lap + lap + lap, STEREO_16);
+}
+
+TEST_F(Streams, ResampledStreamIsTheSoundHeldWhole) {
+  const Pcm pcm = {2, 16, 32000};
+  const std::string bytes = noise_bytes(300'000, pcm, 4);
+  JpsSound& whole = sound(bytes, pcm, false, true);
+  jpsdrvr_play(&whole, 0);
+  const Take expected = render(200'000);
+  jpsdrvr_stop(0);
+  render(512);
+  JpsSound& stream = sound(bytes, pcm, true, true);
+  jpsdrvr_play(&stream, 0);
+  const Take take = render(200'000);
+  EXPECT_EQ(take.left, expected.left);
+  EXPECT_EQ(take.right, expected.right);
+}
+
+TEST_F(Streams, PlayedTwiceGoesThroughARowOfItsOwn) {
+  const std::string bytes = noise_bytes(200'000, MONO_16, 5);
+  JpsSound& stream = sound(bytes, MONO_16, true);
+  jpsdrvr_set_pan(0, -10000);
+  jpsdrvr_set_pan(1, 10000);
+  jpsdrvr_play(&stream, 0);
+  const Take before = render(30'720);
+  jpsdrvr_play(&stream, 1);
+  JpsSound* row = jpsdrvr_track(1).sound;
+  ASSERT_NE(row, &stream);
+  EXPECT_EQ(row->is_duplicate, 1U);
+  EXPECT_NE(row->notify, stream.notify);
+  EXPECT_NE(row->notify_event, stream.notify_event);
+  const Take both = render(100'000);
+  const Samples samples = heard(bytes, MONO_16, 0);
+  for (int i = 0; i < 60'000; ++i) {
+    ASSERT_EQ(both.left[i], samples[30'720 + i]) << i;
+    ASSERT_EQ(both.right[i], samples[i]) << i;
+  }
+  render(512);
+  EXPECT_EQ(row->buffer, nullptr) << "played out: the row is free";
+  EXPECT_EQ(jpsdrvr_track(0).sound, nullptr);
+}
+
+TEST_F(Streams, StartsAnewWithoutWritingOverItsOwnEnd) {
+  JpsSound& stream =
+      wave([](int i) { return 0.6 * std::sin(2 * std::numbers::pi * 300 / 44100 * i); }, 44100,
+           MONO_16, true, true);
+  jpsdrvr_play(&stream, 0);
+  Samples all;
+  for (int i = 0; i < 300; ++i) {
+    const Samples some = render(900 + i % 7 * 100).left;
+    all.insert(all.end(), some.begin(), some.end());
+    ASSERT_EQ(jpsdrvr_play(&stream, 0), 0) << "start " << i << ": no ring or event gets lost";
+  }
+  // One fades out as the next begins; old and new bytes mixed up would be steps of up to 39000.
+  EXPECT_LE(steepest(all), 2 * 2 * std::numbers::pi * 300 / 44100 * 19661 + 19661.0 / 100);
+}
+
+TEST_F(Streams, PointsAreServedAndRunThePlaylists) {
+  JpsSound& stream = sound(noise_bytes(2'000'000, STEREO_16, 6), STEREO_16, true);
+  jpsdrvr_play(&stream, 0);
+  const std::uint32_t filled = stream.file_pos;
+  render(8192 - 512);
+  EXPECT_EQ(stream.file_pos, filled);
+  EXPECT_EQ(studio_updates, 0);
+  render(1024);  // 0x7FFF lies behind
+  EXPECT_GT(stream.file_pos, filled + 32000);
+  EXPECT_EQ(studio_updates, 1);
+  render(8192);
+  EXPECT_EQ(studio_updates, 2);
+  EXPECT_EQ(stream.write_cursor, (stream.file_pos - stream.data_offset) % JPS_STREAM_BUFFER);
+}
+
+TEST_F(Streams, OneThatFallsBehindSaysSoAndGoesOn) {
+  const std::string bytes = noise_bytes(400'000, STEREO_16, 7);
+  JpsSound& stream = sound(bytes, STEREO_16, true);
+  jpsdrvr_play(&stream, 0);
+  testing::internal::CaptureStdout();
+  std::vector<std::int16_t> out(2 * 17'000);
+  {
+    const SoundLock held;  // nobody can refill
+    sound_capture_render(17'000, out.data());
+  }
+  jpsdrvr_transition();
+  const Samples samples = heard(bytes, STEREO_16, 0);
+  EXPECT_EQ(out[2 * 16'900], samples[16'900 - 16'384]) << "the ring goes round with old data";
+  const Take take = render(80'000);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "fill_buffer(): WARNING! not filling fast enough\n");
+  EXPECT_GT(peak(take.left), 0);
+}
+
+TEST_F(Streams, LostFileIsSilence) {
+  for (const Pcm pcm : {STEREO_8, STEREO_16}) {
+    const std::string name = "sound" + std::to_string(sounds.size());
+    JpsSound& stream = sound(noise_bytes(400'000, pcm, 8), pcm, true, true);
+    jpsdrvr_play(&stream, 0);
+    std::filesystem::resize_file(folder.file(name), 1000);
+    const Take take = render(400'000);
+    EXPECT_EQ(peak(Samples(take.left.begin() + 70'000, take.left.begin() + 90'000)), 0);
+    EXPECT_EQ(jpsdrvr_is_playing(0), 1);
+    jpsdrvr_stop(0);
+  }
+}
+
+}  // namespace
