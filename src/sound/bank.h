@@ -1,8 +1,8 @@
 // A bank: what one playlist file says, with every name in it resolved.
 //
 // A bank is written while it is parsed, before anything plays from it. After that it stands still,
-// but for the latest picks of its groups and what the driver keeps in its sounds; those change under
-// the sound lock.
+// but for the latest picks of its groups and what the driver keeps in its sounds; those change
+// under the sound lock.
 #pragma once
 
 #include <cstdint>

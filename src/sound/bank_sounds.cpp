@@ -9,10 +9,12 @@
 
 namespace {
 
+constexpr std::uint16_t PCM = 1, EXTENSIBLE = 0xFFFE;
+
 // What is wrong with a sound, or null. The driver's mixing converts nothing but what it names here.
 const char* fault_of(const WaveInfo& info, ReadFile* file, std::uint32_t data_offset) {
   const JpsWaveFormat& format = info.format;
-  if (format.format_tag != 1) return "it is not plain PCM";
+  if (format.format_tag != PCM && format.format_tag != EXTENSIBLE) return "it is not plain PCM";
   if (format.channels != 1 && format.channels != 2) return "it has neither 1 nor 2 channels";
   if (format.bits != 8 && format.bits != 16) return "its samples have neither 8 nor 16 bits";
   if (format.sample_rate < 100 || format.sample_rate > 100000) {
@@ -41,15 +43,9 @@ bool load(JpsSound& sound, StreamMode mode, const char* path) {
     std::printf("jps_parse_addsound(): ERROR! %s: %s\n", path, fault);
     return false;
   }
-  // Half a frame at the end of a file is nothing that could be heard.
-  const std::uint32_t frame_size = info.format.channels * info.format.bits / 8U;
-  info.data_size -= info.data_size % frame_size;
   sound.data_offset = data_offset;
-  sound.length = info.data_size;
-  sound.sample_rate = info.format.sample_rate;
-  sound.channels = info.format.channels;
   sound.streamed = streams(mode, info.data_size) ? 1 : 0;
-  return info.data_size > 0 && jpsdrvr_create_buffer(info.format, info.data_size, sound) == 0;
+  return jpsdrvr_create_buffer(info.format, info.data_size, sound) == 0;
 }
 
 }  // namespace

@@ -172,6 +172,6 @@ void jps_players_reset() {
 
 int jps_players_running() {
   const SoundLock lock;
-  return static_cast<int>(
-      std::ranges::count_if(players.rows, [](const JpsPlayer& p) { return p.playlist != nullptr; }));
+  return static_cast<int>(std::ranges::count_if(
+      players.rows, [](const JpsPlayer& p) { return p.playlist != nullptr; }));
 }

@@ -223,8 +223,7 @@ int jps_player_exec(const JpsCommand& command, JpsPlayer& player, float& t) {
     ++player.pc;
     return JPS_SKIPPED;
   }
-  const bool known =
-      command.opcode < std::size(OPCODES) && OPCODES[command.opcode].run != nullptr;
+  const bool known = command.opcode < std::size(OPCODES) && OPCODES[command.opcode].run != nullptr;
   int result = JPS_FAILED;
   if (known) {
     result = OPCODES[command.opcode].run(command, player, t);

@@ -17,7 +17,7 @@ struct PlaylistParse {
   JpsBank* bank = nullptr;
   JpsPlaylist* playlist = nullptr;  // the one whose block is open
   JpsGroup* group = nullptr;
-  JpsConstants constants;
+  JpsConstants constants{};
   int messages = 0;
 };
 

@@ -10,9 +10,8 @@
 namespace {
 
 std::int32_t held(std::int64_t value) {
-  return static_cast<std::int32_t>(
-      std::clamp<std::int64_t>(value, std::numeric_limits<std::int32_t>::min(),
-                               std::numeric_limits<std::int32_t>::max()));
+  return static_cast<std::int32_t>(std::clamp<std::int64_t>(
+      value, std::numeric_limits<std::int32_t>::min(), std::numeric_limits<std::int32_t>::max()));
 }
 
 bool has_hex_prefix(std::string_view text) {
@@ -45,7 +44,7 @@ bool playlist_integer(std::string_view text, std::int32_t& value) {
   const bool negative = text.starts_with('-');
   if (negative || text.starts_with('+')) text.remove_prefix(1);
   std::int64_t size = 0;
-  const bool good = has_hex_prefix(text)      ? digits(text.substr(2), 16, size)
+  const bool good = has_hex_prefix(text)    ? digits(text.substr(2), 16, size)
                     : text.starts_with('0') ? digits(text, 8, size)
                                             : digits(text, 10, size);
   if (good) value = held(negative ? -size : size);

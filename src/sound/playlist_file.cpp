@@ -104,8 +104,8 @@ void finish_group(PlaylistParse& parse, JpsGroup& group) {
 bool parse_group(PlaylistParse& parse, PlaylistOperands& operands, JpsCommand&, float&) {
   JpsBank& bank = *parse.bank;
   if (bank.group_count == bank.group_capacity) {
-    return playlist_refuse(
-        parse, "too many groups; a group's name must not hold PLAYLIST, PLAY or SOUND");
+    return playlist_refuse(parse,
+                           "too many groups; a group's name must not hold PLAYLIST, PLAY or SOUND");
   }
   std::string_view name;
   if (!take_name(parse, operands, name)) return false;
@@ -153,8 +153,8 @@ bool parse_constant(PlaylistParse& parse, PlaylistOperands& operands, JpsCommand
                            JPS_CONSTANT_NAME_MAX);
   }
   if (!is_constant_name(name)) {
-    return playlist_refuse(
-        parse, "A constant's name must not begin with a digit or hold '+', '-' or ','");
+    return playlist_refuse(parse,
+                           "A constant's name must not begin with a digit or hold '+', '-' or ','");
   }
   for (const JpsConstant& row : std::span(constants.rows, constants.count)) {
     if (row.name == name) {
@@ -182,8 +182,8 @@ bool parse_vol_gain(PlaylistParse& parse, PlaylistOperands&, JpsCommand&, float&
 }
 
 constexpr PlaylistKeyword KEYWORDS[] = {
-    {"PLAYLIST", JPS_NO_COMMAND, parse_playlist},   {"GROUP", JPS_NO_COMMAND, parse_group},
-    {"CONSTANT", JPS_NO_COMMAND, parse_constant},   {"VOL_ATTEN", JPS_NO_COMMAND, parse_vol_atten},
+    {"PLAYLIST", JPS_NO_COMMAND, parse_playlist}, {"GROUP", JPS_NO_COMMAND, parse_group},
+    {"CONSTANT", JPS_NO_COMMAND, parse_constant}, {"VOL_ATTEN", JPS_NO_COMMAND, parse_vol_atten},
     {"VOL_GAIN", JPS_NO_COMMAND, parse_vol_gain},
 };
 

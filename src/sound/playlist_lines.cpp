@@ -74,7 +74,8 @@ bool PlaylistOperands::more() const {
 bool PlaylistOperands::take(std::string_view& operand) {
   const std::size_t comma = rest_.find(',');
   operand = playlist_trim(rest_.substr(0, comma));
-  rest_ = comma == std::string_view::npos ? std::string_view{} : skip_blanks(rest_.substr(comma + 1));
+  rest_ =
+      comma == std::string_view::npos ? std::string_view{} : skip_blanks(rest_.substr(comma + 1));
   return !operand.empty();
 }
 

@@ -81,8 +81,7 @@ bool parse_playgroup(PlaylistParse& parse, PlaylistOperands& operands, JpsComman
   }
   command.group = jps_find_group(*parse.bank, jps_key(name));
   if (command.group == nullptr) {
-    return playlist_refuse(parse, "PLAYGROUP: invalid group name '%.*s'", width(name),
-                           name.data());
+    return playlist_refuse(parse, "PLAYGROUP: invalid group name '%.*s'", width(name), name.data());
   }
   need_track(parse, command);
   return true;

@@ -22,8 +22,7 @@ void jps_ramps_run(JpsPlayer& player, float t) {
   for (JpsRamp& ramp : player.ramps) {
     if (ramp.active == 0) continue;
     const float length = ramp.end_time - ramp.start_time;
-    const float part =
-        length > 0 ? std::clamp((t - ramp.start_time) / length, 0.0F, 1.0F) : 1.0F;
+    const float part = length > 0 ? std::clamp((t - ramp.start_time) / length, 0.0F, 1.0F) : 1.0F;
     const auto way = static_cast<float>(ramp.end_volume - ramp.start_volume);
     const float volume = static_cast<float>(ramp.start_volume) + part * way;
     jpsdrvr_set_volume(ramp.track, static_cast<int>(volume));

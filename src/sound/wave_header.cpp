@@ -1,10 +1,9 @@
 #include "sound/wave_header.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 #include <iterator>
-
-#include <cstdio>
 
 #include "platform/files.h"
 
@@ -23,8 +22,8 @@ std::uint16_t half_word(const std::uint8_t* bytes) {
 JpsWaveFormat read_format(ReadFile* file, std::uint64_t offset, std::uint32_t size) {
   std::uint8_t bytes[16] = {};
   read_at(file, offset, bytes, std::min<std::size_t>(size, std::size(bytes)));
-  return {half_word(bytes),   half_word(bytes + 2),  word(bytes + 4),
-          word(bytes + 8), half_word(bytes + 12), half_word(bytes + 14)};
+  return {half_word(bytes), half_word(bytes + 2),  word(bytes + 4),
+          word(bytes + 8),  half_word(bytes + 12), half_word(bytes + 14)};
 }
 
 }  // namespace
