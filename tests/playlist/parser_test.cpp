@@ -444,13 +444,13 @@ TEST_F(Parser, Banks) {
   EXPECT_EQ(level_after_ms(50), 0);
   const std::string script = "PLAYLIST 1, 'a', 1, 1\nPLAY 0, 'loud.wav', 0\nEND\n";
   std::vector<JpsBank*> banks;
-  for (int i = 0; i < JPS_BANKS; ++i) banks.push_back(parse(script, "sounds/mainpls.txt"));
-  JpsBank* const last = parse(script);
+  for (int i = 0; i < JPS_BANKS; ++i) banks.push_back(parse_beside(script, "sounds/mainpls.txt"));
+  JpsBank* const last = parse_beside(script);
   ASSERT_NE(last, nullptr);
   EXPECT_EQ(play("a"), 0U) << "no place in the table";
   EXPECT_EQ(jps_bank_play(*last, 1), 1U) << "but it works for its owner";
   jps_bank_free(banks[7]);
-  parse(script);
+  parse_beside(script);
   EXPECT_EQ(play("a"), 1U) << "the place that was given up";
   jps_bank_free(last);
 }

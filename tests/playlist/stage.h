@@ -47,8 +47,13 @@ class Stage : public testing::Test {
     folder.write("sounds/" + name + ".wav", flat_wave(seconds, level));
   }
 
-  // The bank of this script; what was printed is in `printed`, without the path.
-  JpsBank* parse(const std::string& script, const char* path = BANK) {
+  // The bank of this script, alone; what was printed is in `printed`, without the path.
+  JpsBank* parse(const std::string& script) {
+    jps_banks_free();
+    return parse_beside(script);
+  }
+  // The same beside the banks that are there.
+  JpsBank* parse_beside(const std::string& script, const char* path = BANK) {
     folder.write("sounds/mainpls.txt", script);
     testing::internal::CaptureStdout();
     bank = playlist_parse(path, &messages);

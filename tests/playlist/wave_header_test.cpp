@@ -63,7 +63,6 @@ TEST_F(WaveHeader, DamagedFilesAreNamedAndRefused) {
     EXPECT_EQ(printed, lines + "[2]: ERROR! couldn't open sound file 'bad.wav'\n" + lines +
                            "[3]: ERROR! couldn't open sound file 'bad.wav'\n");
     EXPECT_EQ(bank->sound_count, 0U);
-    jps_bank_free(bank);
   }
   folder.write("sounds/bad.wav",
                "RIFF" + le32(9) + "AVI " + wave_chunk("fmt ", wave_format()) + data);
