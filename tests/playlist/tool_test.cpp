@@ -1,3 +1,5 @@
+#include <regex>
+
 #include "sound/game_playlists.h"
 #include "tests/playlist/stage.h"
 #include "tools/playlist/check.h"
@@ -95,4 +97,20 @@ TEST_F(Tool, RendersWhatThePlayerPlays) {
   EXPECT_NEAR(level(1.9), SOFT, 2);
   EXPECT_FALSE(render_playlists({options.script, {{"none", 0}}, 1, folder.file("x.wav")}));
   EXPECT_FALSE(render_playlists({options.script, {{"loud", 0}}, 1, folder.file("no/x.wav")}));
+}
+
+TEST(GamePlaylists, HoldEveryNameInTheGamesSources) {
+  const std::regex call(R"(play\w*\("([a-z0-9_]+)\")");
+  int found = 0;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator("src")) {
+    if (entry.path().extension() != ".cpp") continue;
+    std::ifstream stream(entry.path());
+    const std::string text{std::istreambuf_iterator<char>(stream), {}};
+    for (std::sregex_iterator name(text.begin(), text.end(), call), end; name != end; ++name) {
+      EXPECT_NE(std::ranges::find(GAME_PLAYLISTS, (*name)[1].str()), std::end(GAME_PLAYLISTS))
+          << (*name)[1] << " in " << entry.path();
+      ++found;
+    }
+  }
+  EXPECT_GT(found, 20);
 }
