@@ -103,7 +103,7 @@ TEST_F(Tool, RendersWhatThePlayerPlays) {
 TEST(GamePlaylists, HoldEveryNameInTheGamesSources) {
   int found = 0;
   for (const auto& entry : std::filesystem::recursive_directory_iterator("src")) {
-    if (entry.path().extension() != ".cpp") continue;
+    if (entry.path().extension() != ".cpp" || entry.path().parent_path() == "src/sound") continue;
     std::ifstream stream(entry.path());
     const std::string text{std::istreambuf_iterator<char>(stream), {}};
     for (std::size_t at = 1; (at = text.find("play", at)) != std::string::npos; ++at) {
