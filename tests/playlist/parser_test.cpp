@@ -342,7 +342,7 @@ TEST_F(Parser, Groups) {
   wave("third", 0.1, 1);
   parse(
       "GROUP 'two', 5\nSOUND 'loud.wav', 1\nSOUND 'soft.wav', 1\nEND\n"
-      "GROUP 'three', 1\nSOUND 'loud.wav', 1\nSOUND 'soft.wav', 1\nSOUND 'none.wav', 1\n"
+      "GROUP 'three', 3\nSOUND 'loud.wav', 1\nSOUND 'soft.wav', 1\nSOUND 'none.wav', 1\n"
       "SOUND 'third.wav', 2\nEND\n"
       "GROUP 'two', 0\nSOUND 'loud.wav', 0\nSOUND 'loud.wav', -1\nSOUND 'loud.wav'\nEND\n"
       "GROUP 'none', 3\nEND\n"
@@ -360,6 +360,7 @@ TEST_F(Parser, Groups) {
   EXPECT_EQ(bank->groups[3].no_repeat, 0U);
   const JpsGroup& three = bank->groups[1];
   ASSERT_EQ(three.sound_count, 3U);
+  EXPECT_EQ(three.no_repeat, 2U);
   EXPECT_EQ(three.sounds[0].weight, 0.25F);
   EXPECT_EQ(three.sounds[1].weight, 0.25F);
   EXPECT_EQ(three.sounds[2].weight, 0.5F);

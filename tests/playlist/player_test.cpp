@@ -54,6 +54,11 @@ TEST_F(Player, CommandsRunInTheirTime) {
   EXPECT_EQ(signals(), "5 ");
   EXPECT_EQ(jps_players_running(), 0);
   EXPECT_EQ(play("y"), 0U) << "a name that isn't there is no trouble";
+  parse_lines("SIGNAL 6\n");
+  play("x");
+  EXPECT_EQ(jps_players_running(), 1) << "END waits for the next update";
+  jps_update_all();
+  EXPECT_EQ(jps_players_running(), 0);
 }
 
 TEST_F(Player, ASoundIsHeardAndThePlaylistEndsWithIt) {
@@ -112,6 +117,13 @@ TEST_F(Player, VolumesAtOnceAndRamped) {
   EXPECT_EQ(volume(0), 55 * 155 / 255) << "at the end of a ramp it counts once";
 }
 
+TEST_F(Player, ARampOfNoLengthIsOverThoughTheClockStandsStill) {
+  parse_lines("PLAY 0, 'loud.wav', 1\nSETVOL 0, 100, 0\nDUCK 0, 50, 9\nUNDUCK 0, 0\n");
+  play("x");
+  jps_update_all();
+  EXPECT_EQ(volume(0), 150);
+}
+
 TEST_F(Player, RampsAreTenAndTheLaterWins) {
   std::string lines = "PLAY 0, 'loud.wav', 1\nSETVOL 0, 0, 1\n";
   for (int i = 1; i < 10; ++i) lines += "SETVOL 0, " + std::to_string(i * 10) + ", 1\n";
@@ -145,6 +157,7 @@ TEST_F(Player, DuckAndUnduck) {
   pass_ms(200);
   EXPECT_EQ(jps_players_running(), 1);
 
+  jpsdrvr_set_volume(5, 200);
   play("deep");
   pass_ms(150);
   EXPECT_EQ(volume(0), 0) << "no lower than 0";
@@ -156,7 +169,7 @@ TEST_F(Player, DuckAndUnduck) {
   pass_ms(200);
   EXPECT_EQ(volume(0), 255) << "but an unduck comes up from it";
   pass_ms(200);
-  EXPECT_EQ(volume(5), 0) << "a track without an owner is not ducked";
+  EXPECT_EQ(volume(5), 200) << "a track without an owner is not ducked";
   jps_stop_all();
   EXPECT_EQ(run_lines("UNDUCK 0, 1\n", 1, 0),
             "jps_opcode_func_unduck(): ERROR! Couldn't find matching duck call\n");
@@ -179,6 +192,9 @@ TEST_F(Player, LoopsCount) {
 
   EXPECT_EQ(run_lines("LOOPSTART 0\n[0.1] SIGNAL 1\nLOOPEND\n", 10'050, 0), "");
   EXPECT_GE(signals().size(), 2U * 95) << "0 has no end";
+  jps_stop_all();
+  run_lines("PLAY 0, 'loud.wav', 0\nLOOPSTART 0\n[0.01] LOOPEND\n", 1000);
+  EXPECT_EQ(owner(0)->loops[0].remaining, -1) << "nothing is counted that could run over";
   jps_stop_all();
   EXPECT_EQ(run_lines("LOOPEND\nSIGNAL 1\n", 1, 0),
             "jps_opcode_func_loopend(): ERROR! LOOPEND without matching LOOPSTART... ignoring\n");
