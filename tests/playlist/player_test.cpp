@@ -389,6 +389,15 @@ TEST_F(Player, PitchIsScaledWithinTheDriversRange) {
   }
 }
 
+TEST_F(Player, PanOfAllTracks) {
+  jps_set_pan_all(-10000);
+  jps_set_pan_all(10001);
+  const SoundLock lock;
+  for (int track = 0; track < JPS_TRACKS; ++track) {
+    EXPECT_EQ(jpsdrvr_track(track).pan, -10000) << "what is out of range changes nothing";
+  }
+}
+
 // With the real thread, which drives the hand-set clock on by itself.
 TEST_F(Player, TheGamesCallsAndTheTimer) {
   jpsdrvr_shutdown();
