@@ -1,17 +1,85 @@
 #include "sound/jps.h"
 
-// The cabinet is silent: there is no bank, so every name goes unheard and no track is taken.
-std::uint32_t jps_bank_play_name(const char* /*name*/) {
-  return 0;
+#include <cstdio>
+#include <memory>
+
+#include "platform/clock.h"
+#include "platform/thread.h"
+#include "sound/driver.h"
+#include "sound/player.h"
+#include "sound/playlist_parser.h"
+
+namespace {
+
+constexpr const char* GAME_BANK = R"(sounds\mainpls.txt)";
+constexpr int TIMER_STOP_BOUND_MS = 1000;
+
+struct Jps {
+  std::shared_ptr<Thread> timer;
+};
+
+Jps& jps() {
+  static Jps instance;
+  return instance;
 }
-void sound_pitch_scale(std::uint32_t /*tracks*/, double /*factor*/) {}
-void jps_set_pan_all(int /*pan*/) {}
-void jps_stop_all() {}
-void jps_set_master_volume(int /*volume*/) {}
+
+void run_timer(const Thread& self, void* /*context*/) {
+  while (!thread_stop_requested(self)) {
+    jps_update_all();
+    clock_sleep_ms(1);
+  }
+}
+
+}  // namespace
+
 bool jps_init() {
-  return false;
+  jps_players_reset();
+  if (jpsdrvr_init() != 0) {
+    std::puts("jps_init(): ERROR! Could not init sound hardware!");
+    return false;
+  }
+  jps().timer = thread_start("sound timer", THREAD_PRIORITY_NORMAL, run_timer, nullptr);
+  if (jps().timer == nullptr) {
+    std::puts("ERROR! Couldn't create timer thread... playlister may not play sounds correctly");
+  }
+  return true;
 }
-void jps_shutdown() {}
-bool jps_bank_load(const char* /*name*/) {
-  return false;
+
+void jps_shutdown() {
+  if (jps().timer != nullptr) {
+    thread_request_stop(*jps().timer);
+    thread_join(*jps().timer, TIMER_STOP_BOUND_MS);
+    jps().timer = nullptr;
+  }
+  jps_banks_free();
+  jpsdrvr_shutdown();
+}
+
+bool jps_bank_load(const char* name) {
+  return playlist_parse(name) != nullptr;
+}
+
+std::uint32_t jps_bank_play_name(const char* name) {
+  return jps_bank_play_name(GAME_BANK, name);
+}
+
+void jps_stop_all() {
+  jps_stop_all_players();
+}
+
+void jps_set_master_volume(int volume) {
+  jpsdrvr_set_master_volume(volume);
+}
+
+void sound_pitch_scale(std::uint32_t tracks, double factor) {
+  const SoundLock lock;
+  for (int track = 0; track < JPS_TRACKS; ++track) {
+    if ((tracks >> track & 1) == 0) continue;
+    const double hz = jpsdrvr_get_frequency(track) * factor;
+    if (hz >= 100 && hz <= 100000) jpsdrvr_set_frequency(track, static_cast<int>(hz));
+  }
+}
+
+void jps_set_pan_all(int pan) {
+  for (int track = 0; track < JPS_TRACKS; ++track) jpsdrvr_set_pan(track, pan);
 }

@@ -1,0 +1,55 @@
+// The playlists that the game asks for by name. Whoever adds a sound to the game adds its name
+// here, so that a script that lacks it is found out before a cabinet falls silent.
+#pragma once
+
+constexpr const char* GAME_PLAYLISTS[] = {
+    // music
+    "bgm",
+    "nextbgm",
+    "jackpotbgm",
+    "endjackpotbgm",
+    // voices
+    "voxalmost",
+    "voxchatter",
+    "voxeatbugs",
+    "voxeatbugsattract",
+    "voxinsertcoins",
+    "voxoops",
+    "voxplayagain",
+    "voxpressbutton",
+    "voxsmooch",
+    "voxtickets",
+    "voxwin",
+    "voxwinticketsattract",
+    "voxyay",
+    "voxyum",
+    // effects
+    "jump",
+    "croak",
+    "splash",
+    "gulp",
+    "wah",
+    "bonk",
+    "ricochet",
+    "coin",
+    "log03",
+    "log04",
+    "log05",
+    "log06",
+    "log07",
+    "ding03",
+    "ding04",
+    "ding05",
+    "ding06",
+    "ding07",
+    "ding08",
+    "jackpotcheer",
+    "endjackpotcheer",
+    // operator screens
+    "menu_over",
+    "menu_select",
+    "menu_cancel",
+    "chase",
+    "sine100",
+    "sine1k",
+};

@@ -1,0 +1,457 @@
+#include <string>
+
+#include "sound/playlist_expressions.h"
+#include "sound/playlist_lines.h"
+#include "tests/playlist/stage.h"
+
+namespace {
+
+using Parser = Stage;
+
+struct Refusal {
+  const char* line;
+  const char* message;  // behind "ERROR! "
+};
+
+std::string error(int line, const std::string& message) {
+  return "[" + std::to_string(line) + "]: ERROR! " + message + "\n";
+}
+
+}  // namespace
+
+TEST_F(Parser, KeepsEveryCommandWithItsOperands) {
+  ASSERT_NE(parse("CONSTANT VOL 0x10\n"
+                  "GROUP 'g', 0\n SOUND 'short.wav', 1\nEND\n"
+                  "VOL_ATTEN\n"
+                  "PLAYLIST 7, 'seven', VOL+4-1, 0X3\n"
+                  "  PLAY 2, \x91loud.wav', 1\n"
+                  "\tPLAYS 0x3 , 'soft.wav' ,-1 ; for ever, 'loud'\n"
+                  "[1.5] SETVOL 2, VOL + 100, 0.25\n"
+                  "[+.5]\tLOOPSTART 0\n"
+                  "LOOPEND\n"
+                  "DUCK 010, 30, 1\n"
+                  "UNDUCK 8, 2\n"
+                  "SETPAN 1, -100, 0\n"
+                  "SETFREQ 1, 22050, 0\n"
+                  "SIGNAL 65535\n"
+                  "GOTO 'a, b; c'\n"
+                  "LABEL 'a, b; c'\n"
+                  "ONMARKER 3 MARKER 2047\n"
+                  "ONSMARKER 2047 PLAYGROUP 1, 'g', 0\n"
+                  "SETPRI 1, VOL\n"
+                  "STOP 15\n"
+                  "END of it\n"),
+            nullptr);
+  EXPECT_EQ(printed, "");
+  ASSERT_EQ(bank->playlist_count, 1U);
+  EXPECT_TRUE(bank->volume_attenuation);
+  const JpsPlaylist& playlist = bank->playlists[0];
+  EXPECT_EQ(playlist.number, 7);
+  EXPECT_EQ(playlist.key, jps_key("seven"));
+  EXPECT_EQ(playlist.priority, 19);
+  EXPECT_EQ(playlist.track_mask, 3);
+  EXPECT_EQ(playlist.tracks_needed, 4U) << "STOP and SETPAN ask for no track";
+  ASSERT_EQ(playlist.command_count, 17U);
+  const JpsCommand* command = playlist.first_command;
+  const auto next = [&command](JpsOpcode opcode, float time) -> const JpsCommand& {
+    EXPECT_EQ(command->opcode, opcode);
+    EXPECT_EQ(command->time, time) << "opcode " << opcode;
+    return *command++;
+  };
+  const JpsCommand& first = next(JPS_PLAY, 0);
+  EXPECT_EQ(first.track, 2);
+  EXPECT_EQ(first.loop, 1);
+  EXPECT_EQ(first.sound->key, jps_key("loud.wav"));
+  EXPECT_EQ(first.sound->streamed, 0);
+  EXPECT_EQ(first.sound->file, nullptr);
+  const JpsCommand& second = next(JPS_PLAY, 0);
+  EXPECT_EQ(second.track, 3);
+  EXPECT_EQ(second.loop, -1);
+  EXPECT_EQ(second.sound->streamed, 1);
+  EXPECT_EQ(second.sound->length, 882000U);
+  const JpsCommand& setvol = next(JPS_SETVOL, 1.5F);
+  EXPECT_EQ(setvol.value, 116);
+  EXPECT_EQ(setvol.seconds, 0.25F);
+  EXPECT_EQ(next(JPS_LOOPSTART, 2).count, -1);
+  next(JPS_LOOPEND, 2);
+  const JpsCommand& duck = next(JPS_DUCK, 2);
+  EXPECT_EQ(duck.track, 8) << "a plain number may be octal";
+  EXPECT_EQ(duck.value, 30);
+  EXPECT_EQ(next(JPS_UNDUCK, 2).seconds, 2);
+  EXPECT_EQ(next(JPS_SETPAN, 2).value, 65436);
+  EXPECT_EQ(next(JPS_SETFREQ, 2).value, 22050);
+  EXPECT_EQ(next(JPS_SIGNAL, 2).number, 65535);
+  const JpsKey label = jps_key("a, b; c");
+  EXPECT_EQ(next(JPS_GOTO, 2).key, label);
+  EXPECT_EQ(next(JPS_LABEL, 2).key, label);
+  const JpsCommand& marker = next(JPS_MARKER, 2);
+  EXPECT_EQ(marker.condition, 0x30001U);
+  EXPECT_EQ(marker.number, 2047);
+  const JpsCommand& group = next(JPS_PLAYGROUP, 2);
+  EXPECT_EQ(group.condition, 0x07FF0002U);
+  EXPECT_EQ(group.group, &bank->groups[0]);
+  EXPECT_EQ(next(JPS_SETPRI, 2).value, 16);
+  EXPECT_EQ(next(JPS_STOP, 2).track, 15);
+  next(JPS_END, 2);
+}
+
+TEST_F(Parser, TimesAndWaits) {
+  ASSERT_NE(parse_lines("[2.0] SIGNAL 1\n"
+                        "[1.5] SIGNAL 2\n"
+                        "[+1.5] SIGNAL 3\n"
+                        "[4] PLAY 0, 'short.wav', 1\n"
+                        "WAITFOR 0\n"
+                        "SETVOL 0, 10, 2\n"
+                        "WAITFOR 0\n"
+                        "SIGNAL 4\n"
+                        "DUCK 5, 10, 1.5\n"
+                        "[+1] WAITFOR 5\n"
+                        "SIGNAL 5\n"),
+            nullptr);
+  EXPECT_EQ(printed, error(3, "time is less than previous command, ignoring command"));
+  const float expected[] = {2, 3.5F, 4, 4, 4.2F, 4.2F, 6.2F, 6.2F, 7.2F, 7.7F, 7.7F};
+  ASSERT_EQ(bank->command_count, std::size(expected));
+  for (std::size_t i = 0; i < std::size(expected); ++i) {
+    EXPECT_FLOAT_EQ(bank->commands[i].time, expected[i]) << i;
+  }
+}
+
+TEST_F(Parser, RefusesWithFileLineAndReason) {
+  const std::string track = "Track number too high! Must be less than 16";
+  const std::string loop =
+      "the loop operand is missing: 1 plays the sound once, any other value repeats it";
+  const std::string string = "Syntax error: string must surrounded by single quotes";
+  const std::pair<const char*, std::string> lines[] = {
+      {"[", "Syntax error after '['"},
+      {"[+]STOP 1", "Syntax error after '['"},
+      {"[ 1] STOP 1", "Syntax error after '['"},
+      {"[x] STOP 1", "invalid time value, ignoring command"},
+      {"[nan] STOP 1", "invalid time value, ignoring command"},
+      {"[1e99] STOP 1", "invalid time value, ignoring command"},
+      {"[1 STOP 1", "missing closing ']' after time, ignoring command"},
+      {"[1x] STOP 1", "missing closing ']' after time, ignoring command"},
+      {"[-1] STOP 1", "time is less than previous command, ignoring command"},
+      {"[+-1] STOP 1", "time is less than previous command, ignoring command"},
+      {"PLAY", "PLAY requires arguments"},
+      {"PLAY ; 1, 'loud.wav', 1", "PLAY requires arguments"},
+      {"PLAY 1", "Too few arguments to PLAY"},
+      {"PLAYS 1,", "Too few arguments to PLAY"},
+      {"PLAY x, 'loud.wav', 1", "'x' is not a whole number"},
+      {"PLAY 08, 'loud.wav', 1", "'08' is not a whole number"},
+      {"PLAY 16, 'loud.wav', 1", track},
+      {"PLAY 99999999999999999999, 'loud.wav', 1", track},
+      {"PLAY -1, 'loud.wav', 1", track},
+      {"PLAY 1, loud.wav, 1", string},
+      {"PLAY 1, 'loud.wav, 1", string},
+      {"PLAY 1, 'loud.wav' 1", string},
+      {"PLAY 1, 'loud.wav'", loop},
+      {"PLAYS 1, 'loud.wav',", loop},
+      {"PLAY 1, 'none.wav', 1", "couldn't open sound file 'none.wav'"},
+      {R"(PLAY 1, '..\sounds\loud.wav', 1)", R"(couldn't open sound file '..\sounds\loud.wav')"},
+      {"PLAYGROUP", "Too few arguments to PLAYGROUP"},
+      {"PLAYGROUP 1", "Too few arguments to PLAYGROUP"},
+      {"PLAYGROUP 16, 'g', 1", track},
+      {"PLAYGROUP 1, 'g'", loop},
+      {"PLAYGROUP 1, 'g', 1", "PLAYGROUP: invalid group name 'g'"},
+      {"STOP", "Too few arguments to STOP"},
+      {"STOP 16", track},
+      {"WAITFOR", "Too few arguments to WAITFOR"},
+      {"WAITFOR 16", track},
+      {"WAITFOR 1", "'WAITFOR' without 'PLAY'"},
+      {"LOOPSTART", "No arguments!"},
+      {"LOOPSTART -2", "Loop count must be 0 or more; 0 runs for ever"},
+      {"SETVOL", "No arguments!"},
+      {"SETVOL 1", "Not enough arguments!"},
+      {"SETVOL 1,,5", "Not enough arguments!"},
+      {"SETVOL 1, 5", "Not enough arguments!"},
+      {"SETVOL 1, 256, 0", "Volume must be in the range 0-255"},
+      {"SETVOL 1, 1-2, 0", "Volume must be in the range 0-255"},
+      {"SETVOL 1, 5, -0.1", "Ramp time must be positive"},
+      {"SETVOL 1, 5, soon", "'soon' is not a number of seconds"},
+      {"SETVOL 1, 5, inf", "'inf' is not a number of seconds"},
+      {"SETVOL 16, 5, 0", track},
+      {"SETPRI", "No arguments!"},
+      {"SETPRI 1", "Not enough arguments!"},
+      {"SETPRI 1, 256", "Priority must be in the range 0-255"},
+      {"SETPRI 16, 5", track},
+      {"SETPAN 1, 0", "Too few arguments to SETPAN"},
+      {"SETPAN 1, 0, -1", "Ramp time must be positive"},
+      {"SETFREQ 1", "Too few arguments to SETFREQ"},
+      {"SETFREQ 1, 70000, 0", "Value must be in the range -32768 to 65535"},
+      {"SETFREQ 1, 0, -1", "Ramp time must be positive"},
+      {"DUCK", "Too few arguments to DUCK"},
+      {"DUCK 1, 5", "Too few arguments to DUCK"},
+      {"DUCK 1, 256, 0", "Volume must be in the range 0-255"},
+      {"DUCK 1, 5, -1", "Ramp time must be positive"},
+      {"DUCK 16, 5, 1", track},
+      {"UNDUCK 1", "NOT ENOUGH ARGUMENTS"},
+      {"UNDUCK 1, -1", "Ramp time must be positive"},
+      {"SIGNAL", "Too few arguments to SIGNAL"},
+      {"SIGNAL 65536", "Signal number too high! Must be less than 65536"},
+      {"MARKER", "Too few arguments to MARKER"},
+      {"MARKER 2048", "Marker number too high! Must be less than 2048"},
+      {"MARKER -1", "Marker number too high! Must be less than 2048"},
+      {"ONMARKER 2048 STOP 1", "Marker number too high! Must be less than 2048"},
+      {"ONSMARKER STOP 1", "ONSMARKER needs a marker number, not 'STOP'"},
+      {"ONMARKER", "ONMARKER needs a marker number, not ''"},
+      {"GOTO", "Too few arguments to GOTO"},
+      {"LABEL x", string},
+  };
+  std::string script = "PLAYLIST 1, 'x', 1, 1\nLABEL 'GROUP'\n";
+  std::string expected;
+  int number = 2;
+  for (const auto& [line, message] : lines) {
+    script += std::string(line) + "\n";
+    expected += error(++number, message);
+  }
+  ASSERT_NE(parse(script + "END\n"), nullptr);
+  std::string later;  // behind those of the first pass
+  for (std::size_t at = 0; at < printed.size();) {
+    const std::size_t end = printed.find('\n', at) + 1;
+    const std::string line = printed.substr(at, end - at);
+    if (line.find("bad quote string") == std::string::npos) later += line;
+    at = end;
+  }
+  EXPECT_EQ(later, expected);
+  EXPECT_EQ(bank->command_count, 2U) << "what is refused leaves nothing behind";
+  EXPECT_EQ(bank->playlists[0].tracks_needed, 0U);
+  EXPECT_EQ(bank->sound_count, 0U) << "nothing is loaded for a line that is refused";
+}
+
+TEST_F(Parser, RefusesStatements) {
+  const std::string name = "Syntax error: string must surrounded by single quotes";
+  const std::string long_name(53, 'N');
+  const std::pair<std::string, std::string> lines[] = {
+      {"PLAYLIST", "not enough args to PLAYLIST"},
+      {"PLAYLIST x, 'a', 1, 1", "'x' is not a whole number"},
+      {"PLAYLIST 1", name},
+      {"PLAYLIST 1, a, 1, 1", name},
+      {"PLAYLIST 1, 'a', 256, 1", "priority must be in the range 0-255"},
+      {"PLAYLIST 1, 'a', 0-1, 1", "priority must be in the range 0-255"},
+      {"PLAYLIST 1, 'a', 1, 2-2", "trackmask must be non-zero"},
+      {"PLAYLIST 1, 'a', 1, 0x10000", "trackmask must be in the range 0x1-0xFFFF"},
+      {"GROUP", name},
+      {"GROUP 'g'", "Couldn't get repeat number"},
+      {"GROUP 'g', -1", "no-repeat count must not be negative"},
+      {"CONSTANT", "No arguments to CONSTANT!"},
+      {"CONSTANT A", "CONSTANT needs a value behind its name"},
+      {"CONSTANT " + long_name + " 1", "A constant's name must not be longer than 52 characters"},
+      {"CONSTANT 5A 1", "A constant's name must not begin with a digit or hold '+', '-' or ','"},
+      {"CONSTANT A-B 1", "A constant's name must not begin with a digit or hold '+', '-' or ','"},
+      {"CONSTANT TWICE 1", ""},
+      {"CONSTANT TWICE 2", "constant 'TWICE' has a value already"},
+      {"[0] VOL_GAIN", ""},
+      {"[0.5] VOL_GAIN", ""},
+      {"PLAYLIST 1, 'a', 1, 1", "nonzero time before playlist call!"},
+  };
+  std::string script;
+  std::string expected;
+  int number = 0;
+  for (const auto& [line, message] : lines) {
+    script += line + "\n";
+    ++number;
+    if (!message.empty()) expected += error(number, message);
+  }
+  ASSERT_NE(parse(script), nullptr);
+  EXPECT_EQ(printed, expected);
+  EXPECT_EQ(bank->playlist_count, 0U);
+  EXPECT_EQ(bank->group_count, 0U);
+}
+
+TEST_F(Parser, DefaultsOfAPlaylist) {
+  parse("PLAYLIST 1, 'a'\nEND\nPLAYLIST 2, 'b', 3\nEND\n");
+  EXPECT_EQ(printed, error(1, "no priority arg") + error(3, "no trackmask arg"));
+  ASSERT_EQ(bank->playlist_count, 2U);
+  EXPECT_EQ(bank->playlists[0].priority, 0x80);
+  EXPECT_EQ(bank->playlists[0].track_mask, 0xFF);
+  EXPECT_EQ(bank->playlists[1].priority, 3);
+  EXPECT_EQ(bank->playlists[1].track_mask, 0xFF);
+}
+
+TEST_F(Parser, AnUnknownKeywordLosesTheRest) {
+  parse(
+      "PLAYLIST 1, 'a', 1, 1\nSIGNAL 1\nPLAYLIST 9, 'in', 1, 1\nEND\n"
+      "PLAYLIST 2, 'b', 1, 1\nEND\n");
+  EXPECT_EQ(printed, error(3, "invalid opcode 'PLAYLIST'") +
+                         error(3, "Last command must be 'END' and must end with EOL") +
+                         error(4, "invalid opcode 'END'"));
+  EXPECT_EQ(bank->playlist_count, 1U);
+  EXPECT_EQ(messages, 3);
+
+  parse("PLAYLIST 1, 'a', 1, 1\nEND\nPLAYLIST 1, 'b', 1, 1\nSIGNAL 1\nEND\nVOL_ATTEN\n");
+  EXPECT_EQ(printed,
+            error(3, "duplicate playlist number, ignoring") + error(4, "invalid opcode 'SIGNAL'"));
+  EXPECT_FALSE(bank->volume_attenuation);
+
+  parse("PLAYLIST 1, 'a', 1, 1\nEND\nPLAYLIST 2, 'a', 1, 1\nEND\n[1]\n");
+  EXPECT_EQ(printed, error(3, "duplicate playlist name 'a', only the first is found by it") +
+                         error(5, "invalid opcode ''"));
+  EXPECT_EQ(jps_find_playlist(*bank, jps_key("a"))->number, 1);
+}
+
+TEST_F(Parser, Lines) {
+  const std::string fits = "SIGNAL 1 ;" + std::string(244, '-');
+  ASSERT_EQ(fits.size(), PLAYLIST_LINE_MAX);
+  parse("\n \t \n; PLAY\n  ;\nPLAYLIST 1, 'a', 1, 1\r\n" + fits + "\n" + fits + "-\r\nEND\r\n");
+  EXPECT_EQ(printed, error(7, "line is longer than 254 characters, ignoring it"));
+  EXPECT_EQ(bank->command_count, 2U);
+  EXPECT_EQ(bank->command_capacity, 4U) << "blank lines and comments count for nothing";
+
+  parse("PLAYLIST 1, 'a', 1, 1\nSIGNAL 1\nEND");
+  EXPECT_EQ(printed, error(2, "Last command must be 'END' and must end with EOL") +
+                         error(3, "the last line has no end of line and is not read"));
+  parse("");
+  EXPECT_EQ(printed, "");
+  parse(std::string("\0PLAY\n[\0]\n", 10));
+  EXPECT_EQ(messages, 2) << "the first line is lost, and with it the rest";
+  EXPECT_EQ(parse(std::string(PLAYLIST_FILE_MAX + 1, '\n')), nullptr);
+  EXPECT_EQ(playlist_parse(R"(sounds\none.txt)"), nullptr);
+}
+
+TEST_F(Parser, TheFirstPassCountsWords) {
+  struct Lost {
+    std::vector<int> lines;
+  } lost;
+  const auto note = [](int line, void* context) {
+    static_cast<Lost*>(context)->lines.push_back(line);
+  };
+  const JpsStats stats = jps_parse_get_stats(
+      "PLAYLIST 1, 'PLAY'\n"       // a playlist
+      "PLAY 1, 'x', 1\n"           // a sound
+      "PLAY 1, 'x', 1\n"           // the same again counts
+      "; PLAY 'not'\n\n"           // nothing
+      "STOP 1 ; after the PLAY\n"  // counts as a sound, and lacks a string
+      "SOUND 'PLAYLIST', 1\n"      // a playlist and a sound of a group
+      "SOUND 'y', 1 ; GROUP\n"     // a sound, also of a group
+      "GROUP 'g', 1\n"             // a group
+      "PLAYGROUP 1, 'g', 1\n"      // a sound, by its first letters
+      "CONSTANT GROUPS 1\n",       // a group
+      note, &lost);
+  EXPECT_EQ(stats.commands, 9U);
+  EXPECT_EQ(stats.playlists, 2U);
+  EXPECT_EQ(stats.sounds, 5U);
+  EXPECT_EQ(stats.groups, 2U);
+  EXPECT_EQ(stats.group_sounds, 2U);
+  EXPECT_EQ(lost.lines, std::vector<int>{6});
+  std::string many;
+  for (int i = 0; i < 2100; ++i) many += "PLAY 1, 'x', 1\n";
+  EXPECT_EQ(jps_parse_get_stats(many, note, &lost).sounds, JPS_MAX_SOUND_NAMES);
+}
+
+TEST_F(Parser, Groups) {
+  wave("third", 0.1, 1);
+  parse(
+      "GROUP 'two', 5\nSOUND 'loud.wav', 1\nSOUND 'soft.wav', 1\nEND\n"
+      "GROUP 'three', 3\nSOUND 'loud.wav', 1\nSOUND 'soft.wav', 1\nSOUND 'none.wav', 1\n"
+      "SOUND 'third.wav', 2\nEND\n"
+      "GROUP 'two', 0\nSOUND 'loud.wav', 0\nSOUND 'loud.wav', -1\nSOUND 'loud.wav'\nEND\n"
+      "GROUP 'none', 3\nEND\n"
+      "GROUP 'open', 0\nPLAY 1, 'loud.wav', 1\n");
+  EXPECT_EQ(printed, error(8, "couldn't open sound file 'none.wav'") +
+                         error(11, "duplicate group name 'two', only the first is found by it") +
+                         error(13, "Weight must not be negative") +
+                         error(14, "Too few arguments to SOUND") +
+                         error(15, "group has no sounds that could be picked") +
+                         error(17, "group has no sounds that could be picked") +
+                         error(19, "invalid opcode 'PLAY'") +
+                         error(19, "A group must end with 'END' and EOL") +
+                         error(19, "group has no sounds that could be picked"));
+  EXPECT_EQ(bank->groups[0].no_repeat, 1U);
+  EXPECT_EQ(bank->groups[3].no_repeat, 0U);
+  const JpsGroup& three = bank->groups[1];
+  ASSERT_EQ(three.sound_count, 3U);
+  EXPECT_EQ(three.no_repeat, 2U);
+  EXPECT_EQ(three.sounds[0].weight, 0.25F);
+  EXPECT_EQ(three.sounds[1].weight, 0.25F);
+  EXPECT_EQ(three.sounds[2].weight, 0.5F);
+  EXPECT_EQ(three.sounds[0].sound, bank->groups[0].sounds[0].sound) << "loaded once";
+  EXPECT_EQ(bank->sound_count, 3U);
+
+  std::string twelve = "GROUP 'twelve', 11\n";
+  for (int i = 0; i < 12; ++i) twelve += "SOUND 'loud.wav', 1\n";
+  parse(twelve + "END\nGROUP 'PLAYERS', 0\n");
+  EXPECT_NE(printed.find("no more than 10 picks are kept from repeating"), std::string::npos);
+  EXPECT_NE(printed.find("too many groups"), std::string::npos);
+  EXPECT_EQ(bank->groups[0].no_repeat, 10U);
+}
+
+TEST_F(Parser, ConstantsAndSums) {
+  JpsConstants constants;
+  constants.rows[constants.count++] = {"A", 5};
+  constants.rows[constants.count++] = {"B C", -7};
+  struct Row {
+    const char* text;
+    std::int32_t value;
+    const char* unknown;
+  };
+  for (const Row& row :
+       {Row{"12", 12, ""}, Row{"010", 10, ""}, Row{"0x1f", 31, ""}, Row{"0X1F-1", 30, ""},
+        Row{"A+A", 10, ""}, Row{" A - 1 ", 4, ""}, Row{"-A", -5, ""}, Row{"B C+1", -6, ""},
+        Row{"a", 4096, "a"}, Row{"", 4096, ""}, Row{"1+", 4096, ""}, Row{"1--1", 4096, ""},
+        Row{"0x", 4096, "0x"}, Row{"12x+1", 4096, "12x"}, Row{"99999999999", 2147483647, ""},
+        Row{"99999999999999999999999999", 2147483647, ""},
+        Row{"0-0xFFFFFFFFFFFFFFFFFF-1", -2147483647 - 1, ""}}) {
+    std::int32_t value = 0;
+    std::string_view unknown;
+    const bool known = playlist_expression(row.text, constants, value, unknown);
+    EXPECT_EQ(value, row.value) << row.text;
+    EXPECT_EQ(unknown, row.unknown) << row.text;
+    EXPECT_EQ(known, row.value != 4096) << row.text;
+  }
+  parse(
+      "CONSTANT A 100\nCONSTANT B A+0x10 ; more\nPLAYLIST 1, 'x', B, A\n"
+      "SETVOL 0, B-A, 0\nSETVOL 0, LOUD, 0\nEND\n");
+  EXPECT_EQ(printed,
+            "[5]: INVALID SYMBOL: 'LOUD'\n" + error(5, "Volume must be in the range 0-255"));
+  EXPECT_EQ(bank->playlists[0].priority, 116);
+  EXPECT_EQ(bank->playlists[0].track_mask, 100);
+  EXPECT_EQ(bank->commands[0].value, 16);
+
+  std::string many;
+  for (int i = 0; i < 65; ++i) many += "CONSTANT N" + std::to_string(i) + " 1\n";
+  parse(many);
+  EXPECT_EQ(printed, error(65, "Too many constants (must not be greater than 64)"));
+  parse("PLAYLIST 1, 'x', A, 1\n");
+  EXPECT_NE(printed.find("INVALID SYMBOL: 'A'"), std::string::npos) << "of the last file";
+}
+
+TEST_F(Parser, StreamsBySizeAndByItsFirstUse) {
+  const auto sized = [this](const std::string& name, std::uint32_t bytes) {
+    folder.write("sounds/" + name, riff(wave_chunk("fmt ", wave_format()) +
+                                        wave_chunk("data", std::string(bytes, '\0'))));
+  };
+  sized("whole.wav", 0x400000);
+  sized("large.wav", 0x400002);
+  parse(
+      "GROUP 'g', 0\nSOUND 'large.wav', 1\nEND\nPLAYLIST 1, 'x', 1, 1\n"
+      "PLAY 0, 'whole.wav', 1\nPLAYS 0, 'large.wav', 1\nPLAYS 0, 'soft.wav', 1\n"
+      "PLAY 0, 'soft.wav', 1\nEND\n");
+  EXPECT_EQ(printed, "");
+  EXPECT_EQ(bank->sound_count, 3U);
+  EXPECT_EQ(bank->commands[0].sound->streamed, 0);
+  EXPECT_EQ(bank->commands[1].sound->streamed, 0) << "a group's sound was loaded";
+  EXPECT_EQ(bank->commands[3].sound->streamed, 1);
+  parse_lines("PLAY 0, 'large.wav', 1\n");
+  EXPECT_EQ(bank->commands[0].sound->streamed, 1);
+}
+
+TEST_F(Parser, Banks) {
+  EXPECT_EQ(play("a"), 0U);
+  parse("PLAYLIST 1, 'a', 1, 1\nPLAY 0, 'loud.wav', 0\nEND\n");
+  EXPECT_EQ(play("a"), 1U);
+  jps_bank_free(bank);
+  EXPECT_EQ(jps_players_running(), 0);
+  EXPECT_EQ(play("a"), 0U) << "a bank that is gone is not found";
+  EXPECT_EQ(level_after_ms(50), 0);
+  const std::string script = "PLAYLIST 1, 'a', 1, 1\nPLAY 0, 'loud.wav', 0\nEND\n";
+  std::vector<JpsBank*> banks;
+  for (int i = 0; i < JPS_BANKS; ++i) banks.push_back(parse_beside(script, "sounds/mainpls.txt"));
+  JpsBank* const last = parse_beside(script);
+  ASSERT_NE(last, nullptr);
+  EXPECT_EQ(play("a"), 0U) << "no place in the table";
+  EXPECT_EQ(jps_bank_play(*last, 1), 1U) << "but it works for its owner";
+  jps_bank_free(banks[7]);
+  parse_beside(script);
+  EXPECT_EQ(play("a"), 1U) << "the place that was given up";
+  jps_bank_free(last);
+}

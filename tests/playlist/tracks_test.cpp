@@ -1,0 +1,148 @@
+#include <bit>
+
+#include "sound/jps.h"
+
+#include "tests/playlist/stage.h"
+
+namespace {
+
+class Tracks : public Stage {
+ protected:
+  // Playlist "name" that plays `sound` for ever on so many tracks.
+  void add(const std::string& name, int tracks, int priority, const std::string& mask,
+           const std::string& sound = "loud") {
+    script_ += "PLAYLIST " + std::to_string(++count_) + ", '" + name + "', " +
+               std::to_string(priority) + ", " + mask + "\n";
+    for (int i = 0; i < tracks; ++i) {
+      const std::string track = std::to_string(i);
+      script_ += "SETVOL " + track + ", 255, 0\nPLAY " + track + ", '" + sound + ".wav', 0\n";
+    }
+    script_ += "END\n";
+  }
+  void load() {
+    parse(script_);
+    ASSERT_EQ(printed, "");
+  }
+
+ private:
+  std::string script_;
+  int count_ = 0;
+};
+
+}  // namespace
+
+TEST_F(Tracks, FirstFreeThenLowerThenTheOldestEqual) {
+  add("one", 1, 100, "0x0007");
+  add("two", 1, 99, "0x0007");
+  add("low", 1, 98, "0xFFFF");
+  add("high", 1, 101, "0x0007");
+  load();
+  EXPECT_EQ(play("two"), 1U);
+  pass_ms(10);
+  EXPECT_EQ(play("one"), 2U);
+  pass_ms(10);
+  EXPECT_EQ(play("one"), 4U);
+  EXPECT_EQ(play("low"), 8U) << "a free one";
+  EXPECT_EQ(play("one"), 1U) << "the one of lower priority, though others are as old";
+  EXPECT_EQ(jps_players_running(), 4);
+  pass_ms(10);
+  EXPECT_EQ(play("one"), 2U) << "the oldest of equals";
+  EXPECT_EQ(play("one"), 1U) << "the first of those as old";
+  EXPECT_EQ(play("two"), 0U) << "all of them are higher";
+  EXPECT_EQ(play("high"), 1U);
+}
+
+TEST_F(Tracks, ALowRequestDisturbsNobody) {
+  add("all", 16, 50, "1");
+  add("low", 1, 49, "0xFFFF");
+  add("pair", 2, 49, "0xFFFF");
+  add("equal", 16, 50, "1");
+  load();
+  EXPECT_EQ(play("all"), 0xFFFFU);
+  const JpsPlayer* const holder = owner(0);
+  EXPECT_EQ(play("low"), 0U);
+  EXPECT_EQ(play("pair"), 0U);
+  for (int track = 0; track < JPS_TRACKS; ++track) EXPECT_EQ(owner(track), holder);
+  EXPECT_EQ(jps_players_running(), 1);
+  EXPECT_EQ(play("equal"), 0xFFFFU);
+  EXPECT_NE(owner(0), holder);
+  EXPECT_EQ(jps_players_running(), 1);
+}
+
+TEST_F(Tracks, RunsAreAdjacentAndTheMaskAllowsTheirBeginning) {
+  add("three", 3, 10, "0x0001");
+  add("middle", 1, 20, "0x0002");
+  add("pair", 2, 10, "0xFFFF");
+  add("tail", 2, 10, "0x8000");
+  add("over", 2, 30, "0x0001");
+  load();
+  EXPECT_EQ(play("tail"), 0U) << "a run can't reach beyond the last track";
+  EXPECT_EQ(play("middle"), 2U);
+  EXPECT_EQ(play("three"), 0U) << "only tracks 0 to 2, and one of them is higher";
+  EXPECT_EQ(play("pair"), 0xCU) << "track 0 is free, but not its neighbour";
+  EXPECT_EQ(play("over"), 3U) << "the mask is of the first track alone";
+}
+
+TEST_F(Tracks, AStolenTrackFallsSilentAndTheTakerIsHeard) {
+  add("pair", 2, 10, "0x0001");
+  add("taker", 1, 20, "0x0001", "soft");
+  add("second", 1, 20, "0x0002", "soft");
+  load();
+  EXPECT_EQ(play("pair"), 3U);
+  EXPECT_NEAR(level_after_ms(50), 2 * LOUD, 3);
+  EXPECT_EQ(play("taker"), 1U);
+  EXPECT_NEAR(level_after_ms(50), LOUD + SOFT, 3) << "the pair goes on with one";
+  EXPECT_EQ(jps_players_running(), 2);
+  EXPECT_EQ(play("second"), 2U);
+  EXPECT_NEAR(level_after_ms(50), 2 * SOFT, 3);
+  EXPECT_EQ(jps_players_running(), 2) << "who has lost the last track has stopped";
+}
+
+TEST_F(Tracks, WhatWasTakenIsOutOfTheLosersReach) {
+  parse(
+      "PLAYLIST 1, 'x', 10, 1\nSETVOL 0, 255, 0\nSETVOL 1, 255, 0\nPLAY 0, 'loud.wav', 0\n"
+      "PLAY 1, 'soft.wav', 0\nSETVOL 0, 0, 1\n[0.3] STOP 0\nSETVOL 0, 10, 0\nSETPRI 0, 255\n"
+      "PLAY 0, 'short.wav', 0\nEND\n"
+      "PLAYLIST 2, 'taker', 11, 1\n[0.1] SETVOL 0, 255, 0\nPLAY 0, 'loud.wav', 0\nEND\n");
+  play("x");
+  pass_ms(100);
+  EXPECT_EQ(play("taker"), 1U);
+  EXPECT_NEAR(level_after_ms(50), SOFT, 2) << "the old sound has ended though no new one began";
+  pass_ms(600);
+  EXPECT_EQ(volume(0), 255) << "neither ramps nor commands of the loser reach the track";
+  EXPECT_NEAR(heard.back(), LOUD + SOFT, 3);
+  const SoundLock lock;
+  EXPECT_EQ(jpsdrvr_track(0).priority, 11);
+}
+
+TEST_F(Tracks, SetpriProtectsATrack) {
+  parse(
+      "PLAYLIST 1, 'x', 10, 1\nPLAY 0, 'loud.wav', 0\nSETPRI 0, 200\nEND\n"
+      "PLAYLIST 2, 'y', 100, 1\nPLAY 0, 'loud.wav', 0\nEND\n");
+  EXPECT_EQ(play("x"), 1U);
+  EXPECT_EQ(play("y"), 0U);
+}
+
+TEST_F(Tracks, PlayersAreThirtyTwo) {
+  parse(
+      "PLAYLIST 1, 'x', 1, 1\n[1] SIGNAL 1\nEND\n"
+      "PLAYLIST 2, 'y', 1, 1\nPLAY 0, 'loud.wav', 0\nEND\n");
+  for (int i = 0; i < JPS_PLAYERS; ++i) play("x");
+  EXPECT_EQ(jps_players_running(), JPS_PLAYERS);
+  EXPECT_EQ(play("y"), 0U) << "the 33rd";
+  EXPECT_EQ(owner(0), nullptr);
+  pass_ms(1010);
+  EXPECT_EQ(jps_players_running(), 0);
+  EXPECT_EQ(play("y"), 1U);
+}
+
+TEST_F(Tracks, OneSoundOnManyTracks) {
+  add("x", 1, 1, "0xFFFF", "soft");
+  load();
+  std::uint32_t taken = 0;
+  for (int i = 0; i < 10; ++i) taken |= play("x");
+  EXPECT_EQ(std::popcount(taken), 10);
+  EXPECT_NEAR(level_after_ms(50), 10 * SOFT, 10);
+  jps_stop_all();
+  EXPECT_EQ(level_after_ms(50), 0);
+}

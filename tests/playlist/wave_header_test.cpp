@@ -1,0 +1,75 @@
+#include "sound/wave_header.h"
+
+#include "tests/playlist/stage.h"
+
+namespace {
+
+using WaveHeader = Stage;
+
+}  // namespace
+
+TEST_F(WaveHeader, WalksToTheSamples) {
+  // An odd chunk is followed by no byte of padding.
+  const std::string before = wave_chunk("bext", "odd") +
+                             wave_chunk("fmt ", wave_format(2, 22050, 8) + "xx") +
+                             wave_chunk("LIST", std::string(1000, 'd'));
+  folder.write("a.wav", riff(before + wave_chunk("data", "12345678")));
+  ReadFile* const file = read_open("a.wav");
+  WaveInfo info;
+  std::uint32_t offset = 0;
+  ASSERT_TRUE(read_wav_header(info, file, offset));
+  read_close(file);
+  EXPECT_EQ(info.data_size, 8U);
+  EXPECT_EQ(offset, 12 + before.size() + 8);
+  EXPECT_EQ(info.format.format_tag, 1);
+  EXPECT_EQ(info.format.channels, 2);
+  EXPECT_EQ(info.format.sample_rate, 22050U);
+  EXPECT_EQ(info.format.average_bytes, 44100U);
+  EXPECT_EQ(info.format.block_align, 2);
+  EXPECT_EQ(info.format.bits, 8);
+}
+
+TEST_F(WaveHeader, DamagedFilesAreNamedAndRefused) {
+  const std::string data = wave_chunk("data", std::string(1000, '\1'));
+  const auto with = [&data](const std::string& format) {
+    return riff(wave_chunk("fmt ", format) + data);
+  };
+  const std::pair<std::string, const char*> files[] = {
+      {"", "it is no wave file"},
+      {"RIFF", "it is no wave file"},
+      {std::string(100'000, '\0'), "it is no wave file"},
+      {riff(data), "it is no wave file"},
+      {riff(wave_chunk("fmt ", wave_format())), "it is no wave file"},
+      {"RIFF" + le32(0xFFFFFFFF) + "WAVEjunk" + le32(0xFFFFFFFF) + "data", "it is no wave file"},
+      {riff("fmt " + le32(0xFFFFFFFF) + wave_format()), "it is no wave file"},
+      {with(""), "it is not plain PCM"},
+      {with(wave_format(1, 44100, 16, 3)), "it is not plain PCM"},
+      {with(wave_format(0)), "it has neither 1 nor 2 channels"},
+      {with(wave_format(65535)), "it has neither 1 nor 2 channels"},
+      {with(wave_format(1, 0)), "its sample rate is not in the range 100-100000"},
+      {with(wave_format(1, 0xFFFFFFFF)), "its sample rate is not in the range 100-100000"},
+      {with(wave_format(1, 44100, 0)), "its samples have neither 8 nor 16 bits"},
+      {with(wave_format(1, 44100, 24)), "its samples have neither 8 nor 16 bits"},
+      {riff(wave_chunk("fmt ", wave_format()) + wave_chunk("data", "")), "it holds no samples"},
+      {riff(wave_chunk("fmt ", wave_format()) + "data" + le32(0xFFFFFFFF) + "few"),
+       "the file ends before its samples do"},
+  };
+  for (const auto& [bytes, reason] : files) {
+    folder.write("sounds/bad.wav", bytes);
+    parse("PLAYLIST 1, 'x', 1, 1\nPLAYS 0, 'bad.wav', 1\nPLAY 1, 'bad.wav', 1\nEND\n");
+    const std::string lines = std::string(R"(jps_parse_addsound(): ERROR! sounds\bad.wav: )") +
+                              reason +
+                              "\njps_parse_addsound(): ERROR! Couldn't load sounds\\bad.wav\n";
+    EXPECT_EQ(printed, lines + "[2]: ERROR! couldn't open sound file 'bad.wav'\n" + lines +
+                           "[3]: ERROR! couldn't open sound file 'bad.wav'\n");
+    EXPECT_EQ(bank->sound_count, 0U);
+  }
+  folder.write("sounds/bad.wav",
+               "RIFF" + le32(9) + "AVI " + wave_chunk("fmt ", wave_format()) + data);
+  parse_lines("PLAY 0, 'bad.wav', 1\n");
+  EXPECT_EQ(printed, "read_wav_header(): Invalid filetype!\n");
+  EXPECT_EQ(bank->sound_count, 1U) << "the form is named, and the file is used";
+  std::filesystem::create_directory(folder.file("sounds/folder.wav"));
+  parse_lines("PLAY 0, 'folder.wav', 1\n");
+  EXPECT_EQ(bank->sound_count, 0U);
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+struct RenderRequest {
+  std::string name;
+  double at_s = 0;  // when it is asked for
+};
+
+struct RenderOptions {
+  std::string script;
+  std::vector<RenderRequest> requests;
+  double for_s = 10;
+  std::string output;
+};
+
+// Plays playlists of a file and writes what is heard as a wave file of 16-bit stereo at 44100 Hz,
+// faster than it would sound. False, after a message, if that can't be done.
+bool render_playlists(const RenderOptions& options);

@@ -1,0 +1,30 @@
+#include "tools/playlist/stage.h"
+
+#include <filesystem>
+
+#include "platform/files.h"
+#include "platform/headless/clock_control.h"
+#include "sound/bank.h"
+#include "sound/driver.h"
+#include "sound/player.h"
+#include "sound/playlist_parser.h"
+
+SoundStage::SoundStage() {
+  // With the host's root for the program's folder, an absolute path is a name that the game's files
+  // understand.
+  files_use_roots("", "");
+  headless_clock_set(1000);
+  jps_players_reset();
+  jpsdrvr_init();
+}
+
+SoundStage::~SoundStage() {
+  jps_banks_free();
+  jpsdrvr_shutdown();
+}
+
+JpsBank* SoundStage::parse(const std::string& file) {
+  std::error_code failed;
+  const auto path = std::filesystem::weakly_canonical(file, failed);
+  return playlist_parse(failed ? file.c_str() : path.c_str(), &messages);
+}

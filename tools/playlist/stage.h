@@ -1,0 +1,19 @@
+// The game's sound on a host: any file can be opened, nothing is heard, no time passes by itself.
+#pragma once
+
+#include <string>
+
+struct JpsBank;
+
+class SoundStage {
+ public:
+  SoundStage();
+  ~SoundStage();
+  SoundStage(const SoundStage&) = delete;
+  SoundStage& operator=(const SoundStage&) = delete;
+
+  // Parses a file of the host, which prints what is wrong with it. Null if it can't be opened.
+  JpsBank* parse(const std::string& file);
+
+  int messages = 0;  // of the file parsed last
+};
