@@ -6,6 +6,7 @@
 
 #include "art/catalogue.h"
 #include "art/palette.h"
+#include "art/relief.h"
 
 namespace art {
 
@@ -117,15 +118,22 @@ void draw_glyph_chunky(const Cell& cell) {
 
 void draw_jackpot_digit(const Cell& cell, int digit) {
   const char text[2] = {static_cast<char>('0' + digit), 0};
-  cairo_t* c = cell.ctx;
   // 150 pixels from one to the next, whatever the digit.
-  WordStyle style{Face::kChunky, 236, {1, 1, 0.66}, {1.0, 0.58, 0.04}, {0.36, 0.10, 0.02}, 9};
-  Ink ink = words_path(c, text, style.face, style.size);
-  cairo_new_path(c);
-  double k = std::min(1.0, 128 / ink.width);
-  cairo_translate(c, 128, 128);
-  cairo_scale(c, k, 1);
-  words(c, text, style, 0, 0);
+  const double width = 126, height = 168, depth = 11;
+  const Path ink = [=](cairo_t* c) {
+    cairo_save(c);
+    const Ink own = words_path(c, text, Face::kChunky, 236);
+    cairo_translate(c, 128, 128 - depth / 2);
+    cairo_scale(c, std::min(1.0, width / own.width), height / own.height);
+    cairo_translate(c, -own.x - own.width / 2, -own.y - own.height / 2);
+    words_path(c, text, Face::kChunky, 236);
+    cairo_restore(c);
+  };
+  Block style = kGoldLetters;
+  style.rim = 9;
+  style.depth = depth;
+  style.relief.bevel = 17;
+  block(cell.ctx, ink, style, 40, 212);
 }
 
 // Sixteen glyphs to a row from the top left corner of a picture that may be larger.
