@@ -4,82 +4,155 @@
 
 #include "art/catalogue.h"
 #include "art/palette.h"
+#include "art/relief.h"
 
 namespace art {
 
 namespace {
 
-const WordStyle kCarved{Face::kChunky, 60, kGoldLight, {1.0, 0.60, 0.10}, {0.28, 0.11, 0.02}, 5};
+// Sawn wood: long soft grain that bends round a knot or two; calm where words go.
+Colour wood_at(double x, double y, uint32_t seed, Colour base) {
+  const double bend = 9 * fbm(x / 90, y / 60, seed, 2);
+  const double rings = std::sin((y + bend) * 0.42 + 3 * fbm(x / 160, y / 14, seed + 7, 2));
+  const double streak = fbm(x / 70, (y + bend) / 3.2, seed + 13, 3);
+  return dim(base, 0.97 + 0.045 * rings + 0.20 * (streak - 0.45));
+}
 
-void draw_plank(cairo_t* c, double x, double y, double w, double h, double tilt, Colour base,
+// A slab's outline: straight enough for words, its ends and edges as the tree grew.
+Path slab(double x, double y, double w, double h, double wander, uint32_t seed) {
+  return [=](cairo_t* c) {
+    cairo_new_path(c);
+    const int steps = 160;
+    for (int i = 0; i < steps; i++) {
+      // A squared-off ellipse, its radius swaying with the angle.
+      const double a = kTau * i / steps, k = std::cos(a), s = std::sin(a);
+      const double px = std::copysign(std::pow(std::fabs(k), 0.24), k);
+      const double py = std::copysign(std::pow(std::fabs(s), 0.24), s);
+      const double sway = 1 + wander * (noise(3 * k + 9, 3 * s + 9, seed) - 0.5);
+      cairo_line_to(c, x + w / 2 + px * (w / 2 - h * 0.06 + h * 0.06 * sway),
+                    y + h / 2 + py * h / 2 * sway);
+    }
+    cairo_close_path(c);
+  };
+}
+
+// A board with its bark on: the dark rim stands up, the sawn face lies a little deeper.
+void draw_board(cairo_t* c, double x, double y, double w, double h, double rim, Colour base,
                 uint32_t seed) {
+  const Path bark = slab(x, y, w, h, 0.10, seed);
+  const Path face = slab(x + rim, y + rim, w - 2 * rim, h - 2 * rim, 0.08, seed + 1);
+  stroke(c, bark, {0.13, 0.06, 0.02}, 5);
+  raise(c, bark,
+        texture(x - 4, y - 4, w + 8, h + 8,
+                [=](double u, double v) {
+                  const double k = fbm(u / 9, v / 9, seed + 3, 3);
+                  return mix({0.24, 0.12, 0.05}, {0.50, 0.29, 0.13}, smooth(0.25, 0.62, k));
+                }),
+        {rim * 1.1, 0.9, 0.25, 0});
+  stroke(c, face, {0.16, 0.08, 0.03}, rim * 0.30);
+  raise(c, face,
+        texture(x, y, w, h, [=](double u, double v) { return wood_at(u, v, seed + 5, base); }),
+        {rim * 0.45, -0.55, 0, 0});
   cairo_save(c);
-  cairo_translate(c, x + w / 2, y + h / 2);
-  cairo_rotate(c, tilt);
-  cairo_translate(c, -w / 2, -h / 2);
-  Path board = round_rect(0, 0, w, h, 9);
-  puff(c, board, base, w / 2, h / 2, w * 0.62, 3, 0.12);
-  cairo_save(c);
-  board(c);
+  face(c);
   cairo_clip(c);
-  Rng rng{seed};
-  cairo_set_line_cap(c, CAIRO_LINE_CAP_ROUND);
-  for (int i = 0; i < static_cast<int>(h * w / 420); i++) {
-    double gy = h * rng.unit(), gx = w * rng.range(-0.1, 0.9), run = w * rng.range(0.08, 0.4);
-    bool light = rng.unit() < 0.25;
-    set(c, light ? kWoodLight : kWoodDark, light ? 0.5 : rng.range(0.10, 0.36));
-    cairo_set_line_width(c, rng.range(0.8, 2.2));
-    cairo_move_to(c, gx, gy);
-    cairo_curve_to(c, gx + run * 0.3, gy + rng.range(-3, 3), gx + run * 0.7, gy + rng.range(-3, 3),
-                   gx + run, gy + rng.range(-2, 2));
-    cairo_stroke(c);
-  }
-  stroke(c, capsule({6, 3}, 0.5, {w - 6, 3}, 0.5), {1, 0.90, 0.66}, 3, 0.5);
-  cairo_restore(c);
-  for (double nx : {10.0, w - 10})
-    puff(c, circle(nx, h / 2, 3.2), {0.62, 0.62, 0.66}, nx, h / 2, 4, 1.2, 0.6);
+  // The rim throws its shadow from the upper left.
+  for (int i = 1; i <= 4; i++)
+    stroke(c, moved(face, -rim * 0.10, -rim * 0.16), {0.12, 0.05, 0.02}, rim * 0.42 * i, 0.11);
   cairo_restore(c);
 }
 
-void draw_post(cairo_t* c, double x, double top, double foot) {
-  puff(c, round_rect(x - 9, top, 18, foot - top, 5), {0.52, 0.32, 0.15}, x - 4, (top + foot) / 2,
-       (foot - top) * 0.6, 2.5, 0.1);
+void draw_post(cairo_t* c, double x, double top, double foot, double width) {
+  const Path post = round_rect(x - width / 2, top, width, foot - top, width * 0.34);
+  stroke(c, post, {0.13, 0.06, 0.02}, 5);
+  raise(c, post,
+        texture(x - width, top - 4, 2 * width, foot - top + 8,
+                [=](double u, double v) {
+                  return mix({0.34, 0.19, 0.08}, {0.52, 0.31, 0.14},
+                             smooth(0.2, 0.7, fbm(u / 4, v / 24, 31, 3)));
+                }),
+        {width * 0.46, 0.8, 0.15, 0});
+}
+
+// Turns of rope round a post's head and the board's edge, from y downward.
+void draw_rope(cairo_t* c, double x, double y, double width, double thick, int turns) {
+  for (int i = 0; i < turns; i++) {
+    const double at = y + i * thick * 0.86, lean = thick * (i % 2 ? -0.16 : 0.16);
+    const Path turn =
+        capsule({x - width / 2, at + lean}, thick / 2, {x + width / 2, at - lean}, thick / 2);
+    stroke(c, turn, {0.22, 0.12, 0.04}, 2.4);
+    raise(c, turn,
+          [=](cairo_t* k) {
+            set(k, {0.88, 0.72, 0.42});
+            cairo_paint(k);
+            for (double s = -width; s < width; s += thick * 0.72)
+              stroke(k, capsule({x + s, at + thick}, 0.4, {x + s + thick * 1.2, at - thick}, 0.4),
+                     {0.58, 0.40, 0.18}, thick * 0.15);
+          },
+          {thick * 0.42, 0.8, 0.2, 0});
+  }
+}
+
+void draw_nail(cairo_t* c, double x, double y, double r) {
+  stroke(c, circle(x, y, r), {0.12, 0.06, 0.03}, r * 0.6);
+  raise(c, circle(x, y, r), plain({0.72, 0.70, 0.66}), {r * 0.9, 0.8, 0.8, 0.5});
+}
+
+// The board stands still enough to be read: the words on it don't move.
+constexpr int kFine = 2;
+
+void draw_sign_board(Canvas& canvas, bool price) {
+  cairo_t* c = canvas.ctx;
+  cairo_scale(c, kFine, kFine);
+  const Colour base = price ? Colour{0.60, 0.37, 0.15} : Colour{0.55, 0.31, 0.13};
+  draw_board(c, 6, 13, 244, 97, 8.5, base, price ? 71 : 43);
+  for (double x : {44.0, 212.0}) {
+    draw_rope(c, x, 12, 20, 7, 3);
+    draw_nail(c, x, 101.5, 3.2);
+  }
 }
 
 void draw_sign(const Cell& cell, bool price) {
+  static Memo<bool> boards;
   cairo_t* c = cell.ctx;
-  double s = std::sin(kTau * cell.turn());
-  // The words on it stand still, so the board only rocks a little round its middle.
-  for (double x : {62.0, 194.0}) draw_post(c, x, 12, 122);
-  cairo_translate(c, 128, 58);
-  cairo_rotate(c, 0.012 * s);
-  cairo_translate(c, -128, -58);
-  Colour base = price ? Colour{0.74, 0.47, 0.22} : kWood;
-  draw_plank(c, 9, 11, 238, 44, 0.008, base, price ? 3 : 5);
-  draw_plank(c, 11, 56, 234, 44, -0.008, dim(base, 0.95), price ? 4 : 6);
-  // A sprig at a corner that nods in the wind.
-  double x = price ? 236 : 20, way = price ? -1 : 1;
-  for (int i = 0; i < 3; i++) {
-    double a = -kTau / 4 + way * (-0.7 + 0.55 * i) + 0.10 * s;
-    Point foot{x, 104}, tip{x + 20 * std::cos(a), 104 + 20 * std::sin(a)};
-    puff(c, leaf(foot, tip, 4.5, 3 * s), mix(kLeaf, kLeafLight, 0.4 * i), x, 95, 14, 1.4, 0.1);
+  const double a = kTau * cell.turn(), s = std::sin(a), late = std::sin(a - 0.9);
+  for (double x : {44.0, 212.0}) draw_post(c, x, 4, 125, 17);
+  const Canvas& board = boards.get(price, cell.width * kFine, cell.height * kFine,
+                                   [=](Canvas& canvas) { draw_sign_board(canvas, price); });
+  cairo_save(c);
+  cairo_translate(c, 128, 58 + 0.4 * std::cos(2 * a));
+  cairo_rotate(c, 0.011 * s);
+  cairo_scale(c, 1.0 / kFine, 1.0 / kFine);
+  paint_canvas(c, board, -128 * kFine, -58 * kFine);
+  cairo_restore(c);
+  // A sprig at a corner that nods in the wind, a moment after the board.
+  const double x = price ? 237 : 19, way = price ? -1 : 1;
+  for (int i = 0; i < 4; i++) {
+    const double lean = -kTau / 4 + way * (-0.9 + 0.55 * i) + (0.10 + 0.03 * i) * late;
+    const Point foot{x, 112}, tip{x + 24 * std::cos(lean), 112 + 26 * std::sin(lean)};
+    const Path blade = leaf(foot, tip, 6.5, 3 * late);
+    stroke(c, blade, kForest, 3);
+    raise(c, blade, ramp(tip, kLeafLight, foot, kLeaf), {4, 0.7, 0.3, 0});
   }
 }
 
 void draw_eat_bugs_board(const Cell& cell) {
   cairo_t* c = cell.ctx;
-  soft_spot(c, 343, 486, 270, 22, kBlack, 0.45);
-  for (double x : {170.0, 516.0}) draw_post(c, x, 236, 496);
-  draw_plank(c, 66, 226, 554, 118, -0.012, kWood, 21);
-  draw_plank(c, 78, 346, 530, 118, 0.012, dim(kWood, 0.94), 22);
-  WordStyle style = kCarved;
-  style.size = 104;
-  style.rim_width = 8;
-  words(c, "EAT BUGS,", style, 343, 286, 520);
-  style.top = kWhite;
-  style.bottom = {1.0, 0.92, 0.55};
-  style.size = 92;
-  words(c, "WIN TICKETS!", style, 343, 406, 500);
+  soft_spot(c, 343, 486, 250, 20, kBlack, 0.45);
+  for (double x : {150.0, 536.0}) draw_post(c, x, 206, 494, 40);
+  draw_board(c, 58, 222, 570, 244, 20, {0.58, 0.33, 0.13}, 97);
+  for (double x : {150.0, 536.0}) {
+    draw_rope(c, x, 222, 48, 15, 3);
+    draw_nail(c, x, 446, 7);
+  }
+  Block style = kGoldLetters;
+  style.rim = 8;
+  block_words(c, "EAT BUGS,", 112, style, 343, 296, 500);
+  style = kCreamLetters;
+  style.rim = 8;
+  style.depth = 6;
+  style.relief.bevel = 10;
+  block_words(c, "WIN TICKETS!", 92, style, 343, 398, 510);
 }
 
 void draw_logo(const Cell& cell) {
