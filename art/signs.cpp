@@ -46,7 +46,7 @@ void draw_board(cairo_t* c, double x, double y, double w, double h, double rim, 
         texture(x - 4, y - 4, w + 8, h + 8,
                 [=](double u, double v) {
                   const double k = fbm(u / 9, v / 9, seed + 3, 3);
-                  return mix({0.24, 0.12, 0.05}, {0.50, 0.29, 0.13}, smooth(0.25, 0.62, k));
+                  return mix({0.34, 0.19, 0.09}, {0.54, 0.33, 0.16}, smooth(0.25, 0.62, k));
                 }),
         {rim * 1.1, 0.9, 0.25, 0});
   stroke(c, face, {0.16, 0.08, 0.03}, rim * 0.30);
@@ -104,7 +104,7 @@ constexpr int kFine = 2;
 void draw_sign_board(Canvas& canvas, bool price) {
   cairo_t* c = canvas.ctx;
   cairo_scale(c, kFine, kFine);
-  const Colour base = price ? Colour{0.60, 0.37, 0.15} : Colour{0.55, 0.31, 0.13};
+  const Colour base = price ? Colour{0.56, 0.34, 0.14} : Colour{0.55, 0.31, 0.13};
   draw_board(c, 6, 13, 244, 97, 8.5, base, price ? 71 : 43);
   for (double x : {44.0, 212.0}) {
     draw_rope(c, x, 12, 20, 7, 3);
@@ -116,7 +116,7 @@ void draw_sign(const Cell& cell, bool price) {
   static Memo<bool> boards;
   cairo_t* c = cell.ctx;
   const double a = kTau * cell.turn(), s = std::sin(a), late = std::sin(a - 0.9);
-  for (double x : {44.0, 212.0}) draw_post(c, x, 4, 125, 17);
+  for (double x : {44.0, 212.0}) draw_post(c, x, 5, 122, 17);
   const Canvas& board = boards.get(price, cell.width * kFine, cell.height * kFine,
                                    [=](Canvas& canvas) { draw_sign_board(canvas, price); });
   cairo_save(c);
@@ -126,7 +126,7 @@ void draw_sign(const Cell& cell, bool price) {
   paint_canvas(c, board, -128 * kFine, -58 * kFine);
   cairo_restore(c);
   // A sprig at a corner that nods in the wind, a moment after the board.
-  const double x = price ? 237 : 19, way = price ? -1 : 1;
+  const double x = price ? 226 : 30, way = price ? -1 : 1;
   for (int i = 0; i < 4; i++) {
     const double lean = -kTau / 4 + way * (-0.9 + 0.55 * i) + (0.10 + 0.03 * i) * late;
     const Point foot{x, 112}, tip{x + 24 * std::cos(lean), 112 + 26 * std::sin(lean)};
@@ -147,12 +147,12 @@ void draw_eat_bugs_board(const Cell& cell) {
   }
   Block style = kGoldLetters;
   style.rim = 8;
-  block_words(c, "EAT BUGS,", 112, style, 343, 296, 500);
+  block_words(c, "EAT BUGS,", 112, style, 343, 304, 500);
   style = kCreamLetters;
   style.rim = 8;
   style.depth = 6;
   style.relief.bevel = 10;
-  block_words(c, "WIN TICKETS!", 92, style, 343, 398, 510);
+  block_words(c, "WIN TICKETS!", 92, style, 343, 402, 510);
 }
 
 void draw_logo(const Cell& cell) {
