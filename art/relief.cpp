@@ -254,6 +254,21 @@ Path moved(const Path& shape, double x, double y) {
   };
 }
 
+Path joined(std::vector<Path> parts) {
+  return [parts = std::move(parts)](cairo_t* c) {
+    std::vector<cairo_path_t*> laid;
+    for (const Path& part : parts) {
+      part(c);
+      laid.push_back(cairo_copy_path(c));
+    }
+    cairo_new_path(c);
+    for (cairo_path_t* path : laid) {
+      cairo_append_path(c, path);
+      cairo_path_destroy(path);
+    }
+  };
+}
+
 Path word_shape(const char* text, double size, double x, double y, double max_width) {
   return [=, line = std::string(text)](cairo_t* c) {
     cairo_save(c);

@@ -2,6 +2,8 @@
 // Signs, letters, emblems and tickets are made of it.
 #pragma once
 
+#include <vector>
+
 #include "art/canvas.h"
 
 namespace art {
@@ -24,6 +26,7 @@ struct Relief {
 void raise(cairo_t* c, const Path& shape, const Paint& paint, const Relief& relief);
 
 Path moved(const Path& shape, double x, double y);
+Path joined(std::vector<Path> parts);
 // Words as a path, their ink centred on (x, y); wider than max_width (if above 0) they get smaller.
 Path word_shape(const char* text, double size, double x, double y, double max_width = 0);
 

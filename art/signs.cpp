@@ -1,5 +1,4 @@
-// Wood with words: the three signs at the screen's foot, the board of the attract sequence, the
-// game's name and the marks of its (invented) makers.
+// Wood with words: the three signs at the screen's foot and the board of the attract sequence.
 #include <cmath>
 
 #include "art/catalogue.h"
@@ -155,112 +154,11 @@ void draw_eat_bugs_board(const Cell& cell) {
   block_words(c, "WIN TICKETS!", 92, style, 343, 402, 510);
 }
 
-void draw_logo(const Cell& cell) {
-  cairo_t* c = cell.ctx;
-  // A lily pad, the name on an arc over it, and two eyes that look over the name.
-  soft_spot(c, 512, 380, 400, 110, {0.02, 0.10, 0.12}, 0.55);
-  Path pad = ellipse(512, 366, 380, 88);
-  puff(c, pad, {0.24, 0.62, 0.20}, 512, 366, 380, 4, 0);
-  cairo_save(c);
-  pad(c);
-  cairo_clip(c);
-  for (int i = 0; i < 16; i++) {
-    double a = i * kTau / 16;
-    stroke(c, capsule({512, 366}, 1, {512 + 360 * std::cos(a), 366 + 82 * std::sin(a)}, 0.5),
-           {0.62, 0.90, 0.42}, 4, 0.5);
-  }
-  cairo_restore(c);
-  // The "O" of HOP would be hidden by a frog on top of the words, so it looks out from behind them.
-  puff(c, ellipse(512, 150, 120, 96), kFrogGreen, 512, 130, 120, 4, 0.35);
-  for (double side : {-1.0, 1.0}) {
-    puff(c, circle(512 + side * 66, 76, 50), kFrogGreen, 512 + side * 66, 72, 52, 4, 0.3);
-    eye(c, 512 + side * 66, 74, 36, {-side * 0.15, 0.55});
-  }
-  WordStyle style{Face::kChunky, 184, {1, 1, 0.62}, {1.0, 0.62, 0.06}, {0.30, 0.10, 0.02}, 13};
-  words_arc(c, "LILY HOP", style, 512, 262, 1700);
-  for (Point p : {Point{190, 426}, Point{834, 426}}) {
-    for (int i = 0; i < 7; i++) {
-      int order = i % 2 ? 6 - i / 2 : i / 2;
-      double a = -kTau / 4 + (order - 3) * 0.42;
-      puff(c, leaf(p, {p.x + 74 * std::cos(a), p.y + 62 * std::sin(a)}, 18, 0), kPink, p.x,
-           p.y - 30, 70, 2.5, 0.15);
-    }
-    puff(c, ellipse(p.x, p.y - 8, 16, 11), kYellow, p.x, p.y - 8, 16, 2, 0.3);
-  }
-}
-
-void draw_disc(cairo_t* c, Colour outer, Colour inner) {
-  soft_spot(c, 260, 266, 236, 236, kBlack, 0.45);
-  puff(c, circle(256, 256, 226), outer, 256, 256, 230, 5, 0.2);
-  puff(c, circle(256, 256, 196), inner, 256, 256, 200, 4, 0.25);
-}
-
-void draw_mark_slymarvels(const Cell& cell) {
-  cairo_t* c = cell.ctx;
-  draw_disc(c, {0.96, 0.56, 0.12}, {0.16, 0.14, 0.34});
-  // A fox's head in three shapes.
-  Colour fur{0.98, 0.50, 0.14};
-  for (double side : {-1.0, 1.0})
-    puff(c, polygon({{256 + side * 96, 96}, {256 + side * 98, 196}, {256 + side * 26, 160}}), fur,
-         256, 150, 110, 4, 0.2);
-  puff(c, polygon({{150, 172}, {256, 142}, {362, 172}, {330, 240}, {256, 306}, {182, 240}}), fur,
-       256, 200, 110, 4, 0.3);
-  for (double side : {-1.0, 1.0}) eye(c, 256 + side * 42, 204, 20, {side * 0.4, 0.2});
-  puff(c, ellipse(256, 294, 16, 12), kInk, 256, 294, 16, 2, 0.5);
-  WordStyle style{Face::kChunky, 74, kWhite, {1.0, 0.84, 0.50}, {0.20, 0.06, 0.02}, 7};
-  words(c, "Sly", style, 256, 350, 380);
-  style.size = 62;
-  words(c, "Marvels", style, 256, 412, 300);
-}
-
-void draw_mark_orb(const Cell& cell) {
-  cairo_t* c = cell.ctx;
-  soft_spot(c, 262, 240, 230, 220, kBlack, 0.4);
-  puff(c, circle(256, 206, 168), {0.14, 0.52, 0.92}, 256, 206, 172, 5, 0.7);
-  for (double tilt : {-0.45, 0.45}) {
-    stroke(c, ellipse(256, 206, 206, 58, tilt), {0.60, 0.28, 0.02}, 20);
-    stroke(c, ellipse(256, 206, 206, 58, tilt), kGold, 12);
-  }
-  fill(c, star(256, 206, 58, 22, 5), kWhite);
-  WordStyle style{Face::kChunky, 112, kWhite, {0.66, 0.88, 1.0}, {0.03, 0.14, 0.40}, 9};
-  words(c, "ORB GAMES", style, 256, 436, 480);
-}
-
-void draw_mark_tovali(const Cell& cell) {
-  cairo_t* c = cell.ctx;
-  draw_disc(c, {0.16, 0.56, 0.50}, {0.94, 0.96, 0.86});
-  for (int i = 0; i < 3; i++) {
-    double x = 176 + 80 * i, tall = i == 1 ? 190 : 130;
-    puff(c, polygon({{x - 74, 300}, {x, 300 - tall}, {x + 74, 300}}),
-         i == 1 ? Colour{0.10, 0.48, 0.44} : Colour{0.24, 0.66, 0.50}, x, 260, 110, 4, 0.2);
-  }
-  WordStyle style{Face::kChunky, 96, {0.16, 0.66, 0.60}, {0.04, 0.34, 0.36}, kWhite, 8};
-  words(c, "Tovali", style, 256, 360, 340);
-}
-
-void draw_mark_play_to_win(const Cell& cell) {
-  cairo_t* c = cell.ctx;
-  soft_spot(c, 256, 264, 244, 240, kBlack, 0.35);
-  puff(c, star(256, 252, 240, 186, 18, 0.08), kRed, 256, 252, 240, 5, 0.2);
-  puff(c, circle(256, 252, 170), {1.0, 0.82, 0.16}, 256, 252, 172, 4, 0.3);
-  WordStyle style{Face::kChunky, 116, kWhite, {0.86, 0.95, 1.0}, {0.44, 0.02, 0.06}, 10};
-  words(c, "PLAY", style, 256, 176, 300);
-  style.size = 70;
-  words(c, "TO", style, 256, 256);
-  style.size = 128;
-  words(c, "WIN!", style, 256, 338, 300);
-}
-
 constexpr CatalogueRow kRows[] = {
     sheet("anim_wdsign.tga", 2048, 1024, 8, 8, 40, Play::kLoop,
           [](const Cell& c) { draw_sign(c, false); }),
     sheet("anim_lngsign.tga", 2048, 1024, 8, 8, 41, Play::kLoop,
           [](const Cell& c) { draw_sign(c, true); }),
-    still("lilyhoplogo.tga", 1024, 512, draw_logo),
-    still("slymarvels.tga", 512, 512, draw_mark_slymarvels),
-    still("tovali.tga", 512, 512, draw_mark_tovali),
-    still("orblogo.tga", 512, 512, draw_mark_orb),
-    still("playtowin.tga", 512, 512, draw_mark_play_to_win),
     still("eat_bugs_tck.tga", 1024, 512, draw_eat_bugs_board),
 };
 
