@@ -150,16 +150,16 @@ void draw_glyph_chunky(const Cell& cell) {
 }
 
 void draw_jackpot_digit(const Cell& cell, int digit) {
-  const char text[2] = {static_cast<char>('0' + digit), 0};
+  const std::string text(1, static_cast<char>('0' + digit));
   // 150 pixels from one to the next, whatever the digit.
   const double width = 126, height = 168, depth = 11;
   const Path ink = [=](cairo_t* c) {
     cairo_save(c);
-    const Ink own = words_path(c, text, Face::kChunky, 236);
+    const Ink own = words_path(c, text.c_str(), Face::kChunky, 236);
     cairo_translate(c, 128, 128 - depth / 2);
     cairo_scale(c, std::min(1.0, width / own.width), height / own.height);
     cairo_translate(c, -own.x - own.width / 2, -own.y - own.height / 2);
-    words_path(c, text, Face::kChunky, 236);
+    words_path(c, text.c_str(), Face::kChunky, 236);
     cairo_restore(c);
   };
   Block style = kGoldLetters;

@@ -296,10 +296,12 @@ const Block kCreamLetters{
     {7, 0.8, 0.7, 0}};
 
 void block(cairo_t* c, const Path& shape, const Block& s, double top, double foot) {
-  const double step = 0.5;
-  for (double d = s.depth; d >= 0; d -= step) stroke(c, moved(shape, 0, d), s.ink, 2 * s.rim);
-  for (double d = s.depth; d > 0; d -= step)
-    fill(c, moved(shape, 0, d), mix(s.side, dim(s.side, 0.55), d / s.depth));
+  // From the foot of the side up to the face, by half pixels.
+  const int steps = static_cast<int>(s.depth * 2);
+  for (int i = steps; i >= 0; i--) stroke(c, moved(shape, 0, i * 0.5), s.ink, 2 * s.rim);
+  for (int i = steps; i > 0; i--)
+    fill(c, moved(shape, 0, i * 0.5),
+         mix(s.side, dim(s.side, 0.55), static_cast<double>(i) / steps));
   stroke(c, shape, s.ink, s.depth > 0 ? s.rim * 0.7 : s.rim);
   raise(c, shape, ramp({0, top}, s.top, {0, foot}, s.bottom), s.relief);
 }
@@ -315,6 +317,12 @@ void block_words(cairo_t* c, const char* text, double size, const Block& s, doub
   cairo_restore(c);
   // Face, side and rim together stand in the middle.
   block(c, moved(shape, 0, -s.depth / 2), s, y0 - s.depth / 2, y1 - s.depth / 2);
+}
+
+void draw_glint(cairo_t* c, double x, double y, double size) {
+  soft_spot(c, x, y, size * 0.8, size * 0.8, {1, 0.98, 0.80}, 0.55);
+  fill(c, star(x, y, size, size * 0.13, 4), kWhite);
+  fill(c, star(x, y, size * 0.45, size * 0.13, 4, kTau / 8), kWhite);
 }
 
 }  // namespace art

@@ -48,4 +48,7 @@ void block(cairo_t* c, const Path& shape, const Block& style, double top, double
 void block_words(cairo_t* c, const char* text, double size, const Block& style, double x, double y,
                  double max_width = 0);
 
+// A glint with four long points.
+void draw_glint(cairo_t* c, double x, double y, double size);
+
 }  // namespace art

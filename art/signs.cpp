@@ -84,9 +84,13 @@ void draw_rope(cairo_t* c, double x, double y, double width, double thick, int t
           [=](cairo_t* k) {
             set(k, {0.88, 0.72, 0.42});
             cairo_paint(k);
-            for (double s = -width; s < width; s += thick * 0.72)
-              stroke(k, capsule({x + s, at + thick}, 0.4, {x + s + thick * 1.2, at - thick}, 0.4),
+
+            const int strands = static_cast<int>(2 * width / (thick * 0.72)) + 1;
+            for (int j = 0; j < strands; j++) {
+              const double s = x - width + j * thick * 0.72;
+              stroke(k, capsule({s, at + thick}, 0.4, {s + thick * 1.2, at - thick}, 0.4),
                      {0.58, 0.40, 0.18}, thick * 0.15);
+            }
           },
           {thick * 0.42, 0.8, 0.2, 0});
   }
@@ -106,7 +110,7 @@ void draw_sign_board(Canvas& canvas, bool price) {
   const Colour base = price ? Colour{0.56, 0.34, 0.14} : Colour{0.55, 0.31, 0.13};
   draw_board(c, 6, 13, 244, 97, 8.5, base, price ? 71 : 43);
   for (double x : {44.0, 212.0}) {
-    draw_rope(c, x, 12, 20, 7, 3);
+    draw_rope(c, x, 10.5, 20, 6.4, 3);
     draw_nail(c, x, 101.5, 3.2);
   }
 }
