@@ -71,8 +71,8 @@ struct Family {
 };
 
 extern const Family kFrogFamily, kBugsFamily, kButterflyFamily, kRiverFamily, kTurtlesFamily,
-    kPlantsFamily, kSignsFamily, kBackdropFamily, kFontsFamily, kMessagesFamily, kEffectsFamily,
-    kAttractFamily;
+    kPlantsFamily, kSignsFamily, kLogoFamily, kMarksFamily, kTicketsFamily, kBackdropFamily,
+    kFontsFamily, kMessagesFamily, kEffectsFamily, kAttractFamily;
 
 std::span<const Family* const> families();
 

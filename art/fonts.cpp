@@ -6,6 +6,7 @@
 
 #include "art/catalogue.h"
 #include "art/palette.h"
+#include "art/relief.h"
 
 namespace art {
 
@@ -26,24 +27,34 @@ bool is_digit(int glyph) {
   return std::strchr("0123456789", kGlyphs[glyph]) != nullptr;
 }
 
-// One size and one baseline for all; what is too wide is made narrower, digits to one width. `over`
+constexpr double kBaseline = 0.78, kTaller = 1.22;
+
+// One size and one baseline for all; what is too wide is made narrower, digits to one width. The
+// face is broad and the cells are narrow: letters are drawn taller than they were cut. `over`
 // pixels on each side will be pared off again.
-void fill_glyph(cairo_t* c, const Cell& cell, const char* text, double over) {
+// Returns how much narrower the glyph has become, 1: not at all.
+double fill_glyph(cairo_t* c, const Cell& cell, const char* text, double over) {
   const double gutter = cell.height < 30 ? 0.8 - over : cell.height * 0.03;
   const double room = cell.width - 2 * gutter;
-  const double size = cell.height * 0.86, baseline = cell.height * 0.765;
+  const double size = cell.height * 0.86, baseline = cell.height * kBaseline;
   Ink ink = words_path(c, text, Face::kChunky, size);
-  double k = std::min(1.0, room / ink.width);
-  if (is_digit(cell.frame)) k = room * 0.92 / ink.width;
+  const char mark = kGlyphs[cell.frame];
+  const double k = is_digit(cell.frame) ? room * 0.92 / ink.width
+                   : mark == '?'        ? std::min(1.3, room / ink.width)
+                                        : std::min(1.0, room / ink.width);
   // A mark that stands too high or hangs too low for the cell is moved into it.
-  double low = std::max(0.0, gutter - (baseline + ink.y));
-  double high = std::max(0.0, baseline + ink.y + ink.height - (cell.height - gutter));
+  const double tall =
+      std::min(mark == '$' ? 1.0 : kTaller, (cell.height - 2 * gutter) / ink.height);
+  const double top = ink.y * tall, foot = (ink.y + ink.height) * tall;
+  double low = std::max(0.0, gutter - (baseline + top));
+  double high = std::max(0.0, baseline + foot - (cell.height - gutter));
   cairo_translate(c, cell.width / 2.0, baseline + low - high);
-  cairo_scale(c, k, 1);
+  cairo_scale(c, k, tall);
   cairo_translate(c, -ink.x - ink.width / 2, 0);
   words_path(c, text, Face::kChunky, size);
   set(c, kWhite);
   cairo_fill(c);
+  return k;
 }
 
 // Paints a canvas `fine` times too large, white, with a rim of `pare` of its pixels taken off.
@@ -75,18 +86,38 @@ void paint_pared(cairo_t* c, Canvas& big, int fine, double pare) {
   }
 }
 
+// Letters that the face's hinting draws badly at this size, row by row, bit 7 at the left.
+struct PixelGlyph {
+  char letter;
+  uint8_t rows[8];
+};
+constexpr PixelGlyph kPixelGlyphs[] = {
+    {'M', {0xC6, 0xEE, 0xFE, 0xD6, 0xC6, 0xC6, 0xC6, 0xC6}},
+    {'W', {0xC6, 0xC6, 0xC6, 0xC6, 0xD6, 0xFE, 0xEE, 0xC6}},
+    {'?', {0x7C, 0xC6, 0x06, 0x0C, 0x18, 0x00, 0x18, 0x18}},
+    {'&', {0x38, 0x6C, 0x38, 0x76, 0xDC, 0xCC, 0xCC, 0x76}},
+};
+
 void draw_glyph_8x12(const Cell& cell) {
   // No shades: what isn't the key colour is opaque.
   cairo_t* c = cell.ctx;
+  set(c, kWhite);
+  for (const PixelGlyph& own : kPixelGlyphs) {
+    if (own.letter != kGlyphs[cell.frame]) continue;
+    for (int y = 0; y < 8; y++)
+      for (int x = 0; x < 8; x++)
+        if (own.rows[y] << x & 0x80) cairo_rectangle(c, x, y + 1, 1, 1);
+    cairo_fill(c);
+    return;
+  }
   std::string text = glyph_text(cell.frame);
   cairo_font_options_t* o = cairo_font_options_create();
   cairo_font_options_set_antialias(o, CAIRO_ANTIALIAS_NONE);
   cairo_font_options_set_hint_style(o, CAIRO_HINT_STYLE_FULL);
   cairo_set_font_options(c, o);
   cairo_font_options_destroy(o);
-  cairo_select_font_face(c, "DejaVu Sans Mono", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
+  cairo_select_font_face(c, "DejaVu Sans Mono", CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_BOLD);
   cairo_set_font_size(c, 11);
-  set(c, kWhite);
   cairo_move_to(c, 0, 9);
   cairo_show_text(c, text.c_str());
 }
@@ -101,31 +132,41 @@ void draw_credit_digit(const Cell& cell) {
 void draw_glyph_chunky(const Cell& cell) {
   const std::string text = glyph_text(cell.frame);
   if (text == " ") return;
-  // The face is fat: in small sizes its holes would close, so the letters are pared down.
-  if (cell.height >= 30) {
+  if (cell.height >= 60) {
     Canvas glyph(cell.width, cell.height);
     fill_glyph(glyph.ctx, cell, text.c_str(), 0);
     paint_canvas(cell.ctx, glyph, 0, 0);
     return;
   }
+  // The face is fat: in small sizes its holes would close, so the letters are pared down, most
+  // where a broad one was squeezed.
   const int fine = 8;
   Canvas glyph(cell.width * fine, cell.height * fine);
   cairo_scale(glyph.ctx, fine, fine);
-  fill_glyph(glyph.ctx, cell, text.c_str(), 0.4);
-  paint_pared(cell.ctx, glyph, fine, 0.45 * fine);
+  const double squeeze = fill_glyph(glyph.ctx, cell, text.c_str(), 0.4);
+  const double pare =
+      std::clamp(0.5 + 1.5 * (1 - squeeze), 0.5, 1.15) * (cell.height < 30 ? 1.0 : 1.3);
+  paint_pared(cell.ctx, glyph, fine, pare * fine);
 }
 
 void draw_jackpot_digit(const Cell& cell, int digit) {
-  const char text[2] = {static_cast<char>('0' + digit), 0};
-  cairo_t* c = cell.ctx;
+  const std::string text(1, static_cast<char>('0' + digit));
   // 150 pixels from one to the next, whatever the digit.
-  WordStyle style{Face::kChunky, 236, {1, 1, 0.66}, {1.0, 0.58, 0.04}, {0.36, 0.10, 0.02}, 9};
-  Ink ink = words_path(c, text, style.face, style.size);
-  cairo_new_path(c);
-  double k = std::min(1.0, 128 / ink.width);
-  cairo_translate(c, 128, 128);
-  cairo_scale(c, k, 1);
-  words(c, text, style, 0, 0);
+  const double width = 126, height = 168, depth = 11;
+  const Path ink = [=](cairo_t* c) {
+    cairo_save(c);
+    const Ink own = words_path(c, text.c_str(), Face::kChunky, 236);
+    cairo_translate(c, 128, 128 - depth / 2);
+    cairo_scale(c, std::min(1.0, width / own.width), height / own.height);
+    cairo_translate(c, -own.x - own.width / 2, -own.y - own.height / 2);
+    words_path(c, text.c_str(), Face::kChunky, 236);
+    cairo_restore(c);
+  };
+  Block style = kGoldLetters;
+  style.rim = 9;
+  style.depth = depth;
+  style.relief.bevel = 17;
+  block(cell.ctx, ink, style, 40, 212);
 }
 
 // Sixteen glyphs to a row from the top left corner of a picture that may be larger.

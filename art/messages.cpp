@@ -1,239 +1,330 @@
-// Tickets, labels, prompts, speech and faults.
+// Labels, prompts, speech and faults.
 #include <cmath>
 
 #include "art/catalogue.h"
 #include "art/palette.h"
+#include "art/relief.h"
 
 namespace art {
 
 namespace {
 
-const WordStyle kGreenWords{Face::kChunky, 58, {0.92, 1.0, 0.62}, {0.34, 0.84, 0.10}, kForest, 5};
-const WordStyle kYellowWords{Face::kChunky,      58, {1, 1, 0.72}, {1.0, 0.70, 0.06},
-                             {0.36, 0.14, 0.01}, 5};
-
-// A paper ticket round (x, y): notches at both ends, a dashed line along the rim.
-void paper_ticket(cairo_t* c, double x, double y, double w, double h, Colour paper, Colour print) {
-  double notch = h * 0.17;
-  Path shape = [=](cairo_t* k) {
-    double l = x - w / 2, r = x + w / 2, t = y - h / 2, b = y + h / 2, corner = h * 0.10;
-    cairo_new_path(k);
-    cairo_arc(k, l + corner, t + corner, corner, kTau / 2, kTau * 0.75);
-    cairo_arc(k, r - corner, t + corner, corner, -kTau / 4, 0);
-    cairo_arc_negative(k, r, y, notch, -kTau / 4, kTau / 4);
-    cairo_arc(k, r - corner, b - corner, corner, 0, kTau / 4);
-    cairo_arc(k, l + corner, b - corner, corner, kTau / 4, kTau / 2);
-    cairo_arc_negative(k, l, y, notch, kTau / 4, -kTau / 4);
-    cairo_close_path(k);
-  };
-  stroke(c, shape, dim(print, 0.55), 4.5);
-  fill_linear(c, shape, {x, y - h / 2}, mix(paper, kWhite, 0.45), {x, y + h / 2},
-              mix(paper, dim(print, 0.9), 0.30));
-  cairo_save(c);
-  const double dash[] = {4, 3};
-  cairo_set_dash(c, dash, 2, 0);
-  stroke(c, round_rect(x - w / 2 + notch + 4, y - h / 2 + 5, w - 2 * notch - 8, h - 10, 4), print,
-         1.5, 0.8);
-  cairo_restore(c);
-}
-
-void draw_ticket(const Cell& cell) {
-  // Red digits stand on it.
-  soft_spot(cell.ctx, 66, 70, 56, 32, kBlack, 0.35);
-  paper_ticket(cell.ctx, 64, 64, 98, 54, {1.0, 0.93, 0.62}, {0.85, 0.45, 0.08});
-}
-
-void draw_you_won(const Cell& cell) {
-  cairo_t* c = cell.ctx;
-  // A burst behind the ticket, which covers its middle.
-  puff(c, star(64, 64, 58, 45, 16), {0.26, 0.62, 0.98}, 64, 64, 60, 2, 0.2);
-  WordStyle style{Face::kChunky, 25, kWhite, {1.0, 0.96, 0.60}, {0.03, 0.10, 0.36}, 3};
-  words(c, "YOU WON", style, 64, 26, 104);
-  words(c, "TICKETS", style, 64, 106, 96);
-}
-
-void draw_pink_ticket(const Cell& cell) {
-  soft_spot(cell.ctx, 65, 36, 46, 24, kBlack, 0.35);
-  paper_ticket(cell.ctx, 64, 32, 84, 44, {0.95, 0.26, 0.56}, {0.66, 0.08, 0.34});
-}
-
-void draw_cycle_ticket(const Cell& cell) {
-  // Turning about its upright axis: front, edge, back, edge.
-  cairo_t* c = cell.ctx;
-  double k = std::cos(kTau * cell.turn());
-  bool back = k < 0;
-  double width = std::fmax(0.10, std::fabs(k));
-  Colour paper = back ? Colour{0.90, 0.62, 0.16} : Colour{1.0, 0.90, 0.45};
-  cairo_translate(c, 64, 32);
-  cairo_scale(c, width, 1);
-  cairo_translate(c, -64, -32);
-  paper_ticket(c, 64, 32, 90, 48, mix(paper, kWhite, 0.25 * (1 - width)), {0.85, 0.45, 0.08});
-}
+// --- Labels
 
 void draw_demo(const Cell& cell) {
-  WordStyle style{Face::kChunky, 40, kWhite, {0.80, 0.94, 1.0}, {0.04, 0.12, 0.34}, 4};
-  words(cell.ctx, "DEMO", style, 64, 32, 122);
+  Block style = kCreamLetters;
+  style.ink = {0.04, 0.12, 0.34};
+  style.side = {0.36, 0.56, 0.84};
+  style.top = kWhite;
+  style.bottom = {0.72, 0.90, 1.0};
+  style.rim = 4;
+  style.depth = 3;
+  style.relief.bevel = 5;
+  block_words(cell.ctx, "DEMO", 42, style, 64, 32, 122);
+}
+
+Block small_letters() {
+  Block style = kGoldLetters;
+  style.top = {1.0, 0.98, 0.66};
+  style.bottom = {1.0, 0.80, 0.20};
+  style.rim = 2.6;
+  style.depth = 1.5;
+  style.relief = {2.4, 0.6, 0.3, 0};
+  return style;
 }
 
 void draw_lily_bonus(const Cell& cell) {
-  WordStyle style{Face::kChunky, 22, kWhite, {1.0, 0.90, 0.40}, {0.28, 0.06, 0.16}, 2.5};
-  words(cell.ctx, "BONUS", style, 32, 17, 60);
+  block_words(cell.ctx, "BONUS", 23, small_letters(), 32, 15, 60);
 }
 
 void draw_frogs_label(const Cell& cell) {
   // Its middle is that of the sign, 47 pixels from its left.
-  WordStyle style{Face::kChunky, 22, kWhite, {1.0, 0.92, 0.60}, {0.28, 0.12, 0.02}, 2.5};
-  words(cell.ctx, "FROGS", style, 47, 20, 90);
+  block_words(cell.ctx, "FROGS", 23, small_letters(), 47, 18, 90);
 }
 
 void draw_win_words(const Cell& cell, bool tickets) {
-  WordStyle style{Face::kChunky, 132, {1, 1, 0.66}, {1.0, 0.56, 0.06}, {0.34, 0.08, 0.02}, 10};
-  if (tickets) {
-    style.size = 112;
-    words(cell.ctx, "TICKETS!", style, 257, 64, 500);
-  } else {
-    words(cell.ctx, "WIN", style, 173, 64, 330);
-  }
+  Block style = kCreamLetters;
+  style.top = {1.0, 0.98, 0.80};
+  style.bottom = {1.0, 0.80, 0.34};
+  style.side = {0.86, 0.16, 0.10};
+  style.ink = {0.30, 0.03, 0.04};
+  style.rim = 9;
+  style.depth = 8;
+  style.relief.bevel = 14;
+  if (tickets)
+    block_words(cell.ctx, "TICKETS!", 112, style, 257, 64, 500);
+  else
+    block_words(cell.ctx, "WIN", 130, style, 173, 64, 330);
+}
+
+// --- Prompts
+
+const Block& players_letters(bool yellow) {
+  return yellow ? kYellowLetters : kGreenLetters;
 }
 
 void draw_prompt(const Cell& cell, const char* text, bool yellow, double y) {
-  WordStyle style = yellow ? kYellowWords : kGreenWords;
-  style.size = 52;
-  words(cell.ctx, text, style, 128, y, 248);
+  block_words(cell.ctx, text, 52, players_letters(yellow), 128, y, 248);
+}
+
+void draw_arrow_down(cairo_t* c, double x, double tip) {
+  const Path arrow = polygon({{x - 11, tip - 33},
+                              {x + 11, tip - 33},
+                              {x + 11, tip - 19},
+                              {x + 25, tip - 19},
+                              {x, tip},
+                              {x - 25, tip - 19},
+                              {x - 11, tip - 19}});
+  stroke(c, arrow, kInk, 6);
+  raise(c, arrow, ramp({0, tip - 34}, kWhite, {0, tip}, {1.0, 0.86, 0.40}), {5, 0.7, 0.4, 0});
 }
 
 void draw_button(const Cell& cell, bool yellow, bool down) {
   cairo_t* c = cell.ctx;
-  // A round push button lying on the ground; the countdown stands on its face.
-  const double x = 91, travel = down ? 13 : 0;
-  Colour base = yellow ? Colour{1.0, 0.78, 0.10} : Colour{0.30, 0.78, 0.14};
-  soft_spot(c, x, 96, 88, 30, kBlack, 0.5);
-  puff(c, ellipse(x, 88, 80, 32), {0.30, 0.31, 0.36}, x, 84, 80, 2.5, 0.25);
-  puff(c, ellipse(x, 84, 68, 26), {0.16, 0.16, 0.20}, x, 84, 70, 1.5, 0);
-  double top = 50 + travel;
-  Path side = [=](cairo_t* k) {
+  // A round push button lying on the ground, lit while it is down; the countdown stands on it.
+  const double x = 91, top = down ? 87 : 76;
+  const Colour own = yellow ? Colour{1.0, 0.74, 0.06} : Colour{0.22, 0.74, 0.10};
+  soft_spot(c, x, 100, 90, 25, kBlack, 0.5);
+  const Path foot = ellipse(x, 93, 82, 31);
+  stroke(c, foot, kInk, 5);
+  raise(c, foot, ramp({0, 62}, {0.86, 0.88, 0.92}, {0, 124}, {0.46, 0.48, 0.56}),
+        {12, 0.8, 0.7, 0.6});
+  fill(c, ellipse(x, 92, 67, 25.5), {0.08, 0.09, 0.13});
+  const Path side = [=](cairo_t* k) {
     cairo_new_path(k);
     cairo_save(k);
-    cairo_translate(k, x, 82);
-    cairo_scale(k, 62, 23);
+    cairo_translate(k, x, 91);
+    cairo_scale(k, 61, 25);
     cairo_arc(k, 0, 0, 1, 0, kTau / 2);
     cairo_restore(k);
     cairo_save(k);
-    cairo_translate(k, x, top + 14);
-    cairo_scale(k, 62, 26);
+    cairo_translate(k, x, top);
+    cairo_scale(k, 61, 27);
     cairo_arc(k, 0, 0, 1, kTau / 2, kTau);
     cairo_restore(k);
     cairo_close_path(k);
   };
-  puff(c, side, dim(base, 0.72), x - 10, 74, 70, 2.5, 0);
-  puff(c, ellipse(x, top + 14, 62, 26), base, x, top + 10, 62, 2, 0.5);
-  stroke(c, ellipse(x, top + 15, 50, 19), mix(base, kWhite, 0.5), 2, 0.6);
-  if (down) return;
-  // A pointing arrow while it is up: push here.
-  puff(c,
-       polygon({{x - 12, 4},
-                {x + 12, 4},
-                {x + 12, 17},
-                {x + 24, 17},
-                {x, 36},
-                {x - 24, 17},
-                {x - 12, 17}}),
-       kWhite, x, 20, 24, 2.5, 0);
+  stroke(c, side, dim(own, 0.22), 3);
+  fill_linear(c, side, {x - 61, 0}, dim(own, 0.72), {x + 61, 0}, dim(own, 0.40));
+  const Path face = ellipse(x, top, 61, 27);
+  const Colour hot = yellow ? Colour{1.0, 0.96, 0.50} : Colour{0.66, 1.0, 0.30};
+  raise(c, face, ramp({0, top - 27}, down ? hot : mix(own, kWhite, 0.20), {0, top + 27}, own),
+        {15, 0.55, 0.9, 0});
+  draw_arrow_down(c, x, down ? 56 : 42);
+}
+
+void draw_coin(cairo_t* c, double x, double y, double r) {
+  stroke(c, circle(x, y, r), {0.30, 0.13, 0.01}, 6);
+  raise(c, circle(x, y, r), ramp({0, y - r}, {1.0, 0.90, 0.34}, {0, y + r}, {0.98, 0.66, 0.08}),
+        {r * 0.20, 0.9, 0.9, 0.8});
+  const Path field = circle(x, y, r * 0.76);
+  stroke(c, field, {0.66, 0.36, 0.02}, 2.5);
+  raise(c, field, ramp({0, y - r}, {0.92, 0.66, 0.10}, {0, y + r}, {1.0, 0.80, 0.22}),
+        {r * 0.10, -0.6, 0.3, 0.4});
+  const Path mark = star(x, y + 1, r * 0.60, r * 0.29, 5);
+  stroke(c, mark, {0.62, 0.32, 0.02}, 2.5);
+  raise(c, mark, plain({1.0, 0.88, 0.32}), {r * 0.16, 0.8, 0.7, 0.5});
+}
+
+// What a coin or a card goes into: a plate with a lit slot.
+void draw_slot(cairo_t* c, double x, double y, double w, double h) {
+  const Path plate = round_rect(x - w / 2, y - h / 2, w, h, 13);
+  stroke(c, plate, kInk, 6);
+  raise(c, plate, ramp({0, y - h / 2}, {0.80, 0.83, 0.90}, {0, y + h / 2}, {0.42, 0.45, 0.55}),
+        {7, 0.8, 0.6, 0.5});
+  fill(c, round_rect(x - 9, y - h * 0.36, 18, h * 0.72, 9), {0.10, 0.02, 0.03});
+  fill(c, round_rect(x - 4, y - h * 0.30, 8, h * 0.60, 4), {1.0, 0.30, 0.14});
+}
+
+void draw_arrow_right(cairo_t* c, double x, double y, const Block& style) {
+  const Path arrow = polygon({{x - 16, y - 8},
+                              {x, y - 8},
+                              {x, y - 19},
+                              {x + 19, y},
+                              {x, y + 19},
+                              {x, y + 8},
+                              {x - 16, y + 8}});
+  stroke(c, arrow, style.ink, 6);
+  raise(c, arrow, ramp({0, y - 19}, style.top, {0, y + 19}, style.bottom), {5, 0.7, 0.5, 0});
 }
 
 void draw_insert_coin(const Cell& cell, bool yellow) {
   cairo_t* c = cell.ctx;
-  WordStyle style = yellow ? kYellowWords : kGreenWords;
-  style.size = 62;
-  words(c, "INSERT", style, 128, 36, 244);
-  words(c, "COIN", style, 128, 218, 200);
-  soft_spot(c, 130, 134, 66, 62, kBlack, 0.45);
-  puff(c, circle(128, 126, 54), kGold, 128, 126, 56, 3, 0.6);
-  stroke(c, circle(128, 126, 43), kGoldDark, 3, 0.8);
-  fill(c, star(128, 127, 33, 13, 5), kGoldDark);
-  fill(c, star(127, 125, 32, 13, 5), kGoldLight);
+  const Block& style = players_letters(yellow);
+  block_words(c, "INSERT", 68, style, 128, 36, 248);
+  soft_spot(c, 128, 140, 116, 56, kBlack, 0.35);
+  draw_slot(c, 209, 128, 52, 104);
+  draw_coin(c, 80, 128, 50);
+  draw_arrow_right(c, 155, 128, style);
+  block_words(c, "COIN", 68, style, 128, 219, 248);
 }
 
 void draw_swipe_card(const Cell& cell) {
   cairo_t* c = cell.ctx;
-  WordStyle style = kGreenWords;
-  style.size = 62;
-  words(c, "SWIPE", style, 128, 36, 244);
-  words(c, "CARD", style, 128, 218, 220);
-  soft_spot(c, 132, 136, 90, 56, kBlack, 0.4);
-  cairo_translate(c, 128, 126);
-  cairo_rotate(c, -0.10);
-  puff(c, round_rect(-72, -44, 144, 88, 12), {0.18, 0.46, 0.90}, 0, 0, 90, 3, 0.35);
-  fill(c, polygon({{-72, -28}, {72, -28}, {72, -8}, {-72, -8}}), {0.06, 0.06, 0.10});
-  puff(c, circle(-42, 20, 13), kFrogGreen, -42, 20, 14, 1.5, 0.4);
-  for (double y : {12.0, 24.0}) fill(c, round_rect(-18, y, 70, 6, 3), kWhite, 0.85);
+  block_words(c, "SWIPE", 68, kGreenLetters, 128, 36, 248);
+  soft_spot(c, 128, 140, 116, 56, kBlack, 0.35);
+  draw_slot(c, 215, 128, 46, 108);
+  cairo_save(c);
+  cairo_translate(c, 74, 128);
+  cairo_rotate(c, -0.07);
+  const Path card = round_rect(-62, -43, 124, 86, 12);
+  stroke(c, card, kInk, 6);
+  raise(c, card,
+        [](cairo_t* k) {
+          ramp({0, -43}, {0.36, 0.66, 1.0}, {0, 43}, {0.10, 0.34, 0.82})(k);
+          fill(k, polygon({{-66, -27}, {66, -27}, {66, -7}, {-66, -7}}), {0.07, 0.07, 0.12});
+          fill(k, heart(-40, 18, 12), {1.0, 0.90, 0.40});
+          for (double y : {10.0, 22.0}) fill(k, round_rect(-14, y, 64, 6, 3), kWhite);
+        },
+        {5, 0.7, 0.5, 0});
+  cairo_restore(c);
+  draw_arrow_right(c, 163, 128, kGreenLetters);
+  block_words(c, "CARD", 68, kGreenLetters, 128, 219, 248);
 }
+
+// --- Speech
 
 void draw_bubble(const Cell& cell, const char* upper, const char* lower) {
   cairo_t* c = cell.ctx;
   // The frog that speaks sits at its left.
-  Path bubble = [](cairo_t* k) {
+  const Path bubble = [](cairo_t* k) {
     cairo_new_path(k);
-    cairo_save(k);
-    cairo_translate(k, 138, 58);
-    cairo_scale(k, 110, 52);
-    cairo_arc(k, 0, 0, 1, kTau * 0.46, kTau * 0.46 + kTau * 0.93);
-    cairo_restore(k);
-    cairo_line_to(k, 6, 104);
+    cairo_move_to(k, 8, 96);
+    cairo_curve_to(k, 26, 92, 32, 84, 33, 72);
+    cairo_curve_to(k, 28, 26, 62, 8, 142, 8);
+    cairo_curve_to(k, 220, 8, 249, 26, 249, 57);
+    cairo_curve_to(k, 249, 90, 218, 107, 142, 107);
+    cairo_curve_to(k, 104, 107, 78, 103, 60, 94);
+    cairo_curve_to(k, 44, 100, 26, 102, 8, 96);
     cairo_close_path(k);
   };
-  soft_spot(c, 140, 66, 114, 56, kBlack, 0.3);
-  stroke(c, bubble, kForest, 7);
-  fill_linear(c, bubble, {0, 6}, kWhite, {0, 110}, {0.84, 0.95, 0.86});
-  WordStyle style{Face::kChunky, 38, {0.26, 0.72, 0.10}, {0.06, 0.44, 0.08}, kWhite, 0};
-  words(c, upper, style, 138, 40, 150);
-  style.top = {1.0, 0.46, 0.08};
-  style.bottom = {0.84, 0.12, 0.06};
-  words(c, lower, style, 138, 78, 176);
+  soft_spot(c, 144, 72, 108, 52, kBlack, 0.30);
+  stroke(c, bubble, {0.03, 0.16, 0.07}, 8);
+  raise(c, bubble, ramp({0, 8}, kWhite, {0, 108}, {0.86, 0.96, 0.90}), {12, 0.45, 0, 0});
+  Block style = kGreenLetters;
+  style.top = {0.40, 0.86, 0.14};
+  style.bottom = {0.10, 0.60, 0.10};
+  style.rim = 2.5;
+  style.depth = 1.5;
+  style.relief = {4, 0.7, 0.5, 0};
+  block_words(c, upper, 42, style, 141, 37, 150);
+  style.top = {1.0, 0.64, 0.10};
+  style.bottom = {0.94, 0.24, 0.06};
+  style.ink = {0.36, 0.04, 0.01};
+  style.side = {0.62, 0.10, 0.02};
+  block_words(c, lower, 48, style, 141, 77, 184);
 }
 
-void fault_board(cairo_t* c, double w, double h, Colour base) {
-  puff(c, round_rect(10, 10, w - 20, h - 20, 34), base, w / 2, h / 2, w * 0.6, 5, 0.1);
-  puff(c, round_rect(28, 28, w - 56, h - 56, 22), {0.14, 0.05, 0.07}, w / 2, h / 2, w * 0.7, 2, 0);
+// --- Faults
+
+// A board of signal red with a dark field, the same for each fault.
+void draw_fault_board(cairo_t* c, double w, double h) {
+  const Path board = round_rect(9, 9, w - 18, h - 18, 36);
+  stroke(c, board, {0.22, 0.01, 0.01}, 9);
+  raise(c, board, ramp({0, 0}, {1.0, 0.26, 0.18}, {0, h}, {0.78, 0.06, 0.06}), {15, 0.8, 0.5, 0});
+  const Path field = round_rect(30, 30, w - 60, h - 60, 20);
+  stroke(c, field, {0.30, 0.01, 0.01}, 4);
+  raise(c, field, ramp({0, 0}, {0.20, 0.09, 0.12}, {0, h}, {0.10, 0.04, 0.07}), {8, -0.5, 0, 0});
+}
+
+Block fault_letters(bool loud) {
+  Block style = loud ? kYellowLetters : kCreamLetters;
+  style.ink = {0.05, 0.01, 0.02};
+  style.rim = 5;
+  style.depth = 4;
+  style.relief = {8, 0.6, 0.3, 0};
+  return style;
+}
+
+void draw_warning(cairo_t* c, double x, double y, double size) {
+  const double h = size * 0.86;
+  const Path triangle =
+      polygon({{x, y - h / 2}, {x + size / 2, y + h / 2}, {x - size / 2, y + h / 2}});
+  stroke(c, triangle, kInk, size * 0.34);
+  stroke(c, triangle, kYellow, size * 0.20);
+  raise(c, triangle, plain(kYellow), {size * 0.08, 0.5, 0.2, 0});
+  fill(c, capsule({x, y - h * 0.22}, size * 0.075, {x, y + h * 0.12}, size * 0.05), kInk);
+  fill(c, circle(x, y + h * 0.34, size * 0.075), kInk);
+}
+
+// A dispenser's mouth with a ticket that is stuck, folded on itself.
+void draw_stuck_ticket(cairo_t* c, double x, double y) {
+  const Path plate = round_rect(x - 108, y - 52, 216, 58, 16);
+  stroke(c, plate, {0.02, 0.02, 0.03}, 6);
+  raise(c, plate, ramp({0, y - 52}, {0.78, 0.80, 0.86}, {0, y + 6}, {0.40, 0.42, 0.50}),
+        {9, 0.8, 0.5, 0.5});
+  fill(c, round_rect(x - 84, y - 32, 168, 20, 10), {0.04, 0.03, 0.05});
+  const Colour paper{1.0, 0.82, 0.30}, dark{0.80, 0.50, 0.10}, print{0.78, 0.30, 0.04};
+  const Point fold[4][2] = {{{x - 70, y - 22}, {x + 70, y - 22}},
+                            {{x - 62, y + 14}, {x + 78, y + 20}},
+                            {{x - 82, y + 30}, {x + 58, y + 44}},
+                            {{x - 66, y + 62}, {x + 70, y + 70}}};
+  for (int i = 0; i < 3; i++) {
+    const Path leaf = polygon({fold[i][0], fold[i][1], fold[i + 1][1], fold[i + 1][0]});
+    stroke(c, leaf, {0.28, 0.12, 0.01}, 6);
+    fill_linear(c, leaf, fold[i][0], i == 1 ? dark : paper, fold[i + 1][0],
+                i == 1 ? dim(dark, 0.8) : mix(paper, dark, 0.25));
+  }
+  // Print on the leaf that hangs out, and the holes along its foot.
+  fill(c, star(x - 8, y + 47, 11, 5, 5), print);
+  for (double side : {-42.0, 26.0})
+    stroke(c, capsule({x + side, y + 44}, 1, {x + side + 16, y + 46}, 1), print, 3);
+  for (int i = 0; i < 6; i++)
+    fill(c, circle(x - 58 + i * 24, y + 63 + i * 1.4, 4), {0.12, 0.05, 0.07});
 }
 
 void draw_ticket_error(const Cell& cell) {
   cairo_t* c = cell.ctx;
   // Shown at half size, with a line of the smallest font at y 106 of that, 212 here.
-  fault_board(c, 512, 512, kRed);
-  WordStyle style{Face::kChunky, 92, kWhite, kYellow, {0.30, 0.02, 0.02}, 6};
-  words(c, "TICKET JAM", style, 256, 102, 420);
-  fill(c, round_rect(76, 182, 360, 74, 16), kBlack, 0.85);
-  stroke(c, round_rect(76, 182, 360, 74, 16), kYellow, 4, 0.9);
-  cairo_save(c);
-  cairo_translate(c, 256, 330);
-  cairo_rotate(c, -0.12);
-  paper_ticket(c, 0, 0, 168, 84, {1.0, 0.93, 0.62}, {0.85, 0.45, 0.08});
-  cairo_restore(c);
-  for (double tilt : {0.6, -0.6})
-    stroke(c,
-           capsule({256 - 62 * std::cos(tilt), 330 - 62 * std::sin(tilt)}, 1,
-                   {256 + 62 * std::cos(tilt), 330 + 62 * std::sin(tilt)}, 1),
-           kRed, 14);
-  style.size = 62;
-  words(c, "CALL ATTENDANT", style, 256, 436, 420);
+  draw_fault_board(c, 512, 512);
+  draw_warning(c, 94, 104, 74);
+  Block style = fault_letters(true);
+  block_words(c, "TICKET", 80, style, 302, 78, 300);
+  block_words(c, "FAULT", 80, style, 302, 142, 300);
+  const Path window = round_rect(72, 190, 368, 66, 18);
+  fill(c, window, kBlack);
+  stroke(c, window, {0.95, 0.80, 0.30}, 5);
+  draw_stuck_ticket(c, 256, 324);
+  block_words(c, "CALL ATTENDANT", 66, fault_letters(false), 256, 440, 430);
+}
+
+// Two halves of a plug that have come apart.
+void draw_parted_plug(cairo_t* c, double x, double y) {
+  for (double side : {-1.0, 1.0}) {
+    cairo_save(c);
+    cairo_translate(c, x, y);
+    cairo_scale(c, side, 1);
+    const Path cable = [](cairo_t* k) {
+      cairo_new_path(k);
+      cairo_move_to(k, 60, 0);
+      cairo_curve_to(k, 90, 0, 84, 26, 120, 22);
+    };
+    stroke(c, cable, kInk, 19);
+    stroke(c, cable, {0.62, 0.64, 0.72}, 11);
+    const Path body = round_rect(22, -25, 46, 50, 11);
+    stroke(c, body, kInk, 6);
+    raise(c, body, ramp({0, -26}, {0.98, 0.82, 0.30}, {0, 26}, {0.92, 0.56, 0.10}),
+          {8, 0.8, 0.5, 0});
+    if (side < 0)
+      for (double pin : {-11.0, 11.0}) {
+        stroke(c, round_rect(4, pin - 4, 18, 8, 3), kInk, 4);
+        fill(c, round_rect(4, pin - 4, 18, 8, 3), {0.86, 0.88, 0.94});
+      }
+    cairo_restore(c);
+  }
 }
 
 void draw_io_error(const Cell& cell) {
   cairo_t* c = cell.ctx;
-  fault_board(c, 512, 256, kRed);
-  WordStyle style{Face::kChunky, 84, kWhite, kYellow, {0.30, 0.02, 0.02}, 6};
-  words(c, "I/O ERROR", style, 256, 92, 420);
-  style.size = 60;
-  words(c, "CALL ATTENDANT", style, 256, 172, 420);
+  draw_fault_board(c, 512, 256);
+  draw_warning(c, 92, 78, 64);
+  block_words(c, "I/O ERROR", 74, fault_letters(true), 300, 76, 320);
+  draw_parted_plug(c, 256, 136);
+  block_words(c, "CALL ATTENDANT", 62, fault_letters(false), 256, 196, 430);
 }
 
 constexpr CatalogueRow kRows[] = {
-    sheet("anim_cycleticket.tga", 512, 512, 4, 8, 18, Play::kLoop, draw_cycle_ticket),
     still("demo.tga", 128, 64, draw_demo),
-    still("ticket.tga", 128, 128, draw_ticket),
-    still("pink_ticket.tga", 128, 64, draw_pink_ticket),
-    still("you_won_tck.tga", 128, 128, draw_you_won),
     still("lily_bonus_txt.tga", 64, 32, draw_lily_bonus),
     still("num_frogs_txt.tga", 128, 32, draw_frogs_label),
     still("win.tga", 512, 128, [](const Cell& c) { draw_win_words(c, false); }),
@@ -244,7 +335,7 @@ constexpr CatalogueRow kRows[] = {
     still("press_to_grn_txt.tga", 256, 128,
           [](const Cell& c) { draw_prompt(c, "PRESS TO", false, 30); }),
     still("start_grn_txt.tga", 256, 128,
-          [](const Cell& c) { draw_prompt(c, "START!", false, 28); }),
+          [](const Cell& c) { draw_prompt(c, "START!", false, 30); }),
     still("press_ylw_txt.tga", 256, 128, [](const Cell& c) { draw_prompt(c, "PRESS", true, 30); }),
     still("button_ylw_txt.tga", 256, 128,
           [](const Cell& c) { draw_prompt(c, "BUTTON", true, 40); }),

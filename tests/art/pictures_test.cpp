@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <set>
@@ -218,5 +219,57 @@ TEST(Foam, RepeatsEvery473PixelsWithinTheRiver) {
     double usual = 0;
     for (int x = 0; x < 472; x++) usual = std::max(usual, differ(x, x + 1));
     EXPECT_LE(differ(472, 0), usual) << name;
+  }
+}
+
+namespace {
+
+// How light a colour is to the eye, 0 to 1.
+double lightness(const uint8_t* q) {
+  auto linear = [](uint8_t v) { return std::pow(v / 255.0, 2.2); };
+  return 0.2126 * linear(q[0]) + 0.7152 * linear(q[1]) + 0.0722 * linear(q[2]);
+}
+
+double contrast(double a, double b) {
+  return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
+}
+
+struct Ground {
+  const char* picture;
+  int left, top, right, foot;  // where the game writes, within a cell
+  uint8_t ink[3];
+  double contrast;  // what it takes to read it
+};
+
+class WrittenOn : public testing::TestWithParam<Ground> {};
+
+INSTANTIATE_TEST_SUITE_P(
+    All, WrittenOn,
+    testing::Values(Ground{"anim_wdsign", 20, 29, 236, 77, {255, 255, 255}, 4.5},
+                    Ground{"anim_lngsign", 20, 29, 236, 77, {255, 255, 255}, 4.5},
+                    Ground{"ticket", 43, 52, 85, 76, {0xDC, 0x20, 0}, 3.5},
+                    Ground{"pink_ticket", 43, 21, 85, 43, {255, 255, 255}, 7},
+                    Ground{"ticketerror", 104, 206, 400, 240, {255, 255, 255}, 12}),
+    [](const testing::TestParamInfo<Ground>& param) { return param.param.picture; });
+
+}  // namespace
+
+TEST_P(WrittenOn, IsOpaqueCalmAndFarFromTheInk) {
+  const Ground& g = GetParam();
+  const CatalogueRow& row = *catalogue_find(g.picture).row;
+  std::optional<Picture> p = read_picture(row);
+  ASSERT_TRUE(p);
+  const double ink = lightness(g.ink);
+  for (int frame = 0; frame < row.frames; frame++) {
+    const Box b = cell_at(row, frame);
+    for (int y = g.top; y < g.foot; y++) {
+      for (int x = g.left; x < g.right; x++) {
+        const uint8_t *q = p->at(b.x + x, b.y + y), *below = p->at(b.x + x, b.y + y + 1);
+        ASSERT_EQ(q[3], 255) << x << "," << y << " of frame " << frame;
+        ASSERT_GE(contrast(lightness(q), ink), g.contrast) << x << "," << y;
+        // No seam or edge runs through the words.
+        ASSERT_LT(contrast(lightness(q), lightness(below)), 1.3) << x << "," << y;
+      }
+    }
   }
 }

@@ -1,0 +1,118 @@
+// Paper tickets, on which the game writes numbers.
+#include <cmath>
+
+#include "art/catalogue.h"
+#include "art/palette.h"
+#include "art/relief.h"
+
+namespace art {
+
+namespace {
+
+struct TicketStyle {
+  Colour paper, print;
+  Colour panel;  // where the number stands
+};
+constexpr TicketStyle kPaidTicket{{1.0, 0.80, 0.28}, {0.78, 0.30, 0.04}, {1.0, 0.985, 0.90}};
+constexpr TicketStyle kPinkTicket{{0.98, 0.40, 0.66}, {1.0, 0.86, 0.92}, {0.60, 0.03, 0.30}};
+constexpr TicketStyle kMysteryTicket{{0.56, 0.30, 0.92}, {1.0, 0.84, 0.30}, {0.24, 0.06, 0.46}};
+
+// Torn off a roll: bites of the perforation along both ends.
+Path ticket_shape(double x, double y, double w, double h) {
+  return [=](cairo_t* c) {
+    const int bites = 4;
+    const double l = x - w / 2, r = x + w / 2, t = y - h / 2, b = y + h / 2;
+    const double step = h / bites, bite = step * 0.27, corner = step * 0.20;
+    cairo_new_path(c);
+    cairo_arc(c, l + corner, t + corner, corner, kTau / 2, kTau * 0.75);
+    cairo_arc(c, r - corner, t + corner, corner, -kTau / 4, 0);
+    for (int i = 0; i < bites; i++)
+      cairo_arc_negative(c, r, t + (i + 0.5) * step, bite, -kTau / 4, kTau / 4);
+    cairo_arc(c, r - corner, b - corner, corner, 0, kTau / 4);
+    cairo_arc(c, l + corner, b - corner, corner, kTau / 4, kTau / 2);
+    for (int i = bites - 1; i >= 0; i--)
+      cairo_arc_negative(c, l, t + (i + 0.5) * step, bite, kTau / 4, -kTau / 4);
+    cairo_close_path(c);
+  };
+}
+
+// A ticket round (x, y): its ends printed with stars, a plain panel for the number between them.
+void draw_paper(cairo_t* c, double x, double y, double w, double h, const TicketStyle& style) {
+  const Path shape = ticket_shape(x, y, w, h);
+  stroke(c, shape, dim(mix(style.paper, style.panel, 0.3), 0.22), h * 0.10);
+  raise(c, shape,
+        [&](cairo_t* k) {
+          ramp({0, y - h / 2}, mix(style.paper, kWhite, 0.25), {0, y + h / 2},
+               dim(style.paper, 0.92))(k);
+          stroke(k, round_rect(x - w * 0.425, y - h * 0.40, w * 0.85, h * 0.80, h * 0.10),
+                 style.print, h * 0.045);
+          for (double side : {-1.0, 1.0})
+            fill(k, star(x + side * w * 0.352, y, h * 0.125, h * 0.058, 5), style.print);
+        },
+        {h * 0.075, 0.7, 0.5, 0});
+  const Path panel = round_rect(x - w * 0.265, y - h * 0.32, w * 0.53, h * 0.64, h * 0.13);
+  stroke(c, panel, style.print, h * 0.07);
+  fill_linear(c, panel, {x, y - h * 0.3}, dim(style.panel, 0.94), {x, y + h * 0.1}, style.panel);
+}
+
+void draw_ticket(const Cell& cell) {
+  // Red digits stand on it.
+  soft_spot(cell.ctx, 66, 70, 58, 32, kBlack, 0.35);
+  draw_paper(cell.ctx, 64, 64, 104, 56, kPaidTicket);
+}
+
+void draw_pink_ticket(const Cell& cell) {
+  soft_spot(cell.ctx, 65, 36, 50, 25, kBlack, 0.35);
+  draw_paper(cell.ctx, 64, 32, 92, 48, kPinkTicket);
+}
+
+void draw_cycle_ticket(const Cell& cell) {
+  // Turning about its upright axis, slowest when it faces the viewer: the number stays where it is.
+  cairo_t* c = cell.ctx;
+  const double a = kTau * cell.turn(), angle = a - 0.30 * std::sin(2 * a), k = std::cos(angle);
+  // Never quite edge on, so that what the game writes on it stays on paper.
+  const double width = 0.28 + 0.72 * std::fabs(k), shade = 0.62 + 0.38 * width;
+  TicketStyle style = kMysteryTicket;
+  for (Colour* part : {&style.paper, &style.print, &style.panel}) *part = dim(*part, shade);
+  cairo_translate(c, 64, 32);
+  cairo_scale(c, width, 1);
+  cairo_translate(c, -64, -32);
+  draw_paper(c, 64, 32, 96, 50, style);
+  // A gleam runs over the paper as it comes round.
+  const double gleam = std::sin(angle) * (k < 0 ? -1 : 1);
+  cairo_save(c);
+  ticket_shape(64, 32, 96, 50)(c);
+  cairo_clip(c);
+  const double x = 64 + 96 * gleam;
+  fill(c, polygon({{x - 4, 4}, {x + 12, 4}, {x, 60}, {x - 16, 60}}), kWhite, 0.40 * width);
+  cairo_restore(c);
+}
+
+void draw_you_won(const Cell& cell) {
+  cairo_t* c = cell.ctx;
+  // A burst behind the ticket, which covers its middle.
+  const Path burst = star(64, 65, 59, 47, 14);
+  stroke(c, burst, {0.03, 0.10, 0.30}, 4);
+  raise(c, burst, ramp({0, 10}, {0.42, 0.80, 1.0}, {0, 120}, {0.10, 0.42, 0.90}), {6, 0.6, 0.4, 0});
+  Block style = kCreamLetters;
+  style.ink = {0.03, 0.08, 0.30};
+  style.side = {0.30, 0.50, 0.86};
+  style.rim = 3;
+  style.depth = 2;
+  style.relief.bevel = 3;
+  block_words(c, "YOU WON", 27, style, 64, 25, 116);
+  block_words(c, "TICKETS", 27, style, 64, 107, 108);
+}
+
+constexpr CatalogueRow kRows[] = {
+    sheet("anim_cycleticket.tga", 512, 512, 4, 8, 18, Play::kLoop, draw_cycle_ticket),
+    still("ticket.tga", 128, 128, draw_ticket),
+    still("pink_ticket.tga", 128, 64, draw_pink_ticket),
+    still("you_won_tck.tga", 128, 128, draw_you_won),
+};
+
+}  // namespace
+
+const Family kTicketsFamily{"art/tickets.cpp", kRows};
+
+}  // namespace art
