@@ -8,9 +8,9 @@ namespace art {
 
 std::span<const Family* const> families() {
   static constexpr const Family* kFamilies[] = {
-      &kFrogFamily,    &kBugsFamily,    &kButterflyFamily, &kRiverFamily, &kTurtlesFamily,
-      &kPlantsFamily,  &kSignsFamily,   &kBackdropFamily,  &kFontsFamily, &kMessagesFamily,
-      &kEffectsFamily, &kAttractFamily, &kRidersFamily,    &kThumbsFamily};
+      &kFrogFamily,    &kBugsFamily,    &kButterflyFamily, &kRiverFamily,  &kTurtlesFamily,
+      &kPlantsFamily,  &kSignsFamily,   &kBackdropFamily,  &kFontsFamily,  &kMessagesFamily,
+      &kEffectsFamily, &kAttractFamily, &kRidersFamily,    &kThumbsFamily, &kWaterFamily};
   return kFamilies;
 }
 

@@ -72,7 +72,7 @@ struct Family {
 
 extern const Family kFrogFamily, kBugsFamily, kButterflyFamily, kRiverFamily, kTurtlesFamily,
     kPlantsFamily, kSignsFamily, kBackdropFamily, kFontsFamily, kMessagesFamily, kEffectsFamily,
-    kAttractFamily, kRidersFamily, kThumbsFamily;
+    kAttractFamily, kRidersFamily, kThumbsFamily, kWaterFamily;
 
 std::span<const Family* const> families();
 
