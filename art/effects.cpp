@@ -1,4 +1,4 @@
-// Short things: rings, sparks and hearts.
+// Short things: rings, sparks, hearts and a ticket that turns.
 #include <cmath>
 
 #include "art/catalogue.h"
@@ -8,55 +8,186 @@ namespace art {
 
 namespace {
 
+// A band that lies on the ground, seen from the front and above: broader towards the viewer. The
+// rule is even-odd, so that the inner edge cuts it open.
+Path ground_band(double x, double y, double r, double wide, double flat) {
+  return [=](cairo_t* k) {
+    cairo_new_path(k);
+    cairo_save(k);
+    cairo_translate(k, x, y + wide * 0.10);
+    cairo_scale(k, r + wide / 2, (r + wide / 2) * flat + wide * 0.06);
+    cairo_new_sub_path(k);
+    cairo_arc(k, 0, 0, 1, 0, kTau);
+    cairo_restore(k);
+    cairo_save(k);
+    cairo_translate(k, x, y - wide * 0.06);
+    double inner = std::fmax(1, r - wide / 2);
+    cairo_scale(k, inner, std::fmax(1, inner * flat - wide * 0.06));
+    cairo_new_sub_path(k);
+    cairo_arc(k, 0, 0, 1, 0, kTau);
+    cairo_restore(k);
+    cairo_set_fill_rule(k, CAIRO_FILL_RULE_EVEN_ODD);
+  };
+}
+
 void draw_rings(const Cell& cell) {
   cairo_t* c = cell.ctx;
   // Drawn 132 pixels left of the frog at its height, so that this point lies below its feet.
   const double x = 260, y = 250, flat = 0.40;
   const int rings = 3;
-  soft_spot(c, x, y, 120, 120 * flat, {0.55, 1.0, 0.30}, 0.35);
-  for (int i = 0; i < rings; i++) {
-    double k = std::fmod(cell.turn() + static_cast<double>(i) / rings, 1.0);
-    double r = 36 + 200 * k, alpha = smooth(0, 0.15, k) * (1 - smooth(0.45, 1.0, k));
-    if (alpha <= 0) continue;
-    stroke(c, ellipse(x, y, r, r * flat), {0.05, 0.40, 0.04}, 17 * (1 - 0.6 * k), 0.45 * alpha);
-    stroke(c, ellipse(x, y, r, r * flat), {0.42, 0.96, 0.16}, 11 * (1 - 0.6 * k), 0.95 * alpha);
-    stroke(c, ellipse(x, y - 1.5, r, r * flat), {0.88, 1.0, 0.66}, 4 * (1 - 0.6 * k), 0.9 * alpha);
+  soft_spot(c, x, y, 104, 104 * flat, {0.66, 1.0, 0.30},
+            0.45 + 0.15 * std::cos(kTau * rings * cell.turn()));
+  // The outermost first: the younger ones are brighter.
+  for (int i = rings - 1; i >= 0; i--) {
+    double k = std::fmod(rings * cell.turn(), 1.0) / rings + static_cast<double>(i) / rings;
+    // It leaves fast and slows down, as a wave does.
+    double out = 1 - std::pow(1 - k, 1.7), r = 40 + 192 * out;
+    double alpha = smooth(0, 0.10, k) * (1 - smooth(0.55, 1.0, k)), wide = 26 - 16 * k;
+    if (alpha <= 0.01) continue;
+    // A glow trails behind the bright lip.
+    fill(c, ground_band(x, y, r - wide * 0.75, wide * 1.7, flat), {0.20, 0.80, 0.10}, 0.34 * alpha);
+    fill(c, ground_band(x, y, r, wide * 1.15, flat), {0.03, 0.36, 0.03}, 0.70 * alpha);
+    fill(c, ground_band(x, y, r, wide * 0.82, flat), {0.36, 0.94, 0.12}, alpha);
+    fill(c, ground_band(x, y - 1, r + wide * 0.08, wide * 0.34, flat), {0.92, 1.0, 0.66}, alpha);
   }
+}
+
+// Four long points and four short ones.
+void glint(cairo_t* c, double x, double y, double size, double turn, Colour colour) {
+  fill(c, star(x, y, size * 0.52, size * 0.13, 4, turn + kTau / 8), colour);
+  fill(c, star(x, y, size, size * 0.12, 4, turn), colour);
 }
 
 void draw_spark(const Cell& cell) {
   cairo_t* c = cell.ctx;
-  double t = cell.run(), grow = std::sin(kTau / 2 * (0.12 + 0.80 * t));
-  soft_spot(c, 64, 64, 58 * grow, 58 * grow, {1, 0.95, 0.45}, 0.8);
-  fill(c, star(64, 64, 56 * grow, 9 * grow, 8, 0.5 * t), {1.0, 0.78, 0.15}, 0.9);
-  fill(c, star(64, 64, 42 * grow, 8 * grow, 8, 0.2 - 0.5 * t), kWhite);
-  for (int i = 0; i < 8; i++) {
-    double a = i * kTau / 8 + 0.3, r = 16 + 38 * t;
-    fill(c, circle(64 + r * std::cos(a), 64 + r * std::sin(a), 4.2 - 3 * t), kYellow);
+  // A tenth of a second in all: it is at its largest at once, and scatters.
+  const double t = cell.run(), flash = 0.06 + 0.94 * std::pow(1 - t, 0.8) * smooth(-0.18, 0.16, t);
+  soft_spot(c, 64, 64, 46 * flash, 46 * flash, {1, 0.90, 0.30}, 0.9);
+  double ring = 14 + 42 * (1 - (1 - t) * (1 - t)), thick = 7 * (1 - t) + 1.4;
+  stroke(c, circle(64, 64, ring), {0.90, 0.50, 0.0}, thick + 2, 1 - smooth(0.5, 1.0, t));
+  stroke(c, circle(64, 64, ring), {1.0, 0.94, 0.50}, thick, 1 - smooth(0.5, 1.05, t));
+  const double size = 58 * flash, turn = 0.5 * t;
+  glint(c, 64, 64, size + 3, turn, {0.96, 0.60, 0.04});
+  glint(c, 64, 64, size, turn, {1.0, 0.92, 0.36});
+  glint(c, 64, 64, size * 0.76, turn, kWhite);
+  // Gold dust flies off and glints in turn.
+  Rng rng{11};
+  for (int i = 0; i < 9; i++) {
+    double a = (i + 0.7 * rng.unit()) * kTau / 9, far = rng.range(30, 52), late = rng.unit();
+    double out = 1 - (1 - t) * (1 - t), r = 20 + (far - 14) * out;
+    double big = 3 + 6.5 * std::fabs(std::sin(kTau * (0.8 * t + late))) * (1 - 0.5 * t);
+    Point p{64 + r * std::cos(a), 64 + r * std::sin(a)};
+    fill(c, star(p.x, p.y, big + 1.6, big * 0.36 + 1, 4, a), {0.90, 0.50, 0.0});
+    fill(c, star(p.x, p.y, big, big * 0.36, 4, a), i % 3 ? kYellow : kWhite);
   }
 }
 
 void draw_hearts(const Cell& cell) {
   cairo_t* c = cell.ctx;
-  double t = cell.run();
+  // A rider blows them: they come from its lips, at the lower left, one behind the other, and sway
+  // as they rise.
+  const double t = cell.run();
   struct Start {
-    double x, late, size;
+    double late, x, top, size, way;
+    Colour colour;
   };
-  for (Start s : {Start{32, 0, 9.5}, Start{20, 0.16, 6.5}, Start{44, 0.26, 7.5}}) {
-    double u = (t - s.late) / (1 - s.late);
-    if (u < 0) continue;
-    double grow = smooth(-0.15, 0.25, u), fade = 1 - smooth(0.72, 1.06, u);
-    double x = s.x + 5 * std::sin(kTau * (u + s.x * 0.05)), y = 52 - 39 * u, size = s.size * grow;
-    if (fade <= 0.02) continue;
-    cairo_push_group(c);
-    puff(c, heart(x, y, size), {0.98, 0.22, 0.40}, x, y, size * 1.2, 1.6, 0.7);
-    cairo_pop_group_to_source(c);
-    cairo_paint_with_alpha(c, fade);
+  constexpr Start kStarts[] = {{0.26, 17, 33, 7.5, -1, {1.0, 0.36, 0.60}},
+                               {0.15, 50, 27, 7.0, 1, {1.0, 0.22, 0.34}},
+                               {0.0, 34, 15, 10.0, -1, {0.98, 0.12, 0.36}}};
+  for (const Start& s : kStarts) {
+    double u = (t - s.late) / (1 - s.late) + (s.late > 0 ? 0 : 0.02);
+    if (u <= 0) continue;
+    u = std::fmin(u, 1.0);
+    double grow = smooth(-0.10, 0.22, u) * (1 + 0.22 * std::sin(kTau * smooth(0.05, 0.4, u)));
+    double gone = smooth(0.80, 1.0, u);
+    double sway = std::sin(kTau * 1.4 * u) * s.way * (1 - 0.3 * u);
+    double out = smooth(0, 0.5, u);
+    double x = 14 + (s.x - 14) * out + 3.5 * sway * out;
+    double y = 53 - (53 - s.top) * (1 - std::pow(1 - u, 1.4)),
+           size = s.size * grow * (1 - 0.70 * gone);
+    cairo_save(c);
+    cairo_translate(c, x, y);
+    cairo_rotate(c, 0.34 * std::cos(kTau * 1.4 * u) * s.way);
+    // Squeezed as it beats.
+    double beat = 1 + 0.10 * std::sin(kTau * 3 * u);
+    cairo_scale(c, beat, 1 / beat);
+    puff(c, heart(0, 0, size), s.colour, 0, 0, size * 1.25, 1.8, 0);
+    fill(c, ellipse(-size * 0.42, -size * 0.34, size * 0.24, size * 0.16, -0.7), kWhite, 0.95);
+    cairo_restore(c);
   }
+}
+
+// Halves of a ticket's rim from notch to notch, as points at both ends of its thickness.
+struct Ticket {
+  double half_width, half_height, notch;
+
+  void outline(cairo_t* k) const {
+    const double w = half_width, h = half_height, corner = 6;
+    cairo_new_path(k);
+    cairo_arc(k, -w + corner, -h + corner, corner, kTau / 2, kTau * 0.75);
+    cairo_arc(k, w - corner, -h + corner, corner, -kTau / 4, 0);
+    cairo_arc_negative(k, w, 0, notch, -kTau / 4, kTau / 4);
+    cairo_arc(k, w - corner, h - corner, corner, 0, kTau / 4);
+    cairo_arc(k, -w + corner, h - corner, corner, kTau / 4, kTau / 2);
+    cairo_arc_negative(k, -w, 0, notch, kTau / 4, -kTau / 4);
+    cairo_close_path(k);
+  }
+};
+
+void draw_cycle_ticket(const Cell& cell) {
+  // A bar of gold that turns about its upright axis; digits stand on it.
+  cairo_t* c = cell.ctx;
+  const Ticket ticket{50, 26, 7};
+  const double a = kTau * cell.turn(), k = std::cos(a), s = std::sin(a);
+  const double wide = std::fmax(0.02, std::fabs(k)), thick = 9 * std::fabs(s);
+  // The side that shows lies to the left while it turns away to the right, and so on.
+  const double way = (k < 0) == (s < 0) ? 1 : -1;
+  auto slice = [&](double at) {
+    return Path([=, &ticket](cairo_t* p) {
+      cairo_save(p);
+      cairo_translate(p, 64 + at, 32);
+      cairo_scale(p, wide, 1);
+      ticket.outline(p);
+      cairo_restore(p);
+    });
+  };
+  // Thickness: slices from back to front, darker than the face.
+  const double front = -way * thick / 2;
+  for (int i = 0; i <= 12; i++)
+    stroke(c, slice(-front + 2 * front * i / 12), {0.36, 0.16, 0.0}, 4.5);
+  for (int i = 0; i <= 12; i++) {
+    double at = static_cast<double>(i) / 12;
+    fill(c, slice(-front + 2 * front * at), mix({0.66, 0.34, 0.02}, {0.98, 0.70, 0.14}, at));
+  }
+  // The face is brightest as it turns through the light.
+  const double lit = 0.5 + 0.5 * std::cos(a * 2 + 0.9);
+  Path face = slice(front);
+  fill_linear(c, face, {64 - 50 * wide, 6}, mix({1.0, 0.80, 0.22}, {1.0, 0.91, 0.46}, lit),
+              {64 + 50 * wide, 58}, mix({0.86, 0.48, 0.02}, {1.0, 0.74, 0.14}, lit));
+  cairo_save(c);
+  face(c);
+  cairo_clip(c);
+  cairo_translate(c, 64 + front, 32);
+  cairo_scale(c, wide, 1);
+  // A raised rim: light above, dark below.
+  stroke(c, round_rect(-39, -19, 78, 39, 8), {0.60, 0.30, 0.0}, 3, 0.65);
+  stroke(c, round_rect(-39, -20, 78, 39, 8), kGoldLight, 2.2, 0.9);
+  // A gleam runs over it as it turns.
+  double x = -150 + 300 * std::fmod(cell.turn() * 2 + 0.5, 1.0);
+  fill(c, polygon({{x - 8, -30}, {x + 12, -30}, {x - 6, 30}, {x - 26, 30}}), kWhite, 0.5);
+  fill(c, polygon({{x + 18, -30}, {x + 24, -30}, {x + 6, 30}, {x, 30}}), kWhite, 0.45);
+  cairo_restore(c);
+  // Its upper corner glints as it faces the light.
+  double size = 13 * std::fmax(0.0, std::cos(2 * a + 0.5) - 0.35);
+  if (size < 2) return;
+  Point p{64 + front - 44 * wide, 13};
+  glint(c, p.x, p.y, size + 2, 0.3, {0.80, 0.44, 0.0});
+  glint(c, p.x, p.y, size, 0.3, kWhite);
 }
 
 constexpr CatalogueRow kRows[] = {
     sheet("anim_grn_rings.png", 4096, 2048, 8, 4, 30, Play::kLoop, draw_rings),
+    sheet("anim_cycleticket.tga", 512, 512, 4, 8, 18, Play::kLoop, draw_cycle_ticket),
     sheet("anim_spark.tga", 512, 512, 4, 4, 16, Play::kOnce, draw_spark),
     sheet("anim_hearts.tga", 512, 256, 8, 4, 30, Play::kOnce, draw_hearts),
 };

@@ -57,19 +57,6 @@ void draw_pink_ticket(const Cell& cell) {
   paper_ticket(cell.ctx, 64, 32, 84, 44, {0.95, 0.26, 0.56}, {0.66, 0.08, 0.34});
 }
 
-void draw_cycle_ticket(const Cell& cell) {
-  // Turning about its upright axis: front, edge, back, edge.
-  cairo_t* c = cell.ctx;
-  double k = std::cos(kTau * cell.turn());
-  bool back = k < 0;
-  double width = std::fmax(0.10, std::fabs(k));
-  Colour paper = back ? Colour{0.90, 0.62, 0.16} : Colour{1.0, 0.90, 0.45};
-  cairo_translate(c, 64, 32);
-  cairo_scale(c, width, 1);
-  cairo_translate(c, -64, -32);
-  paper_ticket(c, 64, 32, 90, 48, mix(paper, kWhite, 0.25 * (1 - width)), {0.85, 0.45, 0.08});
-}
-
 void draw_demo(const Cell& cell) {
   WordStyle style{Face::kChunky, 40, kWhite, {0.80, 0.94, 1.0}, {0.04, 0.12, 0.34}, 4};
   words(cell.ctx, "DEMO", style, 64, 32, 122);
@@ -229,7 +216,6 @@ void draw_io_error(const Cell& cell) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    sheet("anim_cycleticket.tga", 512, 512, 4, 8, 18, Play::kLoop, draw_cycle_ticket),
     still("demo.tga", 128, 64, draw_demo),
     still("ticket.tga", 128, 128, draw_ticket),
     still("pink_ticket.tga", 128, 64, draw_pink_ticket),
