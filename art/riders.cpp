@@ -71,10 +71,12 @@ void add_crown(ClayScene& scene, const ClayFrame& head, const RiderPose& pose) {
   ClayPart crown;
   crown.blend = 0.08f;
   crown.gloss = 1.3f;
+  crown.mirror = 0.45f;
   crown.frame = frame_within(head, own);
   ClayPart jewels;
   jewels.blend = 0.01f;
   jewels.gloss = 1.2f;
+  jewels.mirror = 0.30f;
   jewels.frame = crown.frame;
   Vec gold = linear(kGold);
   const int points = 5;
@@ -120,7 +122,7 @@ void add_head(ClayScene& scene, const ClayFrame& root, const RiderPose& pose) {
       root, leaning(pose.tilt_deg, pose.nod_deg, {0, 2.55f * (1 - 0.85f * q), -0.12f}));
   ClayPart head;
   head.blend = 0.22f;
-  head.gloss = 0.7f;
+  head.gloss = 0.9f;
   head.frame = f;
   head.ball({0, 0, 0}, {kHeadSize.x * (1 + 0.35f * q), kHeadSize.y * (1 - 0.3f * q), kHeadSize.z},
             skin);
@@ -164,7 +166,9 @@ void add_head(ClayScene& scene, const ClayFrame& root, const RiderPose& pose) {
 
 void add_body(ClayScene& scene, const ClayFrame& root, const RiderPose& pose) {
   const float q = pose.squash, fat = 1 + 0.4f * q, tall = 1 - 0.8f * q;
-  Vec skin = linear(kSkin), belly = linear(kBelly), red = linear(kCape), fur = linear(kFur);
+  Vec skin = linear(kSkin), red = linear(kCape);
+  // They lie in the shade of the head.
+  Vec belly = linear(kBelly) * 1.35f, fur = linear(kFur) * 1.3f;
   ClayPart body;
   body.blend = 0.30f;
   body.gloss = 0.6f;

@@ -81,7 +81,7 @@ const Canvas& hand_pose(int pose) {
     ClayPart cuff;
     cuff.blend = 0.05f;
     cuff.gloss = 1.2f;
-    cuff.mirror = 0.75f;
+    cuff.mirror = 0.5f;
     ClayPart stones;
     stones.blend = 0.01f;
     stones.gloss = 1.3f;
