@@ -210,17 +210,6 @@ Vec Tracer::shade(int part, Vec p) const {
   out = out + Vec{1, 1, 0.95f} * (sparkle * g.gloss * (0.35f + 0.65f * lit));
   float rim = std::pow(1 - facing, 3.0f) * clamp(dot(n, kRim) * 0.7f + 0.3f);
   out = out + lerp(colour, {1, 1, 0.8f}, 0.5f) * (rim * 0.55f);
-  if (g.mirror > 0) {
-    Vec seen = dir - n * (2 * dot(dir, n));
-    // Land, a bright horizon and a sky that is lit from the left.
-    float sky = step_s(-0.05f, 0.30f, seen.y + 0.25f * seen.x * seen.x - 0.15f * seen.x);
-    float bright = step_s(0.55f, 0.95f, dot(seen, unit({-0.45f, 0.72f, -0.35f})));
-    // Brightened each for itself, a colour keeps its hue: mixed with white, blue turns lilac.
-    auto lifted = [](float v) { return 1.1f * std::pow(v, 0.45f); };
-    Vec shown = lerp(colour * 0.45f, {lifted(colour.x), lifted(colour.y), lifted(colour.z)}, sky);
-    shown = lerp(shown, {1, 1, 0.97f}, 0.9f * bright);
-    out = lerp(out, shown, g.mirror * (0.45f + 0.55f * (1 - facing)));
-  }
   if (g.inked) out = lerp(colour * 0.16f, out, 0.35f + 0.65f * step_s(0.10f, 0.34f, facing));
   return out;
 }

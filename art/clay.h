@@ -64,7 +64,6 @@ struct ClayPart {
   float blend = 0.1f;
   float gloss = 0.35f;
   bool inked = true;  // a dark line where the surface turns away
-  float mirror = 0;   // gold and water: how much of a bright sky over dark land shows in it
   ClayFrame frame;
   std::vector<ClayShape> shapes;
   // Paints the surface: a point in the part's own axes and the shapes' colour there.

@@ -71,12 +71,13 @@ void add_crown(ClayScene& scene, const ClayFrame& head, const RiderPose& pose) {
   ClayPart crown;
   crown.blend = 0.08f;
   crown.gloss = 1.3f;
-  crown.mirror = 0.45f;
+
+  crown.glow = 0.30f;
   crown.frame = frame_within(head, own);
   ClayPart jewels;
   jewels.blend = 0.01f;
   jewels.gloss = 1.2f;
-  jewels.mirror = 0.30f;
+  jewels.metal = 0.25f;
   jewels.frame = crown.frame;
   Vec gold = linear(kGold);
   const int points = 5;

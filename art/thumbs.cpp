@@ -31,7 +31,7 @@ const Canvas& hand_pose(int pose) {
     ClayPart palm;
     palm.blend = 0.42f;
     palm.gloss = 0.9f;
-    palm.mirror = 0.10f;
+    palm.metal = 0.15f;
     palm.ball({0.10f, 0.0f, 0.05f}, {1.42f, 1.22f, 0.86f}, skin);
     palm.ball({0.78f, 0.20f, -0.25f}, {0.72f, 0.86f, 0.66f}, skin);
     palm.limb({0.10f, -1.0f, 0.1f}, 0.82f, {0.10f, -1.75f, 0.15f}, 0.72f, skin);
@@ -53,7 +53,7 @@ const Canvas& hand_pose(int pose) {
       ClayPart finger;
       finger.blend = 0.20f;
       finger.gloss = 0.9f;
-      finger.mirror = 0.10f;
+      finger.metal = 0.15f;
       Vec knuckle{-1.30f + in + grip, y, -0.30f}, bend{-0.98f + in + grip, y - 0.03f, -0.92f};
       finger.limb({-0.9f, y, 0.25f}, 0.42f, knuckle, 0.42f, skin);
       finger.limb(knuckle, 0.42f, bend, 0.40f, skin);
@@ -64,7 +64,7 @@ const Canvas& hand_pose(int pose) {
     ClayPart thumb;
     thumb.blend = 0.30f;
     thumb.gloss = 0.9f;
-    thumb.mirror = 0.10f;
+    thumb.metal = 0.15f;
     Vec root{0.80f, 0.52f, -0.42f};
     Vec knuckle = lerp({0.62f, 1.18f, -0.92f}, {0.72f, 1.42f, -0.45f}, fold) +
                   Vec{0.30f * back, 0.05f * back, 0};
@@ -81,11 +81,11 @@ const Canvas& hand_pose(int pose) {
     ClayPart cuff;
     cuff.blend = 0.05f;
     cuff.gloss = 1.2f;
-    cuff.mirror = 0.5f;
+    cuff.glow = 0.30f;
     ClayPart stones;
     stones.blend = 0.01f;
     stones.gloss = 1.3f;
-    stones.mirror = 0.35f;
+    stones.metal = 0.25f;
     const int links = 20;
     auto round = [](float a, float y, float r) {
       return Vec{0.10f + r * std::sin(a), y, 0.12f - r * std::cos(a)};

@@ -11,8 +11,8 @@ namespace {
 
 constexpr float kPi = static_cast<float>(kTau / 2);
 constexpr double kPitch_deg = 23;
-constexpr double kPeak = 0.36;  // of the run: when the crown stands highest
-constexpr float kWet = 0.65f;
+constexpr double kPeak = 0.36;                 // of the run: when the crown stands highest
+constexpr float kWet = 0.26f, kLight = 0.30f;  // lacquered, and lit from within
 constexpr Colour kDeep{0.02, 0.38, 0.86}, kBody{0.10, 0.66, 1.0}, kThin{0.66, 0.93, 1.0};
 constexpr Colour kOutline{0.02, 0.16, 0.42};
 
@@ -48,7 +48,8 @@ void add_crown(ClayScene& scene, const Splash& s, float t) {
   ClayPart wall;
   wall.blend = 0.24f;
   wall.gloss = 1.5f;
-  wall.mirror = kWet;
+  wall.metal = kWet;
+  wall.glow = kLight;
   Rng rng{s.seed};
   struct Point3 {
     float turn, tall;
@@ -102,7 +103,8 @@ void add_column(ClayScene& scene, const Splash& s, float t) {
   ClayPart column;
   column.blend = 0.30f;
   column.gloss = 1.5f;
-  column.mirror = kWet;
+  column.metal = kWet;
+  column.glow = kLight;
   float r = s.radius;
   column.ball({0, 0.02f, 0}, {0.75f * r, 0.26f * rise + 0.05f, 0.75f * r}, linear(kBody));
   column.limb({0, 0, 0}, 0.40f * r, {0, tall * 0.62f, 0}, 0.20f * r, linear(kBody));
