@@ -8,9 +8,10 @@ namespace art {
 
 std::span<const Family* const> families() {
   static constexpr const Family* kFamilies[] = {
-      &kFrogFamily,     &kBugsFamily,  &kButterflyFamily, &kRiverFamily,   &kTurtlesFamily,
-      &kPlantsFamily,   &kSignsFamily, &kLogoFamily,      &kMarksFamily,   &kTicketsFamily,
-      &kBackdropFamily, &kFontsFamily, &kMessagesFamily,  &kEffectsFamily, &kAttractFamily};
+      &kAttractFamily, &kBackdropFamily, &kBugsFamily,  &kButterflyFamily, &kEffectsFamily,
+      &kFontsFamily,   &kFrogFamily,     &kLogoFamily,  &kMarksFamily,     &kMessagesFamily,
+      &kPlantsFamily,  &kRidersFamily,   &kRiverFamily, &kSignsFamily,     &kThumbsFamily,
+      &kTicketsFamily, &kTurtlesFamily,  &kWaterFamily};
   return kFamilies;
 }
 

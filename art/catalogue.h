@@ -70,9 +70,10 @@ struct Family {
   std::span<const CatalogueRow> rows;
 };
 
-extern const Family kFrogFamily, kBugsFamily, kButterflyFamily, kRiverFamily, kTurtlesFamily,
-    kPlantsFamily, kSignsFamily, kLogoFamily, kMarksFamily, kTicketsFamily, kBackdropFamily,
-    kFontsFamily, kMessagesFamily, kEffectsFamily, kAttractFamily;
+extern const Family kAttractFamily, kBackdropFamily, kBugsFamily, kButterflyFamily, kEffectsFamily,
+    kFontsFamily, kFrogFamily, kLogoFamily, kMarksFamily, kMessagesFamily, kPlantsFamily,
+    kRidersFamily, kRiverFamily, kSignsFamily, kThumbsFamily, kTicketsFamily, kTurtlesFamily,
+    kWaterFamily;
 
 std::span<const Family* const> families();
 

@@ -119,47 +119,6 @@ void draw_frog_win(const Cell& cell) {
   draw_pose(cell, pose);
 }
 
-void draw_rider(const Cell& cell, FrogPose pose) {
-  Canvas canvas(cell.width, cell.height);
-  soft_spot(cell.ctx, 64, 108, 32, 11, kBlack, 0.45);
-  pose.yaw_deg += 180;
-  pose.rear_deg += 30;
-  pose.stand = 1;
-  pose.look_up = 0.12f;
-  ClayScene scene = frog_scene(pose, kRiderFrog);
-  clay_draw(canvas, scene, {36, 17.5f, {64, 103}}, {0.30, 0.10, 0.04}, 1.6f);
-  paint_canvas(cell.ctx, canvas, 0, 0);
-}
-
-void draw_rider_wave(const Cell& cell) {
-  float t = static_cast<float>(cell.turn());
-  FrogPose pose;
-  pose.arm_up[1] = 0.85f + 0.15f * std::sin(2 * kPi * 4 * t);
-  pose.arm_up[0] = 0.10f + 0.10f * std::sin(2 * kPi * t);
-  pose.roll_deg = 7 * std::sin(2 * kPi * 2 * t);
-  pose.breathe = 0.5f - 0.5f * std::cos(2 * kPi * 2 * t);
-  pose.blink = bump((t - 0.45f) / 0.10f);
-  draw_rider(cell, pose);
-}
-
-void draw_rider_kiss(const Cell& cell) {
-  double t = cell.run();
-  float in = part(t, 0.02, 0.22) - part(t, 0.42, 0.58),
-        out = part(t, 0.42, 0.58) - part(t, 0.84, 1.0);
-  FrogPose pose;
-  in = in * in * (3 - 2 * in);
-  out = out * out * (3 - 2 * out);
-  pose.arm_in[0] = pose.arm_in[1] = in;
-  pose.arm_up[0] = 0.10f + 0.62f * out;
-  pose.arm_up[1] =
-      0.85f * (1 - part(t, 0, 0.15)) + 0.72f * out + 0.85f * part(t, 0.88, 1.0) * (1 - out);
-  pose.blink = in;
-  pose.rear_deg = 7 * out - 5 * in;
-  pose.lift = 0.35f * bump(part(t, 0.44, 0.66));
-  pose.mouth = 0.6f * out;
-  draw_rider(cell, pose);
-}
-
 void draw_frog_icon(const Cell& cell, double scale, double ground_y) {
   // Seen from the front, sitting: it has to read at half an inch.
   Canvas canvas(cell.width, cell.height);
@@ -181,8 +140,6 @@ constexpr CatalogueRow kRows[] = {
     sheet("anim_gfrog_idle3.tga", 4096, 1024, 16, 4, 60, Play::kOnce, draw_frog_yawn),
     sheet("anim_gfrog_idle1.tga", 4096, 1024, 16, 4, 60, Play::kLoop, draw_frog_breathe,
           Twin::kThereBack),
-    sheet("anim_wave.tga", 1024, 1024, 8, 8, 64, Play::kLoop, draw_rider_wave),
-    sheet("anim_kiss.tga", 1024, 1024, 8, 8, 42, Play::kOnce, draw_rider_kiss),
     sheet("anim_gfrog.tga", 2048, 512, 8, 2, 15, Play::kOnce, draw_frog_hop),
     // 52 pixels from one to the next; the middle one stands under a line of words.
     still("frogicon.tga", 64, 64, [](const Cell& c) { draw_frog_icon(c, 11.2, 42); }),

@@ -1,0 +1,251 @@
+// The thumb of a win, held up over its ribbon; the game draws the number on it.
+#include <algorithm>
+#include <cmath>
+
+#include "art/catalogue.h"
+#include "art/clay.h"
+#include "art/palette.h"
+
+namespace art {
+
+namespace {
+
+constexpr float kPi = static_cast<float>(kTau / 2);
+constexpr Colour kOutline{0.03, 0.18, 0.05};
+constexpr int kSteps = 8;          // poses between a fist and a thumb held up
+constexpr int kPoses = 3;          // beyond that: the thumb bent back by its spring
+constexpr int kSide = 340;         // of a pose's picture, pixels
+constexpr Point kWrist{170, 292};  // in it: what the hand turns round
+
+// The hand, its thumb from 0 (folded over the fist) to kSteps (up) and beyond. Rendered once each;
+// the frames move it.
+const Canvas& hand_pose(int pose) {
+  static Memo<int> poses;
+  return poses.get(pose, kSide, kSide, [=](Canvas& canvas) {
+    const float up = static_cast<float>(pose) / kSteps;
+    const float fold = std::min(1.0f, up), back = std::max(0.0f, up - 1);
+    const float grip = 0.06f * step_s(0, 1, up);  // the fist closes as the thumb goes up
+    Vec skin = linear(kFrogGreen), light = linear({0.84, 1.0, 0.36});
+    Vec belly = linear({0.62, 0.92, 0.30});
+    ClayScene scene;
+    ClayPart palm;
+    palm.blend = 0.42f;
+    palm.gloss = 0.9f;
+    palm.metal = 0.15f;
+    palm.ball({0.10f, 0.0f, 0.05f}, {1.42f, 1.22f, 0.86f}, skin);
+    palm.ball({0.78f, 0.20f, -0.25f}, {0.72f, 0.86f, 0.66f}, skin);
+    palm.limb({0.10f, -1.0f, 0.1f}, 0.82f, {0.10f, -1.75f, 0.15f}, 0.72f, skin);
+    palm.paint = [=](Vec p, Vec c) {
+      // Spots on the back of the hand.
+      struct Spot {
+        float x, y, r;
+      };
+      for (Spot s :
+           {Spot{1.22f, -0.35f, 0.20f}, Spot{0.90f, -0.82f, 0.14f}, Spot{1.30f, 0.38f, 0.13f}})
+        c = lerp(linear({0.20, 0.62, 0.12}), c,
+                 step_s(s.r - 0.03f, s.r + 0.03f, std::hypot(p.x - s.x, p.y - s.y)));
+      return c;
+    };
+    scene.push_back(palm);
+    for (int i = 0; i < 3; i++) {
+      // Fingers come round from behind and lie over the palm, each with its pad.
+      const float n = static_cast<float>(i), y = 0.66f - 0.68f * n, in = 0.10f * n * n;
+      ClayPart finger;
+      finger.blend = 0.20f;
+      finger.gloss = 0.9f;
+      finger.metal = 0.15f;
+      Vec knuckle{-1.30f + in + grip, y, -0.30f}, bend{-0.98f + in + grip, y - 0.03f, -0.92f};
+      finger.limb({-0.9f, y, 0.25f}, 0.42f, knuckle, 0.42f, skin);
+      finger.limb(knuckle, 0.42f, bend, 0.40f, skin);
+      finger.limb(bend, 0.38f, {0.16f - in + grip, y - 0.05f, -1.02f}, 0.34f, belly);
+      finger.ball({0.34f - in + grip, y - 0.05f, -1.00f}, {0.52f, 0.42f, 0.40f}, light);
+      scene.push_back(finger);
+    }
+    ClayPart thumb;
+    thumb.blend = 0.30f;
+    thumb.gloss = 0.9f;
+    thumb.metal = 0.15f;
+    Vec root{0.80f, 0.52f, -0.42f};
+    Vec knuckle = lerp({0.62f, 1.18f, -0.92f}, {0.72f, 1.42f, -0.45f}, fold) +
+                  Vec{0.30f * back, 0.05f * back, 0};
+    Vec tip = lerp({-0.52f, 1.14f, -1.10f}, {0.56f, 2.20f, -0.40f}, fold) +
+              Vec{1.30f * back, 0.10f * back, 0};
+    // On its way it swings out in an arc.
+    tip = tip + Vec{0.20f, 0.25f, -0.35f} * std::sin(kPi * fold);
+    thumb.limb(root, 0.62f, knuckle, 0.50f, skin);
+    thumb.limb(knuckle, 0.48f, tip, 0.42f, skin);
+    Vec along = unit(tip - knuckle);
+    thumb.ball(tip + along * 0.10f, {0.62f, 0.64f, 0.54f}, light);
+    scene.push_back(thumb);
+    // A cuff of gold with stones.
+    ClayPart cuff;
+    cuff.blend = 0.05f;
+    cuff.gloss = 1.2f;
+    cuff.glow = 0.30f;
+    ClayPart stones;
+    stones.blend = 0.01f;
+    stones.gloss = 1.3f;
+    stones.metal = 0.25f;
+    const int links = 20;
+    auto round = [](float a, float y, float r) {
+      return Vec{0.10f + r * std::sin(a), y, 0.12f - r * std::cos(a)};
+    };
+    for (int i = 0; i < links; i++) {
+      float a = static_cast<float>(i) * 2 * kPi / links, b = a + 2 * kPi / links;
+      cuff.limb(round(a, -1.44f, 0.80f), 0.30f, round(b, -1.44f, 0.80f), 0.30f, linear(kGold));
+      for (float y : {-1.16f, -1.74f})
+        cuff.limb(round(a, y, 0.90f), 0.13f, round(b, y, 0.90f), 0.13f, linear(kGold));
+      if (i % 2 == 0)
+        stones.ball(round(a, -1.44f, 1.08f), {0.15f, 0.15f, 0.15f},
+                    linear(i % 4 ? Colour{0.20, 0.62, 1.0} : Colour{1.0, 0.14, 0.24}));
+    }
+    scene.push_back(cuff);
+    scene.push_back(stones);
+    clay_draw(canvas, scene, {12, 57, {164, 206}}, kOutline, 3.5f);
+  });
+}
+
+// A sun behind the hand: solid rays, so that it costs no blending.
+void rays(cairo_t* c, double grow, double turn) {
+  if (grow < 0.05) return;
+  const double x = 256, y = 188, outer = 170 * grow, inner = 122 * grow;
+  Path burst = star(x, y, outer, inner, 14, turn * kTau / 14);
+  stroke(c, burst, {0.62, 0.30, 0.02}, 10);
+  cairo_pattern_t* g = cairo_pattern_create_radial(x, y, 30 * grow, x, y, outer);
+  cairo_pattern_add_color_stop_rgb(g, 0, 1.0, 1.0, 0.80);
+  cairo_pattern_add_color_stop_rgb(g, 0.55, 1.0, 0.90, 0.36);
+  cairo_pattern_add_color_stop_rgb(g, 1, 1.0, 0.62, 0.06);
+  burst(c);
+  cairo_set_source(c, g);
+  cairo_fill(c);
+  cairo_pattern_destroy(g);
+  Path core = star(x, y, outer * 0.78, inner * 0.74, 14, (0.5 - turn) * kTau / 14);
+  fill(c, core, {1.0, 0.97, 0.66});
+}
+
+// Satin for the number to stand on, calm and dark enough for white digits.
+void ribbon(cairo_t* c, double grow, double gleam) {
+  cairo_save(c);
+  cairo_translate(c, 256, 345);
+  cairo_scale(c, grow, grow);
+  for (double side : {-1.0, 1.0}) {
+    puff(c,
+         polygon({{side * 140, -26},
+                  {side * 236, -8},
+                  {side * 212, 26},
+                  {side * 236, 62},
+                  {side * 140, 50}}),
+         {0.60, 0.04, 0.10}, side * 180, 0, 80, 4.5, 0.1);
+    fill(c, polygon({{side * 140, 50}, {side * 178, 58}, {side * 178, 40}}), {0.30, 0.0, 0.04});
+  }
+  Path band = round_rect(-180, -60, 360, 114, 26);
+  stroke(c, band, {0.28, 0.10, 0.0}, 13);
+  stroke(c, band, kGold, 8);
+  fill_linear(c, band, {0, -60}, {0.86, 0.10, 0.14}, {0, 54}, {0.52, 0.02, 0.08});
+  cairo_save(c);
+  band(c);
+  cairo_clip(c);
+  // A sheen along the upper edge, and at times a gleam that runs over the satin.
+  fill(c, ellipse(0, -60, 190, 20), {1.0, 0.45, 0.42}, 0.55);
+  if (gleam > 0 && gleam < 1) {
+    double x = -240 + 480 * gleam;
+    fill(c, polygon({{x - 26, -60}, {x + 8, -60}, {x - 22, 54}, {x - 56, 54}}), {1.0, 0.62, 0.55},
+         0.28);
+  }
+  cairo_restore(c);
+  WordStyle style{Face::kChunky, 66, kWhite, {1.0, 0.86, 0.24}, {0.36, 0.03, 0.04}, 8};
+  words(c, "WINNER!", style, 0, 100, 320);
+  cairo_restore(c);
+}
+
+void sparkles(cairo_t* c, double turn, double strength) {
+  const Point at[] = {{72, 118}, {436, 98}, {452, 236}, {62, 246}, {352, 34}, {140, 44}};
+  for (int i = 0; i < 6; i++) {
+    double k = strength * std::fmax(0.0, std::sin(kTau * (turn + i * 0.37)));
+    if (k < 0.15) continue;
+    double spin = 0.5 * k;
+    fill(c, star(at[i].x, at[i].y, 34 * k + 3, 8 * k + 2, 4, spin), {0.85, 0.45, 0.0});
+    fill(c, star(at[i].x, at[i].y, 34 * k, 7 * k, 4, spin), {1, 0.96, 0.5});
+    fill(c, star(at[i].x, at[i].y, 24 * k, 6 * k, 4, spin), kWhite);
+  }
+}
+
+struct Show {
+  double pose = 0;             // of the thumb, 1 is up
+  double x = 0, y = 0;         // the hand moved, pixels
+  double tilt = 0;             // to the right, radians
+  double scale = 1, tall = 1;  // of the hand; tall above 1 stretches it
+  double sun = 1, sun_turn = 0;
+  double ribbon = 1, gleam = 0;
+  double sparkle_turn = 0, sparkle = 1;
+};
+
+void draw_show(const Cell& cell, const Show& s) {
+  cairo_t* c = cell.ctx;
+  rays(c, s.sun, s.sun_turn);
+  int pose = std::clamp(static_cast<int>(std::lround(s.pose * kSteps)), 0, kSteps + kPoses);
+  cairo_save(c);
+  cairo_translate(c, 252 + s.x, 282 + s.y);
+  cairo_rotate(c, s.tilt);
+  cairo_scale(c, s.scale / std::sqrt(s.tall), s.scale * s.tall);
+  paint_canvas(c, hand_pose(pose), -kWrist.x, -kWrist.y);
+  cairo_restore(c);
+  if (s.ribbon > 0.02) ribbon(c, s.ribbon, s.gleam);
+  sparkles(c, s.sparkle_turn, s.sparkle);
+}
+
+// A swing that dies away: 0 at a, then to and fro.
+double spring(double t, double a, double waves, double decay) {
+  double u = t - a;
+  return u <= 0 ? 0 : std::exp(-decay * u) * std::sin(kTau * waves * u);
+}
+
+void draw_thumb_up(const Cell& cell) {
+  // The fist swings up from below, sinks to gather strength, and the thumb springs out; it ends as
+  // the idle sheet begins. The number grows over the first quarter, and the ribbon with it.
+  const double t = cell.run();
+  const double in = clamp01(t / 0.24), come = 1 - (1 - in) * (1 - in) * (1 - in);
+  const double gather = smooth(0.24, 0.36, t) * (1 - smooth(0.36, 0.42, t));
+  const double pop = clamp01((t - 0.37) / 0.08), jolt = spring(t, 0.40, 5.5, 9);
+  Show s;
+  s.scale = 0.30 + 0.70 * come + 0.10 * spring(t, 0.12, 3, 9) + 0.05 * jolt;
+  s.x = -30 * (1 - come) * std::cos(2.2 * in);
+  s.y = 50 * (1 - come) + 16 * gather - 12 * jolt;
+  s.tilt = -1.1 * (1 - come) + 0.16 * spring(t, 0.10, 3, 8) - 0.15 * gather + 0.10 * jolt;
+  s.tall = 1 - 0.09 * gather + 0.10 * jolt;
+  s.pose = pop + (pop >= 1 ? 0.36 * spring(t, 0.45, 6, 8) : 0);
+  s.sun =
+      smooth(0.10, 0.24, t) * 0.62 + 0.38 * smooth(0.38, 0.46, t) + 0.10 * spring(t, 0.44, 5, 9);
+  s.sun_turn = -1.5 * (1 - smooth(0, 1, t));
+  s.ribbon = clamp01(0.15 + t / 0.27) + 0.05 * spring(t, 0.20, 4, 10);
+
+  s.gleam = (t - 0.50) / 0.22;
+  s.sparkle = smooth(0.40, 0.50, t);
+  s.sparkle_turn = 1.2 * (t - 1);
+  draw_show(cell, s);
+}
+
+void draw_thumb_idle(const Cell& cell) {
+  const double turn = cell.turn(), s = 0.5 - 0.5 * std::cos(kTau * turn);
+  Show show;
+  show.pose = 1 + 0.18 * s;
+  show.y = -7 * s;
+  show.tilt = 0.045 * std::sin(kTau * turn);
+  show.tall = 1 + 0.035 * s;
+  show.sun = 1 + 0.02 * s;
+  show.sun_turn = turn;
+  show.gleam = (turn - 0.35) / 0.5;
+  show.sparkle_turn = turn;
+  draw_show(cell, show);
+}
+
+constexpr CatalogueRow kRows[] = {
+    sheet("anim_thumbs_up.png", 4096, 4096, 8, 8, 58, Play::kOnce, draw_thumb_up),
+    sheet("anim_thumbs_idle.png", 4096, 2048, 8, 4, 28, Play::kLoop, draw_thumb_idle),
+};
+
+}  // namespace
+
+const Family kThumbsFamily{"art/thumbs.cpp", kRows};
+
+}  // namespace art
