@@ -35,7 +35,7 @@ Signal shout(const Shout& s) {
     two.set(size * mix_of(s.vowel[0].second, s.vowel[1].second, mouth), 8);
     three.set(size * mix_of(s.vowel[0].third, s.vowel[1].third, mouth), 8);
     const double y = throat.saw(hz) + 0.35 * noise.next();
-    return (one.bandpass(y) + 0.7 * two.bandpass(y) + 0.35 * three.bandpass(y)) * rise(t, 0.07) *
+    return (0.7 * one.bandpass(y) + 1.2 * two.bandpass(y) + 0.9 * three.bandpass(y)) * rise(t, 0.07) *
            (1 - rise(t - 0.55 * s.seconds, 0.45 * s.seconds));
   });
 }
@@ -47,7 +47,7 @@ void hands(Signal& out, Noise& chance, int count, double from, double to) {
     for (size_t k = 0; k < one.size(); k++)
       one[k] *=
           static_cast<float>(decay(static_cast<double>(k) / kRate, chance.between(0.04, 0.05)));
-    add(out, one, chance.between(from, to), chance.between(0.1, 0.34));
+    add(out, one, chance.between(from, to), chance.between(0.3, 1.0));
   }
 }
 
@@ -84,9 +84,9 @@ Wave jackpotcheer(int) {
         chance.between(0.4, 1));
   }
   hands(out, chance, 330, 0.5, 4.0);
-  finger_whistle(out, 0.8, 1500, 2700, 0.9);
-  finger_whistle(out, 1.7, 1700, 3000, 0.7);
-  finger_whistle(out, 2.5, 1400, 2500, 0.6);
+  finger_whistle(out, 0.8, 1500, 2700, 0.6);
+  finger_whistle(out, 1.6, 1750, 3000, 0.45);
+  finger_whistle(out, 2.3, 1400, 2400, 0.4);
   swell(out, 4.2, 0.03, 1.7);
   return {1, out};
 }
@@ -103,7 +103,7 @@ Wave endjackpotcheer(int) {
         chance.between(0, 0.3), chance.between(0.4, 1));
   }
   hands(out, chance, 260, 0.1, 2.9);
-  finger_whistle(out, 0.9, 1500, 2400, 0.5);
+  finger_whistle(out, 0.9, 1500, 2400, 0.35);
   swell(out, 3.0, 0.02, 1.8);
   return {1, out};
 }

@@ -16,7 +16,7 @@ Wave jump(int) {
     const double wobble = 1 + 0.10 * std::exp(-t / 0.06) * std::sin(kTau * 21 * t);
     phase += glide(190, 560, t / 0.13) * wobble / kRate;
     const double spring = std::sin(kTau * phase + 1.7 * decay(t, 0.2) * std::sin(2 * kTau * phase));
-    return 0.8 * spring * rise(t, 0.004) * decay(t, 0.26);
+    return std::tanh(2.2 * spring) * rise(t, 0.004) * decay(t, 0.26);
   });
   add(out, wood_block({620, 0.1, 0.7, 3}), 0, 0.35);
   return {1, out};
@@ -56,7 +56,7 @@ Wave gulp(int) {
               bubble += glide(230, 760, back / 0.09) / kRate;
               y += 0.9 * std::sin(kTau * bubble) * rise(back, 0.006) * decay(back, 0.16);
             }
-            return y;
+            return std::tanh(2 * y) + 0.3 * y * y * y;
           })};
 }
 

@@ -41,6 +41,18 @@ class Glue {
   double drive_, seen_ = 0;
 };
 
+// Small speakers in a loud room: what is above the voice's range is lifted.
+class Brightness {
+ public:
+  double step(double x) {
+    shelf_.step(x);
+    return x + 0.55 * shelf_.high;
+  }
+
+ private:
+  Filter shelf_{3200, 0.6};
+};
+
 double peak_of(const Song& song) {
   float peak = 1e-9f;
   for (size_t i = 0; i < song.left.size(); i++)
@@ -95,6 +107,7 @@ Wave mix_down(const Song& song, double wet, double drive) {
   Reverb reverb(0.42);
   Glue glue(drive);
   Filter rumble_left(32, 0.7), rumble_right(32, 0.7);
+  Brightness bright_left, bright_right;
   const double level = 0.9 / peak_of(song);
   const size_t frames = song.left.size();
   Wave out{2, std::vector<float>(2 * frames)};
@@ -103,8 +116,9 @@ Wave mix_down(const Song& song, double wet, double drive) {
     for (size_t i = 0; i < frames; i++) {
       double room_left, room_right;
       reverb.step(song.send[i], room_left, room_right);
-      double l = rumble_left.highpass(level * (song.left[i] + wet * room_left));
-      double r = rumble_right.highpass(level * (song.right[i] + wet * room_right));
+      double l = bright_left.step(rumble_left.highpass(level * (song.left[i] + wet * room_left)));
+      double r =
+          bright_right.step(rumble_right.highpass(level * (song.right[i] + wet * room_right)));
       glue.step(l, r);
       out.samples[2 * i] = static_cast<float>(l);
       out.samples[2 * i + 1] = static_cast<float>(r);

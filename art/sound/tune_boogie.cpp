@@ -11,7 +11,7 @@ constexpr const char* kBlues = "16 | 47 | 16 | 17 | 47 | 47 | 16 | 16 | 57 | 47 
 
 void rhythm(Song& song, int bar) {
   const Chords under = chords(kBlues, kD);
-  play(song, bass_pluck, {-4, 0, 0.03}, bass_line(under, "1-1-3-3-5-5-7-5-1-1-3-3-5-5-7-8-", 33),
+  play(song, bass_pluck, {-6, 0, 0.03}, bass_line(under, "1-1-3-3-5-5-7-5-1-1-3-3-5-5-7-8-", 33),
        bar);
   play(song, electric_piano, {-14, -0.35, 0.15}, comp(under, "..x-..x-..x-..x-", 64), bar);
   play(song, electric_piano, {-13, -0.15, 0.12}, bass_line(under, "1-1-5-5-7-7-5-5-", 45), bar);
@@ -49,9 +49,9 @@ Wave boogie(int) {
   play(song, organ, {-22, 0.25, 0.2}, comp(chords(kBlues, kD), "x-----------....", 62), 12);
   beat(song, kick, {-7, 0, 0}, "x.......x.....o.", 0, 24);
   beat(song, snare, {-12, 0.05, 0.15}, "....x.....o.x...", 0, 24);
-  beat(song, hat, {-19, 0.3, 0.03}, "x.o.X.o.x.o.X.o.", 0, 24);
+  beat(song, hat, {-15, 0.3, 0.03}, "x.o.X.o.x.o.X.o.", 0, 24);
   beat(song, clap, {-17, -0.1, 0.25}, "....x.......x...", 12, 12);
-  beat(song, tambourine, {-23, -0.4, 0.1}, "..x...x...x...x.", 12, 12);
+  beat(song, tambourine, {-19, -0.4, 0.1}, "..x...x...x...x.", 12, 12);
   beat(song, wood_block, {-18, 0.4, 0.2}, "..........x.x.x.", 3, 1, 1000);
   for (int bar : {11, 23}) beat(song, tom, {-13, -0.1, 0.2}, "........x.x.X.X.", bar, 1, 130);
   beat(song, crash, {-23, 0.2, 0.1}, "x...............", 0, 1);

@@ -35,7 +35,7 @@ Wave chase(int) {
   play(song, brass, {-12, 0.3, 0.2, 0.7}, transposed(hop, -12), 12);
   beat(song, kick, {-6, 0, 0}, "X...x...X...x...", 0, 16);
   beat(song, snare, {-13, 0.05, 0.12}, "..x...x...x...xo", 0, 16);
-  beat(song, hat, {-21, 0.3, 0.03}, "xoxoxoxoxoxoxoxo", 0, 16);
+  beat(song, hat, {-18, 0.3, 0.03}, "xoxoxoxoxoxoxoxo", 0, 16);
   beat(song, wood_block, {-18, -0.4, 0.15}, "x.xxx.xxx.xxx.xx", 8, 4, 820);
   for (int bar : {3, 7, 11, 15}) beat(song, tom, {-12, 0, 0.2}, "........xxxxXXXX", bar, 1, 120);
   return mix_down(song, 0.7, 1.2);

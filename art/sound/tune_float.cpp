@@ -61,10 +61,10 @@ Wave float_along(int) {
   play(song, reed, {-13, -0.25, 0.25, 0.8}, melody(kSecondTune, kF + 12), 16);
   play(song, marimba, {-15, 0.45, 0.2}, arpeggio(chords(kSecond, kF), "1.2.3.4.3.2.3.2.", 65), 16);
   beat(song, kick, {-10, 0, 0}, "x.......x.....o.", 0, 24);
-  beat(song, shaker, {-18, 0.4, 0.05}, "o.x.X.x.o.x.X.x.", 0, 24);
+  beat(song, shaker, {-12, 0.4, 0.05}, "o.x.X.x.o.x.X.x.", 0, 24);
   beat(song, rim, {-19, -0.1, 0.25}, "....x.......x...", 0, 8);
   beat(song, clap, {-20, 0.1, 0.3}, "....x.......x...", 16, 8);
-  beat(song, tambourine, {-24, -0.4, 0.1}, "....x.......x...", 8, 16);
+  beat(song, tambourine, {-19, -0.4, 0.1}, "....x.......x...", 8, 16);
   beat(song, wood_block, {-19, 0.3, 0.2}, "x.......o.x.....", 8, 8, 880);
   beat(song, conga, {-18, -0.35, 0.15}, "..x.....o.x...x.", 16, 8, 250);
   return mix_down(song, 1.0, 1.0);

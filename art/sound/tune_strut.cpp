@@ -9,7 +9,7 @@ namespace {
 
 constexpr int kG = 55;
 constexpr const char* kGroove = "17 | 17 | 17 | 17*8 b7*4 47*4 |";
-constexpr const char* kTheme = "17 | 47*8 57*8 | 17*8 57*8 | 17*16 |";
+constexpr const char* kTheme = "17 | 47*8 b7*8 | 17*8 b7*8 | 17*16 |";
 constexpr const char* kBridge = "47 | 47 | 17 | 57*8 b7*4 47*4 |";
 
 void rhythm(Song& song, int bar, const char* names) {
