@@ -17,7 +17,7 @@ constexpr double kTau = 2 * std::numbers::pi;
 using Signal = std::vector<float>;  // one channel
 
 inline size_t frames_of(double seconds) {
-  return static_cast<size_t>(seconds * kRate + 0.5);
+  return static_cast<size_t>(std::lround(seconds * kRate));
 }
 inline double gain_of_db(double db) {
   return std::pow(10.0, db / 20);

@@ -7,6 +7,7 @@
 
 #include "art/render_jobs.h"
 #include "art/sound/catalogue.h"
+#include "art/sound/speech.h"
 #include "art/source_key.h"
 
 namespace {
@@ -54,12 +55,17 @@ bool copy_script(const std::string& path) {
   return !error;
 }
 
+std::string key_of(const art::sound::Family& family) {
+  const std::string key = art::source_key(family.source);
+  return &family == &art::sound::kVoiceFamily ? key + "-" + art::sound::speech_version() : key;
+}
+
 bool render(const std::string& outdir, const std::vector<Entry>& sounds, bool again) {
   std::vector<art::RenderJob> jobs;
+  jobs.reserve(sounds.size() + 1);
   for (const auto& [family, row] : sounds)
-    jobs.push_back({std::string("sounds/") + row->name + ".wav",
-                    art::source_key(family->source) + art::source_key("art/sound/catalogue.h"),
-                    family->cost, [row = row](const std::string& path) {
+    jobs.push_back({std::string("sounds/") + row->name + ".wav", key_of(*family), family->cost,
+                    [row = row](const std::string& path) {
                       return wave_write(art::sound::catalogue_render(*row), path);
                     }});
   if (!again)
@@ -77,6 +83,9 @@ int main(int argc, char** argv) {
   if (!find_sounds(argv + 2, argc - 2, sounds)) return 2;
   const bool all = sounds.empty();
   if (all) sounds = all_sounds();
-  if (levels_only) return levels(sounds), 0;
+  if (levels_only) {
+    levels(sounds);
+    return 0;
+  }
   return render(argv[1], sounds, !all) ? 0 : 1;
 }

@@ -1,6 +1,7 @@
 // "Pond Calypso": steel pan and marimba by a warm pond. The first tune, and the theme at its
 // plainest.
 #include "art/sound/catalogue.h"
+#include "art/sound/frog_voice.h"
 #include "art/sound/theme.h"
 
 namespace art::sound {
@@ -27,7 +28,7 @@ void rhythm(Song& song, int bar, const Chords& under) {
 void percussion(Song& song) {
   beat(song, kick, {-9, 0, 0}, "x.....x.x.....x.", 0, 24);
   beat(song, rim, {-17, 0.1, 0.2}, "....x.......x..o", 0, 24);
-  beat(song, shaker, {-13, 0.5, 0.05}, "xoXoxoXoxoXoxoXo", 0, 24);
+  beat(song, shaker, {-10, 0.5, 0.05}, "xoXoxoXoxoXoxoXo", 0, 24);
   beat(song, conga, {-15, -0.3, 0.15}, "..o...X...o...x.", 0, 24, 290);
   beat(song, conga, {-14, -0.15, 0.15}, ".......o......xx", 0, 24, 205);
   beat(song, cowbell, {-20, 0.3, 0.15}, "x..x..x...x.x...", 8, 16);
@@ -36,7 +37,10 @@ void percussion(Song& song) {
     beat(song, tom, {-14, -0.2, 0.2}, "..........x.....", bar, 1, 190);
     beat(song, tom, {-14, 0.2, 0.2}, "............xx..", bar, 1, 140);
   }
-  beat(song, hat, {-19, 0.25, 0.03}, "..x...x...x...x.", 4, 20);
+  beat(song, frog_percussion, {-17, 0.6, 0.3}, "............x...", 7, 1, 110);
+  beat(song, frog_percussion, {-17, -0.6, 0.3}, "............x.x.", 15, 1, 140);
+  beat(song, tambourine, {-22, -0.45, 0.1}, "....x.......x...", 12, 12);
+  beat(song, hat, {-15, 0.25, 0.03}, "..x...x...x...x.", 4, 20);
   beat(song, crash, {-24, 0.2, 0.1}, "x...............", 0, 1);
   beat(song, crash, {-24, 0.2, 0.1}, "x...............", 12, 1);
 }

@@ -52,7 +52,7 @@ Signal organ(const Stroke& s) {
   Filter click(2600, 1);
   return fill(s.seconds + 0.04, [&](double t) {
     double y = 0;
-    const double spin = t + 0.0006 * std::sin(kTau * 6.3 * t);
+    const double spin = t + 0.0002 * std::sin(kTau * 6.3 * t);
     for (const auto& bar : kBars) y += bar[1] * std::sin(kTau * s.hz * bar[0] * spin);
     y += 0.8 * decay(t, 0.02) * click.bandpass(noise.next());
     const double rotor = 1 + 0.16 * std::sin(kTau * 6.3 * t + 1);

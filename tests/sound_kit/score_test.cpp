@@ -22,11 +22,11 @@ std::vector<int> pitches(const Line& line) {
 }
 
 TEST(Melody, ReadsDegreesLengthsAndMarks) {
-  const Line line = melody("1*3 b7*2! ,5 -*4 1'? #4*3 |", 60, kMajor);
+  const Line line = melody("1*3 b7*2! ,5 -*4 1'*2? #4*3 |", 60, kMajor);
   EXPECT_EQ(pitches(line), (std::vector<int>{60, 70, 55, 72, 66}));
   EXPECT_EQ(line[2].length, 2) << "the last length goes on";
   EXPECT_EQ(line[3].at, 11);
-  EXPECT_EQ(line[3].length, 4);
+  EXPECT_EQ(line[4].length, 3);
   EXPECT_GT(line[1].velocity, line[0].velocity);
   EXPECT_LT(line[3].velocity, line[0].velocity);
 }
