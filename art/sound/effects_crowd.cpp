@@ -35,8 +35,8 @@ Signal shout(const Shout& s) {
     two.set(size * mix_of(s.vowel[0].second, s.vowel[1].second, mouth), 8);
     three.set(size * mix_of(s.vowel[0].third, s.vowel[1].third, mouth), 8);
     const double y = throat.saw(hz) + 0.35 * noise.next();
-    return (0.7 * one.bandpass(y) + 1.2 * two.bandpass(y) + 0.9 * three.bandpass(y)) * rise(t, 0.07) *
-           (1 - rise(t - 0.55 * s.seconds, 0.45 * s.seconds));
+    return (0.7 * one.bandpass(y) + 1.2 * two.bandpass(y) + 0.9 * three.bandpass(y)) *
+           rise(t, 0.07) * (1 - rise(t - 0.55 * s.seconds, 0.45 * s.seconds));
   });
 }
 
@@ -47,7 +47,7 @@ void hands(Signal& out, Noise& chance, int count, double from, double to) {
     for (size_t k = 0; k < one.size(); k++)
       one[k] *=
           static_cast<float>(decay(static_cast<double>(k) / kRate, chance.between(0.04, 0.05)));
-    add(out, one, chance.between(from, to), chance.between(0.3, 1.0));
+    add(out, one, chance.between(from, to), chance.between(1.2, 3.5));
   }
 }
 
@@ -62,6 +62,22 @@ void finger_whistle(Signal& out, double at, double low, double high, double gain
              return std::sin(kTau * phase) * rise(t, 0.03) * (1 - rise(t - 0.4, 0.15));
            }),
       at, gain);
+}
+
+// All those that are too far off to be told apart.
+void roar(Signal& out, double seconds, double gain) {
+  Noise noise(701);
+  Filter throats(950, 0.7), air(3400, 0.5);
+  double stir = 0;
+  add(out,
+      fill(seconds,
+           [&](double t) {
+             const double white = noise.next();
+             stir += 0.0006 * (noise.next() - stir);
+             return (throats.bandpass(white) + 0.7 * air.bandpass(white)) * (1 + 14 * stir) *
+                    rise(t, 0.25) * (1 - rise(t - 0.4 * seconds, 0.6 * seconds));
+           }),
+      0, gain);
 }
 
 void swell(Signal& out, double seconds, double in_s, double out_s) {
@@ -83,6 +99,7 @@ Wave jackpotcheer(int) {
     add(out, shout(s), i < 24 ? chance.between(0, 0.25) : chance.between(0.3, 1.6),
         chance.between(0.4, 1));
   }
+  roar(out, 4.2, 2.5);
   hands(out, chance, 330, 0.5, 4.0);
   finger_whistle(out, 0.8, 1500, 2700, 0.6);
   finger_whistle(out, 1.6, 1750, 3000, 0.45);
@@ -102,6 +119,7 @@ Wave endjackpotcheer(int) {
                300u + static_cast<uint32_t>(i)}),
         chance.between(0, 0.3), chance.between(0.4, 1));
   }
+  roar(out, 2.6, 1.2);
   hands(out, chance, 260, 0.1, 2.9);
   finger_whistle(out, 0.9, 1500, 2400, 0.35);
   swell(out, 3.0, 0.02, 1.8);

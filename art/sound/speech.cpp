@@ -88,7 +88,7 @@ Signal speak(const Speech& speech) {
     const double y = bottom.highpass(between(raw, at) * 0.5 / peak);
     air.step(y);
     out.push_back(
-        static_cast<float>(leveller.step(y + 0.4 * presence.bandpass(y) + 0.5 * air.high)));
+        static_cast<float>(leveller.step(y + 0.4 * presence.bandpass(y) + 0.2 * air.high)));
     const double way = at / static_cast<double>(raw.size());
     const double lift = std::pow(2.0, speech.lift_cents / 1200 * rise(way - 0.35, 0.65));
     at += up * lift * rate / kRate;
