@@ -67,15 +67,15 @@ void finger_whistle(Signal& out, double at, double low, double high, double gain
 // All those that are too far off to be told apart.
 void roar(Signal& out, double seconds, double gain) {
   Noise noise(701);
-  Filter throats(950, 0.7), air(3400, 0.5);
+  Filter throats(950, 0.7), air(2600, 0.6), lid(4200, 0.7);
   double stir = 0;
   add(out,
       fill(seconds,
            [&](double t) {
              const double white = noise.next();
              stir += 0.0006 * (noise.next() - stir);
-             return (throats.bandpass(white) + 0.7 * air.bandpass(white)) * (1 + 14 * stir) *
-                    rise(t, 0.25) * (1 - rise(t - 0.4 * seconds, 0.6 * seconds));
+             return lid.lowpass(throats.bandpass(white) + 0.7 * air.bandpass(white)) *
+                    (1 + 14 * stir) * rise(t, 0.25) * (1 - rise(t - 0.4 * seconds, 0.6 * seconds));
            }),
       0, gain);
 }
