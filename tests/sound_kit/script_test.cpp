@@ -2,59 +2,15 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <set>
 
+#include "sound/game_playlists.h"
 #include "tests/sound_kit/kit.h"
 
 namespace {
-
-const char* const kAskedFor[] = {"bgm",
-                                 "nextbgm",
-                                 "jackpotbgm",
-                                 "endjackpotbgm",
-                                 "voxalmost",
-                                 "voxchatter",
-                                 "voxeatbugs",
-                                 "voxeatbugsattract",
-                                 "voxinsertcoins",
-                                 "voxoops",
-                                 "voxplayagain",
-                                 "voxpressbutton",
-                                 "voxsmooch",
-                                 "voxtickets",
-                                 "voxwin",
-                                 "voxwinticketsattract",
-                                 "voxyay",
-                                 "voxyum",
-                                 "jump",
-                                 "croak",
-                                 "splash",
-                                 "gulp",
-                                 "wah",
-                                 "bonk",
-                                 "ricochet",
-                                 "coin",
-                                 "log03",
-                                 "log04",
-                                 "log05",
-                                 "log06",
-                                 "log07",
-                                 "ding03",
-                                 "ding04",
-                                 "ding05",
-                                 "ding06",
-                                 "ding07",
-                                 "ding08",
-                                 "jackpotcheer",
-                                 "endjackpotcheer",
-                                 "menu_over",
-                                 "menu_select",
-                                 "menu_cancel",
-                                 "chase",
-                                 "sine100",
-                                 "sine1k"};
 
 // What the game leaves at least between this line and the next one.
 double gap_after(const std::string& voice) {
@@ -95,8 +51,8 @@ double seconds_of(const std::string& file) {
 
 TEST(Script, AnswersEveryNameThatTheGameAsksFor) {
   const Blocks playlists = blocks("PLAYLIST");
-  for (const char* name : kAskedFor) EXPECT_EQ(playlists.count(name), 1u) << name;
-  EXPECT_EQ(playlists.size(), std::size(kAskedFor)) << "a playlist that nobody asks for";
+  for (const char* name : GAME_PLAYLISTS) EXPECT_EQ(playlists.count(name), 1u) << name;
+  EXPECT_EQ(playlists.size(), std::size(GAME_PLAYLISTS)) << "a playlist that nobody asks for";
 }
 
 TEST(Script, NamesFilesThatAreThereAndLeavesNoneOut) {
@@ -114,6 +70,13 @@ TEST(Script, CanBeReadToItsEnd) {
   ASSERT_FALSE(text.empty());
   EXPECT_EQ(text.back(), '\n') << "the last line isn't read without its line feed";
   for (const std::string& line : script_lines()) EXPECT_LE(line.size(), 254u) << line;
+}
+
+TEST(Script, PleasesItsParserAndLeavesNothingUnused) {
+  const std::string found = testing::TempDir() + "sound-kit-check.txt";
+  const std::string command = PLAYLIST_TOOL " check " + kit_folder() + "/mainpls.txt >" + found;
+  EXPECT_EQ(std::system(command.c_str()), 0) << bytes_of(found);
+  EXPECT_NE(bytes_of(found).find(" 0 errors, 0 unused"), std::string::npos) << bytes_of(found);
 }
 
 TEST(Script, SetsTheVolumeOfATrackBeforeItPlaysThere) {
