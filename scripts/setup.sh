@@ -7,6 +7,7 @@ say() { printf '== %s\n' "$*"; }
 
 BUILD_PACKAGES="g++ cmake ninja-build pkg-config ccache git ca-certificates
   libsdl2-dev libsoil-dev libgl-dev libgl1-mesa-dri libcairo2-dev libpango1.0-dev libpng-dev zlib1g-dev
+  flite1-dev libebur128-dev libsndfile1-dev
   libusb-1.0-0-dev libgtest-dev libbenchmark-dev fonts-cherrybomb fonts-dejavu-core fontconfig"
 DISPLAY_PACKAGES="xvfb imagemagick x11-utils"
 CHECK_PACKAGES="clang-format clang-tidy python3 xdotool libsdl2-mixer-dev libopenal-dev"
@@ -50,8 +51,10 @@ build() {
   cmake --build "$where" -- --quiet || exit 1
 }
 
-# Fills out/: the pictures and the list of files, where their sources changed.
+# Fills out/: the pictures, the sounds and the list of files, where their sources changed.
 fill_out() {
   say "rendering pictures"
-  obj/art/render out && obj/art/render --list out || exit 1
+  obj/art/render out || exit 1
+  say "rendering sounds"
+  obj/art/render_sounds out && obj/art/render --list out || exit 1
 }

@@ -1,0 +1,14 @@
+// Struck bars, tongues and pans: each a handful of ringing modes.
+#pragma once
+
+#include "art/sound/stroke.h"
+
+namespace art::sound {
+
+Signal marimba(const Stroke& stroke);
+Signal kalimba(const Stroke& stroke);
+Signal steelpan(const Stroke& stroke);
+Signal bell(const Stroke& stroke);        // a glockenspiel
+Signal wood_block(const Stroke& stroke);  // tuned by its hz, dry
+
+}  // namespace art::sound

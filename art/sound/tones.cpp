@@ -1,0 +1,20 @@
+// Test tones: a whole number of waves, so that they can be repeated for ever without a step. By
+// their names the player lets them pass by the master volume: an operator measures with them.
+#include "art/sound/catalogue.h"
+
+namespace art::sound {
+
+namespace {
+
+Wave sine(int hz) {
+  return {1, fill(2, [&](double t) { return 0.5 * std::sin(kTau * hz * t); })};
+}
+
+constexpr Row kRows[] = {{"sine100", Kind::kOperator, true, sine, 100},
+                         {"sine1k", Kind::kOperator, true, sine, 1000}};
+
+}  // namespace
+
+const Family kToneFamily = {"art/sound/tones.cpp", kRows, 0.02};
+
+}  // namespace art::sound
