@@ -36,10 +36,13 @@ int file_list_write(const std::string& outdir) {
   namespace fs = std::filesystem;
   std::error_code error;
   std::vector<fs::path> paths;
-  for (fs::recursive_directory_iterator it(fs::path(outdir) / "images", error), end;
-       !error && it != end; it.increment(error))
-    if (it->is_regular_file(error)) paths.push_back(it->path());
-  if (error) return -1;
+  for (const char* folder : {"images", "sounds"}) {
+    if (!fs::exists(fs::path(outdir) / folder, error)) continue;
+    for (fs::recursive_directory_iterator it(fs::path(outdir) / folder, error), end;
+         !error && it != end; it.increment(error))
+      if (it->is_regular_file(error)) paths.push_back(it->path());
+  }
+  if (error || paths.empty()) return -1;
   std::vector<std::string> lines;
   for (const fs::path& path : paths) {
     std::ifstream in(path, std::ios::binary);

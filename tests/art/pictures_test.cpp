@@ -34,16 +34,19 @@ int inked(const Picture& p, const CatalogueRow& row, int frame) {
   return count;
 }
 
-// The first side, of those that must stay clear, on which something touches the cell's border.
+// The first side, of those that must stay clear, on which something comes within two pixels of the
+// cell's border: a neighbour would be seen there at the next rounding.
 const char* touched_side(const Picture& p, const CatalogueRow& row, int frame) {
   const int w = row.cell_width, h = row.cell_height;
-  for (int y = 0; y < h; y++) {
-    if (!(row.touch & kTouchLeft) && alpha_at(p, row, frame, 0, y)) return "left";
-    if (!(row.touch & kTouchRight) && alpha_at(p, row, frame, w - 1, y)) return "right";
-  }
-  for (int x = 0; x < w; x++) {
-    if (!(row.touch & kTouchTop) && alpha_at(p, row, frame, x, 0)) return "top";
-    if (!(row.touch & kTouchBottom) && alpha_at(p, row, frame, x, h - 1)) return "bottom";
+  for (int i = 0; i < 2; i++) {
+    for (int y = 0; y < h; y++) {
+      if (!(row.touch & kTouchLeft) && alpha_at(p, row, frame, i, y)) return "left";
+      if (!(row.touch & kTouchRight) && alpha_at(p, row, frame, w - 1 - i, y)) return "right";
+    }
+    for (int x = 0; x < w; x++) {
+      if (!(row.touch & kTouchTop) && alpha_at(p, row, frame, x, i)) return "top";
+      if (!(row.touch & kTouchBottom) && alpha_at(p, row, frame, x, h - 1 - i)) return "bottom";
+    }
   }
   return nullptr;
 }
