@@ -8,9 +8,10 @@ namespace art {
 
 std::span<const Family* const> families() {
   static constexpr const Family* kFamilies[] = {
-      &kFrogFamily,     &kBugsFamily,  &kButterflyFamily, &kRiverFamily,   &kTurtlesFamily,
-      &kPlantsFamily,   &kSignsFamily, &kLogoFamily,      &kMarksFamily,   &kTicketsFamily,
-      &kBackdropFamily, &kFontsFamily, &kMessagesFamily,  &kEffectsFamily, &kAttractFamily};
+      &kFrogFamily,  &kAttractFrogFamily, &kBugsFamily,    &kButterflyFamily,
+      &kRiverFamily, &kTurtlesFamily,     &kPlantsFamily,  &kSignsFamily,
+      &kLogoFamily,  &kMarksFamily,       &kTicketsFamily, &kBackdropFamily,
+      &kFontsFamily, &kMessagesFamily,    &kEffectsFamily, &kAttractFamily};
   return kFamilies;
 }
 

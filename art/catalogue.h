@@ -72,7 +72,7 @@ struct Family {
 
 extern const Family kFrogFamily, kBugsFamily, kButterflyFamily, kRiverFamily, kTurtlesFamily,
     kPlantsFamily, kSignsFamily, kLogoFamily, kMarksFamily, kTicketsFamily, kBackdropFamily,
-    kFontsFamily, kMessagesFamily, kEffectsFamily, kAttractFamily;
+    kFontsFamily, kMessagesFamily, kEffectsFamily, kAttractFamily, kAttractFrogFamily;
 
 std::span<const Family* const> families();
 
