@@ -9,8 +9,6 @@ namespace art {
 
 namespace {
 
-constexpr float kPi = static_cast<float>(kTau / 2);
-
 // The attract frog's poses: mouth in quarters, eyes to the left, ahead or to the right, or shut.
 struct Sitting {
   int mouth;  // 0 to 4
@@ -23,16 +21,9 @@ const Canvas& sitting_frog(Sitting s) {
   static Memo<int> poses;
   int key = s.mouth + 5 * (s.gaze + 1) + 15 * (s.shut ? 1 : 0) + 30 * s.gulp;
   return poses.get(key, 512, 512, [=](Canvas& canvas) {
-    FrogPose pose;
+    FrogPose pose = frog_upright();
     pose.yaw_deg = 180;
-    pose.rear_deg = 30;
-    pose.stand = 1;
-    pose.look_up = 0.15f;
     pose.mouth = static_cast<float>(s.mouth) / 4;
-    // Seen from the front, its left is our right.
-    pose.head_deg = -40 * static_cast<float>(s.gaze);
-    pose.blink = s.shut ? 0.92f : 0.0f;
-    pose.breathe = 0.6f * static_cast<float>(s.gulp);
     ClayScene scene = frog_scene(pose, kPlayerFrog);
     clay_draw(canvas, scene, {34, 84, {256, 446}}, {0.03, 0.18, 0.05}, 3.0f);
   });
