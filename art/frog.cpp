@@ -142,12 +142,12 @@ void draw_frog_breathe(const Cell& cell) {
   breathe(pose, t);
   // The second breath becomes a call: the bubbles swell, quiver and go.
   float call = ease(t, 0.52f, 0.68f) - ease(t, 0.84f, 0.94f);
-  pose.pouch = call * (0.92f + 0.08f * std::cos(2 * kPi * 9 * t));
+  pose.bubbles = pose.pouch = call * (0.92f + 0.08f * std::cos(2 * kPi * 9 * t));
   pose.head_pitch_deg += 9 * call;
   pose.tall -= 0.05f * bump((t - 0.46f) / 0.12f) - 0.02f * call;
   blink(pose, t, 0.20f);
   blink(pose, t, 0.30f);
-  for (float& lid : pose.lid) lid = std::max(lid, 0.45f * call);
+  for (float& lid : pose.lid) lid = std::max(lid, 0.25f * call);
   blink(pose, t, 0.90f);
   draw_pose(cell, pose);
 }
@@ -185,15 +185,15 @@ void draw_frog_look_round(const Cell& cell) {
 // The tongue of a yawn, in the head's axes: it unrolls, curls up and whips back.
 void add_yawn_tongue(ClayScene& scene, const FrogPose& pose, float out, float curl) {
   if (out < 0.05f) return;
-  Vec path[9];
+  Vec path[14];
   Vec at{0, -0.42f, 0.55f};
   float angle = -0.15f;
   for (Vec& p : path) {
     p = frog_head_point(pose, at);
-    at = at + Vec{0.02f, std::sin(angle), std::cos(angle)} * (0.24f * out);
-    angle += 0.10f + 0.42f * curl;
+    at = at + Vec{0.02f, std::sin(angle), std::cos(angle)} * (0.15f * out);
+    angle += 0.06f + 0.26f * curl;
   }
-  scene.push_back(frog_tongue(path, 0.24f, 0.24f));
+  scene.push_back(frog_tongue(path, 0.25f, 0.26f));
 }
 
 void draw_frog_yawn(const Cell& cell) {
@@ -226,6 +226,7 @@ void draw_frog_yawn(const Cell& cell) {
   pose.pitch_deg = 16 * yawn;
   pose.head_pitch_deg += 44 * yawn - 6 * down;
   pose.mouth = yawn;
+  pose.tongue_out = out > 0.05f ? 1.0f : 0.0f;
   pose.spread[0] = pose.spread[1] = yawn;
   for (float& lid : pose.lid) lid = std::max(lid, yawn);
   blink(pose, t, 0.95f);

@@ -9,11 +9,11 @@ namespace {
 
 // The dance is only ever seen on the far bank, where the screen ends 54 pixels above the cell's
 // foot. So the frog comes forward once it has turned, and dances low, its face between its knees.
-constexpr float kForward = -1.18f;
+constexpr float kForward = -1.22f;
 constexpr float kBeat = 8;  // frames from one hip to the other
 
 const FrogLimb kPlanted{{1.36f, 0.24f, 0.22f}, {0.62f, -0.12f, 0.80f}, {0.9f, 0.55f, 0.35f}};
-const FrogLimb kLifted{{1.75f, 0.95f, 0.35f}, {0.85f, 0.45f, 0.35f}, {0.9f, 0.60f, 0.25f}};
+const FrogLimb kLifted{{2.15f, 0.70f, 0.50f}, {0.80f, 0.55f, 0.10f}, {0.6f, 0.80f, 0.25f}};
 const FrogLimb kOnHip{{1.30f, 0.78f, 0.12f}, {-0.75f, -0.20f, 0.55f}, {1.0f, 0.25f, -0.2f}};
 const FrogLimb kOut{{2.10f, 1.55f, 0.62f}, {0.85f, 0.50f, 0.15f}, {0.3f, -0.8f, 0.2f}};
 const FrogLimb kHigh{{1.50f, 2.40f, 0.70f}, {0.40f, 0.90f, 0.05f}, {0.9f, -0.5f, 0.2f}};
@@ -24,8 +24,9 @@ FrogPose facing() {
   pose.yaw_deg = 180;
   pose.move = {0, 0, kForward};
   pose.hips = {0, 0.80f, -0.40f};
-  pose.pitch_deg = 36;
-  pose.gaze_y = 0.35f;
+  pose.pitch_deg = 33;
+  pose.head_pitch_deg = -8;
+  pose.gaze_y = 0.45f;
   both(pose.leg, kPlanted);
   both(pose.arm, kOut);
   pose.spread[0] = pose.spread[1] = 1;
@@ -38,10 +39,10 @@ FrogPose hip(float side) {
   FrogPose pose = facing();
   const int down = side > 0 ? 1 : 0, up = 1 - down;
   auto turned = [](const FrogLimb& limb, int which) { return which ? limb : mirrored(limb); };
-  pose.hips.x = 0.34f * side;
+  pose.hips.x = 0.46f * side;
   pose.hips.y = 0.66f;
-  pose.sway = 0.34f * side;
-  pose.roll_deg = -9 * side;
+  pose.sway = 0.42f * side;
+  pose.roll_deg = -15 * side;
   pose.yaw_deg += 13 * side;
   pose.head_roll_deg = 17 * side;
   pose.tall = 0.90f;
@@ -49,9 +50,10 @@ FrogPose hip(float side) {
   pose.leg[up] = turned(kLifted, up);
   pose.arm[down] = turned(kOnHip, down);
   pose.arm[up] = turned(kOut, up);
-  pose.arm[up].at.y += 0.35f;
-  pose.mouth = 0.62f;
-  pose.cheer = 0.42f;
+  pose.arm[up].at.y += 0.95f;
+  pose.arm[up].at.x *= 0.86f;
+  pose.mouth = 0.55f;
+  pose.cheer = 0.36f;
   return pose;
 }
 

@@ -14,7 +14,7 @@ namespace {
 
 constexpr float kDegree = static_cast<float>(kTau) / 360;
 constexpr Vec kHead{0, 0.08f, 0.66f}, kHeadSize{1.16f, 0.74f, 0.88f};
-constexpr Vec kTongueRed{0.86f, 0.13f, 0.17f};
+constexpr Vec kTongueRed{1.0f, 0.14f, 0.20f};
 constexpr float kMouthWide = 0.80f, kMouthHigh = -0.10f, kMouthBack = 0.10f;
 
 struct Spot {
@@ -90,7 +90,7 @@ struct Mouth {
 };
 
 Vec paint_face(Vec q, Vec colour, const Mouth& mouth) {
-  if (q.z < 0.05f) return colour;
+  if (q.z < -0.05f) return colour;
   for (float side : {-1.0f, 1.0f}) {
     float cheek = std::hypot(q.x - side * 0.84f, (q.y - 0.06f) * 1.2f);
     colour = lerp(colour, linear({1.0, 0.50, 0.46}), 0.75f * (1 - step_s(0.10f, 0.24f, cheek)));
@@ -99,8 +99,8 @@ Vec paint_face(Vec q, Vec colour, const Mouth& mouth) {
   }
   if (mouth.open > 0.03f) {
     float out = mouth.outside(q);
-    if (out < 0.03f) return lerp({0.10f, 0.006f, 0.016f}, {0.34f, 0.02f, 0.04f}, q.z);
-    if (out < 0.075f) return colour * 0.22f;
+    if (out < 0.05f) return lerp({0.10f, 0.006f, 0.016f}, {0.34f, 0.02f, 0.04f}, q.z);
+    if (out < 0.09f && q.z > 0.2f) return colour * 0.22f;
     return colour;
   }
   float x = std::fabs(q.x), line = std::fabs(q.y - mouth.upper(x));
@@ -159,6 +159,11 @@ ClayPart body_part(const Build& build, const FrogLook& look) {
           skin);
   float throat = 0.30f + 0.30f * pose.pouch;
   on_head({0, -0.52f, 0.02f + 0.12f * pose.pouch}, {1.5f * throat, throat, throat}, skin);
+  if (pose.cheeks > 0.02f) {
+    float size = 0.30f + 0.24f * pose.cheeks;
+    for (float side : {-1.0f, 1.0f})
+      on_head({side * (0.62f + 0.16f * pose.cheeks), -0.26f, 0.50f}, {size, size, size}, skin);
+  }
   if (pose.gulp > 0 && pose.gulp < 1) {
     float lump = std::sin(static_cast<float>(kTau / 2) * pose.gulp);
     Vec at = lerp({0, -0.42f, 1.05f}, {0, -0.80f, 0.10f}, pose.gulp);
@@ -171,7 +176,7 @@ ClayPart body_part(const Build& build, const FrogLook& look) {
 
 // The bubbles that a calling frog blows up at the sides of its head.
 void add_bubbles(ClayScene& scene, const Build& build, const FrogLook& look) {
-  float size = 0.46f * build.pose.pouch;
+  float size = 0.62f * build.pose.bubbles;
   if (size < 0.06f) return;
   for (float side : {-1.0f, 1.0f}) {
     ClayPart bubble;
@@ -185,7 +190,7 @@ void add_bubbles(ClayScene& scene, const Build& build, const FrogLook& look) {
 
 void add_mouth_tongue(ClayScene& scene, const Build& build) {
   const Mouth mouth(build.pose);
-  if (mouth.open < 0.16f) return;
+  if (mouth.open < 0.16f || build.pose.tongue_out > 0.5f) return;
   ClayPart tongue;
   tongue.blend = 0.12f;
   tongue.gloss = 0.8f;
@@ -193,8 +198,8 @@ void add_mouth_tongue(ClayScene& scene, const Build& build) {
   tongue.frame = frame_within(build.ground, build.body);
   float low = mouth.upper(0) - mouth.open;
   for (float side : {-1.0f, 1.0f})
-    tongue.ball(build.on_head({side * 0.17f, low + 0.05f, 0.46f}),
-                Vec{0.32f, 0.06f + 0.20f * mouth.open, 0.34f} * build.scale, kTongueRed);
+    tongue.ball(build.on_head({side * 0.19f, low + 0.05f + 0.08f * mouth.open, 0.38f}),
+                Vec{0.36f, 0.08f + 0.18f * mouth.open, 0.38f} * build.scale, kTongueRed);
   scene.push_back(tongue);
 }
 
@@ -241,12 +246,10 @@ ClayPart frog_eye(const Build& build, float side, const FrogLook& look) {
   g.ball(at, {radius, radius, radius}, {1, 1, 0.95f});
   g.paint = [=](Vec p, Vec colour) {
     Vec n = unit(p - at);
-    float upper = dot(n, lid_from) - (1.02f - 2.02f * lid);
-    float lower = dot(n, cheek_from) - (0.90f - 1.0f * cheer);
-    if (upper > 0 || lower > 0) {
-      bool edge = (lid > 0.05f && upper > 0 && upper < 0.13f) || (lower > 0 && lower < 0.11f);
-      return edge ? crease : skin;
-    }
+    float upper = dot(n, lid_from) - (1.02f - 1.93f * lid);
+    float lower = dot(n, cheek_from) - (1.02f - 1.1f * cheer);
+    if (upper > 0) return lid > 0.05f && upper < 0.12f ? crease : skin;
+    if (lower > 0) return lower < 0.09f ? crease : skin;
     if (dot(n, glint) > 0.955f || dot(n, second) > 0.988f) return Vec{1.15f, 1.15f, 1.15f};
     float seen = dot(n, gaze);
     if (seen > 0.80f) return Vec{0.008f, 0.010f, 0.02f};
@@ -314,6 +317,10 @@ void add_leg(ClayScene& scene, const Build& build, const FrogLook& look, int whi
     float t = dot(p - hip, along) / std::max(0.01f, dot(along, along));
     float above = p.y - (hip.y + along.y * t);
     if (above < 0.05f || t > 1.2f) return c;
+    Vec shin = ankle - knee;
+    float s = std::clamp(dot(p - knee, shin) / std::max(0.01f, dot(shin, shin)), 0.0f, 1.0f);
+    Vec on_thigh = hip + along * std::clamp(t, 0.0f, 1.0f);
+    if (length(p - on_thigh) > length(p - (knee + shin * s)) + 0.12f) return c;
     float near = std::min(std::fabs(t - 0.80f) / 0.13f, std::fabs(t - 0.36f) / 0.10f);
     return lerp(band, c, step_s(0.8f, 1.0f, near));
   };
@@ -362,14 +369,19 @@ Vec frog_head_point(const FrogPose& pose, Vec p) {
 
 ClayPart frog_tongue(std::span<const Vec> path, float thick, float lump) {
   ClayPart tongue;
-  tongue.blend = 0.5f * thick;
-  tongue.gloss = 1.0f;
+  // Wider than a piece is long, so that the seams between them don't show.
+  tongue.blend = 0.15f;
+  tongue.gloss = 1.3f;
+  const Vec sticky{1.0f, 0.30f, 0.32f};
+  auto radius = [&](float t) {
+    return thick * (1 - 0.32f * t) + (lump - 0.68f * thick) * step_s(0.80f, 0.98f, t);
+  };
   const float count = static_cast<float>(path.size() - 1);
   for (size_t i = 0; i + 1 < path.size(); i++) {
     float a = static_cast<float>(i) / count, b = static_cast<float>(i + 1) / count;
-    tongue.limb(path[i], thick * (1 - 0.35f * a), path[i + 1], thick * (1 - 0.35f * b), kTongueRed);
+    tongue.limb(path[i], radius(a), path[i + 1], radius(b),
+                lerp(kTongueRed, sticky, step_s(0.75f, 1.0f, b)));
   }
-  tongue.ball(path.back(), {lump, lump, lump}, lerp(kTongueRed, {1.0f, 0.45f, 0.45f}, 0.5f));
   return tongue;
 }
 

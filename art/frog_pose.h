@@ -33,7 +33,10 @@ struct FrogPose {
   float cheer = 0;           // the lower lids pushed up by a grin
   float mouth = 0;           // 0 closed, 1 wide open
   float smile = 1;           // -1 to 1: where the corners of the mouth go
-  float pouch = 0;           // the throat and the bubbles at its sides blown up
+  float tongue_out = 0;      // 1: it has left the mouth, and is drawn by itself
+  float pouch = 0;           // the throat blown up
+  float bubbles = 0;         // and the bubbles at the sides of the head
+  float cheeks = 0;          // a full mouth
   float breathe = 0;         // 0 to 1
   float gulp = 0;            // a mouthful on its way: 0 in the mouth, 1 in the belly
   float spread[2] = {0, 0};  // the fingers of each hand, 1 as wide as they go
