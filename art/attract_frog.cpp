@@ -12,7 +12,7 @@ namespace art {
 namespace {
 
 constexpr float kPi = static_cast<float>(kTau / 2);
-constexpr ClayCamera kCamera{34, 82, {256, 452}};
+constexpr ClayCamera kCamera{34, 82, {256, 434}};
 constexpr Colour kOutline{0.03, 0.18, 0.05};
 
 // A point of the picture as one of the world, as far ahead of the frog as given.
@@ -155,7 +155,7 @@ Point bug_place(const Meal& m, float frame) {
   double loose = 1 - smooth(0.75, 1, u);
   p.x += (16 * std::sin(kTau * u * 2.0) * (1 - u) + 5 * std::sin(kTau * frame / 7)) * loose;
   p.y += (20 * std::sin(kTau * u * 1.5) + 5 * std::cos(kTau * frame / 5)) * loose;
-  return {std::clamp(p.x, 66.0, 446.0), std::max(p.y, 76.0)};
+  return {std::clamp(p.x, 66.0, 446.0), std::max(p.y, 84.0)};
 }
 
 // How far the tongue is out, 0 to 1; it overshoots a little, sticks, and comes home faster and
@@ -295,7 +295,7 @@ void draw_attract_frog(const Cell& cell) {
     add_prey(scene, m->kind, f);
   }
   const float lean = 40 * now.pose.hips.x;
-  soft_spot(cell.ctx, 256 - lean, 462, 205, 40, kBlack, 0.50);
+  soft_spot(cell.ctx, 256 - lean, 452, 205, 40, kBlack, 0.50);
   Canvas canvas(cell.width, cell.height);
   clay_draw(canvas, scene, kCamera, kOutline, 3.0f);
   paint_canvas(cell.ctx, canvas, 0, 0);

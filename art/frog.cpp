@@ -14,19 +14,24 @@ namespace {
 
 constexpr float kPi = static_cast<float>(kTau / 2);
 // The ground under the frog's middle; its heels end at the cell's foot, y 248.
-constexpr ClayCamera kCamera{50, 30, {128, 197}};
+constexpr ClayCamera kCamera{50, 30, {128, 201}};
 constexpr Colour kOutline{0.03, 0.18, 0.05};
 
-void draw_pose(const Cell& cell, const FrogPose& pose) {
+void draw_scene(const Cell& cell, const FrogPose& pose, ClayScene& scene) {
   Canvas canvas(cell.width, cell.height);
   // The shadow stays on the ground below, and is the smaller the higher the frog is.
   Vec middle = frog_head_point(pose, {0, 0, -0.9f});
   float high = 1 / (1 + 0.42f * std::max(0.0f, middle.y - 0.9f));
-  soft_spot(cell.ctx, 128 + 30 * middle.x, 204 - 23 * middle.z, 80 * high, 36 * high, kBlack,
-            0.52 * high);
-  ClayScene scene = frog_scene(pose, kPlayerFrog);
+  const double rx = 80 * high, ry = 34 * high;
+  soft_spot(cell.ctx, 128 + 30 * middle.x, std::min(252 - ry, 208.0 - 23 * middle.z), rx, ry,
+            kBlack, 0.52 * high);
   clay_draw(canvas, scene, kCamera, kOutline, 2.0f);
   paint_canvas(cell.ctx, canvas, 0, 0);
+}
+
+void draw_pose(const Cell& cell, const FrogPose& pose) {
+  ClayScene scene = frog_scene(pose, kPlayerFrog);
+  draw_scene(cell, pose, scene);
 }
 
 // A hop's key poses. Its cell slides a lane's height at an even pace during the hop, so what stands
@@ -104,11 +109,11 @@ std::vector<FrogKey> hop_keys() {
     keys.push_back({frame, pose});
   };
   key(0, sit, 0, 0);
-  key(1, mix(sit, crouch, 0.72f), 0, -0.22f);
-  key(2, crouch, 0, -0.34f);
-  key(3, push, 0.10f, -0.24f);
-  key(4, stretch, 0.75f, 0.40f);
-  key(5, trail, 1.50f, 0.80f);
+  key(1, mix(sit, crouch, 0.72f), 0, -0.08f);
+  key(2, crouch, 0, -0.14f);
+  key(3, push, 0.10f, -0.02f);
+  key(4, stretch, 0.80f, 0.62f);
+  key(5, trail, 1.50f, 0.92f);
   key(7, tuck, 2.25f, 1.02f);
   key(9, reach, 1.75f, 0.95f);
   key(10, reach, 1.05f, 0.78f);
@@ -231,12 +236,9 @@ void draw_frog_yawn(const Cell& cell) {
   for (float& lid : pose.lid) lid = std::max(lid, yawn);
   blink(pose, t, 0.95f);
 
-  Canvas canvas(cell.width, cell.height);
-  soft_spot(cell.ctx, 128, 212, 80, 36, kBlack, 0.52);
   ClayScene scene = frog_scene(pose, kPlayerFrog);
   add_yawn_tongue(scene, pose, out, ease(t, 0.68f, 0.80f));
-  clay_draw(canvas, scene, kCamera, kOutline, 2.0f);
-  paint_canvas(cell.ctx, canvas, 0, 0);
+  draw_scene(cell, pose, scene);
 }
 
 void draw_frog_win(const Cell& cell) {
@@ -254,12 +256,12 @@ void draw_rider(const Cell& cell, FrogPose pose) {
 
 // An arm thrown up, its hand swung aside by swing.
 FrogLimb waving(float swing) {
-  return {{1.55f + 0.42f * swing, 2.35f - 0.14f * std::fabs(swing), 0.55f},
+  return {{1.62f + 0.42f * swing, 2.95f - 0.14f * std::fabs(swing), 0.55f},
           {0.25f + 0.75f * swing, 0.95f, 0.1f},
           {0.9f, -0.6f, 0.1f}};
 }
-const FrogLimb kAtMouth{{0.34f, 1.22f, 1.42f}, {-0.35f, 0.75f, 0.10f}, {1.0f, -0.4f, -0.2f}};
-const FrogLimb kThrown{{1.25f, 1.75f, 1.35f}, {0.45f, 0.55f, 0.60f}, {0.8f, -0.7f, 0.0f}};
+const FrogLimb kAtMouth{{0.62f, 1.05f, 1.45f}, {-0.55f, 0.75f, 0.10f}, {1.0f, -0.4f, -0.2f}};
+const FrogLimb kThrown{{1.72f, 2.05f, 0.95f}, {0.65f, 0.70f, 0.30f}, {0.8f, -0.7f, 0.0f}};
 
 FrogLimb mix(const FrogLimb& a, const FrogLimb& b, float t) {
   return {lerp(a.at, b.at, t), lerp(a.toward, b.toward, t), lerp(a.bend, b.bend, t)};
@@ -294,14 +296,14 @@ void draw_rider_kiss(const Cell& cell) {
   pose.arm[1] = mix(left, waving(0), start);
   pose.spread[0] = out;
   pose.spread[1] = std::max(out, start);
-  for (float& lid : pose.lid) lid = 0.95f * in;
-  pose.lid[0] = std::max(pose.lid[0], 0.95f * (ease(t, 0.58f, 0.64f) - ease(t, 0.76f, 0.82f)));
+  for (float& lid : pose.lid) lid = in;
+  pose.lid[0] = std::max(pose.lid[0], (ease(t, 0.58f, 0.64f) - ease(t, 0.76f, 0.82f)));
   pose.pitch_deg += 10 * out - 6 * in;
   pose.head_roll_deg = 9 * in - 10 * out;
   pose.tall = 1 - 0.08f * bump((t - 0.36f) / 0.12f) + 0.07f * bump((t - 0.45f) / 0.16f);
   pose.move.y = 0.30f * bump((t - 0.46f) / 0.20f);
-  pose.smile = 1 - 1.4f * in;
-  pose.mouth = 0.42f * start + 0.12f * in + 0.62f * out;
+  pose.pucker = in;
+  pose.mouth = 0.42f * start * (1 - in) + 0.20f * in + 0.62f * out;
   draw_rider(cell, pose);
 }
 

@@ -9,7 +9,7 @@ namespace {
 
 // The dance is only ever seen on the far bank, where the screen ends 54 pixels above the cell's
 // foot. So the frog comes forward once it has turned, and dances low, its face between its knees.
-constexpr float kForward = -1.22f;
+constexpr float kForward = -1.06f;
 constexpr float kBeat = 8;  // frames from one hip to the other
 
 const FrogLimb kPlanted{{1.36f, 0.24f, 0.22f}, {0.62f, -0.12f, 0.80f}, {0.9f, 0.55f, 0.35f}};
@@ -24,8 +24,8 @@ FrogPose facing() {
   pose.yaw_deg = 180;
   pose.move = {0, 0, kForward};
   pose.hips = {0, 0.80f, -0.40f};
-  pose.pitch_deg = 33;
-  pose.head_pitch_deg = -8;
+  pose.pitch_deg = 28;
+  pose.head_pitch_deg = -13;
   pose.gaze_y = 0.45f;
   both(pose.leg, kPlanted);
   both(pose.arm, kOut);
@@ -74,7 +74,7 @@ FrogPose squat(float depth) {
   FrogPose pose = facing();
   pose.hips.y = 0.80f - 0.32f * depth;
   pose.tall = 1 - 0.26f * depth;
-  pose.pitch_deg = 36 - 14 * depth;
+  pose.pitch_deg = 30 - 8 * depth;
   both(pose.arm, kFolded);
   pose.mouth = 0.25f;
   return pose;
@@ -103,15 +103,16 @@ std::vector<FrogKey> dance_keys() {
   FrogPose wind = rest;
   wind.hips.y = 0.62f;
   wind.tall = 0.80f;
+  wind.move.z = 0.12f;
   wind.yaw_deg = -14;
   wind.head_yaw_deg = -12;
   key(3, wind);
-  FrogPose up = leaping(52, 0.75f, -0.15f);
+  FrogPose up = leaping(52, 0.75f, 0.0f);
   up.head_yaw_deg = 34;
   key(5.5f, up);
   FrogPose side = rest;
   side.yaw_deg = 92;
-  side.move.z = -0.35f;
+  side.move.z = 0.12f;
   side.hips.y = 0.58f;
   side.tall = 0.76f;
   side.to_sky = 0.3f;
@@ -123,7 +124,7 @@ std::vector<FrogKey> dance_keys() {
   wind2.yaw_deg = 84;
   wind2.head_yaw_deg = 18;
   key(10, wind2);
-  up = leaping(140, 0.85f, -0.95f);
+  up = leaping(140, 0.85f, -0.60f);
   up.head_yaw_deg = 30;
   up.to_sky = 0;
   up.mouth = 0.3f;
@@ -157,14 +158,17 @@ std::vector<FrogKey> dance_keys() {
   }
 
   // Down, and round once in the air with the arms held in.
-  key(57.5f, squat(1.1f));
+  FrogPose low = squat(1);
+  low.move.z += 0.06f;
+  key(57.5f, low);
   FrogPose take_off = squat(0);
   take_off.hips.y = 1.2f;
   take_off.tall = 1.18f;
-  take_off.move.y = 0.5f;
+  take_off.move = {0, 0.6f, kForward + 0.5f};
   take_off.yaw_deg = 215;
   key(59.5f, take_off);
   FrogPose spin = take_off;
+  spin.move.z = kForward + 0.2f;
   spin.move.y = 2.1f;
   spin.tall = 1.06f;
   spin.yaw_deg = 360;

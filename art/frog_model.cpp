@@ -14,8 +14,8 @@ namespace {
 
 constexpr float kDegree = static_cast<float>(kTau) / 360;
 constexpr Vec kHead{0, 0.08f, 0.66f}, kHeadSize{1.16f, 0.74f, 0.88f};
-constexpr Vec kTongueRed{1.0f, 0.14f, 0.20f};
-constexpr float kMouthWide = 0.80f, kMouthHigh = -0.10f, kMouthBack = 0.10f;
+constexpr Vec kTongueRed{1.15f, 0.15f, 0.23f};
+constexpr float kMouthWidest = 0.80f, kMouthHigh = -0.10f, kMouthBack = 0.10f;
 
 struct Spot {
   Vec at;
@@ -77,15 +77,19 @@ struct Build {
 
 // The mouth is a crescent between an upper and a lower lip, in the face's own axes.
 struct Mouth {
-  float open, curve;
-  explicit Mouth(const FrogPose& pose) : open(0.90f * pose.mouth), curve(0.30f * pose.smile) {}
+  float open, curve, wide;
+  explicit Mouth(const FrogPose& pose)
+      : open(0.90f * pose.mouth),
+        curve(0.30f * pose.smile),
+        wide(kMouthWidest * (1 - 0.68f * pose.pucker)) {}
   float upper(float x) const { return kMouthHigh + curve * x * x + 0.10f * open; }
-  float gap(float x) const { return open * std::max(0.0f, 1 - x * x / (kMouthWide * kMouthWide)); }
+  float gap(float x) const { return open * std::max(0.0f, 1 - x * x / (wide * wide)); }
   // Below 0 within the opening.
   float outside(Vec q) const {
     float x = std::fabs(q.x), half = 0.5f * gap(x);
     float d = std::fabs(q.y - (upper(x) - half)) - half;
-    return std::max(d, std::max(x - kMouthWide, kMouthBack - q.z));
+    // Shallow at its corners, or one would see through the cheeks.
+    return std::max(d, std::max(x - wide, kMouthBack + 0.5f * x * x - q.z));
   }
 };
 
@@ -104,8 +108,8 @@ Vec paint_face(Vec q, Vec colour, const Mouth& mouth) {
     return colour;
   }
   float x = std::fabs(q.x), line = std::fabs(q.y - mouth.upper(x));
-  float corner = std::hypot(x - kMouthWide, q.y - mouth.upper(kMouthWide));
-  if ((x < kMouthWide && line < 0.042f) || corner < 0.065f) return {0.02f, 0.03f, 0.008f};
+  float corner = std::hypot(x - mouth.wide, q.y - mouth.upper(mouth.wide));
+  if ((x < mouth.wide && line < 0.042f) || corner < 0.065f) return {0.02f, 0.03f, 0.008f};
   return colour;
 }
 
@@ -169,6 +173,9 @@ ClayPart body_part(const Build& build, const FrogLook& look) {
     Vec at = lerp({0, -0.42f, 1.05f}, {0, -0.80f, 0.10f}, pose.gulp);
     ball(at, Vec{0.52f, 0.46f, 0.46f} * (0.45f + 0.55f * lump), skin);
   }
+  if (pose.pucker > 0.05f)
+    on_head({0, kMouthHigh - 0.5f * mouth.open, 0.82f}, Vec{0.34f, 0.30f, 0.24f} * pose.pucker,
+            skin);
   body.paint = [=](Vec p, Vec c) { return paint_body(p, c, build, mouth, colours); };
   if (mouth.open > 0.03f) body.cut = [=](Vec p) { return 0.75f * mouth.outside(build.face(p)); };
   return body;
@@ -190,7 +197,7 @@ void add_bubbles(ClayScene& scene, const Build& build, const FrogLook& look) {
 
 void add_mouth_tongue(ClayScene& scene, const Build& build) {
   const Mouth mouth(build.pose);
-  if (mouth.open < 0.16f || build.pose.tongue_out > 0.5f) return;
+  if (mouth.open < 0.16f || mouth.wide < 0.5f || build.pose.tongue_out > 0.5f) return;
   ClayPart tongue;
   tongue.blend = 0.12f;
   tongue.gloss = 0.8f;
@@ -205,7 +212,7 @@ void add_mouth_tongue(ClayScene& scene, const Build& build) {
 
 void add_crown(ClayScene& scene, const Build& build) {
   // It stands on the brow, upright when the chest is raised.
-  const Vec up{0, 0.87f, 0.50f}, back{0, 0.50f, -0.87f}, foot{0, 0.60f, -0.06f};
+  const Vec up{0, 0.87f, 0.50f}, back{0, 0.50f, -0.87f}, foot{0, 0.74f, -0.10f};
   Vec gold = linear(kGold);
   ClayPart crown;
   crown.blend = 0.05f;
@@ -340,8 +347,8 @@ void add_arm(ClayScene& scene, const Build& build, const FrogLook& look, int whi
   arm.frame = build.ground;
   arm.limb(shoulder, 0.34f, elbow, 0.24f, skin);
   arm.limb(elbow, 0.23f, wrist, 0.17f, skin);
-  float wide = 0.34f + 0.14f * build.pose.spread[which];
-  add_digits(arm, wrist + toward * 0.06f, toward, {wide, 0.40f, 0.14f, 0.19f}, skin, light);
+  float wide = 0.33f + 0.08f * build.pose.spread[which];
+  add_digits(arm, wrist + toward * 0.06f, toward, {wide, 0.58f, 0.14f, 0.19f}, skin, light);
   scene.push_back(arm);
 }
 

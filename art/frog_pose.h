@@ -33,6 +33,7 @@ struct FrogPose {
   float cheer = 0;           // the lower lids pushed up by a grin
   float mouth = 0;           // 0 closed, 1 wide open
   float smile = 1;           // -1 to 1: where the corners of the mouth go
+  float pucker = 0;          // 1: lips pushed out for a kiss
   float tongue_out = 0;      // 1: it has left the mouth, and is drawn by itself
   float pouch = 0;           // the throat blown up
   float bubbles = 0;         // and the bubbles at the sides of the head
