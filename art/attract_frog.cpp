@@ -12,7 +12,7 @@ namespace art {
 namespace {
 
 constexpr float kPi = static_cast<float>(kTau / 2);
-constexpr ClayCamera kCamera{34, 82, {256, 434}};
+constexpr ClayCamera kCamera{34, 81, {256, 428}};
 constexpr Colour kOutline{0.03, 0.18, 0.05};
 
 // A point of the picture as one of the world, as far ahead of the frog as given.
@@ -295,7 +295,7 @@ void draw_attract_frog(const Cell& cell) {
     add_prey(scene, m->kind, f);
   }
   const float lean = 40 * now.pose.hips.x;
-  soft_spot(cell.ctx, 256 - lean, 452, 205, 40, kBlack, 0.50);
+  soft_spot(cell.ctx, 256 - lean, 448, 205, 40, kBlack, 0.50);
   Canvas canvas(cell.width, cell.height);
   clay_draw(canvas, scene, kCamera, kOutline, 3.0f);
   paint_canvas(cell.ctx, canvas, 0, 0);

@@ -174,6 +174,7 @@ void draw_frog_look_round(const Cell& cell) {
   pose.head_yaw_deg = 44 * head;
   pose.head_roll_deg = 9 * head;
   pose.yaw_deg = 15 * body;
+  pose.move.z = 0.30f * std::fabs(body);  // its feet turn on the spot
   pose.roll_deg = 5 * body;
   pose.sway = -0.12f * body;
   float lifted = std::fabs(head);
