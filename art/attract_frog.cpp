@@ -128,7 +128,8 @@ void add_prey(ClayScene& scene, Prey kind, const Flight& f) {
   add_wings(p, f, wings, kind == Prey::kLightningbug ? 1.25f : 1.1f);
 }
 
-// A bug comes in, hovers, is caught and is swallowed; times are frames.
+// A bug comes in, hovers, is caught and is swallowed; times are frames. The cell's upper 65 pixels
+// lie above the screen, and bugs keep below them.
 struct Meal {
   Prey kind;
   float comes, shot, caught, home, swallowed;
@@ -136,9 +137,9 @@ struct Meal {
   float bulge;  // to which side the tongue swings out, in units
 };
 constexpr Meal kMeals[] = {
-    {Prey::kLadybug, 1, 13, 15, 19, 24, {66, 76}, {112, 138}, -0.7f},
-    {Prey::kBeetle, 18, 31, 33, 37, 42, {446, 76}, {404, 122}, 0.7f},
-    {Prey::kLightningbug, 36, 49, 51, 55, 60, {60, 80}, {168, 92}, 0.9f},
+    {Prey::kLadybug, 1, 13, 15, 19, 24, {66, 130}, {112, 168}, -0.7f},
+    {Prey::kBeetle, 18, 31, 33, 37, 42, {446, 130}, {404, 156}, 0.7f},
+    {Prey::kLightningbug, 36, 49, 51, 55, 60, {60, 140}, {160, 136}, 0.9f},
 };
 constexpr float kSize[] = {0.42f, 0.42f, 0.42f};
 constexpr float kAhead = -1.3f;  // where the bugs fly, nearer than the frog's face
@@ -154,8 +155,8 @@ Point bug_place(const Meal& m, float frame) {
   Point p = mix(m.from, m.at, smooth(0, 0.8, u));
   double loose = 1 - smooth(0.75, 1, u);
   p.x += (16 * std::sin(kTau * u * 2.0) * (1 - u) + 5 * std::sin(kTau * frame / 7)) * loose;
-  p.y += (20 * std::sin(kTau * u * 1.5) + 5 * std::cos(kTau * frame / 5)) * loose;
-  return {std::clamp(p.x, 66.0, 446.0), std::max(p.y, 84.0)};
+  p.y += (20 * std::sin(kTau * u * 1.5) * (1 - 0.4 * u) + 5 * std::cos(kTau * frame / 5)) * loose;
+  return {std::clamp(p.x, 66.0, 446.0), std::max(p.y, 124.0)};
 }
 
 // How far the tongue is out, 0 to 1; it overshoots a little, sticks, and comes home faster and
