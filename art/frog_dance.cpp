@@ -146,8 +146,8 @@ std::vector<FrogKey> dance_keys() {
   joy.tall = 1.02f;
   key(23, joy);
 
-  float frame = 27, way = 1;
-  for (int beat = 0; beat < 4; beat++, frame += kBeat, way = -way) {
+  for (int beat = 0; beat < 4; beat++) {
+    const float frame = 27 + kBeat * static_cast<float>(beat), way = beat % 2 ? -1.0f : 1.0f;
     key(frame, hip(way));
     // A moment's weight on the hip before it goes over.
     FrogPose sit_in = hip(way);
@@ -169,7 +169,7 @@ std::vector<FrogKey> dance_keys() {
   key(59.5f, take_off);
   FrogPose spin = take_off;
   spin.move.z = kForward + 0.2f;
-  spin.move.y = 2.1f;
+  spin.move.y = 1.5f;
   spin.tall = 1.06f;
   spin.yaw_deg = 360;
   both(spin.leg, {{0.95f, 0.30f, -0.15f}, {0.5f, -0.6f, 0.6f}, {0.9f, 0.4f, 0.5f}});
@@ -185,20 +185,22 @@ std::vector<FrogKey> dance_keys() {
   // And there it is.
   FrogPose bow = facing();
   bow.yaw_deg = 540;
-  bow.hips = {0, 0.86f, -0.30f};
-  bow.pitch_deg = 31;
+  bow.hips = {0, 0.80f, -0.34f};
+  bow.pitch_deg = 20;
+  bow.head_pitch_deg = -17;
   bow.tall = 1.12f;
-  bow.mouth = 0.9f;
+  bow.mouth = 0.68f;
+  bow.move.z += 0.18f;  // or its chin would leave the cell
   bow.cheer = 0.3f;
   FrogLimb out = kOut;
   out.at = {2.35f, 1.75f, 0.80f};
   both(bow.arm, out);
   key(71.5f, bow);
-  bow.hips.y = 0.70f;
+  bow.hips.y = 0.64f;
   bow.tall = 0.96f;
   bow.head_roll_deg = 9;
   key(74.5f, bow);
-  bow.hips.y = 0.74f;
+  bow.hips.y = 0.67f;
   bow.tall = 1;
   key(77, bow);
   return keys;
