@@ -8,10 +8,10 @@ namespace art {
 
 std::span<const Family* const> families() {
   static constexpr const Family* kFamilies[] = {
-      &kAttractFamily, &kBackdropFamily, &kBugsFamily,  &kButterflyFamily, &kEffectsFamily,
-      &kFontsFamily,   &kFrogFamily,     &kLogoFamily,  &kMarksFamily,     &kMessagesFamily,
-      &kPlantsFamily,  &kRidersFamily,   &kRiverFamily, &kSignsFamily,     &kThumbsFamily,
-      &kTicketsFamily, &kTurtlesFamily,  &kWaterFamily};
+      &kAttractFrogFamily, &kBackdropFamily, &kBugsFamily,  &kButterflyFamily, &kEffectsFamily,
+      &kFontsFamily,       &kFrogFamily,     &kLogoFamily,  &kMarksFamily,     &kMessagesFamily,
+      &kPlantsFamily,      &kRidersFamily,   &kRiverFamily, &kSignsFamily,     &kThumbsFamily,
+      &kTicketsFamily,     &kTurtlesFamily,  &kWaterFamily};
   return kFamilies;
 }
 

@@ -70,10 +70,10 @@ struct Family {
   std::span<const CatalogueRow> rows;
 };
 
-extern const Family kAttractFamily, kBackdropFamily, kBugsFamily, kButterflyFamily, kEffectsFamily,
-    kFontsFamily, kFrogFamily, kLogoFamily, kMarksFamily, kMessagesFamily, kPlantsFamily,
-    kRidersFamily, kRiverFamily, kSignsFamily, kThumbsFamily, kTicketsFamily, kTurtlesFamily,
-    kWaterFamily;
+extern const Family kAttractFrogFamily, kBackdropFamily, kBugsFamily, kButterflyFamily,
+    kEffectsFamily, kFontsFamily, kFrogFamily, kLogoFamily, kMarksFamily, kMessagesFamily,
+    kPlantsFamily, kRidersFamily, kRiverFamily, kSignsFamily, kThumbsFamily, kTicketsFamily,
+    kTurtlesFamily, kWaterFamily;
 
 std::span<const Family* const> families();
 

@@ -65,6 +65,8 @@ float shape_distance(const ClayShape& q, Vec p) {
   return length(ap - ab * h) - (q.ra + (q.rb - q.ra) * h);
 }
 
+constexpr float kCutEdge = 0.06f;  // how far a cut's edge is rounded
+
 // Distance to a part from a point in its own axes, and its melted colour there if asked for.
 float part_distance(const ClayPart& g, Vec p, Vec* colour) {
   float d = 1e9f;
@@ -89,6 +91,10 @@ float part_distance(const ClayPart& g, Vec p, Vec* colour) {
     d = d + (e - d) * h - g.blend * h * (1 - h);
   }
   if (colour) *colour = c;
+  if (g.cut && d < 0.5f) {
+    float e = -g.cut(p), h = clamp(0.5f - 0.5f * (d - e) / kCutEdge);
+    d = d + (e - d) * h + kCutEdge * h * (1 - h);
+  }
   return d;
 }
 

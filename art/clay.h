@@ -74,6 +74,8 @@ struct ClayPart {
   float soft = 0;   // how far light seeps through: 1 like jelly
   float metal = 0;  // how much of a sky it mirrors: 0.3 lacquer, 1 polished metal
   float glow = 0;   // how much of its colour is its own light
+  // What is taken out of the melted shapes: its distance from a point in the part's own axes.
+  std::function<float(Vec)> cut;
 
   void ball(Vec centre, Vec radii, Vec colour);
   void limb(Vec a, float ra, Vec b, float rb, Vec colour);

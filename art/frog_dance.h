@@ -1,0 +1,13 @@
+// The dance of a frog that has crossed.
+#pragma once
+
+#include "art/frog_pose.h"
+
+namespace art {
+
+constexpr int kDanceFrames = 88;
+
+// From the rest pose to the last bow, which fades out while it is held.
+FrogPose frog_dance(float frame);
+
+}  // namespace art

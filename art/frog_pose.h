@@ -1,0 +1,73 @@
+// How the frog holds itself, and the way from one pose to the next.
+#pragma once
+
+#include <span>
+
+#include "art/clay.h"
+
+namespace art {
+
+// A leg or an arm of the frog: the joint between is found from these.
+struct FrogLimb {
+  Vec at;      // ankle or wrist
+  Vec toward;  // where the toes point
+  Vec bend;    // where the knee or the elbow points
+};
+
+// Only floats, so that two poses can be mixed number by number. Units are those of clay; degrees
+// where a name says so. Axes: x to its right, y up, z ahead; the left limbs come first.
+struct FrogPose {
+  Vec move{0, 0, 0};           // of the whole frog, in the world's axes; the rest is in its own
+  float yaw_deg = 0;           // 0 seen from behind, 180 faces the viewer
+  Vec hips{0, 0.85f, -0.85f};  // what the body turns round
+  float pitch_deg = 0;         // the chest raised
+  float roll_deg = 0;          // the body leaned to its right
+  float sway = 0;              // the hips pushed to its right, under a head that stays
+  float tall = 1;              // squash and stretch: across the back
+  float slim = 1;              // and along it
+  float head_yaw_deg = 0, head_pitch_deg = 0, head_roll_deg = 0;
+  float gaze_x = 0;          // eyes to its right, up to 1
+  float gaze_y = 0;          // up, to 1
+  float to_sky = 1;          // the eyes of a frog that is seen from above and behind
+  float lid[2] = {0, 0};     // 0 open, 1 closed
+  float cheer = 0;           // the lower lids pushed up by a grin
+  float mouth = 0;           // 0 closed, 1 wide open
+  float smile = 1;           // -1 to 1: where the corners of the mouth go
+  float pucker = 0;          // 1: lips pushed out for a kiss
+  float tongue_out = 0;      // 1: it has left the mouth, and is drawn by itself
+  float pouch = 0;           // the throat blown up
+  float bubbles = 0;         // and the bubbles at the sides of the head
+  float cheeks = 0;          // a full mouth
+  float breathe = 0;         // 0 to 1
+  float gulp = 0;            // a mouthful on its way: 0 in the mouth, 1 in the belly
+  float spread[2] = {0, 0};  // the fingers of each hand, 1 as wide as they go
+  FrogLimb leg[2], arm[2];
+};
+
+// At rest on all fours, ready to leap: the first picture of every sheet of the player's frog.
+FrogPose frog_sitting();
+// Upright, feet and hands ahead of it on the ground; what the riders and the big frog do.
+FrogPose frog_upright();
+
+// The left limb's mirror image.
+FrogLimb mirrored(const FrogLimb& limb);
+void both(FrogLimb* pair, const FrogLimb& right);
+
+FrogPose mix(const FrogPose& a, const FrogPose& b, float t);
+
+struct FrogKey {
+  float frame;
+  FrogPose pose;
+};
+// The pose at a frame between keys in rising order: smooth, passing through each key and never
+// beyond one. Before the first and after the last it is theirs.
+FrogPose pose_between(std::span<const FrogKey> keys, float frame);
+
+// Up and down once while t runs from 0 to 1, at rest at both ends.
+float bump(float t);
+// A swing of one turn that dies away from t 0 on: what hangs on after a stop.
+float ringing(float t, float turns, float decay);
+// The part of a run between a and b as an S from 0 to 1.
+float ease(float run, float a, float b);
+
+}  // namespace art
