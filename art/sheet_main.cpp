@@ -1,19 +1,21 @@
 // sheet NAME FILE.png              a picture's frames side by side
 // sheet --move NAME FILE.png       the same in motion, as an animated PNG
 // sheet --families FOLDER          a sheet for each family of pictures
+// sheet --preview FILE.png         a frog on its way, as an animated PNG
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
 
+#include "art/preview.h"
 #include "art/sheet.h"
 
 namespace {
 
 struct Options {
   bool move = false;
-  std::string families;
+  std::string families, preview;
   art::Ground ground = art::Ground::kGrass;
   int frame_ms = 35;  // as most sheets run in the game
   std::vector<std::string> names;
@@ -23,7 +25,8 @@ int usage() {
   std::fprintf(stderr,
                "usage: sheet [--on grass|water|grey] NAME FILE.png\n"
                "       sheet [--on ...] --move [--ms MILLISECONDS A FRAME] NAME FILE.png\n"
-               "       sheet [--on ...] --families FOLDER\n");
+               "       sheet [--on ...] --families FOLDER\n"
+               "       sheet --preview FILE.png\n");
   return 2;
 }
 
@@ -34,6 +37,8 @@ bool parse(int argc, char** argv, Options& o) {
       o.move = true;
     } else if (word == "--families" && !value.empty()) {
       o.families = argv[++i];
+    } else if (word == "--preview" && !value.empty()) {
+      o.preview = argv[++i];
     } else if (word == "--ms" && std::atoi(value.c_str()) > 0) {
       o.frame_ms = std::atoi(argv[++i]);
     } else if (word == "--on" && (value == "grass" || value == "water" || value == "grey")) {
@@ -47,7 +52,7 @@ bool parse(int argc, char** argv, Options& o) {
       o.names.push_back(word);
     }
   }
-  return o.names.size() == (o.families.empty() ? 2 : 0);
+  return o.names.size() == (o.families.empty() && o.preview.empty() ? 2 : 0);
 }
 
 bool write_families(const Options& o) {
@@ -67,19 +72,21 @@ int main(int argc, char** argv) {
   Options o;
   if (!parse(argc, argv, o)) return usage();
   bool good;
+  std::string to = o.families;
   if (!o.families.empty()) {
     good = write_families(o);
+  } else if (!o.preview.empty()) {
+    good = art::preview_write(to = o.preview);
   } else {
     const art::CatalogueRow* row = art::catalogue_find(o.names[0]).row;
     if (!row) {
       std::fprintf(stderr, "sheet: no picture is called %s\n", o.names[0].c_str());
       return 2;
     }
-    good = o.move ? art::motion_write(*row, o.ground, o.frame_ms, o.names[1])
-                  : art::contact_sheet_write(*row, o.ground, o.names[1]);
+    to = o.names[1];
+    good = o.move ? art::motion_write(*row, o.ground, o.frame_ms, to)
+                  : art::contact_sheet_write(*row, o.ground, to);
   }
-  if (!good)
-    std::fprintf(stderr, "sheet: can't write %s\n",
-                 (o.families.empty() ? o.names[1] : o.families).c_str());
+  if (!good) std::fprintf(stderr, "sheet: can't write %s\n", to.c_str());
   return good ? 0 : 1;
 }

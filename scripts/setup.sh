@@ -57,4 +57,6 @@ fill_out() {
   obj/art/render out || exit 1
   say "rendering sounds"
   obj/art/render_sounds out && obj/art/render --list out || exit 1
+  mkdir -p docs/look
+  [ docs/look/hop.png -nt obj/art/libart_lib.a ] || obj/art/sheet --preview docs/look/hop.png || exit 1
 }
