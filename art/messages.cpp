@@ -84,8 +84,8 @@ void draw_button(const Cell& cell, bool yellow, bool down) {
   // A round push button lying on the ground, lit while it is down; the countdown stands on it.
   const double x = 91, top = down ? 87 : 76;
   const Colour own = yellow ? Colour{1.0, 0.74, 0.06} : Colour{0.22, 0.74, 0.10};
-  soft_spot(c, x, 100, 90, 25, kBlack, 0.5);
-  const Path foot = ellipse(x, 93, 82, 31);
+  soft_spot(c, x, 100, 87, 25, kBlack, 0.5);
+  const Path foot = ellipse(x, 93, 82, 30);
   stroke(c, foot, kInk, 5);
   raise(c, foot, ramp({0, 62}, {0.86, 0.88, 0.92}, {0, 124}, {0.46, 0.48, 0.56}),
         {12, 0.8, 0.7, 0.6});

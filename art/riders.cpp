@@ -311,7 +311,7 @@ RiderPose wave_pose(double t) {
   float beat = std::sin(2 * kPi * 3 * static_cast<float>(u)) * amount;
   float late = std::sin(2 * kPi * 3 * static_cast<float>(u) - 0.9f) * amount;
   pose.hand[0] = kHandAtRest[0] + Vec{-0.10f * beat, 0.06f * beat, 0};
-  pose.hand[1] = raised_hand(46 + 21 * beat, 1.76f);
+  pose.hand[1] = raised_hand(44 + 20 * beat, 1.74f);
   pose.finger_deg[1] = -22 + 30 * late;
   // Both hands go up with the hop.
   pose.hand[0] = lerp(pose.hand[0], raised_hand(-46, 1.76f), hop);

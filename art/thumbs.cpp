@@ -159,7 +159,7 @@ void ribbon(cairo_t* c, double grow, double gleam) {
 }
 
 void sparkles(cairo_t* c, double turn, double strength) {
-  const Point at[] = {{72, 118}, {436, 98}, {452, 236}, {62, 246}, {352, 34}, {140, 44}};
+  const Point at[] = {{72, 118}, {436, 98}, {452, 236}, {62, 246}, {352, 44}, {140, 44}};
   for (int i = 0; i < 6; i++) {
     double k = strength * std::fmax(0.0, std::sin(kTau * (turn + i * 0.37)));
     if (k < 0.15) continue;
