@@ -17,7 +17,7 @@ constexpr std::int64_t LEAVE_AFTER_TICKS = 60;
 
 struct SwitchRow {
   const char* label;
-  JammaCounter counter;
+  int counter;  // JammaCounter
 };
 constexpr SwitchRow SWITCHES[SLOTS] = {
     {"START 1", COUNTER_P1S}, {"START 2", COUNTER_P2S}, {"COIN 1", COUNTER_C1},
