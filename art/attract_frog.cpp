@@ -275,7 +275,7 @@ TonguePath tongue_path(const FrogPose& pose, const Meal& m, float frame, float r
 void draw_attract_frog(const Cell& cell) {
   const float frame = static_cast<float>(cell.frame);
   const Moment now = moment(frame, static_cast<float>(cell.frames));
-  ClayScene scene = frog_scene(now.pose, kPlayerFrog);
+  ClayScene scene = frog_scene(now.pose);
   Vec tip{};
   if (now.tongue) {
     TonguePath path = tongue_path(now.pose, *now.tongue, frame, tongue_reach(*now.tongue, frame));

@@ -1,4 +1,4 @@
-// The player's frog in all its sheets, and the small figures on the gold objects.
+// The player's frog in all its sheets.
 #include <algorithm>
 #include <cmath>
 #include <vector>
@@ -30,7 +30,7 @@ void draw_scene(const Cell& cell, const FrogPose& pose, ClayScene& scene) {
 }
 
 void draw_pose(const Cell& cell, const FrogPose& pose) {
-  ClayScene scene = frog_scene(pose, kPlayerFrog);
+  ClayScene scene = frog_scene(pose);
   draw_scene(cell, pose, scene);
 }
 
@@ -237,7 +237,7 @@ void draw_frog_yawn(const Cell& cell) {
   for (float& lid : pose.lid) lid = std::max(lid, yawn);
   blink(pose, t, 0.95f);
 
-  ClayScene scene = frog_scene(pose, kPlayerFrog);
+  ClayScene scene = frog_scene(pose);
   add_yawn_tongue(scene, pose, out, ease(t, 0.68f, 0.80f));
   draw_scene(cell, pose, scene);
 }
@@ -253,7 +253,7 @@ void draw_frog_icon(const Cell& cell, double scale, double ground_y) {
   pose.yaw_deg = 180;
   pose.pitch_deg = 38;
   pose.mouth = 0.45f;
-  ClayScene scene = frog_scene(pose, kPlayerFrog);
+  ClayScene scene = frog_scene(pose);
   clay_draw(canvas, scene, {40, static_cast<float>(scale), {cell.width / 2.0, ground_y}}, kOutline,
             cell.width == 64 ? 1.2f : 2.0f);
   paint_canvas(cell.ctx, canvas, 0, 0);

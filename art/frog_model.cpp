@@ -7,14 +7,13 @@
 
 namespace art {
 
-const FrogLook kPlayerFrog{kFrogGreen, {1.0, 0.97, 0.62}, {0.13, 0.50, 0.10}};
-
 namespace {
 
+constexpr Colour kBelly{1.0, 0.97, 0.62}, kSpotGreen{0.13, 0.50, 0.10}, kToeTips{1.0, 0.98, 0.45};
 constexpr float kDegree = static_cast<float>(kTau) / 360;
 constexpr Vec kHead{0, 0.08f, 0.66f}, kHeadSize{1.16f, 0.74f, 0.88f};
 constexpr Vec kTongueRed{1.15f, 0.15f, 0.23f};
-constexpr float kMouthWidest = 0.80f, kMouthHigh = -0.10f, kMouthBack = 0.10f;
+constexpr float kMouthWide = 0.80f, kMouthHigh = -0.10f, kMouthBack = 0.10f;
 
 struct Spot {
   Vec at;
@@ -76,19 +75,16 @@ struct Build {
 
 // The mouth is a crescent between an upper and a lower lip, in the face's own axes.
 struct Mouth {
-  float open, curve, wide;
-  explicit Mouth(const FrogPose& pose)
-      : open(0.90f * pose.mouth),
-        curve(0.30f * pose.smile),
-        wide(kMouthWidest * (1 - 0.68f * pose.pucker)) {}
+  float open, curve;
+  explicit Mouth(const FrogPose& pose) : open(0.90f * pose.mouth), curve(0.30f * pose.smile) {}
   float upper(float x) const { return kMouthHigh + curve * x * x + 0.10f * open; }
-  float gap(float x) const { return open * std::max(0.0f, 1 - x * x / (wide * wide)); }
+  float gap(float x) const { return open * std::max(0.0f, 1 - x * x / (kMouthWide * kMouthWide)); }
   // Below 0 within the opening.
   float outside(Vec q) const {
     float x = std::fabs(q.x), half = 0.5f * gap(x);
     float d = std::fabs(q.y - (upper(x) - half)) - half;
     // Shallow at its corners, or one would see through the cheeks.
-    return std::max(d, std::max(x - wide, kMouthBack + 0.5f * x * x - q.z));
+    return std::max(d, std::max(x - kMouthWide, kMouthBack + 0.5f * x * x - q.z));
   }
 };
 
@@ -107,8 +103,8 @@ Vec paint_face(Vec q, Vec colour, const Mouth& mouth) {
     return colour;
   }
   float x = std::fabs(q.x), line = std::fabs(q.y - mouth.upper(x));
-  float corner = std::hypot(x - mouth.wide, q.y - mouth.upper(mouth.wide));
-  if ((x < mouth.wide && line < 0.042f) || corner < 0.065f) return {0.02f, 0.03f, 0.008f};
+  float corner = std::hypot(x - kMouthWide, q.y - mouth.upper(kMouthWide));
+  if ((x < kMouthWide && line < 0.042f) || corner < 0.065f) return {0.02f, 0.03f, 0.008f};
   return colour;
 }
 
@@ -135,11 +131,11 @@ Vec paint_body(Vec own, Vec colour, const Build& build, const Mouth& mouth, cons
   return paint_face(q, colour, mouth);
 }
 
-ClayPart body_part(const Build& build, const FrogLook& look) {
+ClayPart body_part(const Build& build) {
   const FrogPose& pose = build.pose;
-  const Vec skin = linear(look.skin);
-  const BodyColours colours{skin, linear(mix(look.skin, {0.86, 1.0, 0.30}, 0.45)),
-                            linear(look.belly), linear(look.spots)};
+  const Vec skin = linear(kFrogGreen);
+  const BodyColours colours{skin, linear(mix(kFrogGreen, {0.86, 1.0, 0.30}, 0.45)), linear(kBelly),
+                            linear(kSpotGreen)};
   const Mouth mouth(pose);
   const float fat = 1 + 0.07f * pose.breathe;
   ClayPart body;
@@ -172,16 +168,13 @@ ClayPart body_part(const Build& build, const FrogLook& look) {
     Vec at = lerp({0, -0.42f, 1.05f}, {0, -0.80f, 0.10f}, pose.gulp);
     ball(at, Vec{0.52f, 0.46f, 0.46f} * (0.45f + 0.55f * lump), skin);
   }
-  if (pose.pucker > 0.05f)
-    on_head({0, kMouthHigh - 0.5f * mouth.open, 0.82f}, Vec{0.34f, 0.30f, 0.24f} * pose.pucker,
-            skin);
   body.paint = [=](Vec p, Vec c) { return paint_body(p, c, build, mouth, colours); };
   if (mouth.open > 0.03f) body.cut = [=](Vec p) { return 0.75f * mouth.outside(build.face(p)); };
   return body;
 }
 
 // The bubbles that a calling frog blows up at the sides of its head.
-void add_bubbles(ClayScene& scene, const Build& build, const FrogLook& look) {
+void add_bubbles(ClayScene& scene, const Build& build) {
   float size = 0.62f * build.pose.bubbles;
   if (size < 0.06f) return;
   for (float side : {-1.0f, 1.0f}) {
@@ -189,14 +182,14 @@ void add_bubbles(ClayScene& scene, const Build& build, const FrogLook& look) {
     bubble.gloss = 1.0f;
     bubble.frame = frame_within(build.ground, build.body);
     Vec at = build.on_head({side * (1.0f + 0.5f * size), -0.12f, 0.22f});
-    bubble.ball(at, {size, size, size}, linear(mix(look.belly, kWhite, 0.35)));
+    bubble.ball(at, {size, size, size}, linear(mix(kBelly, kWhite, 0.35)));
     scene.push_back(bubble);
   }
 }
 
 void add_mouth_tongue(ClayScene& scene, const Build& build) {
   const Mouth mouth(build.pose);
-  if (mouth.open < 0.16f || mouth.wide < 0.5f || build.pose.tongue_out > 0.5f) return;
+  if (mouth.open < 0.16f || build.pose.tongue_out > 0.5f) return;
   ClayPart tongue;
   tongue.blend = 0.12f;
   tongue.gloss = 0.8f;
@@ -210,7 +203,7 @@ void add_mouth_tongue(ClayScene& scene, const Build& build) {
 }
 
 // White, a golden iris, a pupil and two glints; lids of the skin's colour from above and below.
-ClayPart frog_eye(const Build& build, float side, const FrogLook& look) {
+ClayPart frog_eye(const Build& build, float side) {
   const FrogPose& pose = build.pose;
   const ClayFrame head = frame_within(build.ground, frame_within(build.body, build.head));
   const float radius = 0.47f;
@@ -223,7 +216,7 @@ ClayPart frog_eye(const Build& build, float side, const FrogLook& look) {
   const Vec lid_from = unit(lerp({0, 0.62f, -0.78f}, {0, 0.10f, -1.0f}, pose.to_sky));
   const Vec cheek_from = unit(Vec{-side * 0.12f, -0.80f, 0.55f});
   const float lid = pose.lid[side < 0 ? 0 : 1], cheer = pose.cheer;
-  const Vec skin = linear(look.skin) * 0.92f, crease = skin * 0.16f;
+  const Vec skin = linear(kFrogGreen) * 0.92f, crease = skin * 0.16f;
   ClayPart g;
   g.blend = 0.01f;
   g.gloss = 0.9f;
@@ -278,10 +271,10 @@ void add_digits(ClayPart& g, Vec from, Vec toward, const Digits& d, Vec skin, Ve
   for (Vec tip : tips) g.ball(tip, {d.tip, d.tip * 0.86f, d.tip}, light);
 }
 
-void add_leg(ClayScene& scene, const Build& build, const FrogLook& look, int which) {
+void add_leg(ClayScene& scene, const Build& build, int which) {
   const FrogLimb& limb = build.pose.leg[which];
   const float side = which == 0 ? -1.0f : 1.0f;
-  Vec skin = linear(look.skin), light = linear(mix(look.skin, {1.0, 0.98, 0.45}, 0.62));
+  Vec skin = linear(kFrogGreen), light = linear(mix(kFrogGreen, kToeTips, 0.62));
   Vec hip = build.body.out(build.in_body({side * 0.68f, -0.12f, -0.82f}));
   Vec ankle = limb.at, toward = unit(limb.toward);
   Vec knee = joint(hip, ankle, 1.12f, 1.30f, limb.bend);
@@ -296,7 +289,7 @@ void add_leg(ClayScene& scene, const Build& build, const FrogLook& look, int whi
   leg.limb(knee, 0.34f * thin, lerp(knee, ankle, 0.5f), 0.30f * thin, skin);
   leg.limb(lerp(knee, ankle, 0.5f), 0.30f * thin, ankle, 0.19f, skin);
   add_digits(leg, ankle + toward * 0.14f, toward, {0.46f, 0.58f, 0.17f, 0.22f}, skin, light);
-  const Vec band = linear(look.spots);
+  const Vec band = linear(kSpotGreen);
   leg.paint = [=](Vec p, Vec c) {
     // Two patches over the thigh, as the spots go on there.
     Vec along = knee - hip;
@@ -313,10 +306,10 @@ void add_leg(ClayScene& scene, const Build& build, const FrogLook& look, int whi
   scene.push_back(leg);
 }
 
-void add_arm(ClayScene& scene, const Build& build, const FrogLook& look, int which) {
+void add_arm(ClayScene& scene, const Build& build, int which) {
   const FrogLimb& limb = build.pose.arm[which];
   const float side = which == 0 ? -1.0f : 1.0f;
-  Vec skin = linear(look.skin), light = linear(mix(look.skin, {1.0, 0.98, 0.45}, 0.62));
+  Vec skin = linear(kFrogGreen), light = linear(mix(kFrogGreen, kToeTips, 0.62));
   Vec shoulder = build.body.out(build.in_body({side * 0.80f, -0.16f, 0.42f}));
   Vec wrist = limb.at, toward = unit(limb.toward);
   Vec elbow = joint(shoulder, wrist, 0.78f, 0.80f, limb.bend);
@@ -333,16 +326,16 @@ void add_arm(ClayScene& scene, const Build& build, const FrogLook& look, int whi
 
 }  // namespace
 
-ClayScene frog_scene(const FrogPose& pose, const FrogLook& look) {
+ClayScene frog_scene(const FrogPose& pose) {
   const Build build(pose);
   ClayScene scene;
-  scene.push_back(body_part(build, look));
+  scene.push_back(body_part(build));
   add_mouth_tongue(scene, build);
-  add_bubbles(scene, build, look);
+  add_bubbles(scene, build);
   for (int which : {0, 1}) {
-    add_leg(scene, build, look, which);
-    add_arm(scene, build, look, which);
-    scene.push_back(frog_eye(build, which == 0 ? -1.0f : 1.0f, look));
+    add_leg(scene, build, which);
+    add_arm(scene, build, which);
+    scene.push_back(frog_eye(build, which == 0 ? -1.0f : 1.0f));
   }
   return scene;
 }

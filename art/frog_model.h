@@ -1,5 +1,4 @@
-// The frog in clay: one body for the player's frog, the riders and the big frog of the attract
-// sequence.
+// The frog in clay: one body for the player's frog and the big one of the attract sequence.
 #pragma once
 
 #include <span>
@@ -8,12 +7,7 @@
 
 namespace art {
 
-struct FrogLook {
-  Colour skin, belly, spots;
-};
-extern const FrogLook kPlayerFrog;
-
-ClayScene frog_scene(const FrogPose& pose, const FrogLook& look);
+ClayScene frog_scene(const FrogPose& pose);
 
 // Where a point of the head lies in the world: (0, 0, 0) is its middle, (0, 0, 1) the tip of its
 // snout.

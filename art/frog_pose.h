@@ -33,7 +33,6 @@ struct FrogPose {
   float cheer = 0;           // the lower lids pushed up by a grin
   float mouth = 0;           // 0 closed, 1 wide open
   float smile = 1;           // -1 to 1: where the corners of the mouth go
-  float pucker = 0;          // 1: lips pushed out for a kiss
   float tongue_out = 0;      // 1: it has left the mouth, and is drawn by itself
   float pouch = 0;           // the throat blown up
   float bubbles = 0;         // and the bubbles at the sides of the head
@@ -46,7 +45,7 @@ struct FrogPose {
 
 // At rest on all fours, ready to leap: the first picture of every sheet of the player's frog.
 FrogPose frog_sitting();
-// Upright, feet and hands ahead of it on the ground; what the riders and the big frog do.
+// Upright, feet and hands ahead of it on the ground.
 FrogPose frog_upright();
 
 // The left limb's mirror image.
