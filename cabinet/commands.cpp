@@ -171,13 +171,21 @@ std::string do_led(Cabinet& cabinet, const Arguments& a, std::int64_t) {
   return {};
 }
 std::string do_usb(Cabinet& cabinet, const Arguments& a, std::int64_t) {
-  const std::string& what = a.choices[0];
+  return usb_port_plug(cabinet.usb, a.choices[0] == "plug");
+}
+std::string do_usb_say(Cabinet& cabinet, const Arguments& a, std::int64_t) {
   UsbWatchdog& watchdog = cabinet.usb.device;
-  if (what == "pull" || what == "plug") return usb_port_plug(cabinet.usb, what == "plug");
-  if (what == "reset-seen") watchdog.reset_seen = true;
-  if (what == "ask") usb_watchdog_say(watchdog, 0xD000);
-  if (what == "info") usb_watchdog_say(watchdog, 0xF000 | static_cast<int>(whole(a, "BYTE", 0)));
-  if (what == "bite") watchdog.resets_machine = a.choices[1] == "resets";
+  if (a.choices.empty()) {
+    usb_watchdog_say(watchdog, 0xF000 | static_cast<int>(whole(a, "BYTE", 0)));
+  } else if (a.choices[0] == "ask") {
+    usb_watchdog_say(watchdog, 0xD000);
+  } else {
+    watchdog.reset_seen = true;
+  }
+  return {};
+}
+std::string do_usb_bite(Cabinet& cabinet, const Arguments& a, std::int64_t) {
+  cabinet.usb.device.resets_machine = a.choices[0] == "resets";
   return {};
 }
 std::string do_unplug(Cabinet& cabinet, const Arguments& a, std::int64_t) {
@@ -299,9 +307,9 @@ constexpr CommandRow COMMANDS[] = {
     {"plug", "put it in again", do_plug},
     {"led deaf|hears|pull|plug", "the LED board doesn't answer, or hangs on no cable", do_led},
     {"usb pull|plug", "the USB watchdog leaves its port, and comes back", do_usb},
-    {"usb reset-seen|ask", "it says that it has reset the machine, or wants an answer", do_usb},
-    {"usb info BYTE", "it says a byte that nobody needs", do_usb},
-    {"usb bite counts|resets", "whether a bite ends the game and starts it again", do_usb},
+    {"usb reset-seen|ask", "it says that it has reset the machine, or wants an answer", do_usb_say},
+    {"usb info BYTE", "it says a byte that nobody needs", do_usb_say},
+    {"usb bite counts|resets", "whether a bite ends the game and starts it again", do_usb_bite},
     {"fault to-host|to-board drop|garble|duplicate PERCENT [apart BYTES]",
      "line faults of so many bytes, no two closer than that", do_fault},
     {"seed SEED", "chance begins here again", do_seed},
