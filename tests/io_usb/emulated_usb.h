@@ -96,8 +96,8 @@ class EmulatedDevice {
       case USBDEVFS_GET_CAPABILITIES: {
         UMockdevIoctlData* data = umockdev_ioctl_data_resolve(argument, 0, 4, nullptr);
         const std::uint32_t none = 0;
-        umockdev_ioctl_data_update(
-            data, 0, reinterpret_cast<guint8*>(const_cast<std::uint32_t*>(&none)), 4);
+        umockdev_ioctl_data_update(data, 0,
+                                   reinterpret_cast<guint8*>(const_cast<std::uint32_t*>(&none)), 4);
         g_object_unref(data);
         return done(0, 0);
       }
@@ -119,7 +119,7 @@ class EmulatedDevice {
         return done(0, 0);
       case USBDEVFS_DISCARDURB:
         ++counts_["discard"];
-        return discard(argument->client_addr) ? done(0, 0) : done(-1, EINVAL);
+        return discard(*reinterpret_cast<gulong*>(argument->data)) ? done(0, 0) : done(-1, EINVAL);
       case USBDEVFS_REAPURB:
       case USBDEVFS_REAPURBNDELAY:
         if (reap(argument)) return done(0, 0);
@@ -137,8 +137,8 @@ class EmulatedDevice {
   void submit(UMockdevIoctlData* argument) {
     Urb urb{umockdev_ioctl_data_resolve(argument, 0, sizeof(usbdevfs_urb), nullptr), nullptr};
     const auto length = static_cast<gsize>(urb.urb()->buffer_length);
-    urb.buffer = umockdev_ioctl_data_resolve(
-        urb.request, offsetof(usbdevfs_urb, buffer), length, nullptr);
+    urb.buffer =
+        umockdev_ioctl_data_resolve(urb.request, offsetof(usbdevfs_urb, buffer), length, nullptr);
     char name[48];
     std::snprintf(name, sizeof name, "submit %02x %s %d", urb.urb()->endpoint,
                   urb.urb()->type == USBDEVFS_URB_TYPE_INTERRUPT ? "interrupt" : "bulk",

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <map>
 #include <memory>
 
@@ -31,7 +32,7 @@ class Libusb : public testing::Test {
   }
   void TearDown() override {
     watchdog_reset();
-    for (const auto& [number, device] : plugged) bus().pull(number, device.get());
+    while (!plugged.empty()) pull(plugged.begin()->first);
     environment.usbio = USBIO_NONE;
   }
 
@@ -47,8 +48,18 @@ class Libusb : public testing::Test {
   }
   void pull(int number) {
     bus().pull(number, plugged[number].get());
-    pulled.push_back(std::move(plugged[number]));  // files that are open on it still ask it
+    pulled.push_back(std::move(plugged[number]));
     plugged.erase(number);
+  }
+  // Devices that this process has open.
+  static int open_nodes() {
+    int count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+      std::error_code gone;
+      const std::string path = std::filesystem::read_symlink(entry.path(), gone).string();
+      count += path.find("/bus/usb/") != std::string::npos ? 1 : 0;
+    }
+    return count;
   }
   void tick(std::int64_t at_ms) {
     game_clock.now_ms = at_ms;
@@ -67,7 +78,8 @@ class Libusb : public testing::Test {
   }
 
   std::map<int, std::unique_ptr<EmulatedDevice>> plugged;
-  std::vector<std::unique_ptr<EmulatedDevice>> pulled;
+  // Files that are still open on a device go on asking it, so it stays.
+  static inline std::vector<std::unique_ptr<EmulatedDevice>> pulled;
 };
 
 TEST_F(Libusb, FindsFeedsAndHears) {
@@ -92,6 +104,7 @@ TEST_F(Libusb, FindsFeedsAndHears) {
 
   watchdog_reset();
   EXPECT_EQ(device.count("discard"), 1) << "the read that was under way";
+  EXPECT_EQ(open_nodes(), 0);
 }
 
 TEST_F(Libusb, ABusyPipeTakesNoSecondWord) {
@@ -117,6 +130,7 @@ TEST_F(Libusb, GoneAndBack) {
   tick(40'003);
   tick(40'020);
   EXPECT_EQ(watchdog_send_word(WATCHDOG_WORD_LONG), WATCHDOG_NOTHING) << "nothing is plugged in";
+  EXPECT_EQ(open_nodes(), 0);
   EmulatedDevice& again = plug(6);
   clock_sleep_ms(200);  // for the system's message to reach libusb
   watchdog_feed.next_ms = 50'000;
