@@ -5,6 +5,9 @@
 
 #include "platform/usb_device.h"
 
+// The n of "\\.\USBIO_Device<n>", the name of a device by its place among all; -1 for other paths.
+int usb_device_number(const std::string& path);
+
 // The devices of this machine. Nothing of a device is opened before it gets a configuration, so a
 // search leaves all others alone.
 UsbDriver& usb_libusb_driver();

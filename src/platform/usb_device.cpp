@@ -1,5 +1,8 @@
 #include "platform/usb_device.h"
 
+#include <charconv>
+#include <string_view>
+
 #include "platform/environment.h"
 #include "platform/usb_backends.h"
 
@@ -14,6 +17,15 @@ class NoUsb final : public UsbDriver {
 };
 
 }  // namespace
+
+int usb_device_number(const std::string& path) {
+  constexpr std::string_view prefix = R"(\\.\USBIO_Device)";
+  if (!path.starts_with(prefix)) return -1;
+  const char* const end = path.data() + path.size();
+  int number = -1;
+  const auto [stop, error] = std::from_chars(path.data() + prefix.size(), end, number);
+  return error == std::errc{} && stop == end ? number : -1;
+}
 
 UsbDriver& usb_driver() {
   switch (environment.usbio) {

@@ -85,7 +85,8 @@ class UsbDriver {
   // classes list every device.
   virtual std::unique_ptr<UsbDeviceList> list(const UsbClassGuid& class_guid) = 0;
 
-  // Opens a device of a list for reading and writing, shared. Null if that fails.
+  // Opens a device of a list, or "\\.\USBIO_Device<n>", its n-th, for reading and writing,
+  // shared. Null if that fails.
   virtual std::unique_ptr<UsbFile> open(const std::string& path) = 0;
 };
 

@@ -337,8 +337,11 @@ std::unique_ptr<UsbDeviceList> LibusbDriver::list(const UsbClassGuid& /*class_gu
 
 std::unique_ptr<UsbFile> LibusbDriver::open(const std::string& path) {
   if (context_ == nullptr) return nullptr;
+  const int number = usb_device_number(path);
+  int index = 0;
   for (libusb_device* device : Present(context_)) {
-    if (path_of(device) == path) return std::make_unique<LibusbFile>(shared(device));
+    if (path_of(device) == path || index++ == number)
+      return std::make_unique<LibusbFile>(shared(device));
   }
   return nullptr;
 }

@@ -131,7 +131,7 @@ class SocketDriver final : public UsbDriver {
   }
 
   std::unique_ptr<UsbFile> open(const std::string& path) override {
-    const int fd = connect_to(path);
+    const int fd = connect_to(usb_device_number(path) == 0 ? path_ : path);
     return fd < 0 ? nullptr : std::make_unique<SocketFile>(fd);
   }
 

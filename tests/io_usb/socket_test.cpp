@@ -75,6 +75,11 @@ TEST_F(UsbSocket, IsPresentWhileSomebodyListens) {
   EXPECT_EQ(usb_driver().open(path), nullptr);
   listen_at_path();
   EXPECT_EQ(usb_driver().list({})->paths, std::vector<std::string>{path});
+  EXPECT_NE(usb_driver().open(R"(\\.\USBIO_Device0)"), nullptr);
+  for (const char* none :
+       {R"(\\.\USBIO_Device1)", R"(\\.\USBIO_Device)", R"(\\.\USBIO_Device0x)"}) {
+    EXPECT_EQ(usb_driver().open(none), nullptr) << none;
+  }
   stop();
   EXPECT_TRUE(usb_driver().list({})->paths.empty());
 }
