@@ -31,17 +31,18 @@ CUsbIo::~CUsbIo() = default;
 std::uint32_t CUsbIo::open(int index, const UsbDeviceList* device_info,
                            const UsbClassGuid* class_guid) {
   if (file_handle != nullptr) return USB_OK;
-  interface_detail.clear();
+  interface_detail = nullptr;
   if (device_info == nullptr) {
-    interface_detail = R"(\\.\USBIO_Device)" + std::to_string(index);
+    interface_detail = std::make_unique<std::string>(R"(\\.\USBIO_Device)" + std::to_string(index));
   } else {
     if (class_guid == nullptr) return USB_ERROR_NO_CLASS;
     if (index < 0 || static_cast<std::size_t>(index) >= device_info->paths.size()) {
       return USB_ERROR_NO_SUCH_DEVICE;
     }
-    interface_detail = device_info->paths[static_cast<std::size_t>(index)];
+    interface_detail =
+        std::make_unique<std::string>(device_info->paths[static_cast<std::size_t>(index)]);
   }
-  file_handle = usb_driver().open(interface_detail);
+  file_handle = usb_driver().open(*interface_detail);
   if (file_handle == nullptr) return USB_ERROR_NOT_OPENED;
   UsbDriverInfo info{};
   const std::uint32_t code = get_driver_info(info);
@@ -55,7 +56,7 @@ std::uint32_t CUsbIo::open(int index, const UsbDeviceList* device_info,
 
 void CUsbIo::close() {
   file_handle = nullptr;
-  interface_detail.clear();
+  interface_detail = nullptr;
 }
 
 std::uint32_t CUsbIo::ioctl_sync(std::uint32_t code, const std::uint8_t* in, std::size_t in_size,

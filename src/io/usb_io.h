@@ -59,7 +59,7 @@ class CUsbIo {
  private:
   std::mutex ioctl_lock;
   bool driver_flag_a = false, driver_flag_b = false, driver_flag_c = false;
-  std::string interface_detail;  // the device's path
+  std::unique_ptr<std::string> interface_detail;  // the device's path
 };
 
 // One transfer: what is asked, what came of it, and where its bytes are.

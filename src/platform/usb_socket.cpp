@@ -97,7 +97,7 @@ class SocketFile final : public UsbFile {
   }
 
   // The next packet, if it is an answer of this kind. Any other is no part of the exchange.
-  bool take(char kind, int timeout_ms, Packet& answer) {
+  bool take(std::uint8_t kind, int timeout_ms, Packet& answer) {
     pollfd watched{fd_, POLLIN, 0};
     if (poll(&watched, 1, timeout_ms) <= 0) return false;
     std::uint8_t bytes[512];
@@ -113,7 +113,7 @@ class SocketFile final : public UsbFile {
   }
 
   int fd_;
-  char kind_ = 0;  // of the transfer that was started last
+  std::uint8_t kind_ = 0;  // of the transfer that was started last
   bool gone_ = false;
 };
 
