@@ -37,7 +37,8 @@ void describe_game(Cabinet& cabinet) {
   if (!options.no_game) game.command = options.game;
   game.environment = {{"LILYHOP_DRIVE_D", options.drive},
                       {"LILYHOP_KEYS", "unix:" + cabinet.keys.path},
-                      {"LILYHOP_POWER", "off"}};
+                      {"LILYHOP_POWER", "off"},
+                      {"LILYHOP_USBIO", options.no_usb ? "" : "unix:" + cabinet.usb.path}};
   // No port of the machine but the cabinet's own may be probed.
   for (int port = 1; port <= 16; ++port) {
     std::string path;
@@ -92,12 +93,23 @@ void exchange(Cabinet& cabinet, std::int64_t now_ms) {
   cabinet.led.to_host.clear();
 }
 
+void exchange_usb(Cabinet& cabinet, std::int64_t now_ms) {
+  usb_port_exchange(cabinet.usb, now_ms);
+  UsbWatchdog& watchdog = cabinet.usb.device;
+  const bool reset = watchdog.bit && watchdog.resets_machine;
+  watchdog.bit = false;
+  if (!reset) return;
+  game_kill(cabinet.game);
+  cabinet_start_game(cabinet);
+}
+
 void wait(const Cabinet& cabinet, int wait_ms) {
   std::vector<pollfd> files = {{cabinet.signals, POLLIN, 0}, {cabinet.keys.listener, POLLIN, 0}};
   for (const Cable* cable : {&cabinet.cable, &cabinet.led_cable}) {
     if (cable->near >= 0) files.push_back({cable->near, POLLIN, 0});
   }
   if (cabinet.commands_open) files.push_back({STDIN_FILENO, POLLIN, 0});
+  usb_port_watch(cabinet.usb, files);
   for (const KeyClient& client : cabinet.keys.clients) files.push_back({client.socket, POLLIN, 0});
   poll(files.data(), files.size(), busy(cabinet) ? std::min(wait_ms, BUSY_WAIT_MS) : wait_ms);
 }
@@ -127,6 +139,10 @@ std::string cabinet_open(Cabinet& cabinet) {
     if (std::string error = cable_open(cabinet.led_cable); !error.empty()) return error;
   }
   if (std::string error = keys_open(cabinet.keys); !error.empty()) return error;
+  if (!options.no_usb) {
+    std::string error = usb_port_open(cabinet.usb, cabinet.keys.folder);
+    if (!error.empty()) return error;
+  }
   line_faults_seed(cabinet.cable.to_host, options.seed);
   line_faults_seed(cabinet.cable.to_board, options.seed + 1);
   Board& board = cabinet.board;
@@ -143,6 +159,7 @@ std::string cabinet_open(Cabinet& cabinet) {
 
 void cabinet_close(Cabinet& cabinet) {
   game_kill(cabinet.game);
+  usb_port_close(cabinet.usb);  // its socket lies in the keys' folder
   keys_close(cabinet.keys);
   cable_close(cabinet.cable);
   cable_close(cabinet.led_cable);
@@ -167,6 +184,7 @@ bool cabinet_turn(Cabinet& cabinet, int wait_ms) {
   hands_advance(cabinet.hands, cabinet.board, now_ms);
   board_advance(cabinet.board, now_ms);
   exchange(cabinet, now_ms);
+  exchange_usb(cabinet, now_ms);
   if (cabinet.commands_open && typed_waits()) take_typed(cabinet, now_ms);
   return ended;
 }

@@ -13,6 +13,7 @@
 #include "cabinet/keys.h"
 #include "cabinet/led_display.h"
 #include "cabinet/options.h"
+#include "cabinet/usb_port.h"
 
 struct Cabinet {
   Options options;
@@ -21,6 +22,7 @@ struct Cabinet {
   Cable cable;
   LedDisplay led;
   Cable led_cable;
+  UsbPort usb;
   Keys keys;
   GameProcess game;
   std::map<std::string, double> names;  // what scripts noted with "let"

@@ -170,6 +170,24 @@ std::string do_led(Cabinet& cabinet, const Arguments& a, std::int64_t) {
   }
   return {};
 }
+std::string do_usb(Cabinet& cabinet, const Arguments& a, std::int64_t) {
+  return usb_port_plug(cabinet.usb, a.choices[0] == "plug");
+}
+std::string do_usb_say(Cabinet& cabinet, const Arguments& a, std::int64_t) {
+  UsbWatchdog& watchdog = cabinet.usb.device;
+  if (a.choices.empty()) {
+    usb_watchdog_say(watchdog, 0xF000 | static_cast<int>(whole(a, "BYTE", 0)));
+  } else if (a.choices[0] == "ask") {
+    usb_watchdog_say(watchdog, 0xD000);
+  } else {
+    watchdog.reset_seen = true;
+  }
+  return {};
+}
+std::string do_usb_bite(Cabinet& cabinet, const Arguments& a, std::int64_t) {
+  cabinet.usb.device.resets_machine = a.choices[0] == "resets";
+  return {};
+}
 std::string do_unplug(Cabinet& cabinet, const Arguments& a, std::int64_t) {
   cabinet.cable.plugged = !a.choices.empty() && !cabinet.cable.plugged;
   return {};
@@ -212,6 +230,7 @@ std::string do_power(Cabinet& cabinet, const Arguments& a, std::int64_t now_ms) 
     hands_drop(cabinet.hands, cabinet.board, now_ms);
     board_power_off(cabinet.board);
     led_display_power(cabinet.led, false);
+    usb_watchdog_plug(cabinet.usb.device, cabinet.usb.device.plugged);
     return {};
   }
   led_display_power(cabinet.led, true);
@@ -287,6 +306,10 @@ constexpr CommandRow COMMANDS[] = {
     {"unplug [toggle]", "pull the cable", do_unplug},
     {"plug", "put it in again", do_plug},
     {"led deaf|hears|pull|plug", "the LED board doesn't answer, or hangs on no cable", do_led},
+    {"usb pull|plug", "the USB watchdog leaves its port, and comes back", do_usb},
+    {"usb reset-seen|ask", "it says that it has reset the machine, or wants an answer", do_usb_say},
+    {"usb info BYTE", "it says a byte that nobody needs", do_usb_say},
+    {"usb bite counts|resets", "whether a bite ends the game and starts it again", do_usb_bite},
     {"fault to-host|to-board drop|garble|duplicate PERCENT [apart BYTES]",
      "line faults of so many bytes, no two closer than that", do_fault},
     {"seed SEED", "chance begins here again", do_seed},

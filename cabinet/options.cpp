@@ -68,6 +68,8 @@ bool take_flag(Options& options, const std::string& name) {
     options.no_board = true;
   } else if (name == "--no-led") {
     options.no_led = true;
+  } else if (name == "--no-usb") {
+    options.no_usb = true;
   } else if (name == "--no-game") {
     options.no_game = true;
   } else if (name == "--quiet") {
@@ -140,6 +142,7 @@ and the game started against it. GAME is the lilyhop beside this program, if it 
   --for SECONDS    ask the game to quit after this time
   --no-board       the game finds no port with an I/O board
   --no-led         nor one with an LED board
+  --no-usb         nor a USB port with a watchdog
   --no-game        only the board, for somebody else's program
   --quiet          no status
   --verbose        say each line of the script as it is done

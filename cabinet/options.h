@@ -12,6 +12,7 @@ struct Options {
   int led_com = 2;  // and the LED board
   bool no_board = false;
   bool no_led = false;
+  bool no_usb = false;
   bool no_game = false;
   bool quiet = false;
   bool verbose = false;

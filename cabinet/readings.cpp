@@ -54,6 +54,19 @@ BooksValue read_led(const Cabinet& cabinet, const Arguments& a) {
   return known(static_cast<double>(a.choices[0] == "asked" ? led.types : led.malformed));
 }
 
+BooksValue read_usb(const Cabinet& cabinet, const Arguments& a) {
+  const UsbWatchdog& watchdog = cabinet.usb.device;
+  const std::string& what = a.choices[0];
+  if (what == "open") return known(usb_port_is_open(cabinet.usb) ? 1 : 0);
+  if (what == "allowance") return known(watchdog.allowance);
+  if (what == "last") return known(watchdog.last);
+  const long count = what == "fed"     ? watchdog.fed
+                     : what == "bites" ? watchdog.bites
+                     : what == "words" ? watchdog.words
+                                       : watchdog.malformed;
+  return known(static_cast<double>(count));
+}
+
 using C = const Cabinet&;
 using A = const Arguments&;
 
@@ -81,6 +94,8 @@ const ReadingRow READINGS[] = {
      [](C c, A a) { return known(static_cast<double>(curve(c, a).changes)); }},
     {"led value|blink|asked|malformed",
      "the LED board: its number (-1: none yet), 1 while it blinks", read_led},
+    {"usb fed|allowance|bites|open|words|last|malformed",
+     "the USB watchdog: times, seconds, 1 while the game has it open, its last word", read_usb},
     {"lockout SIDE", "1 while the coil is energised",
      [](C c, A a) { return known(coils_lockout(c.board.coils, a.side) ? 1 : 0); }},
     {"coins SIDE", "times that the coin switch was pressed and let go",

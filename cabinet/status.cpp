@@ -70,6 +70,10 @@ std::string link_text(const Cabinet& cabinet) {
   return text + (cabinet.game.running ? "" : ", no game");
 }
 
+std::string usb_text(const Cabinet& cabinet) {
+  return cabinet.usb.path.empty() ? "none" : usb_watchdog_text(cabinet.usb.device);
+}
+
 std::string money_text(const Cabinet& cabinet) {
   return side_text(cabinet, LEFT) + " | " + side_text(cabinet, RIGHT);
 }
@@ -93,7 +97,7 @@ void draw(Status& status, const std::string& text) {
 
 std::string status_text(const Cabinet& cabinet) {
   return money_text(cabinet) + " | " + lamps_text(cabinet) + " | LED " +
-         led_display_text(cabinet.led) + " | " + link_text(cabinet);
+         led_display_text(cabinet.led) + " | USB " + usb_text(cabinet) + " | " + link_text(cabinet);
 }
 
 void status_open(Status& status, const Cabinet& cabinet) {

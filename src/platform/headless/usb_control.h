@@ -1,0 +1,6 @@
+// The USB driver that a test puts in place; null: the machine has none.
+#pragma once
+
+class UsbDriver;
+
+inline UsbDriver* headless_usb_driver = nullptr;

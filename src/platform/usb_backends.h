@@ -1,0 +1,24 @@
+// The USB drivers behind platform/usb_device.h.
+#pragma once
+
+#include <string>
+
+#include "platform/usb_device.h"
+
+// The n of "\\.\USBIO_Device<n>", the name of a device by its place among all; -1 for other paths.
+int usb_device_number(const std::string& path);
+
+// The devices of this machine. Nothing of a device is opened before it gets a configuration, so a
+// search leaves all others alone.
+UsbDriver& usb_libusb_driver();
+
+// One simulated device at the far end of a unix socket; it is plugged in while somebody listens
+// there. Each file is a connection of packets:
+//
+//   to the device    'C' code(u32) out_size(u32) bytes...   a control request
+//                    'R' size(u32)                          a read was started
+//                    'W' bytes...                           a write was started
+//   from the device  'C' 'R' 'W'  code(u32) bytes...        each one's end
+//
+// Numbers are little-endian. A connection that ends is a device that was pulled.
+UsbDriver& usb_socket_driver(const std::string& path);

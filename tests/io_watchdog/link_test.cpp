@@ -1,0 +1,265 @@
+// The exchange with the USB watchdog, against devices of the test, on a clock set by hand.
+#include <gtest/gtest.h>
+
+#include "books/audits.h"
+#include "frame/game_clock.h"
+#include "frame/game_mode.h"
+#include "io/watchdog_link.h"
+#include "platform/environment.h"
+#include "tests/io_watchdog/fake_usb.h"
+#include "tests/temp_folder.h"
+
+namespace {
+
+using Words = std::vector<std::uint16_t>;
+
+class Watchdog : public testing::Test {
+ protected:
+  Watchdog() {
+    environment.drive_d = folder.path();
+    audits_reset();
+    game_mode = MODE_PLAY;
+    game_clock.now_ms = 0;
+    watchdog_reset();
+  }
+  ~Watchdog() override { watchdog_reset(); }
+
+  // One tick.
+  void tick(std::int64_t at_ms) {
+    game_clock.now_ms = at_ms;
+    watchdog_heartbeat();
+  }
+  // Ticks, 17 ms apart, and the time of the first in which `happened`; -1: none.
+  template <typename Happened>
+  std::int64_t first(std::int64_t from_ms, std::int64_t to_ms, Happened happened) {
+    for (std::int64_t t = from_ms; t <= to_ms; t += 17) {
+      tick(t);
+      if (happened()) return t;
+    }
+    return -1;
+  }
+  // A device that was found at start-up and has been fed at 17.
+  std::shared_ptr<FakeDevice> running() {
+    auto device = usb.plug();
+    watchdog_boot();
+    tick(17);
+    device->words();
+    return device;
+  }
+  static int resets_on_disk() {
+    audits_reset();
+    audits_load();
+    return audit_count(AUDIT_WATCHDOG_COUNT);
+  }
+
+  TempFolder folder;
+  FakeUsb usb;
+};
+
+TEST_F(Watchdog, IsOpenedAsItsDriverWants) {
+  const auto device = usb.plug();
+  watchdog_boot();
+  EXPECT_EQ(usb.class_first, 0x325DDF96U);
+  Bytes configuration(260);
+  configuration[2] = 1;
+  configuration[8] = 8;
+  const std::vector<std::pair<std::uint32_t, Bytes>> expected = {
+      {0x8094206C, {}},                        // the device: which driver
+      {0x80942006, {0, 0, 0, 0, 1, 0, 0, 0}},  // who it is
+      {0x80942024, configuration},
+      {0x8094206C, {}},  // a handle for each endpoint
+      {0x80942078, {0x81}},
+      {0x8094206C, {}},
+      {0x80942078, {0x02}},
+  };
+  EXPECT_EQ(device->requests, expected);
+  EXPECT_EQ(device->words(), (Words{0xC080}));
+  tick(17);
+  EXPECT_EQ(device->words(), (Words{0xB03C})) << "the first tick feeds it";
+}
+
+TEST_F(Watchdog, StrangersArePassedOver) {
+  const auto stranger = usb.plug();
+  stranger->product = 0x0775;
+  usb.plug()->vendor = 0x0C71;
+  const auto device = usb.plug();
+  watchdog_boot();
+  EXPECT_EQ(usb.opened, (std::vector<std::string>{"0", "1", "2", "2", "2"}));
+  EXPECT_EQ(stranger->open_files, 0);
+  EXPECT_EQ(stranger->heard.size(), 0U);
+  EXPECT_EQ(device->words(), (Words{0xC080}));
+}
+
+TEST_F(Watchdog, AWrongDriverEndsTheSearch) {
+  const auto old = usb.plug();
+  old->version = 0x0140;
+  const auto device = usb.plug();
+  watchdog_boot();
+  EXPECT_EQ(usb.opened, (std::vector<std::string>{"0"}));
+  EXPECT_EQ(old->open_files + device->open_files, 0);
+  EXPECT_EQ(watchdog_send_word(WATCHDOG_WORD_SHORT), WATCHDOG_NOTHING);
+}
+
+TEST_F(Watchdog, FeedsEveryTwentySeconds) {
+  const auto device = running();
+  const auto fed = [&] { return !device->words().empty(); };
+  EXPECT_EQ(first(34, 60'000, fed), 20'026) << "the first tick past 20 s";
+  EXPECT_EQ(first(20'043, 60'000, fed), 40'035);
+}
+
+TEST_F(Watchdog, PausedItReadsButDoesNotFeed) {
+  const auto device = running();
+  watchdog_feed.paused = 1;
+  EXPECT_EQ(watchdog_send_word(WATCHDOG_WORD_SHORT), WATCHDOG_OK);
+  EXPECT_EQ(device->words(), (Words{0xB008}));
+  device->say(0xD000);
+  tick(90'000);
+  EXPECT_EQ(device->words(), (Words{0xC080}));
+  watchdog_feed.paused = 0;
+  watchdog_feed.next_ms = 91'000;
+  tick(91'000);
+  EXPECT_TRUE(device->words().empty());
+  tick(91'017);
+  EXPECT_EQ(device->words(), (Words{0xB03C}));
+}
+
+TEST_F(Watchdog, AnswersWhatItSays) {
+  const auto device = running();
+  const std::pair<std::uint16_t, Words> cases[] = {
+      {0xC000, {0xC040}}, {0xC0FE, {0xC040}}, {0xC001, {0xC081}}, {0xC0FF, {0xC081}},
+      {0xD000, {0xC080}}, {0xD0A5, {0xC080}}, {0xF012, {}},       {0xB03C, {}},
+      {0xC100, {}},       {0xD100, {}},       {0x0000, {}},
+  };
+  std::int64_t t = 34;
+  for (const auto& [word, answers] : cases) {
+    device->say(word);
+    tick(t += 17);
+    EXPECT_EQ(device->words(), answers) << std::hex << word;
+  }
+}
+
+TEST_F(Watchdog, AWordMayComeInPieces) {
+  const auto device = running();
+  device->says = {{0x31, 0x42, 0x1D, 0x20}, {0x30, 0x41, 0x1F, 0x20}};
+  tick(34);
+  EXPECT_EQ(device->words(), (Words{0xC080}));
+  device->says = {{0x1D, 0x20, 0x30}};  // a short block is no part of a word
+  tick(51);
+  device->says = {{0x41, 0x41, 0x41, 0x41}};
+  tick(68);
+  EXPECT_TRUE(device->words().empty());
+  device->say(0xD000);
+  tick(85);
+  EXPECT_EQ(device->words(), (Words{0xC080})) << "reading went on after a short block";
+}
+
+TEST_F(Watchdog, ABusyOneLosesAnswersButIsRead) {
+  const auto device = running();
+  device->busy = true;
+  device->say(0xD000);  // its answer is under way,
+  device->say(0xC000);  // so there is none to this
+  device->say(0xC001);
+  tick(34);
+  EXPECT_EQ(device->words(), (Words{0xC080}));
+  EXPECT_TRUE(device->says.empty());
+  EXPECT_EQ(audit_count(AUDIT_WATCHDOG_COUNT), 1);
+  EXPECT_EQ(watchdog_send_word(WATCHDOG_WORD_LONG), WATCHDOG_NOTHING);
+  tick(20'034);
+  device->busy = false;
+  tick(20'051);
+  EXPECT_TRUE(device->words().empty()) << "a heartbeat that found no room is not made up for";
+  tick(40'051);
+  EXPECT_EQ(device->words(), (Words{0xB03C}));
+}
+
+TEST_F(Watchdog, ResetsAreCountedOnceARunAndStored) {
+  const auto device = running();
+  game_mode = MODE_OPERATOR;
+  device->say(0xC001);
+  tick(34);
+  EXPECT_EQ(device->words(), (Words{0xC081}));
+  EXPECT_EQ(audit_count(AUDIT_WATCHDOG_COUNT), 0) << "the operator's test did it";
+  game_mode = MODE_PLAY;
+  for (int i = 1; i <= 3; ++i) {
+    device->say(0xC001);
+    tick(34 + 17 * i);
+    EXPECT_EQ(device->words(), (Words{0xC081}));
+    EXPECT_EQ(audit_count(AUDIT_WATCHDOG_COUNT), 1);
+  }
+  EXPECT_EQ(resets_on_disk(), 1);
+}
+
+TEST_F(Watchdog, IsLookedForEveryFiveMinutes) {
+  watchdog_boot();
+  tick(17);
+  EXPECT_EQ(usb.searches, 2) << "at start-up and in the first tick";
+  const auto device = usb.plug();
+  const std::int64_t found = first(34, 400'000, [&] { return device->open_files > 0; });
+  EXPECT_EQ(found, 300'033);
+  EXPECT_EQ(usb.searches, 3);
+  EXPECT_EQ(device->words(), (Words{0xC040}));
+  tick(found + 17);
+  EXPECT_EQ(device->words(), (Words{0xB03C}));
+}
+
+TEST_F(Watchdog, GoneAndBack) {
+  const auto device = running();
+  device->say(0xC001);
+  tick(34);
+  usb.pull(device);
+  const std::int64_t closed = first(51, 60'000, [&] { return device->open_files == 0; });
+  EXPECT_EQ(closed, 20'026) << "the next heartbeat";
+  EXPECT_EQ(watchdog_send_word(WATCHDOG_WORD_LONG), WATCHDOG_NOTHING);
+  const int before = usb.searches;
+  const auto searched = [&] { return usb.searches > before; };
+  const std::int64_t retry = first(closed + 17, 60'000, searched);
+  EXPECT_EQ(retry, 40'035);
+  const auto again = usb.plug();
+  EXPECT_EQ(first(retry + 17, 400'000, [&] { return again->open_files > 0; }), 340'051);
+  EXPECT_EQ(again->words(), (Words{0xC040})) << "the old device's last word is forgotten";
+  again->say(0xC001);
+  tick(340'068);
+  EXPECT_EQ(again->words(), (Words{0xB03C, 0xC081}));
+  EXPECT_EQ(audit_count(AUDIT_WATCHDOG_COUNT), 1) << "still the same run";
+}
+
+TEST_F(Watchdog, AWriteThatFailsMeansGone) {
+  const auto device = running();
+  device->write_code = USB_ERROR_GONE;
+  tick(20'034);
+  EXPECT_EQ(watchdog_send_word(WATCHDOG_WORD_LONG), WATCHDOG_NOTHING);
+  EXPECT_EQ(device->open_files, 0);
+}
+
+TEST_F(Watchdog, AReadThatAsksForAResetGetsIt) {
+  const auto device = running();
+  device->requests.clear();
+  device->read_code = USB_ERROR_NEEDS_RESET;
+  for (int i = 2; i < 12; ++i) tick(17 * i);
+  EXPECT_EQ(device->requests, (std::vector<std::pair<std::uint32_t, Bytes>>{{0x80942054, {}}}));
+  device->say(0xD000);
+  tick(500);
+  EXPECT_EQ(device->words(), (Words{0xC080})) << "and it is heard again";
+}
+
+TEST_F(Watchdog, AHalfOpenedOneIsNotMistakenForAnother) {
+  const auto stranger = usb.plug();
+  stranger->product = 1;
+  const auto device = usb.plug();
+  device->bind_code = USB_ERROR_REQUEST;
+  watchdog_boot();
+  EXPECT_EQ(watchdog_send_word(WATCHDOG_WORD_LONG), WATCHDOG_NOTHING);
+  device->bind_code = 0;
+  tick(17);
+  EXPECT_EQ(device->words(), (Words{0xC040}));
+  EXPECT_TRUE(stranger->heard.empty());
+}
+
+TEST_F(Watchdog, HearsOfAnOrderedReboot) {
+  watchdog_reboot_word();
+  const auto device = running();
+  watchdog_reboot_word();
+  EXPECT_EQ(device->words(), (Words{0xB0FF}));
+}
+
+}  // namespace
