@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <utility>
 #include <vector>
 
 #include "cabinet/commands.h"
@@ -74,6 +75,7 @@ void take_typed(Cabinet& cabinet, std::int64_t now_ms) {
     const std::string line = cabinet.typed.substr(0, end);
     cabinet.typed.erase(0, end + 1);
     const std::string error = commands_do(cabinet, line, now_ms);
+    std::fputs(std::exchange(cabinet.said, {}).c_str(), stdout);
     if (!error.empty()) std::printf("%s\n", error.c_str());
     std::fflush(stdout);
   }
@@ -98,6 +100,7 @@ void wait(const Cabinet& cabinet, int wait_ms) {
     if (cable->near >= 0) files.push_back({cable->near, POLLIN, 0});
   }
   if (cabinet.commands_open) files.push_back({STDIN_FILENO, POLLIN, 0});
+  if (page_wake(cabinet.page) >= 0) files.push_back({page_wake(cabinet.page), POLLIN, 0});
   for (const KeyClient& client : cabinet.keys.clients) files.push_back({client.socket, POLLIN, 0});
   poll(files.data(), files.size(), busy(cabinet) ? std::min(wait_ms, BUSY_WAIT_MS) : wait_ms);
 }
@@ -138,10 +141,11 @@ std::string cabinet_open(Cabinet& cabinet) {
   board.counts.restarts = 0;
   board.to_host.clear();  // nobody listens yet
   describe_game(cabinet);
-  return {};
+  return options.page ? page_open(cabinet) : std::string();
 }
 
 void cabinet_close(Cabinet& cabinet) {
+  page_close(cabinet);
   game_kill(cabinet.game);
   keys_close(cabinet.keys);
   cable_close(cabinet.cable);
@@ -168,6 +172,7 @@ bool cabinet_turn(Cabinet& cabinet, int wait_ms) {
   board_advance(cabinet.board, now_ms);
   exchange(cabinet, now_ms);
   if (cabinet.commands_open && typed_waits()) take_typed(cabinet, now_ms);
+  page_turn(cabinet, now_ms);
   return ended;
 }
 
