@@ -1,6 +1,5 @@
 # Writes the files of the page into a header: cmake -DOUTPUT=page_files.h "-DFILES=a;b" -P embed.cmake
-set(TYPES html "text/html; charset=utf-8" css "text/css; charset=utf-8"
-    js "text/javascript; charset=utf-8" svg "image/svg+xml" otf "font/otf")
+set(TYPES html text/html css text/css js text/javascript svg image/svg+xml otf font/otf)
 foreach(file ${FILES})
   get_filename_component(name ${file} NAME)
   get_filename_component(extension ${file} LAST_EXT)
@@ -10,6 +9,9 @@ foreach(file ${FILES})
   list(GET TYPES ${at} type)
   string(MAKE_C_IDENTIFIER ${name} symbol)
   file(READ ${file} bytes HEX)
+  # Browsers refuse a font whose inner name has a space: "Cherry Bomb-Regular".
+  string(REPLACE 43686572727920426f6d622d526567756c6172 4368657272792d426f6d622d526567756c6172
+         bytes "${bytes}")
   string(REGEX REPLACE "(..)" "0x\\1," bytes "${bytes}")
   set(path /${name})
   if(name STREQUAL index.html)

@@ -28,6 +28,13 @@ class Browser:
         self.call("Page.enable")
         self.size(width, height)
         self.call("Page.navigate", url=address)
+        self.wait(f"location.href === {json.dumps(address)} && document.readyState === 'complete'")
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.close()
 
     def tab_address(self):
         port_file = os.path.join(self.profile, "DevToolsActivePort")
