@@ -41,12 +41,12 @@ json led_device(const Cabinet& cabinet) {
 // The board's own watchdog, which bites when the game falls silent.
 json watchdog_device(const Cabinet& cabinet) {
   const Board& board = cabinet.board;
-  std::string text = board.watchdog_armed ? "armed" : "not armed";
-  text += ", fed " + std::to_string(board.counts.watchdog_fed) + " times";
+  std::string text = "fed " + std::to_string(board.counts.watchdog_fed) + " times";
+  if (!board.watchdog_armed) text = "not armed";
   if (board.counts.watchdog_bites > 0) {
     text += ", bit " + std::to_string(board.counts.watchdog_bites) + " times";
   }
-  return device("Watchdog", board.watchdog_armed, text);
+  return device("Board's watchdog", board.watchdog_armed, text);
 }
 
 json books_device(const Cabinet& cabinet) {

@@ -205,8 +205,8 @@ function showPaper(side, now) {
   find("[data-layers]", place).style.height = count > STRIP_TICKETS ? `${PILE_PX(count)}px` : "0";
   find("[data-count]", place).textContent = count;
   find("[data-fault]", place).classList.toggle("on", now.fault || now.paper_left === 0);
-  find("[data-owed]", place).textContent =
-    now.paper_left === 0 ? "no paper" : now.jammed && now.owed ? "jammed" : now.owed ? `${now.owed} to come` : "";
+  find("[data-mouth]", place).textContent =
+    now.paper_left === 0 ? "NO PAPER" : now.fault ? (now.jammed ? "JAMMED" : "STOPPED") : now.owed ? `${now.owed} TO COME` : "TICKETS";
 }
 
 const six = number => String(number).padStart(6, "0");
@@ -248,6 +248,7 @@ function showTrouble() {
   find("#trouble").textContent = text;
   find("#trouble").hidden = text === "";
   find(".glass").classList.toggle("dark", !state || !state.power);
+  document.body.classList.toggle("offline", !state);
 }
 
 function show(now) {
