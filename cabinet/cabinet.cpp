@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <utility>
 #include <vector>
 
 #include "cabinet/commands.h"
@@ -75,6 +76,7 @@ void take_typed(Cabinet& cabinet, std::int64_t now_ms) {
     const std::string line = cabinet.typed.substr(0, end);
     cabinet.typed.erase(0, end + 1);
     const std::string error = commands_do(cabinet, line, now_ms);
+    std::fputs(std::exchange(cabinet.said, {}).c_str(), stdout);
     if (!error.empty()) std::printf("%s\n", error.c_str());
     std::fflush(stdout);
   }
@@ -110,6 +112,7 @@ void wait(const Cabinet& cabinet, int wait_ms) {
   }
   if (cabinet.commands_open) files.push_back({STDIN_FILENO, POLLIN, 0});
   usb_port_watch(cabinet.usb, files);
+  if (page_wake(cabinet.page) >= 0) files.push_back({page_wake(cabinet.page), POLLIN, 0});
   for (const KeyClient& client : cabinet.keys.clients) files.push_back({client.socket, POLLIN, 0});
   poll(files.data(), files.size(), busy(cabinet) ? std::min(wait_ms, BUSY_WAIT_MS) : wait_ms);
 }
@@ -154,10 +157,11 @@ std::string cabinet_open(Cabinet& cabinet) {
   board.counts.restarts = 0;
   board.to_host.clear();  // nobody listens yet
   describe_game(cabinet);
-  return {};
+  return options.page ? page_open(cabinet) : std::string();
 }
 
 void cabinet_close(Cabinet& cabinet) {
+  page_close(cabinet);
   game_kill(cabinet.game);
   usb_port_close(cabinet.usb);  // its socket lies in the keys' folder
   keys_close(cabinet.keys);
@@ -186,6 +190,7 @@ bool cabinet_turn(Cabinet& cabinet, int wait_ms) {
   exchange(cabinet, now_ms);
   exchange_usb(cabinet, now_ms);
   if (cabinet.commands_open && typed_waits()) take_typed(cabinet, now_ms);
+  page_turn(cabinet, now_ms);
   return ended;
 }
 

@@ -13,6 +13,7 @@
 #include "cabinet/keys.h"
 #include "cabinet/led_display.h"
 #include "cabinet/options.h"
+#include "cabinet/page.h"
 #include "cabinet/usb_port.h"
 
 struct Cabinet {
@@ -24,12 +25,14 @@ struct Cabinet {
   Cable led_cable;
   UsbPort usb;
   Keys keys;
+  Page page;
   GameProcess game;
   std::map<std::string, double> names;  // what scripts noted with "let"
   int signals = -1;                     // file descriptor that SIGINT, SIGTERM, SIGCHLD come by
   bool commands_open = false;           // standard input is read
   bool finishing = false;               // no game is waited for but to end
   std::string typed;                    // a line of standard input that isn't whole yet
+  std::string said;                     // what a command has to say to whoever gave it
 };
 
 // Milliseconds of a steady clock.

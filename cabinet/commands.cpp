@@ -251,7 +251,7 @@ std::string do_mark(Cabinet& cabinet, const Arguments&, std::int64_t) {
   return {};
 }
 std::string do_status(Cabinet& cabinet, const Arguments&, std::int64_t) {
-  std::printf("%s\n", status_text(cabinet).c_str());
+  cabinet.said += status_text(cabinet) + "\n";
   return {};
 }
 std::string do_log(Cabinet& cabinet, const Arguments& a, std::int64_t) {
@@ -260,12 +260,12 @@ std::string do_log(Cabinet& cabinet, const Arguments& a, std::int64_t) {
 }
 std::string do_frames(Cabinet& cabinet, const Arguments&, std::int64_t) {
   for (const Direction way : {TO_BOARD, TO_HOST}) {
-    std::fputs(frame_log_text(cabinet.board.log, way).c_str(), stdout);
+    cabinet.said += frame_log_text(cabinet.board.log, way);
   }
   return {};
 }
-std::string do_help(Cabinet&, const Arguments&, std::int64_t) {
-  std::printf("%s", commands_help().c_str());
+std::string do_help(Cabinet& cabinet, const Arguments&, std::int64_t) {
+  cabinet.said += commands_help();
   return {};
 }
 std::string do_quit(Cabinet& cabinet, const Arguments&, std::int64_t) {

@@ -25,6 +25,8 @@ constexpr std::int64_t QUIT_MS = 5000;
   for (const int signal : {SIGINT, SIGTERM, SIGPIPE, SIGTTIN, SIGTTOU}) {
     std::signal(signal, SIG_DFL);
   }
+  // The page's connections are not the game's.
+  close_range(STDERR_FILENO + 1, ~0U, 0);
   const int null = open("/dev/null", O_RDONLY | O_CLOEXEC);
   if (null >= 0) dup2(null, STDIN_FILENO);
   for (const auto& [name, value] : game.environment) {

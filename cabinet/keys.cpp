@@ -52,21 +52,6 @@ const KeyRow* find_key(std::string name) {
   return nullptr;
 }
 
-void take_line(Cabinet& cabinet, KeyClient& client, const std::string& line, std::int64_t now_ms) {
-  const bool press = line.compare(0, 6, "press ") == 0;
-  if (!press && line.compare(0, 8, "release ") != 0) return;
-  const KeyRow* row = find_key(line.substr(press ? 6 : 8));
-  if (row == nullptr) return;
-  if (row->input < 0) {
-    if (press) commands_do(cabinet, row->command, now_ms);
-    return;
-  }
-  client.held.erase(std::remove(client.held.begin(), client.held.end(), row->input),
-                    client.held.end());
-  if (press) client.held.push_back(row->input);
-  board_switch(cabinet.board, row->input, press, now_ms);
-}
-
 // False once the client has gone.
 bool take_client(Cabinet& cabinet, KeyClient& client, std::int64_t now_ms) {
   char buffer[512];
@@ -76,10 +61,10 @@ bool take_client(Cabinet& cabinet, KeyClient& client, std::int64_t now_ms) {
   for (std::size_t end; (end = client.pending.find('\n')) != std::string::npos;) {
     const std::string line = client.pending.substr(0, end);
     client.pending.erase(0, end + 1);
-    take_line(cabinet, client, line, now_ms);
+    keys_line(cabinet, client, line, now_ms);
   }
   if (n > 0) return true;
-  for (const int input : client.held) board_switch(cabinet.board, input, false, now_ms);
+  keys_let_go(cabinet, client, now_ms);
   close(client.socket);
   return false;
 }
@@ -128,6 +113,27 @@ void keys_take(Cabinet& cabinet, std::int64_t now_ms) {
     if (take_client(cabinet, client, now_ms)) stay.push_back(std::move(client));
   }
   keys.clients = std::move(stay);
+}
+
+std::string keys_line(Cabinet& cabinet, KeyClient& client, const std::string& line,
+                      std::int64_t now_ms) {
+  const bool press = line.compare(0, 6, "press ") == 0;
+  if (!press && line.compare(0, 8, "release ") != 0) {
+    return "a key is \"press NAME\" or \"release NAME\"";
+  }
+  const KeyRow* row = find_key(line.substr(press ? 6 : 8));
+  if (row == nullptr) return "no key does anything by the name of \"" + line + "\"";
+  if (row->input < 0) return press ? commands_do(cabinet, row->command, now_ms) : "";
+  client.held.erase(std::remove(client.held.begin(), client.held.end(), row->input),
+                    client.held.end());
+  if (press) client.held.push_back(row->input);
+  board_switch(cabinet.board, row->input, press, now_ms);
+  return {};
+}
+
+void keys_let_go(Cabinet& cabinet, KeyClient& client, std::int64_t now_ms) {
+  for (const int input : client.held) board_switch(cabinet.board, input, false, now_ms);
+  client.held.clear();
 }
 
 std::string keys_help() {

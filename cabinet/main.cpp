@@ -106,6 +106,8 @@ int main(int argc, char** argv) {
   }
   if (std::string error = cabinet_open(cabinet); !error.empty()) return complain(error);
   if (!options.no_board) std::printf("the board is on %s\n", cabinet.cable.path.c_str());
+  if (options.page)
+    std::printf("the cabinet's face is at %s\n", page_address(cabinet.page).c_str());
   std::fflush(stdout);
   Status status;
   status_open(status, cabinet);

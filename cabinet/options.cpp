@@ -4,6 +4,7 @@
 
 #include <climits>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 
 namespace {
@@ -84,6 +85,20 @@ bool take_flag(Options& options, const std::string& name) {
   return true;
 }
 
+// "--page" alone, or with a port behind it. False if it is another option.
+bool take_page(Options& options, int argc, char** argv, int& i, std::string& error) {
+  if (std::strcmp(argv[i], "--page") != 0) return false;
+  options.page = true;
+  options.page_port = -1;
+  if (i + 1 == argc || argv[i + 1][0] == '-') return true;
+  double n = 0;
+  if (!number(argv[++i], 0, 65535, n)) {
+    error = std::string("--page can't have port \"") + argv[i] + "\"; it is 0 to 65535, 0 any free";
+  }
+  options.page_port = static_cast<int>(n);
+  return true;
+}
+
 std::string choose_drive(Options& options) {
   if (!options.drive.empty()) {
     std::error_code failed;
@@ -114,6 +129,10 @@ std::string options_read(int argc, char** argv, Options& options) {
     }
     if (take_flag(options, name)) continue;
     std::string error;
+    if (take_page(options, argc, argv, i, error)) {
+      if (!error.empty()) return error;
+      continue;
+    }
     if (!take_value(options, name, i + 1 < argc ? argv[i + 1] : "", error)) {
       return "there is no option \"" + name + "\"; --help lists them";
     }
@@ -138,6 +157,8 @@ and the game started against it. GAME is the lilyhop beside this program, if it 
   --led-com N      the port that the LED board is on; otherwise 2
   --firmware BYTE  the board's firmware version; 0x5n is the family with a trackball. 0x51
   --seed N         chance begins here: line faults, counters after a restart. 1
+  --page [PORT]    serve the cabinet's face to browsers of this machine; the port is 8768 if that is
+                   free, 0 takes any free one
   --script FILE    do what the file says; exit code 0 if all it expects came true, else 1
   --for SECONDS    ask the game to quit after this time
   --no-board       the game finds no port with an I/O board

@@ -14,6 +14,8 @@ struct Options {
   bool no_led = false;
   bool no_usb = false;
   bool no_game = false;
+  bool page = false;   // the cabinet's face is served to browsers
+  int page_port = -1;  // there; -1: the usual one if it is free, 0: any
   bool quiet = false;
   bool verbose = false;
   bool help = false;

@@ -4,6 +4,7 @@
 #include <fstream>
 #include <iterator>
 #include <sstream>
+#include <utility>
 
 #include "cabinet/cabinet.h"
 
@@ -115,6 +116,7 @@ Progress do_line(Script& script, Cabinet& cabinet, const ScriptLine& line, std::
       return do_let(script, cabinet, line);
     case SCRIPT_COMMAND: {
       const std::string error = command_do(cabinet, line.command, now_ms);
+      std::fputs(std::exchange(cabinet.said, {}).c_str(), stdout);
       if (error.empty()) return PROGRESS_DONE;
       script_fail(script, cabinet, error);
       return PROGRESS_FAILED;

@@ -45,7 +45,13 @@ std::string lamps_text(const Cabinet& cabinet) {
   return text == "lamps" ? "no lamps" : text;
 }
 
-std::string link_text(const Cabinet& cabinet) {
+std::string money_text(const Cabinet& cabinet) {
+  return side_text(cabinet, LEFT) + " | " + side_text(cabinet, RIGHT);
+}
+
+}  // namespace
+
+std::string status_link_text(const Cabinet& cabinet) {
   const Board& board = cabinet.board;
   std::string text = cabinet.cable.near < 0   ? "no board"
                      : !board.powered         ? "board off"
@@ -70,12 +76,10 @@ std::string link_text(const Cabinet& cabinet) {
   return text + (cabinet.game.running ? "" : ", no game");
 }
 
+namespace {
+
 std::string usb_text(const Cabinet& cabinet) {
   return cabinet.usb.path.empty() ? "none" : usb_watchdog_text(cabinet.usb.device);
-}
-
-std::string money_text(const Cabinet& cabinet) {
-  return side_text(cabinet, LEFT) + " | " + side_text(cabinet, RIGHT);
 }
 
 void draw(Status& status, const std::string& text) {
@@ -97,7 +101,8 @@ void draw(Status& status, const std::string& text) {
 
 std::string status_text(const Cabinet& cabinet) {
   return money_text(cabinet) + " | " + lamps_text(cabinet) + " | LED " +
-         led_display_text(cabinet.led) + " | USB " + usb_text(cabinet) + " | " + link_text(cabinet);
+         led_display_text(cabinet.led) + " | USB " + usb_text(cabinet) + " | " +
+         status_link_text(cabinet);
 }
 
 void status_open(Status& status, const Cabinet& cabinet) {
@@ -121,7 +126,7 @@ void status_update(Status& status, const Cabinet& cabinet, std::int64_t now_ms) 
   const std::string text = money_text(cabinet);
   if (!cabinet.options.script.empty() || text == status.shown) return;
   status.shown = text;
-  std::printf("%s | %s\n", text.c_str(), link_text(cabinet).c_str());
+  std::printf("%s | %s\n", text.c_str(), status_link_text(cabinet).c_str());
   std::fflush(stdout);
 }
 

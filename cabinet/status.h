@@ -16,6 +16,9 @@ struct Status {
 // The line.
 std::string status_text(const Cabinet& cabinet);
 
+// How the line between the game and the board stands.
+std::string status_link_text(const Cabinet& cabinet);
+
 // Takes the bottom line of the terminal for it, if standard output is one.
 void status_open(Status& status, const Cabinet& cabinet);
 

@@ -11,9 +11,10 @@ start_virtual_display() {
   trap 'kill $(jobs -p) $XVFB_PID 2>/dev/null' EXIT
 }
 
-# keep_screenshots FILE: a fresh picture of the screen in FILE every two seconds.
+# keep_screenshots FILE: a fresh picture of the screen in FILE every ten seconds. One takes
+# half a second of a processor.
 keep_screenshots() {
-  while sleep 2; do
+  while sleep 10; do
     import -silent -window root "$1.new.png" 2>/dev/null && mv "$1.new.png" "$1"
   done
 }

@@ -1,0 +1,201 @@
+// The page's server over real sockets, with a cabinet that turns as it does in earnest.
+#include <arpa/inet.h>
+#include <gtest/gtest.h>
+#include <httplib.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <filesystem>
+#include <functional>
+#include <nlohmann/json.hpp>
+#include <thread>
+
+#include "cabinet/cabinet.h"
+#include "cabinet/page_server.h"
+
+using nlohmann::json;
+
+namespace {
+
+class PageTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string folder = testing::TempDir() + "page-XXXXXX";
+    ASSERT_NE(mkdtemp(folder.data()), nullptr);
+    cabinet.options.drive = folder;
+    cabinet.options.no_game = cabinet.options.page = true;
+    cabinet.options.page_port = 0;
+    ASSERT_EQ(cabinet_open(cabinet), "");
+    address = page_address(cabinet.page);
+    address.pop_back();  // httplib wants none behind the port
+    port = std::stoi(address.substr(address.rfind(':') + 1));
+    core = std::thread([this] {
+      while (!ending) cabinet_turn(cabinet, 50);
+    });
+  }
+  void TearDown() override {
+    stop();
+    cabinet_close(cabinet);
+    std::filesystem::remove_all(cabinet.options.drive);
+  }
+
+  void stop() {
+    ending = true;
+    if (core.joinable()) core.join();
+  }
+  httplib::Result post(const std::string& path, const std::string& body) {
+    return httplib::Client(address).Post(path, body, "text/plain");
+  }
+  std::string refusal(const std::string& line) {
+    const auto reply = post("/command", line);
+    if (!reply) return "no reply";
+    EXPECT_EQ(reply->status, reply->body.empty() ? 200 : 400);
+    return reply->body;
+  }
+  // The first line of the answer to a request whose head is made by hand.
+  std::string first_line(const std::string& request) {
+    const int client = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in to{};
+    to.sin_family = AF_INET;
+    to.sin_port = htons(static_cast<std::uint16_t>(port));
+    to.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    EXPECT_EQ(connect(client, reinterpret_cast<sockaddr*>(&to), sizeof to), 0);
+    EXPECT_EQ(write(client, request.data(), request.size()), static_cast<ssize_t>(request.size()));
+    std::string text;
+    for (char c = 0; read(client, &c, 1) == 1 && c != '\r';) text += c;
+    close(client);
+    return text;
+  }
+  // Reads the stream of states until one is as wanted; the last one that came.
+  json watch(
+      const std::string& page, const std::function<bool(const json&)>& wanted,
+      const std::function<void()>& begun = [] {}) {
+    json state;
+    std::string pending;
+    httplib::Client client(address);
+    bool first = true;
+    client.set_read_timeout(5);
+    client.Get("/state?page=" + page, [&](const char* data, std::size_t size) {
+      pending.append(data, size);
+      for (std::size_t end; (end = pending.find("\n\n")) != std::string::npos;) {
+        if (pending.compare(0, 6, "data: ") == 0) state = json::parse(pending.substr(6, end - 6));
+        pending.erase(0, end + 2);
+        if (state.is_null()) continue;
+        if (std::exchange(first, false)) begun();
+        if (wanted(state)) return false;
+      }
+      return true;
+    });
+    return state;
+  }
+  static bool has(const json& list, const char* text) {
+    return std::find(list.begin(), list.end(), text) != list.end();
+  }
+
+  Cabinet cabinet;
+  std::string address;
+  int port = 0;
+  std::thread core;
+  std::atomic<bool> ending = false;
+};
+
+TEST(PageGuard, OnlyThisMachineAndThisPageMayAsk) {
+  EXPECT_EQ(page_server_refuses("127.0.0.1:8768", "", ""), "");
+  EXPECT_EQ(page_server_refuses("localhost:9000", "http://localhost:9000", "same-origin"), "");
+  EXPECT_EQ(page_server_refuses("[::1]:8768", "", "none"), "");
+  for (const char* host : {"", "evil.example", "127.0.0.1.evil.example:8768", "localhostile:8768",
+                           "192.168.1.7:8768"}) {
+    EXPECT_NE(page_server_refuses(host, "", ""), "") << host;
+  }
+  // Another page of this machine, one that has no origin, and one that hides it.
+  EXPECT_NE(page_server_refuses("localhost:8768", "http://localhost:3000", ""), "");
+  EXPECT_NE(page_server_refuses("localhost:8768", "http://127.0.0.1:8768", ""), "");
+  EXPECT_NE(page_server_refuses("localhost:8768", "null", ""), "");
+  EXPECT_NE(page_server_refuses("localhost:8768", "", "cross-site"), "");
+}
+
+TEST_F(PageTest, RefusesStrangersOnEveryPath) {
+  const std::string ours = "Host: localhost:" + std::to_string(port) + "\r\n";
+  EXPECT_EQ(first_line("GET / HTTP/1.1\r\n" + ours + "\r\n"), "HTTP/1.1 200 OK");
+  for (const char* path : {"/", "/page.js", "/picture", "/state?page=a", "/nothing"}) {
+    const std::string get = std::string("GET ") + path + " HTTP/1.1\r\n";
+    EXPECT_EQ(first_line(get + "Host: evil.example\r\n\r\n"), "HTTP/1.1 403 Forbidden") << path;
+    EXPECT_EQ(first_line(get + ours + "Origin: http://evil.example\r\n\r\n"),
+              "HTTP/1.1 403 Forbidden")
+        << path;
+  }
+  EXPECT_EQ(first_line("POST /command HTTP/1.1\r\n" + ours +
+                       "Origin: http://evil.example\r\nContent-Length: 9\r\n\r\njam left\n"),
+            "HTTP/1.1 403 Forbidden");
+  const json state = watch("p", [](const json&) { return true; });
+  EXPECT_FALSE(state["sides"][0]["jammed"]);
+}
+
+TEST_F(PageTest, CommandsAreDoneAndBadOnesSayWhatIsWrong) {
+  EXPECT_EQ(refusal("jam right"), "");
+  EXPECT_TRUE(watch("p", [](const json& s) {
+                return s["sides"][1]["jammed"].get<bool>();
+              }).at("sides")[1]["jammed"]);
+  EXPECT_EQ(refusal("jump left"), "there is no command \"jump\"\n");
+  EXPECT_NE(refusal("jam middle").find("the command is \"jam SIDE [toggle]\""), std::string::npos);
+  EXPECT_NE(refusal("coin \"left"), "");
+  EXPECT_NE(post("/command", "help")->body.find("coin SIDE [COUNT]"), std::string::npos);
+  EXPECT_EQ(post("/command", std::string(5000, 'x'))->status, 413);
+  EXPECT_EQ(httplib::Client(address).Get("/nowhere")->status, 404);
+}
+
+TEST_F(PageTest, ACoinGoesThroughTheSwitch) {
+  EXPECT_EQ(refusal("coin left 2"), "");
+  stop();
+  while (!cabinet.hands.bursts.empty()) cabinet_turn(cabinet, 5);
+  EXPECT_EQ(cabinet.board.switches.edges[INPUT_COIN_LEFT], 4);
+}
+
+TEST_F(PageTest, APageThatClosesLetsGoOfItsKeys) {
+  EXPECT_EQ(post("/key?page=p", "press T")->status, 409);
+  const auto test_is_down = [](const json& s) { return has(s["pressed"], "test"); };
+  json state = watch("p", test_is_down, [this] {
+    EXPECT_EQ(post("/key?page=p", "press T")->status, 200);
+    EXPECT_EQ(post("/key?page=p", "press Q")->status, 400);
+    EXPECT_EQ(post("/key", "press T")->status, 400);
+  });
+  EXPECT_TRUE(test_is_down(state));
+  state = watch("q", [&](const json& s) { return !test_is_down(s); });
+  EXPECT_FALSE(test_is_down(state));
+}
+
+TEST_F(PageTest, SaysWhyThereIsNoPicture) {
+  EXPECT_EQ(httplib::Client(address).Get("/picture?after=0")->status, 204);
+  const json state = watch("p", [](const json& s) { return s["picture_trouble"] != ""; });
+  EXPECT_EQ(state["picture_trouble"], "the game isn't running");
+  EXPECT_EQ(state["led"]["value"], -1);
+  EXPECT_EQ(state["lamps"].size(), static_cast<std::size_t>(LAMP_CHANNELS));
+}
+
+TEST_F(PageTest, EndsWhileAPageIsOpen) {
+  std::atomic<bool> open = false;
+  std::thread reader([&] {
+    watch(
+        "p", [](const json&) { return false; }, [&] { open = true; });
+  });
+  while (!open) std::this_thread::yield();
+  stop();
+  page_close(cabinet);
+  reader.join();
+}
+
+TEST_F(PageTest, APortThatIsTakenIsSaidUnlessAnyWillDo) {
+  Cabinet other;
+  other.options.page_port = port;
+  EXPECT_NE(page_open(other).find("can't have port " + std::to_string(port)), std::string::npos);
+  other.options.page_port = -1;
+  Cabinet third;
+  third.options.page_port = -1;
+  EXPECT_EQ(page_open(other), "");
+  EXPECT_EQ(page_open(third), "");
+  EXPECT_NE(page_address(other.page), page_address(third.page));
+  page_close(other);
+  page_close(third);
+}
+
+}  // namespace
