@@ -38,6 +38,9 @@ struct Lane {
 void gfx_strip_create(Lane* lane, int direction, int slot_count);
 void gfx_strip_free(Lane* lane);
 
+// Gives one slot the place that drawing would give it. Nothing if it is out of view.
+void gfx_slot_place(Lane* lane, int number);
+
 // Places and draws the lane's slots in view. Returns the first slot's number, not wrapped. Main
 // thread.
 int gfx_strip_draw(Lane* lane);
