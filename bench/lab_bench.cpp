@@ -71,10 +71,10 @@ bool __wrap__Z9game_tickl(std::int64_t a) {
   const Note note(STEP_TICK);
   return __real__Z9game_tickl(a);
 }
-void __real__Z14gfx_slot_placeP4Lanei(Lane* a, int b);
-void __wrap__Z14gfx_slot_placeP4Lanei(Lane* a, int b) {
+void __real__Z15gfx_slots_placeP4Lanem(Lane* a, std::uint64_t b);
+void __wrap__Z15gfx_slots_placeP4Lanem(Lane* a, std::uint64_t b) {
   const Note note(STEP_SLOTS);
-  __real__Z14gfx_slot_placeP4Lanei(a, b);
+  __real__Z15gfx_slots_placeP4Lanem(a, b);
 }
 void __real__Z12flights_stepR9AwardsSum(AwardsSum& a);
 void __wrap__Z12flights_stepR9AwardsSum(AwardsSum& a) {

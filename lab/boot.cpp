@@ -1,7 +1,6 @@
 #include "lab/boot.h"
 
 #include <algorithm>
-#include <bit>
 #include <memory>
 
 #include "books/audits.h"
@@ -66,9 +65,7 @@ void modules_reset() {
 // Of all that the drawing places, the rules ask for eaten bugs alone: whether they are out of view.
 void eaten_bugs_place() {
   for (int lane = FIRST_MEADOW_LANE; lane < LANE_NEAR_BANK; ++lane) {
-    for (std::uint64_t left = eaten_cells[lane]; left != 0; left &= left - 1) {
-      gfx_slot_place(&lanes[lane], std::countr_zero(left));
-    }
+    if (eaten_cells[lane] != 0) gfx_slots_place(&lanes[lane], eaten_cells[lane]);
   }
 }
 
@@ -105,12 +102,16 @@ void boot_field() {
   playfield_reset();
 }
 
-void boot_begin(const BootPlan& plan) {
+void boot_switch_on(std::uint64_t seed) {
   field_is_watched = false;
   modules_reset();
-  random_seed(plan.seed);
+  random_seed(seed);
   boot_field();
   attract_begin();
+}
+
+void boot_begin(const BootPlan& plan) {
+  boot_switch_on(plan.seed);
   game_begin();
   players_reset(plan.player, scrambled(~plan.seed));
   for (int side = 0; side < SIDE_COUNT; ++side) {

@@ -17,7 +17,9 @@ struct BootPlan {
 // Plays one boot under the settings in memory and adds what it counts.
 void boot_play(const BootPlan& plan, Sums& sums);
 
-// The parts of `boot_play`: switch on, then a tick at a time while it returns true.
+// The parts of `boot_play`: all modules as at process start, up to where the game begins; the
+// players too, and the game begun; then a tick at a time while it returns true.
+void boot_switch_on(std::uint64_t seed);
 void boot_begin(const BootPlan& plan);
 bool boot_step(AwardsSum& awards);
 // Empty books and the field as the settings in memory have it, for who asks the rules what they

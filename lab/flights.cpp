@@ -52,14 +52,14 @@ void flights_reset() {
 void flights_step(AwardsSum& awards) {
   for (int side = 0; side < SIDE_COUNT; ++side) {
     Flight& flight = flights[side];
-    if (flight.frog == nullptr) {
-      const std::int32_t launches = audit_count(AUDIT_GAMES_PLAYED, side);
-      if (launches == flight.launches) continue;
-      flight = {launched_frog(side), launches};
-    } else if (flight.frog->state == FROG_SINKING || flight.frog->state == FROG_WINNING) {
-      count_end(awards, side, *flight.frog);
+    const Frog* frog = flight.frog;
+    if (frog != nullptr && (frog->state == FROG_SINKING || frog->state == FROG_WINNING)) {
+      count_end(awards, side, *frog);
       flight.frog = nullptr;
     }
+    // The tick that ends a frog may launch the next.
+    const std::int32_t launches = audit_count(AUDIT_GAMES_PLAYED, side);
+    if (launches != flight.launches) flight = {launched_frog(side), launches};
   }
 }
 

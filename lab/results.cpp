@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
 
 #include "books/prefs.h"
@@ -66,10 +67,11 @@ void lanes_figures(Results& r, const AwardsSum& awards, double frogs) {
 }  // namespace
 
 double student_95(std::int64_t degrees) {
-  if (degrees < 1) return std::numeric_limits<double>::infinity();
-  if (degrees == 1) return 12.706;
-  if (degrees == 2) return 4.303;
-  // Cornish and Fisher's expansion about the normal; right to a thousandth from 3 degrees on.
+  constexpr double FEW[] = {
+      std::numeric_limits<double>::infinity(), 12.706, 4.303, 3.182, 2.776, 2.571};
+  if (degrees < static_cast<std::int64_t>(std::size(FEW)))
+    return FEW[std::max(degrees, std::int64_t{0})];
+  // Cornish and Fisher's expansion about the normal; right to two thousandths from here on.
   const auto n = static_cast<double>(degrees);
   const double z = Z_95;
   const double z3 = z * z * z;

@@ -1,7 +1,6 @@
 #include "lab/screen.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
@@ -25,8 +24,7 @@ int wrapped(int number) {
 }
 
 int cell_at(int lane, float place_px) {
-  return wrapped(
-      static_cast<int>(std::floor(place_px / static_cast<float>(lanes[lane].cell_size))));
+  return memory_ring(lane, place_px).number;
 }
 
 bool solid(int lane, int number) {
@@ -94,6 +92,14 @@ LaneCell memory_cell(int lane, int number) {
   return static_cast<LaneCell>(lane_cells[lane][number].get());
 }
 
+RingCell memory_ring(int lane, float place_px) {
+  const float cells = place_px / static_cast<float>(lanes[lane].cell_size);
+  int whole = static_cast<int>(cells);
+  if (cells < static_cast<float>(whole)) --whole;
+  return {whole >= 0 && whole < LANE_CELLS ? whole : wrapped(whole),
+          cells - static_cast<float>(whole)};
+}
+
 float memory_place(int lane, float x_px) {
   return lanes[lane].scroll + x_px;
 }
@@ -106,13 +112,10 @@ bool memory_whole() {
 
 float memory_margin(int lane, float place_px) {
   const auto size = static_cast<float>(lanes[lane].cell_size);
-  const float cells = place_px / size;
-  const float whole = std::floor(cells);
-  const float into = cells - whole;
-  const int number = wrapped(static_cast<int>(whole));
+  const RingCell at = memory_ring(lane, place_px);
   const LaneMemory& m = memory[lane];
-  const float left = static_cast<float>(m.run_left[number] - 1) + into;
-  const float right = static_cast<float>(m.run_right[number]) - into;
+  const float left = static_cast<float>(m.run_left[at.number] - 1) + at.into;
+  const float right = static_cast<float>(m.run_right[at.number]) - at.into;
   const float margin = std::min(left, right) * size;
-  return solid(lane, number) ? margin : -margin;
+  return solid(lane, at.number) ? margin : -margin;
 }

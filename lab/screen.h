@@ -27,7 +27,13 @@ float screen_frog_middle(int side);
 // The ring of a lane by number of its cell, wrapped, as far as it has been seen; unseen cells count
 // as empty. An eaten bug is gone from it.
 LaneCell memory_cell(int lane, int number);
-// The ring's place of a point of the screen, in pixels from the start of cell 0.
+// Cells run on through the wrap: a place, in pixels from the start of some cell 0, and its cell.
+struct RingCell {
+  int number;  // wrapped
+  float into;  // part of the cell that lies before the place, 0 to 1
+};
+RingCell memory_ring(int lane, float place_px);
+// The ring's place of a point of the screen.
 float memory_place(int lane, float x_px);
 // True once every lane has come round.
 bool memory_whole();

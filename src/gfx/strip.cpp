@@ -1,12 +1,13 @@
 #include "gfx/strip.h"
 
-#include <cmath>
+#include <bit>
 
 namespace {
 
 // A slot's place in the ring. The lane's scroll stays in one turn of it, so that one addition is
 // enough below 0; the second modulo only holds a stray scroll to the ring.
 int slot_wrapped(int number, int slot_count) {
+  if (number >= 0 && number < slot_count) return number;
   if (number >= 0) return number % slot_count;
   return (number % slot_count + slot_count) % slot_count;
 }
@@ -57,10 +58,14 @@ void gfx_strip_free(Lane* lane) {
   lane->slots = nullptr;
 }
 
-void gfx_slot_place(Lane* lane, int number) {
+void gfx_slots_place(Lane* lane, std::uint64_t slots) {
   const StripView view = strip_view(*lane);
-  const int n = slot_wrapped(number - view.first, lane->slot_count);
-  if (n < view.count) slot_put(*lane, number, n * lane->cell_size - view.offset);
+  const int first = slot_wrapped(view.first, lane->slot_count);
+  for (; slots != 0; slots &= slots - 1) {
+    const int number = std::countr_zero(slots);
+    const int n = number < first ? number + lane->slot_count - first : number - first;
+    if (n < view.count) slot_put(*lane, number, n * lane->cell_size - view.offset);
+  }
 }
 
 int gfx_strip_draw(Lane* lane) {

@@ -38,8 +38,9 @@ struct Lane {
 void gfx_strip_create(Lane* lane, int direction, int slot_count);
 void gfx_strip_free(Lane* lane);
 
-// Gives one slot the place that drawing would give it. Nothing if it is out of view.
-void gfx_slot_place(Lane* lane, int number);
+// Gives slots the place that drawing would give them, bit n of `slots` for slot n. Those out of
+// view keep theirs. For a lane of up to 64 slots, for who needs a place and draws nothing.
+void gfx_slots_place(Lane* lane, std::uint64_t slots);
 
 // Places and draws the lane's slots in view. Returns the first slot's number, not wrapped. Main
 // thread.

@@ -57,11 +57,11 @@ void bugs_test_lane(int side, Frog& frog, int lane) {
 }
 
 // A frog in the air reaches the lane that it left and the one it is jumping to, the lower number
-// first; in the first hop it doesn't reach ahead.
+// first; in the first hop it doesn't reach ahead. No bug crawls beyond the meadow.
 void bugs_test(int side, Frog& frog) {
   const int lane = frog.lane;
-  if (frog.state == FROG_HOPPING && lane > LANE_FAR_BANK) bugs_test_lane(side, frog, lane - 1);
-  bugs_test_lane(side, frog, lane);
+  if (frog.state == FROG_HOPPING && lane > LANE_MIDDLE_BANK) bugs_test_lane(side, frog, lane - 1);
+  if (lane > LANE_MIDDLE_BANK) bugs_test_lane(side, frog, lane);
 }
 
 // No two frogs of a side sink on neighbouring lanes at the same time.
