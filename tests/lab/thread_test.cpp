@@ -13,6 +13,7 @@
 #include "frame/game_thread.h"
 #include "frame/lockouts.h"
 #include "frame/tick.h"
+#include "frame/tick_timers.h"
 #include "lab/board.h"
 #include "lab/boot.h"
 #include "lab/settings.h"
@@ -30,6 +31,7 @@ struct Moment {  // a tick, and what was pressed in it, to be found by the next 
 struct Reel {
   std::vector<Moment> moments;
   std::size_t played = 0;
+  std::int64_t demo_next_ms[SIDE_COUNT] = {};  // counted from the moment the thread came up
   std::uint64_t chance = 1;
   std::atomic<bool> done = false;
   Sums at_end{};
@@ -56,10 +58,17 @@ void slots_place() {
   }
 }
 
+void demo_next_copy(auto& to, const auto& from) {
+  for (int side = 0; side < SIDE_COUNT; ++side) to[side] = std::int64_t{from[side]};
+}
+
 // Behind the inputs of a tick: what is pressed now, the next tick finds.
 void moment_step(Reel& reel) {
   slots_place();
-  if (&reel == recording) reel.moments.push_back({now_ms(), presses_by_chance(reel.chance)});
+  if (&reel == recording) {
+    reel.moments.push_back({now_ms(), presses_by_chance(reel.chance)});
+    if (reel.played == 0) demo_next_copy(reel.demo_next_ms, tick_timers.attract_demo_next);
+  }
   for (const JammaPress press : reel.moments[reel.played].presses) board_press(press);
   if (++reel.played < TICKS) return;
   sums_take_books(reel.at_end);
@@ -105,6 +114,7 @@ TEST(LabThread, PlaysARecordedListAsTheGameThreadDid) {
   played->moments = recorded->moments;
   switch_on();
   game_begin();
+  demo_next_copy(tick_timers.attract_demo_next, recorded->demo_next_ms);
   playing = played.get();
   for (const Moment& moment : recorded->moments) game_tick(moment.at_ms);
   playing = nullptr;
