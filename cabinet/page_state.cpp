@@ -49,6 +49,12 @@ json watchdog_device(const Cabinet& cabinet) {
   return device("Board's watchdog", board.watchdog_armed, text);
 }
 
+// The watchdog on USB, which resets the machine.
+json usb_device(const Cabinet& cabinet) {
+  if (cabinet.usb.path.empty()) return device("USB watchdog", false, "none");
+  return device("USB watchdog", true, usb_watchdog_text(cabinet.usb.device));
+}
+
 json books_device(const Cabinet& cabinet) {
   const std::string& drive = cabinet.options.drive;
   std::string text;
@@ -113,7 +119,7 @@ std::string page_state_text(const Cabinet& cabinet, const std::string& picture_t
         {"plugged", cabinet.led_cable.plugged}}},
       {"sides", {side_state(cabinet, LEFT), side_state(cabinet, RIGHT)}},
       {"devices",
-       {board_device(cabinet), led_device(cabinet), watchdog_device(cabinet),
+       {board_device(cabinet), led_device(cabinet), watchdog_device(cabinet), usb_device(cabinet),
         books_device(cabinet)}},
       {"stored_at", stored_at(cabinet)},
   };

@@ -84,8 +84,8 @@ void playfield_step() {
 void audits_step() {
   AuditsTick tick{now_ms(), {}, {}, jamma_checksum_failures};
   for (int side = 0; side < SIDE_COUNT; ++side) {
-    tick.idle[side] = station_idle(side);
     tick.live_frogs[side] = station_live_frogs(side);
+    tick.idle[side] = tick.live_frogs[side] == 0;
   }
   audits_tick(tick);
 }
@@ -164,7 +164,7 @@ bool game_tick(std::int64_t t_ms) {
   jamma_update_lockouts();
   tickets_poll();
   lamps_update();
-  jamma_lamps_tick();
+  if (field_is_watched) jamma_lamps_tick();
   launches_step();
   watchdog_heartbeat();
   return !periodic_reboot_step();

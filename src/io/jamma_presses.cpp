@@ -49,10 +49,11 @@ std::uint32_t jamma_presses_pending(JammaPress press) {
 
 void jamma_presses_clear(JammaPress press) {
   PressRow& row = rows[press];
-  if (row.looked) {
+  // Most ticks find nothing, and then need no locked word.
+  if (!row.looked) {
+    if (row.pending != 0) row.pending = 0;
+  } else if (row.shown != 0) {
     row.pending -= row.shown;
-  } else {
-    row.pending = 0;
   }
   row.looked = false;
 }

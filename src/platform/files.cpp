@@ -69,6 +69,7 @@ std::string files_path(const char* name) {
   const bool on_drive = is_on_drive(rest);
   if (on_drive) rest.remove_prefix(3);
   std::string path = on_drive ? roots().drive_d : roots().program;
+  if (path.empty()) return {};
   while (!rest.empty()) {
     const std::size_t end = rest.find_first_of("\\/");
     const std::string_view part = rest.substr(0, end);

@@ -13,7 +13,8 @@
 std::string files_path(const char* name);
 
 // Where d: lies and where the program's own folder lies; set once at start-up, before any file is
-// opened, and by tests. `files_use_roots` makes the drive's folder if it is missing.
+// opened, and by tests. `files_use_roots` makes the drive's folder if it is missing. An empty root
+// is a missing one: none of its files opens.
 void files_use_roots(const std::string& drive_d, const std::string& program_folder);
 
 // The folder that the running program lies in.

@@ -52,14 +52,13 @@ std::int32_t path_y(std::int32_t path, float x, std::int32_t dx) {
   }
 }
 
-void ticket_turn(float b) {
+void ticket_turn() {
+  const float b = seconds_since(butterfly.flight_time);
   butterfly.ticket_frame =
       static_cast<std::int32_t>(TICKET_FRAMES * b / FLAP_SECONDS) % TICKET_FRAMES;
 }
 
-void fly(float a, float b) {
-  butterfly.frame = static_cast<std::int32_t>(a * FLAP_FRAMES / FLAP_SECONDS) % FLAP_FRAMES;
-  ticket_turn(b);
+void fly() {
   butterfly.x += static_cast<float>(butterfly.dx);
   butterfly.y = path_y(butterfly.path, butterfly.x, butterfly.dx);
   if (butterfly.x > RIGHT_END_PX || butterfly.x < LEFT_END_PX) park();
@@ -70,9 +69,14 @@ void looks_update(float a) {
     butterfly.scale = 1.0F + 0.25F * a + 0.25F * std::sin(4.0F * PI * a * 0.5F);
     const float v = std::clamp((CAUGHT_SECONDS - a) * 4.0F * 0.5F, 0.0F, 1.0F);
     butterfly.alpha = static_cast<std::int32_t>(255.0F * v);
+    ticket_turn();
   } else {
     butterfly.alpha = 255;
     butterfly.scale = std::max(butterfly.scale - 0.1F, 1.0F);
+  }
+  if (butterfly.state == BUTTERFLY_FLYING) {
+    butterfly.frame = static_cast<std::int32_t>(a * FLAP_FRAMES / FLAP_SECONDS) % FLAP_FRAMES;
+    ticket_turn();
   }
 }
 
@@ -80,17 +84,15 @@ void looks_update(float a) {
 
 void butterfly_update() {
   const float a = seconds_since(butterfly.state_time);
-  const float b = seconds_since(butterfly.flight_time);
-  looks_update(a);
+  if (field_is_watched) looks_update(a);
   switch (butterfly.state) {
     case BUTTERFLY_PARKED:
       if (a > butterfly.wait_s) take_off();
       break;
     case BUTTERFLY_FLYING:
-      fly(a, b);
+      fly();
       break;
     case BUTTERFLY_CAUGHT:
-      ticket_turn(b);
       if (a > CAUGHT_SECONDS) park();
       break;
   }

@@ -52,20 +52,21 @@ void bugs_test_lane(int side, Frog& frog, int lane) {
     if (cell < 0 || cell >= LANE_CELLS || lanes[lane].eaten[cell] != 0) continue;
     award_bug(side, frog, lane, cell);
     lanes[lane].eaten[cell] = 1;
+    eaten_cells[lane] |= std::uint64_t{1} << cell;
   }
 }
 
 // A frog in the air reaches the lane that it left and the one it is jumping to, the lower number
-// first; in the first hop it doesn't reach ahead.
+// first; in the first hop it doesn't reach ahead. No bug crawls beyond the meadow.
 void bugs_test(int side, Frog& frog) {
   const int lane = frog.lane;
-  if (frog.state == FROG_HOPPING && lane > LANE_FAR_BANK) bugs_test_lane(side, frog, lane - 1);
-  bugs_test_lane(side, frog, lane);
+  if (frog.state == FROG_HOPPING && lane > LANE_MIDDLE_BANK) bugs_test_lane(side, frog, lane - 1);
+  if (lane > LANE_MIDDLE_BANK) bugs_test_lane(side, frog, lane);
 }
 
 // No two frogs of a side sink on neighbouring lanes at the same time.
 void neighbours_fade(int side, const Frog& frog) {
-  for (Frog& other : stations[side].frogs) {
+  for (Frog& other : station_frogs(side)) {
     if (&other == &frog || other.state != FROG_SINKING || std::abs(other.lane - frog.lane) > 1) {
       continue;
     }
@@ -92,14 +93,14 @@ void water_end(int side, Frog& frog) {
 
 // Returns false in the tick that ends the frog in the water.
 bool river_test(int side, Frog& frog) {
+  const FrogState state = frog.state;
+  if (state != FROG_HOPPING && state != FROG_RESTING) return true;
   const int lane = frog.lane;
+  if (lane >= LANE_MIDDLE_BANK) return true;
   std::int32_t stand_a = -1;
   std::int32_t stand_b = -1;
   const std::int32_t cell =
       lane_probe(frog, lanes[lane], lane_cells[lane], nullptr, nullptr, &stand_a, &stand_b);
-  if (lane >= LANE_MIDDLE_BANK) return true;
-
-  const FrogState state = frog.state;
   const bool solid = cell == CELL_PLAIN || cell == CELL_TIER1 || cell == CELL_TIER2;
   // A hop away from a lane drifts with that lane until it lands, even over water.
   if (state == FROG_HOPPING || (state == FROG_RESTING && solid)) frog.x -= lanes[lane].speed;
@@ -126,8 +127,11 @@ bool can_catch_butterfly(FrogState state) {
 }
 
 void frog_update(int side, Frog& frog) {
-  const FrogTimes times = frog_times(frog);
-  frog_looks_update(frog, times);
+  FrogTimes times{seconds_since(frog.state_time), 0.0F, 0.0F};
+  if (field_is_watched) {
+    times = frog_times(frog);
+    frog_looks_update(frog, times);
+  }
   if (can_catch_butterfly(frog.state)) butterfly_test(side, frog);
   bugs_test(side, frog);
   if (river_test(side, frog)) lead_cue(frog);
@@ -137,7 +141,8 @@ void frog_update(int side, Frog& frog) {
 }  // namespace
 
 void station_update(int side) {
-  for (Frog& frog : stations[side].frogs) {
+  // Frogs come and go meanwhile, but none comes from here.
+  for (Frog& frog : station_frogs(side)) {
     if (frog.state != FROG_FREE) frog_update(side, frog);
   }
 }

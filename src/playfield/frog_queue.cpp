@@ -17,10 +17,10 @@ namespace {
 constexpr std::int64_t REPEAT_PLAY_MS = 15000;
 
 Frog* free_frog(int side) {
-  Station& station = stations[side];
-  Frog* frog =
-      std::ranges::find_if(station.frogs, [](const Frog& f) { return f.state == FROG_FREE; });
-  return frog != std::end(station.frogs) ? frog : nullptr;
+  for (Frog& frog : stations[side].frogs) {
+    if (frog.state == FROG_FREE) return &frog;
+  }
+  return nullptr;
 }
 
 void empty_purse(Frog& frog) {
@@ -55,6 +55,8 @@ void frog_enqueue(int side) {
   if (place == QUEUE_PLACES) return;
   Frog* frog = free_frog(side);
   if (frog == nullptr) return;
+  Station& station = stations[side];
+  station.used = std::max(station.used.get(), static_cast<std::int32_t>(frog - station.frogs) + 1);
   frog->flags |= FROG_HIDDEN;
   frog->y = lane_y[LANE_NEAR_BANK];
   frog->x = static_cast<float>(queue_x[side][place]);

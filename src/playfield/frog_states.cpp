@@ -59,6 +59,7 @@ void pulse_update(Frog& frog, float l) {
 }
 
 void ring_frame_update(Frog& frog, float r) {
+  if (!field_is_watched) return;
   frog.ring_frame =
       static_cast<std::int32_t>(RINGS_PER_SECOND * r) % sheets[SHEET_GRN_RINGS].frames;
 }
@@ -74,12 +75,16 @@ void frog_free(int side, Frog& frog) {
   frog.lane = LANE_NEAR_BANK;
   frog.flags = 0;
   frog.state_time = now_ms();
+  Station& station = stations[side];
+  while (station.used > 0 && station.frogs[station.used - 1].state == FROG_FREE) {
+    station.used -= 1;
+  }
 }
 
 // --- waiting ------------------------------------------------------------------------------------
 
 bool side_in_flight(int side) {
-  return std::ranges::any_of(stations[side].frogs, [](const Frog& frog) {
+  return std::ranges::any_of(station_frogs(side), [](const Frog& frog) {
     const FrogState state = frog.state;
     return state == FROG_LAUNCHING || state == FROG_HOPPING || state == FROG_RESTING;
   });
@@ -162,6 +167,7 @@ void hop_step(int side, Frog& frog, const FrogTimes& times) {
     frog.y = static_cast<std::int32_t>(static_cast<float>(from) -
                                        static_cast<float>(rise) * t / HOP_SECONDS);
   }
+  if (!field_is_watched) return;
   frog.frame = static_cast<std::int32_t>(t / HOP_SECONDS * HOP_FRAMES) % HOP_FRAMES;
   ring_frame_update(frog, times.ring);
 }

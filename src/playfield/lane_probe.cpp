@@ -8,6 +8,7 @@ namespace {
 // A point on the strip may lie left of its start if a frog has drifted far off the screen.
 std::int32_t cell_at(float point, const Lane& lane) {
   const auto cell = static_cast<std::int32_t>(point / static_cast<float>(lane.cell_size));
+  if (cell >= 0 && cell < lane.slot_count) return cell;  // and no division
   const std::int32_t wrapped = cell % lane.slot_count;
   return wrapped < 0 ? wrapped + lane.slot_count : wrapped;
 }

@@ -70,6 +70,7 @@ void bugs_seed() {
   // A bug of two points is worth twice as much, so there are half as many.
   const std::int32_t bugs = row_in_force().bugs_per_lane / (pays_points() ? 2 : 1);
   for (int lane = FIRST_MEADOW_LANE; lane <= LAST_MEADOW_LANE; ++lane) {
+    eaten_cells[lane] = 0;
     for (int cell = 0; cell < LANE_CELLS; ++cell) {
       lanes[lane].eaten[cell] = 0;
       lane_cells[lane][cell] = CELL_EMPTY;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 
 #include "frame/sides.h"
 #include "gfx/panel_table.h"  // SpriteSheet, SHEET_...
@@ -68,6 +69,7 @@ constexpr int FROGS_PER_STATION = 20;
 
 struct Station {
   Frog frogs[FROGS_PER_STATION];
+  Shared<std::int32_t> used;  // no record at or behind this one is; who looks for frogs ends here
 };
 
 constexpr int QUEUE_PLACES = 5;
@@ -158,6 +160,7 @@ extern Station stations[SIDE_COUNT];
 extern FrogQueue frog_queues[SIDE_COUNT];
 extern Lane lanes[LANE_COUNT];
 extern Shared<std::int32_t> lane_cells[LANE_COUNT][LANE_CELLS];  // LaneCell
+extern std::uint64_t eaten_cells[LANE_COUNT];  // bit n: cell n is eaten; game thread
 extern Butterfly butterfly;
 extern GoldRider gold_riders[RIDER_COUNT];
 extern Effect splash_fx[SPLASH_COUNT];
@@ -168,6 +171,10 @@ extern Scenery far_bank[FAR_BANK_COUNT];  // two goals, then the left and the ri
 extern Scenery cattails[CATTAIL_COUNT];
 extern Scenery signs[SIGN_COUNT];       // left credit, price, right credit
 extern Shared<std::int32_t> lead_lane;  // lowest lane of any frog hopping or resting, else 12
+
+// Clear where nobody looks, as in the payout lab: what only the eye is given, frames, scales and
+// alphas, then stays as it is. No rule reads any of it. Set before the first tick.
+inline constinit bool field_is_watched = true;
 
 // y of a frog that sits on each lane, and x of the places in line.
 extern const std::int32_t lane_y[LANE_COUNT];
@@ -182,6 +189,11 @@ void playfield_init();
 void playfield_reset();
 // Releases pictures and lanes. At shutdown, with the game thread ended.
 void playfield_free();
+
+// The records of a side up to the last one in use. Any thread.
+inline std::span<Frog> station_frogs(int side) {
+  return {stations[side].frogs, static_cast<std::size_t>(stations[side].used.get())};
+}
 
 // True if no frog of the side is in play: each is a demo frog, or free, waiting, sinking or
 // winning. Any thread.

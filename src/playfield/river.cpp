@@ -1,6 +1,7 @@
 #include "playfield/river.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstdint>
 
@@ -89,16 +90,37 @@ void slot_animate(LaneSlot& slot) {
   slot.frame = frame;
 }
 
+void bug_return(int number, int cell) {
+  lanes[number].eaten[cell] = 0;
+  eaten_cells[number] &= ~(std::uint64_t{1} << cell);
+}
+
+void bugs_return(int number) {
+  for (std::uint64_t left = eaten_cells[number]; left != 0; left &= left - 1) {
+    const int cell = std::countr_zero(left);
+    if (bug_returns(lanes[number], lanes[number].slots[cell])) bug_return(number, cell);
+  }
+}
+
+void slots_update(int number) {
+  const Lane& lane = lanes[number];
+  for (int cell = 0; cell < LANE_CELLS; ++cell) {
+    LaneSlot& slot = lane.slots[cell];
+    if (lane.eaten[cell] != 0 && bug_returns(lane, slot)) bug_return(number, cell);
+    slot.active = lane.eaten[cell] == 0 ? 1 : 0;
+    slot_animate(slot);
+  }
+}
+
 }  // namespace
 
 void lane_update(int number) {
   Lane& lane = lanes[number];
   if (lane.speed == 0.0F) return;
-  for (int cell = 0; cell < LANE_CELLS; ++cell) {
-    LaneSlot& slot = lane.slots[cell];
-    if (lane.eaten[cell] != 0 && bug_returns(lane, slot)) lane.eaten[cell] = 0;
-    slot.active = lane.eaten[cell] == 0 ? 1 : 0;
-    slot_animate(slot);
+  if (field_is_watched) {
+    slots_update(number);
+  } else {
+    bugs_return(number);
   }
   const auto wrap = static_cast<float>(lane.slot_count * lane.cell_size);
   const float scroll = lane.scroll + lane.speed;

@@ -1,0 +1,22 @@
+// The I/O board's place at the door io/jamma.h. Players step its counters as fingers and coins do;
+// its dispensers never run out and hand a ticket over at once.
+#pragma once
+
+#include <cstdint>
+
+#include "frame/sides.h"
+#include "io/jamma.h"
+
+// What the board was told since `board_reset`.
+struct BoardBooks {
+  std::int64_t tickets[SIDE_COUNT];
+  std::int64_t ticket_pulses[SIDE_COUNT];
+  std::int64_t coin_pulses[SIDE_COUNT];
+};
+extern BoardBooks board_books;
+
+// A board just plugged in: counters and books at 0, no press pending.
+void board_reset();
+
+// One press of a button, or one coin: its counter steps twice, and the press counts from then on.
+void board_press(JammaPress press);

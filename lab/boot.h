@@ -1,0 +1,29 @@
+// One boot of a cabinet without screen, sound or books on a disk: its bugs are seeded, both sides
+// play their frogs, the last one ends. Boots are what a run is made of: each depends on its seed
+// alone, so any process may play it.
+#pragma once
+
+#include <cstdint>
+
+#include "lab/players.h"
+#include "lab/sums.h"
+
+struct BootPlan {
+  std::uint64_t seed;
+  std::int32_t frogs_per_side;
+  PlayerSettings player;
+};
+
+// Plays one boot under the settings in memory and adds what it counts.
+void boot_play(const BootPlan& plan, Sums& sums);
+
+// The parts of `boot_play`: all modules as at process start, up to where the game begins; the
+// players too, and the game begun; then a tick at a time while it returns true.
+void boot_switch_on(std::uint64_t seed);
+void boot_begin(const BootPlan& plan);
+bool boot_step(AwardsSum& awards);
+// Empty books and the field as the settings in memory have it, for who asks the rules what they
+// promise.
+void boot_field();
+// The seed of boot `number` of a run.
+std::uint64_t boot_seed(std::uint64_t run_seed, std::int64_t number);

@@ -1,0 +1,124 @@
+// What the lab counts: the same to the ticket in three ways, the same each time, the same on any
+// number of processes, and the same as in a cabinet that is drawn.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <memory>
+
+#include "frame/game_clock.h"
+#include "frame/tick.h"
+#include "lab/audit_check.h"
+#include "lab/boot.h"
+#include "lab/flights.h"
+#include "lab/lab_clock.h"
+#include "lab/run.h"
+#include "lab/settings.h"
+#include "presentation/win_show.h"
+
+namespace {
+
+class LabBooks : public testing::Test {
+ protected:
+  LabBooks() { settings_reset(); }
+
+  static void set(const char* assignment) { ASSERT_EQ(settings_set(assignment), ""); }
+
+  static std::unique_ptr<Sums> play(std::int64_t frogs, PlayerKind kind = PLAYER_EAGER,
+                                    int processes = 1, std::uint64_t seed = 1) {
+    auto sums = std::make_unique<Sums>();
+    RunPlan plan{frogs, seed, {}};
+    plan.player.kind = kind;
+    EXPECT_TRUE(run_play(plan, processes, *sums, {}));
+    EXPECT_GE(sums_frogs(*sums), 2 * frogs);
+    return sums;
+  }
+};
+
+bool equal(const Sums& one, const Sums& other) {
+  return std::memcmp(&one, &other, sizeof one) == 0;
+}
+
+TEST_F(LabBooks, AgreeToTheTicketUnderAnySettings) {
+  const char* const cases[][3] = {{"Minimum Tickets=7", "", ""},
+                                  {"Two Point Tickets=On", "Bonus Value=125", "Boost Bonus=On"},
+                                  {"Maximum Tickets=10", "", ""},
+                                  {"Fixed Ticket=On", "Fixed Tickets Per Game=4", ""},
+                                  {"Ticket Use=Off", "", ""},
+                                  {"Currency Unit=3", "Coins Per Swipe Pulse=4", "Coins To Play=3"},
+                                  {"Freeplay=On", "", ""},
+                                  {"Frogs Per Game=3", "Timeout (Seconds)=0", ""},
+                                  {"Payout Percent=95%", "Ticket Value=0.0025", ""}};
+  for (const auto& settings : cases) {
+    SCOPED_TRACE(settings[0]);
+    settings_reset();
+    for (const char* each : settings) {
+      if (*each != '\0') set(each);
+    }
+    const auto sums = play(400);
+    EXPECT_EQ(audit_check(*sums), "");
+    EXPECT_EQ(sums_tickets(*sums) > 0, pref_on(PREF_TICKET_USE));
+  }
+}
+
+TEST_F(LabBooks, OneTicketAstrayIsFound) {
+  const auto good = play(100);
+  ASSERT_EQ(audit_check(*good), "");
+  auto bad = std::make_unique<Sums>(*good);
+  bad->books.count[int{AUDIT_TICKETS} + SIDE_RIGHT] += 1;
+  EXPECT_NE(audit_check(*bad).find("Tickets Right: "), std::string::npos) << audit_check(*bad);
+  *bad = *good;
+  bad->paper[SIDE_LEFT] -= 1;
+  EXPECT_NE(audit_check(*bad), "");
+  *bad = *good;
+  std::swap(bad->books.histogram[SIDE_LEFT][3], bad->books.histogram[SIDE_LEFT][40]);
+  EXPECT_NE(audit_check(*bad), "");
+}
+
+TEST_F(LabBooks, EqualSeedsGiveEqualBooksOnAnyNumberOfProcesses) {
+  for (const PlayerKind kind : {PLAYER_RANDOM, PLAYER_WATCHER, PLAYER_EXPERT}) {
+    SCOPED_TRACE(player_names[kind]);
+    const std::int64_t frogs = kind == PLAYER_EXPERT ? 60 : 600;
+    const auto one = play(frogs, kind);
+    EXPECT_TRUE(equal(*one, *play(frogs, kind)));
+    EXPECT_TRUE(equal(*one, *play(frogs, kind, 2)));
+    EXPECT_TRUE(equal(*one, *play(frogs, kind, 3)));
+    EXPECT_FALSE(equal(*one, *play(frogs, kind, 1, 2))) << "another seed";
+  }
+}
+
+TEST_F(LabBooks, AMergeOfBootsIsTheRun) {
+  RunPlan plan{100, 9, {}};
+  const auto whole = std::make_unique<Sums>();
+  ASSERT_TRUE(run_play(plan, 1, *whole, {}));
+  const auto merged = std::make_unique<Sums>();
+  for (std::int64_t number = run_boots(plan) - 1; number >= 0; --number) {  // backwards
+    const auto boot = std::make_unique<Sums>();
+    boot_play({boot_seed(plan.seed, number), run_frogs_of_boot(plan), plan.player}, *boot);
+    sums_add(*merged, *boot);
+  }
+  EXPECT_TRUE(equal(*whole, *merged));
+}
+
+// Everything that the lab leaves out, looks and the placing of what nobody eats, is put back in.
+TEST_F(LabBooks, ACabinetThatIsDrawnKeepsTheSameBooks) {
+  for (const char* points : {"Two Point Tickets=Off", "Two Point Tickets=On"}) {
+    set(points);
+    const BootPlan plan{boot_seed(5, 0), 300, {}};
+    const auto lab = std::make_unique<Sums>();
+    boot_play(plan, *lab);
+
+    const auto drawn = std::make_unique<Sums>();
+    boot_begin(plan);
+    field_is_watched = true;
+    while (boot_step(drawn->awards)) {
+      for (Lane& lane : lanes) {
+        if (lane.cell_size > 1) gfx_strip_draw(&lane);
+      }
+    }
+    sums_take_books(*drawn);
+    EXPECT_EQ(std::memcmp(&lab->books, &drawn->books, sizeof lab->books), 0);
+    EXPECT_EQ(std::memcmp(&lab->awards, &drawn->awards, sizeof lab->awards), 0);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,154 @@
+// The command line, the settings, the sweep's state and the pages.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <memory>
+
+#include "books/book_file.h"
+#include "lab/html.h"
+#include "lab/options.h"
+#include "lab/settings.h"
+#include "lab/sweep.h"
+#include "platform/files.h"
+#include "tests/temp_folder.h"
+
+namespace {
+
+std::string read_options(std::vector<std::string> words, LabOptions& options) {
+  std::vector<char*> argv;
+  static std::string program = "payout-lab";
+  argv.push_back(program.data());
+  for (std::string& word : words) argv.push_back(word.data());
+  return options_read(static_cast<int>(argv.size()), argv.data(), options);
+}
+
+TEST(LabOptions, SettingsByTheirNames) {
+  LabOptions options;
+  ASSERT_EQ(read_options({"run", "--set", "Coins To Play=3", "--set", "coin lockout=on", "--set",
+                          "Fixed Tickets Per Frog=7", "--set", "Payout Percent=25%", "--player",
+                          "watcher", "--reaction", "300"},
+                         options),
+            "");
+  EXPECT_EQ(pref_int(PREF_COINS_TO_PLAY), 3);
+  EXPECT_EQ(pref_int(PREF_LOCKOUT_COILS), 1);
+  EXPECT_EQ(pref_int(PREF_FIXED_TICKETS_PER_GAME), 7);
+  EXPECT_EQ(pref_float(PREF_PAYOUT_PERCENT), 0.25F);
+  EXPECT_EQ(options.plan.player.kind, PLAYER_WATCHER);
+  EXPECT_EQ(options.plan.player.reaction_ms, 300.0F);
+  // 18.75 tickets a frog: row 32 with its jackpot, as the menus would have set it.
+  EXPECT_EQ(paytable_row, 32);
+  EXPECT_EQ(pref_int(PREF_BONUS_VALUE), 450);
+}
+
+TEST(LabOptions, AnyRowCanBeAskedFor) {
+  for (int row = 0; row < PAYTABLE_ROWS; ++row) {
+    settings_reset();
+    ASSERT_EQ(settings_set("Frogs Per Game=3"), "");
+    ASSERT_EQ(settings_use_row(row), "");
+    EXPECT_EQ(paytable_row, row);
+    EXPECT_EQ(pref_int(PREF_BONUS_VALUE), paytable[row].jackpot);
+  }
+}
+
+TEST(LabOptions, WrongOnesSayWhatToDo) {
+  const std::pair<std::vector<std::string>, const char*> cases[] = {
+      {{"jump"}, "\"jump\" is no command; there are run, sweep and help"},
+      {{"run", "--frogs", "0"}, "--frogs can't be \"0\""},
+      {{"run", "--frogs", "many"}, "--frogs can't be \"many\""},
+      {{"run", "--frogs"}, "\"--frogs\" is no option, or lacks its value"},
+      {{"run", "--colour", "red"}, "\"--colour\" is no option"},
+      {{"run", "--player", "cheat"}, "there are: random, eager, watcher, expert"},
+      {{"run", "--set", "Price=3"}, "there is no setting \"Price\"; there are: Freeplay, Coins To"},
+      {{"run", "--set", "Coins To Play"}, "write \"NAME=VALUE\""},
+      {{"run", "--set", "Coins To Play=1.5"}, "it takes a whole number, On or Off"},
+      {{"run", "--set", "Coins To Play=0"}, "must be 1 or more: nothing could be bought"},
+      {{"run", "--row", "45"}, "the paytable has rows 0 to 44"},
+      {{"run", "--prefs", "/no/such/place"}, "there is no such file or folder"}};
+  for (const auto& [words, text] : cases) {
+    LabOptions options;
+    const std::string error = read_options(words, options);
+    EXPECT_NE(error.find(text), std::string::npos) << error;
+  }
+}
+
+TEST(LabOptions, ACabinetsDriveIsReadAndLeftAsItIs) {
+  const TempFolder drive;
+  files_use_roots(drive.path(), {});
+  prefs_reset();
+  prefs[PREF_COINS_TO_PLAY].int_value = 4;
+  prefs_save();
+  prefs[PREF_COINS_TO_PLAY].int_value = 5;
+  ASSERT_TRUE(book_store(R"(d:\prefbak)", "030P", prefs, sizeof prefs));
+  files_use_roots({}, {});
+  const std::string backup = drive.read("prefbak");
+
+  for (const std::string& path : {drive.path(), drive.file("prefs")}) {
+    settings_reset();
+    EXPECT_EQ(settings_load(path), "");
+    EXPECT_EQ(pref_int(PREF_COINS_TO_PLAY), 4);
+  }
+  EXPECT_EQ(drive.read("prefbak"), backup) << "the game would have mended it";
+  drive.write("prefs", "else");
+  EXPECT_EQ(settings_load(drive.path()), "");
+  EXPECT_EQ(pref_int(PREF_COINS_TO_PLAY), 5) << "the backup stands in, as in the cabinet";
+  EXPECT_NE(settings_load(drive.file("prefs")).find("isn't a file of settings"), std::string::npos);
+
+  const auto sums = std::make_unique<Sums>();
+  ASSERT_TRUE(run_play({20, 1, {}}, 1, *sums, {}));
+  EXPECT_FALSE(drive.has("audits")) << "a run stores nothing";
+}
+
+void expect_stands_alone(const std::string& page) {
+  EXPECT_NE(page.find("<svg"), std::string::npos);
+  for (const char* other : {"http", "src=", "<link", "<script", "url("}) {
+    EXPECT_EQ(page.find(other), std::string::npos) << other;
+  }
+  EXPECT_EQ(page.find("nan"), std::string::npos);
+}
+
+TEST(LabPages, NeedNothingElse) {
+  settings_reset();
+  const auto sums = std::make_unique<Sums>();
+  const RunPlan plan{200, 1, {}};
+  ASSERT_TRUE(run_play(plan, 1, *sums, {}));
+  expect_stands_alone(run_page(results_of(plan, *sums), *sums));
+}
+
+// One frog a side in each of the places: ended and begun again, it comes to the same.
+TEST(LabSweep, GoesOnWhereItWasEnded) {
+  settings_reset();
+  const TempFolder state;
+  LabOptions options;
+  options.plan.frogs_per_side = 1;
+  options.quiet = true;
+  options.processes = 2;
+  options.state = state.path();
+  std::string error;
+  std::vector<SweepResult> first;
+  ASSERT_TRUE(sweep_play(options, first, error)) << error;
+  ASSERT_EQ(first.size(), static_cast<std::size_t>(SWEEP_PLACES));
+  for (int number = 0; number < SWEEP_PLACES; ++number) {
+    EXPECT_EQ(sweep_number(sweep_place(number)), number);
+    const Results& r = first[static_cast<std::size_t>(number)].results;
+    EXPECT_EQ(r.row, sweep_place(number).row);
+    EXPECT_EQ(r.frogs, 2);
+    EXPECT_NEAR(r.menu_jackpots, sweep_place(number).boost ? 0.00394875 : 0.0078975, 1e-7);
+  }
+
+  std::filesystem::remove(state.file("place-000"));
+  std::filesystem::remove(state.file("place-719"));
+  std::filesystem::resize_file(state.file("place-300"), 1000);  // the power went
+  settings_reset();
+  std::vector<SweepResult> second;
+  ASSERT_TRUE(sweep_play(options, second, error)) << error;
+  EXPECT_EQ(sweep_json(first), sweep_json(second));
+  expect_stands_alone(sweep_page(second));
+
+  options.plan.seed = 2;
+  settings_reset();
+  std::vector<SweepResult> third;
+  EXPECT_FALSE(sweep_play(options, third, error));
+  EXPECT_NE(error.find("name another --state"), std::string::npos) << error;
+}
+
+}  // namespace

@@ -1,0 +1,84 @@
+// What the counts are taken to mean.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <memory>
+#include <random>
+
+#include "lab/results.h"
+#include "lab/run.h"
+#include "lab/settings.h"
+
+namespace {
+
+// Quantiles as printed tables have them.
+TEST(LabStatistics, StudentsFactors) {
+  EXPECT_TRUE(std::isinf(student_95(0)));
+  const std::pair<int, double> rows[] = {{1, 12.706}, {2, 4.303},  {3, 3.182},   {4, 2.776},
+                                         {5, 2.571},  {10, 2.228}, {19, 2.093},  {30, 2.042},
+                                         {6, 2.447},  {60, 2.000}, {120, 1.980}, {1000000, 1.960}};
+  for (const auto& [degrees, factor] : rows) {
+    EXPECT_NEAR(student_95(degrees), factor, 0.002) << degrees;
+  }
+}
+
+// A dispenser that pays 0 to 9 at even odds, so 4.5 on the average, in boots of unequal length
+// whose luck hangs together. Of many such runs about 95 in 100 must have 4.5 in their interval.
+TEST(LabStatistics, TheIntervalHoldsTheTruthNineteenTimesInTwenty) {
+  std::mt19937_64 chance(2);
+  constexpr int RUNS = 4000;
+  constexpr int BOOTS = 12;
+  int held = 0;
+  for (int run = 0; run < RUNS; ++run) {
+    std::int64_t sum = 0, squared = 0, product = 0, frogs = 0, frogs_squared = 0;
+    for (int boot = 0; boot < BOOTS; ++boot) {
+      const std::int64_t size = 20 + static_cast<std::int64_t>(chance() % 5);
+      const std::int64_t luck = static_cast<std::int64_t>(chance() % 3) - 1;  // shared by the boot
+      std::int64_t tickets = 0;
+      for (std::int64_t frog = 0; frog < size; ++frog) {
+        tickets += static_cast<std::int64_t>(chance() % 10) + luck;
+      }
+      sum += tickets;
+      squared += tickets * tickets;
+      product += tickets * size;
+      frogs += size;
+      frogs_squared += size * size;
+    }
+    const Estimate e = estimate(sum, squared, product, frogs, frogs_squared, BOOTS);
+    held += std::fabs(e.mean - 4.5) <= e.half_width ? 1 : 0;
+  }
+  EXPECT_NEAR(held / static_cast<double>(RUNS), 0.95, 0.015);
+}
+
+TEST(LabStatistics, OneBootSaysNothingOfTheSpread) {
+  const Estimate e = estimate(50, 2500, 500, 10, 100, 1);
+  EXPECT_EQ(e.mean, 5.0);
+  EXPECT_TRUE(std::isinf(e.half_width));
+  EXPECT_EQ(estimate(100, 5000, 1000, 20, 200, 2).half_width, 0.0) << "two alike";
+}
+
+// With each frog paid the same, all figures are known beforehand.
+TEST(LabStatistics, FixedTicketsGiveExactFigures) {
+  settings_reset();
+  for (const char* each : {"Fixed Ticket=On", "Fixed Tickets Per Game=5", "Coins To Play=2",
+                           "Coin Value=0.5", "Ticket Value=0.02"}) {
+    ASSERT_EQ(settings_set(each), "");
+  }
+  const auto sums = std::make_unique<Sums>();
+  const RunPlan plan{200, 3, {}};
+  ASSERT_TRUE(run_play(plan, 1, *sums, {}));
+  const Results r = results_of(plan, *sums);
+  EXPECT_EQ(r.frogs, 400);
+  EXPECT_EQ(r.tickets.mean, 5.0);
+  EXPECT_EQ(r.tickets.half_width, 0.0);
+  EXPECT_EQ(r.paper, 5.0);
+  EXPECT_NEAR(r.percent_paid, 10.0, 1e-5) << "five tickets of 2 cents for a dollar";
+  EXPECT_NEAR(1.0 / r.menu_jackpots, 126.62, 0.005);
+  double ends = 0.0;
+  for (const double part : r.ended_on) ends += part;
+  EXPECT_NEAR(ends, 1.0, 1e-9);
+  EXPECT_GT(r.lanes_climbed, 7.0);
+  EXPECT_LE(r.lanes_climbed, 12.0);
+}
+
+}  // namespace
