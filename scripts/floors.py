@@ -1,13 +1,15 @@
 #!/usr/bin/env python3
 """Holds the floors of src/: an include goes down or stays level, never up; modules that stand each
 on its own don't know each other; no two files include each other; what belongs to the machine is
-included in platform/ alone. Prints what is wrong and exits with 1."""
+included in platform/ alone. The payout lab stands on top of it all, as frame/ does: it may include
+everything, needs no display or device, and nothing in src/ knows it. Prints what is wrong and exits with 1."""
 
 import pathlib
 import re
 import sys
 
-SRC = pathlib.Path(__file__).resolve().parent.parent / "src"
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+SRC = ROOT / "src"
 GROUND = {"frame/" + name for name in
           ("sides.h", "game_clock.h", "game_mode.h", "tick_timers.h", "ticket_status.h")}
 UPPER_IO = re.compile(r"io/(lamps|led_board|led_value|watchdog_link)[^/]*")
@@ -33,6 +35,20 @@ def includes(path):
     return re.findall(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', path.read_text(), re.M)
 
 
+def lab_wrong(files):
+    lab = {f"lab/{p.name}": p for p in (ROOT / "lab").iterdir() if p.suffix in (".h", ".cpp")}
+    wrong = []
+    for name, path in sorted(lab.items()):
+        for kind, target in includes(path):
+            if kind == "<" and re.match(r"(SDL|GL/|SOIL|termios|libusb)", target):
+                wrong.append(f"{name}: <{target}> is no business of the lab")
+            if kind == '"' and target not in files and target not in lab:
+                wrong.append(f"{name}: \"{target}\" is neither in src/ nor in lab/")
+            if kind == '"' and target in lab and name in (i for _, i in includes(lab[target])):
+                wrong.append(f"{name} and {target} include each other")
+    return wrong
+
+
 def main():
     files = {str(p.relative_to(SRC)): p for p in SRC.rglob("*") if p.suffix in (".h", ".cpp")}
     own = {name: [i for kind, i in includes(p) if kind == '"'] for name, p in files.items()}
@@ -55,6 +71,7 @@ def main():
                 wrong.append(f"{name}: includes {target}; {room}/ and {next_room}/ don't meet")
             if name in own[target]:
                 wrong.append(f"{name} and {target} include each other")
+    wrong += lab_wrong(files)
     for line in wrong:
         print(line)
     print(f"floors: {len(files)} files, {len(wrong)} wrong")
