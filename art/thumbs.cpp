@@ -12,8 +12,8 @@ namespace {
 
 constexpr float kPi = static_cast<float>(kTau / 2);
 constexpr Colour kOutline{0.03, 0.18, 0.05};
-constexpr int kSteps = 8;          // poses between a fist and a thumb held up
-constexpr int kPoses = 3;          // beyond that: the thumb bent back by its spring
+constexpr int kSteps = 24;         // poses between a fist and a thumb held up
+constexpr int kPoses = 9;          // beyond that: the thumb bent back by its spring
 constexpr int kSide = 340;         // of a pose's picture, pixels
 constexpr Point kWrist{170, 292};  // in it: what the hand turns round
 
@@ -200,33 +200,12 @@ double spring(double t, double a, double waves, double decay) {
   return u <= 0 ? 0 : std::exp(-decay * u) * std::sin(kTau * waves * u);
 }
 
-void draw_thumb_up(const Cell& cell) {
-  // The fist swings up from below, sinks to gather strength, and the thumb springs out; it ends as
-  // the idle sheet begins. The number grows over the first quarter, and the ribbon with it.
-  const double t = cell.run();
-  const double in = clamp01(t / 0.24), come = 1 - (1 - in) * (1 - in) * (1 - in);
-  const double gather = smooth(0.24, 0.36, t) * (1 - smooth(0.36, 0.42, t));
-  const double pop = clamp01((t - 0.37) / 0.08), jolt = spring(t, 0.40, 5.5, 9);
-  Show s;
-  s.scale = 0.30 + 0.70 * come + 0.10 * spring(t, 0.12, 3, 9) + 0.05 * jolt;
-  s.x = -30 * (1 - come) * std::cos(2.2 * in);
-  s.y = 50 * (1 - come) + 16 * gather - 12 * jolt;
-  s.tilt = -1.1 * (1 - come) + 0.16 * spring(t, 0.10, 3, 8) - 0.15 * gather + 0.10 * jolt;
-  s.tall = 1 - 0.09 * gather + 0.10 * jolt;
-  s.pose = pop + (pop >= 1 ? 0.36 * spring(t, 0.45, 6, 8) : 0);
-  s.sun =
-      smooth(0.10, 0.24, t) * 0.62 + 0.38 * smooth(0.38, 0.46, t) + 0.10 * spring(t, 0.44, 5, 9);
-  s.sun_turn = -1.5 * (1 - smooth(0, 1, t));
-  s.ribbon = clamp01(0.15 + t / 0.27) + 0.05 * spring(t, 0.20, 4, 10);
+// The show goes on from the frame that the idle sheet would have come to by itself: the last frames
+// of the first sheet have to move with it.
+constexpr double kUpSeconds = 1.25, kIdleSeconds = 1.5;
 
-  s.gleam = (t - 0.50) / 0.22;
-  s.sparkle = smooth(0.40, 0.50, t);
-  s.sparkle_turn = 1.2 * (t - 1);
-  draw_show(cell, s);
-}
-
-void draw_thumb_idle(const Cell& cell) {
-  const double turn = cell.turn(), s = 0.5 - 0.5 * std::cos(kTau * turn);
+Show idle_show(double turn) {
+  const double s = 0.5 - 0.5 * std::cos(kTau * turn);
   Show show;
   show.pose = 1 + 0.18 * s;
   show.y = -7 * s;
@@ -234,9 +213,40 @@ void draw_thumb_idle(const Cell& cell) {
   show.tall = 1 + 0.035 * s;
   show.sun = 1 + 0.02 * s;
   show.sun_turn = turn;
-  show.gleam = (turn - 0.35) / 0.5;
+  show.gleam = (turn - 0.25) / 0.5;
   show.sparkle_turn = turn;
-  draw_show(cell, show);
+  return show;
+}
+
+void draw_thumb_up(const Cell& cell) {
+  // The fist swings up from below, sinks to gather strength, and the thumb springs out. The number
+  // grows over the first quarter, and the ribbon with it.
+  const double t = cell.run();
+  const double in = clamp01(t / 0.24), come = 1 - (1 - in) * (1 - in) * (1 - in);
+  const double gather = smooth(0.24, 0.36, t) * (1 - smooth(0.36, 0.42, t));
+  const double pop = clamp01((t - 0.37) / 0.08), jolt = spring(t, 0.40, 5.5, 9);
+  const Show idle = idle_show(cell.turn() * kUpSeconds / kIdleSeconds);
+  const double calm = smooth(0.60, 0.90, t);  // how far it moves as the idle sheet does
+  Show s;
+  s.scale = 0.30 + 0.70 * come + 0.10 * spring(t, 0.12, 3, 9) + 0.05 * jolt;
+  s.x = -30 * (1 - come) * std::cos(2.2 * in);
+  s.y = 50 * (1 - come) + 16 * gather - 12 * jolt + calm * idle.y;
+  s.tilt = -1.1 * (1 - come) + 0.16 * spring(t, 0.10, 3, 8) - 0.15 * gather + 0.10 * jolt +
+           calm * idle.tilt;
+  s.tall = 1 - 0.09 * gather + 0.10 * jolt + calm * (idle.tall - 1);
+  s.pose = pop + (pop >= 1 ? 0.36 * spring(t, 0.45, 6, 8) : 0) + calm * (idle.pose - 1);
+  s.sun = smooth(0.10, 0.24, t) * 0.62 + 0.38 * smooth(0.38, 0.46, t) +
+          0.10 * spring(t, 0.44, 5, 9) + calm * (idle.sun - 1);
+  s.sun_turn = idle.sun_turn - 1.5 * (1 - smooth(0, 1, t));
+  s.ribbon = clamp01(0.15 + t / 0.27) + 0.05 * spring(t, 0.20, 4, 10);
+  s.gleam = (t - 0.50) / 0.22;
+  s.sparkle = smooth(0.40, 0.50, t);
+  s.sparkle_turn = idle.sparkle_turn;
+  draw_show(cell, s);
+}
+
+void draw_thumb_idle(const Cell& cell) {
+  draw_show(cell, idle_show(cell.turn()));
 }
 
 constexpr CatalogueRow kRows[] = {

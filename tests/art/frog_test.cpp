@@ -1,6 +1,7 @@
-// What the frog's sheets owe to each other and to the place where they are shown.
+// What the frog's and the thumb's sheets owe to each other and to the place where they are shown.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <cstring>
 
 #include "tests/art/picture_files.h"
@@ -53,4 +54,22 @@ TEST(Frog, ShowsItsDanceInTheStripThatTheFarBankLeaves) {
       }
     EXPECT_GT(mouth, 60) << "frame " << frame;
   }
+}
+
+TEST(Thumbs, GoOnFromTheFirstSheetWithoutAJump) {
+  // After the first sheet's second and a quarter the other one is that far into its own loop.
+  const CatalogueRow &up = *catalogue_find("anim_thumbs_up").row,
+                     &idle = *catalogue_find("anim_thumbs_idle").row;
+  std::optional<Picture> a = read_picture(up), b = read_picture(idle);
+  ASSERT_TRUE(a && b);
+  auto differ = [&](const Picture& p, const CatalogueRow& row, int frame, int next) {
+    double sum = 0;
+    for (int y = 0; y < row.cell_height; y++) {
+      const uint8_t *q = line_of(p, row, frame, y), *r = line_of(*b, idle, next, y);
+      for (int i = 0; i < 4 * row.cell_width; i++) sum += std::abs(q[i] - r[i]);
+    }
+    return sum;
+  };
+  const int shown = static_cast<int>(idle.frames * 1.25 / 1.5);
+  EXPECT_LE(differ(*a, up, up.frames - 1, shown), 1.2 * differ(*b, idle, shown, shown + 1));
 }
