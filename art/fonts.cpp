@@ -27,24 +27,27 @@ bool is_digit(int glyph) {
   return std::strchr("0123456789", kGlyphs[glyph]) != nullptr;
 }
 
-constexpr double kBaseline = 0.78, kTaller = 1.22;
+// Small letters are taller still: they have to be read from as far away.
+constexpr double kBaseline = 0.78, kTaller = 1.22, kSmallBaseline = 0.85, kSmallTaller = 1.40;
 
 // One size and one baseline for all; what is too wide is made narrower, digits to one width. The
 // face is broad and the cells are narrow: letters are drawn taller than they were cut. `over`
 // pixels on each side will be pared off again.
 // Returns how much narrower the glyph has become, 1: not at all.
 double fill_glyph(cairo_t* c, const Cell& cell, const char* text, double over) {
-  const double gutter = cell.height < 30 ? 0.8 - over : cell.height * 0.03;
+  const bool small = cell.height < 30;
+  const double gutter = small ? 0.95 - over : cell.height * 0.03;
   const double room = cell.width - 2 * gutter;
-  const double size = cell.height * 0.86, baseline = cell.height * kBaseline;
+  const double size = cell.height * 0.86;
+  const double baseline = cell.height * (small ? kSmallBaseline : kBaseline);
   Ink ink = words_path(c, text, Face::kChunky, size);
   const char mark = kGlyphs[cell.frame];
   const double k = is_digit(cell.frame) ? room * 0.92 / ink.width
                    : mark == '?'        ? std::min(1.3, room / ink.width)
                                         : std::min(1.0, room / ink.width);
   // A mark that stands too high or hangs too low for the cell is moved into it.
-  const double tall =
-      std::min(mark == '$' ? 1.0 : kTaller, (cell.height - 2 * gutter) / ink.height);
+  const double taller = small ? kSmallTaller : mark == '$' ? 1.0 : kTaller;
+  const double tall = std::min(taller, (cell.height - 2 * gutter) / ink.height);
   const double top = ink.y * tall, foot = (ink.y + ink.height) * tall;
   double low = std::max(0.0, gutter - (baseline + top));
   double high = std::max(0.0, baseline + foot - (cell.height - gutter));
@@ -156,7 +159,7 @@ void draw_jackpot_digit(const Cell& cell, int digit) {
   const Path ink = [=](cairo_t* c) {
     cairo_save(c);
     const Ink own = words_path(c, text.c_str(), Face::kChunky, 236);
-    cairo_translate(c, 128, 128 - depth / 2);
+    cairo_translate(c, 128, 106 - depth / 2);  // clear of the word below
     cairo_scale(c, std::min(1.0, width / own.width), height / own.height);
     cairo_translate(c, -own.x - own.width / 2, -own.y - own.height / 2);
     words_path(c, text.c_str(), Face::kChunky, 236);
@@ -166,7 +169,7 @@ void draw_jackpot_digit(const Cell& cell, int digit) {
   style.rim = 9;
   style.depth = depth;
   style.relief.bevel = 17;
-  block(cell.ctx, ink, style, 40, 212);
+  block(cell.ctx, ink, style, 18, 190);
 }
 
 // Sixteen glyphs to a row from the top left corner of a picture that may be larger.
