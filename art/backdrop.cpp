@@ -150,12 +150,9 @@ void draw_middle_bank(cairo_t* c, Rng& rng) {
                  r > 6 ? rng.range(0.2, 0.9) : 0);
     }
   }
-  for (double x : places(rng, 66, kScreenWidth, 130, 260)) {
-    double y = 390;
-    for (double a : {-2.6, -0.6, -2.1, -1.0, -1.55})
-      draw_fern(c, {x, y}, a + rng.range(-0.1, 0.1), rng.range(16, 24), rng.range(-4, 4),
-                mix({0.18, 0.46, 0.12}, {0.40, 0.66, 0.18}, rng.unit()));
-  }
+  for (double x : places(rng, 66, kScreenWidth, 110, 240))
+    draw_bush(c, rng, x, 391, rng.range(10, 15),
+              mix({0.18, 0.50, 0.14}, {0.36, 0.66, 0.18}, rng.unit()));
 }
 
 void draw_meadow(cairo_t* c, Rng& rng) {
