@@ -5,7 +5,7 @@
 #include "frame/game_clock.h"
 #include "frame/game_mode.h"
 #include "io/watchdog_link.h"
-#include "platform/environment.h"
+#include "platform/files.h"
 #include "tests/io_watchdog/fake_usb.h"
 #include "tests/temp_folder.h"
 
@@ -16,7 +16,7 @@ using Words = std::vector<std::uint16_t>;
 class Watchdog : public testing::Test {
  protected:
   Watchdog() {
-    environment.drive_d = folder.path();
+    files_use_roots(folder.path(), folder.path());
     audits_reset();
     game_mode = MODE_PLAY;
     game_clock.now_ms = 0;
