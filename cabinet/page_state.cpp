@@ -52,7 +52,7 @@ json watchdog_device(const Cabinet& cabinet) {
 // The watchdog on USB, which resets the machine.
 json usb_device(const Cabinet& cabinet) {
   if (cabinet.usb.path.empty()) return device("USB watchdog", false, "none");
-  return device("USB watchdog", true, usb_watchdog_text(cabinet.usb.device));
+  return device("USB watchdog", usb_port_is_open(cabinet.usb), usb_watchdog_text(cabinet.usb.device));
 }
 
 json books_device(const Cabinet& cabinet) {
@@ -110,6 +110,7 @@ std::string page_state_text(const Cabinet& cabinet, const std::string& picture_t
       {"game", cabinet.game.running},
       {"picture_trouble", picture_trouble},
       {"plugged", cabinet.cable.plugged},
+      {"usb_plugged", cabinet.usb.device.plugged},
       {"lamps", board.coils.lamp},
       {"pressed", pressed},
       {"led",

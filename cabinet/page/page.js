@@ -78,6 +78,7 @@ const TOGGLES = {
   "jam-right": [s => s.sides[1].jammed, "jam right", "clear-jam right"],
   board: [s => !s.plugged, "unplug", "plug"],
   led: [s => !s.led.plugged, "led pull", "led plug"],
+  usb: [s => !s.usb_plugged, "usb pull", "usb plug"],
   deaf: [s => s.led.deaf, "led deaf", "led hears"],
   power: [s => !s.power, "power cut", "power on"],
 };

@@ -42,6 +42,10 @@ def serve(page):
     page.click("[data-toggle=deaf]")
     page.wait("state.devices.some(device => device.text === 'deaf' && !device.good)")
     page.click("[data-toggle=deaf]")
+    page.click("[data-toggle=usb]")
+    page.wait("!state.usb_plugged && state.devices.some(device => /USB/.test(device.name) && !device.good)")
+    page.click("[data-toggle=usb]")
+    page.wait("state.usb_plugged")
     page.value("void (find('#line input').value = 'jump left', find('#line').requestSubmit())")
     page.wait("find('#said').textContent.startsWith('there is no command')")
 
