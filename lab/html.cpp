@@ -24,6 +24,7 @@ table { border-collapse: collapse; margin: 12px 0; font-variant-numeric: tabular
 td, th { border-bottom: 1px solid #ddd; padding: 2px 10px; text-align: right }
 td:first-child, th:first-child { text-align: left }
 svg { max-width: 100%; height: auto; margin: 10px 0; font: 12px sans-serif }
+td svg { margin: 0 8px 0 0; vertical-align: middle }
 svg .title { font-size: 15px; font-weight: bold }
 pre { background: #f6f6f2; padding: 10px; overflow-x: auto }
 </style>
@@ -52,8 +53,10 @@ std::string bars(const std::string& title, const std::string& x_label, double fr
 std::string histogram_plots(const Sums& sums) {
   constexpr int FINE = 100;    // one ticket a bar
   constexpr int COARSE = 700;  // ten tickets a bar
-  std::vector<double> fine;
-  for (int n = 0; n < FINE; ++n) fine.push_back(100.0 * histogram_part(sums, n, n + 1));
+  std::vector<double> fine(FINE);
+  for (int n = 0; n < FINE; ++n) {
+    fine[static_cast<std::size_t>(n)] = 100.0 * histogram_part(sums, n, n + 1);
+  }
   std::vector<double> coarse;
   for (int n = FINE; n < COARSE; n += 10) {
     coarse.push_back(100.0 * histogram_part(sums, n, n + 10));
