@@ -90,18 +90,19 @@ void draw_cycle_ticket(const Cell& cell) {
 
 void draw_you_won(const Cell& cell) {
   cairo_t* c = cell.ctx;
-  // A burst behind the ticket, which covers its middle.
-  const Path burst = star(64, 65, 59, 47, 14);
-  stroke(c, burst, {0.03, 0.10, 0.30}, 4);
-  raise(c, burst, ramp({0, 10}, {0.42, 0.80, 1.0}, {0, 120}, {0.10, 0.42, 0.90}), {6, 0.6, 0.4, 0});
+  // A plate behind the ticket, which covers its middle from edge to edge.
+  const Path plate = round_rect(6, 6, 116, 116, 22);
+  stroke(c, plate, {0.28, 0.02, 0.05}, 6);
+  raise(c, plate, ramp({0, 6}, {0.94, 0.16, 0.20}, {0, 122}, {0.62, 0.03, 0.10}), {7, 0.8, 0.5, 0});
   Block style = kCreamLetters;
-  style.ink = {0.03, 0.08, 0.30};
-  style.side = {0.30, 0.50, 0.86};
-  style.rim = 3;
-  style.depth = 2;
-  style.relief.bevel = 3;
-  block_words(c, "YOU WON", 27, style, 64, 25, 116);
-  block_words(c, "TICKETS", 27, style, 64, 107, 108);
+  style.top = kWhite;
+  style.bottom = {1.0, 0.90, 0.52};
+  style.ink = style.side = {0.30, 0.02, 0.05};
+  style.rim = 2;
+  style.depth = 1.5;
+  style.relief = {3, 0.6, 0.3, 0};
+  block_words(c, "YOU WON", 26, style, 64, 23, 104);
+  block_words(c, "TICKETS", 26, style, 64, 111, 104);
 }
 
 constexpr CatalogueRow kRows[] = {
