@@ -12,7 +12,7 @@
 SoundStage::SoundStage() {
   // With the host's root for the program's folder, an absolute path is a name that the game's files
   // understand.
-  files_use_roots("", "");
+  files_use_roots("", "/");
   headless_clock_set(1000);
   jps_players_reset();
   jpsdrvr_init();
