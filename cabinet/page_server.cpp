@@ -193,6 +193,8 @@ PageServer* page_server_start(PageLink& link, PagePicture& picture, int port, st
     return nullptr;
   }
   server->thread = std::thread([server] { server->http.listen_after_bind(); });
+  // A server that doesn't listen yet can't be stopped: it would begin later, and never end.
+  while (!server->http.is_running()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
   return server;
 }
 
