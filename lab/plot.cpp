@@ -47,13 +47,17 @@ std::string axes(const Scale& scale) {
   const char* grid = "stroke:#ddd";
   std::string svg;
   const double y_step = step_of(frame.y_most);
-  for (double y = 0.0; y <= frame.y_most * 1.0001; y += y_step) {
+  const int y_last = static_cast<int>(frame.y_most * 1.0001 / y_step);
+  for (int n = 0; n <= y_last; ++n) {
+    const double y = n * y_step;
     svg += line(LEFT, scale.y(y), WIDTH - RIGHT, scale.y(y), grid);
     svg += text_at(LEFT - 6.0, scale.y(y) + 4.0, "end", text_of("%g", y));
   }
   const double x_step = step_of(frame.x_most - frame.x_least);
-  for (double x = std::ceil(frame.x_least / x_step) * x_step; x <= frame.x_most * 1.0001;
-       x += x_step) {
+  const int x_first = static_cast<int>(std::ceil(frame.x_least / x_step));
+  const int x_last = static_cast<int>(frame.x_most * 1.0001 / x_step);
+  for (int n = x_first; n <= x_last; ++n) {
+    const double x = n * x_step;
     svg += line(scale.x(x), HEIGHT - BOTTOM, scale.x(x), HEIGHT - BOTTOM + 5.0, "stroke:#333");
     svg += text_at(scale.x(x), HEIGHT - BOTTOM + 18.0, "middle", text_of("%g", x));
   }

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <cmath>
 #include <cstdio>
 #include <utility>
 
@@ -11,7 +12,7 @@ constexpr int BAR = 30;
 
 std::string time_text(double seconds) {
   char text[32];
-  const auto s = static_cast<int>(seconds + 0.5);
+  const auto s = static_cast<int>(std::lround(seconds));
   if (s >= 3600) {
     std::snprintf(text, sizeof text, "%d:%02d:%02d", s / 3600, s / 60 % 60, s % 60);
   } else {

@@ -78,7 +78,7 @@ std::string histogram_lines(const Sums& sums) {
     for (int n = from; n < from + step && n < HISTOGRAM_CELLS; ++n) {
       part += static_cast<double>(at(n)) / frogs;
     }
-    const auto bar = static_cast<std::size_t>(part * BAR_CHARACTERS + 0.5);
+    const auto bar = static_cast<std::size_t>(std::lround(part * BAR_CHARACTERS));
     text += text_of("%4d to %-4d %18.3f%%  ", from, from + step - 1, 100.0 * part) +
             std::string(bar, '#') + "\n";
   }
