@@ -52,7 +52,8 @@ json watchdog_device(const Cabinet& cabinet) {
 // The watchdog on USB, which resets the machine.
 json usb_device(const Cabinet& cabinet) {
   if (cabinet.usb.path.empty()) return device("USB watchdog", false, "none");
-  return device("USB watchdog", usb_port_is_open(cabinet.usb), usb_watchdog_text(cabinet.usb.device));
+  return device("USB watchdog", usb_port_is_open(cabinet.usb),
+                usb_watchdog_text(cabinet.usb.device));
 }
 
 json books_device(const Cabinet& cabinet) {
