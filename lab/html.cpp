@@ -108,13 +108,15 @@ double most_of(const std::vector<PlotSeries>& series) {
   return most * 1.05;
 }
 
-std::string sweep_plot(const std::vector<SweepResult>& all, bool boost, bool points) {
+// The first `players` of them: next to the expert the others lie flat on the table.
+std::string sweep_plot(const std::vector<SweepResult>& all, bool boost, bool points, int players) {
   std::vector<PlotSeries> series{{"the row's average", "#555", true, {}}};
-  for (int player = 0; player < PLAYER_KINDS; ++player) {
+  for (int player = 0; player < players; ++player) {
     series.push_back({player_names[player], PLAYER_COLOURS[player], false, {}});
   }
   for (const SweepResult& each : all) {
     if (each.place.boost != boost || each.place.points != points) continue;
+    if (each.place.player >= players) continue;
     const Results& r = each.results;
     if (each.place.player == 0) {
       series[0].points.push_back({r.row_average, r.row_average, 0.0});
@@ -145,7 +147,10 @@ std::string run_page(const Results& r, const Sums& sums) {
 std::string sweep_page(const std::vector<SweepResult>& all) {
   std::string body;
   for (const bool points : {false, true}) {
-    for (const bool boost : {false, true}) body += sweep_plot(all, boost, points);
+    for (const bool boost : {false, true}) {
+      body += sweep_plot(all, boost, points, PLAYER_EXPERT);
+      body += sweep_plot(all, boost, points, PLAYER_KINDS);
+    }
   }
   return page("What the rows of the paytable pay",
               body + "<pre>" + html_text(sweep_table(all)) + "</pre>\n");
