@@ -42,8 +42,9 @@ void draw_cell(cairo_t* c, const CatalogueRow& row, int frame, double x, double 
 void draw_lane(cairo_t* c, const LaneRow& lane, double turn) {
   const CatalogueRow& row = *catalogue_find(lane.picture).row;
   const int frame = static_cast<int>(turn * lane.cycles * row.frames) % row.frames;
-  for (double x = -lane.gap; x < kWidth + kLeft + lane.gap; x += lane.gap)
-    draw_cell(c, row, frame, x + lane.way * lane.gap * turn, lane.y);
+  const int cells = static_cast<int>((kWidth + kLeft) / lane.gap) + 2;
+  for (int i = -1; i < cells; i++)
+    draw_cell(c, row, frame, (i + lane.way * turn) * lane.gap, lane.y);
 }
 
 void draw_scene(cairo_t* c, int frame) {
@@ -53,7 +54,8 @@ void draw_scene(cairo_t* c, int frame) {
   const CatalogueRow& frog = *catalogue_find("anim_gfrog").row;
   // Its feet leave the ground after the crouch and come down before the landing is over.
   const double u = smooth(0.15, 0.85, static_cast<double>(frame % kHop) / kHop);
-  const double foot = kTop + kHeight + 150 - (frame / kHop + u) * kLaneHeight;
+  const int hops = frame / kHop;
+  const double foot = kTop + kHeight + 150 - (hops + u) * kLaneHeight;
   draw_cell(c, frog, frame % kHop, kLeft + (kWidth - frog.cell_width) / 2.0, foot - 248);
 }
 

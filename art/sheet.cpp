@@ -68,7 +68,8 @@ bool contact_sheet_write(const CatalogueRow& row, Ground ground, const std::stri
   fill_grey(all);
   for (int i = 0; i < shown; i++) {
     int frame = shown < 2 ? i : i * (row.frames - 1) / (shown - 1);
-    lay(all.ctx, row, frame, ground, kGap + i % across * w, kGap + i / across * h, zoom);
+    const int column = i % across, line = i / across;
+    lay(all.ctx, row, frame, ground, kGap + column * w, kGap + line * h, zoom);
   }
   return write_png(all, path);
 }
@@ -81,7 +82,8 @@ bool family_sheet_write(const Family& family, Ground ground, const std::string& 
   cairo_set_font_size(all.ctx, 13);
   for (int i = 0; i < count; i++) {
     const CatalogueRow& row = family.rows[static_cast<size_t>(i)];
-    const double x = i % kAcross * kBox, y = static_cast<double>(i / kAcross * (kBox + kLabel));
+    const int column = i % kAcross, line = i / kAcross;
+    const double x = column * kBox, y = line * (kBox + kLabel);
     const double room = kBox - kGap;
     const double zoom = std::min({2.0, room / row.cell_width, room / row.cell_height});
     lay(all.ctx, row, row.frames / 3, ground, x, y, zoom > 1 ? std::floor(zoom) : zoom);

@@ -39,8 +39,8 @@ bool parse(int argc, char** argv, Options& o) {
       o.families = argv[++i];
     } else if (word == "--preview" && !value.empty()) {
       o.preview = argv[++i];
-    } else if (word == "--ms" && std::atoi(value.c_str()) > 0) {
-      o.frame_ms = std::atoi(argv[++i]);
+    } else if (word == "--ms" && std::strtol(value.c_str(), nullptr, 10) > 0) {
+      o.frame_ms = static_cast<int>(std::strtol(argv[++i], nullptr, 10));
     } else if (word == "--on" && (value == "grass" || value == "water" || value == "grey")) {
       o.ground = value == "grass"   ? art::Ground::kGrass
                  : value == "water" ? art::Ground::kWater
