@@ -1,35 +1,19 @@
 #include "art/file_list.h"
 
+#include <zlib.h>
+
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 
 namespace art {
 
-namespace {
-
-constexpr uint32_t kStart = 0x63046310, kPolynomial = 0xEDB88320;
-
-constexpr std::array<uint32_t, 256> make_table() {
-  std::array<uint32_t, 256> table{};
-  for (uint32_t i = 0; i < 256; i++) {
-    uint32_t c = i;
-    for (int k = 0; k < 8; k++) c = c >> 1 ^ (c & 1 ? kPolynomial : 0);
-    table[i] = c;
-  }
-  return table;
-}
-constexpr std::array<uint32_t, 256> kTable = make_table();
-
-}  // namespace
-
 int32_t file_crc(const std::vector<uint8_t>& bytes) {
-  uint32_t crc = kStart;
-  for (uint8_t b : bytes) crc = crc >> 8 ^ kTable[(crc ^ b) & 0xff];
-  // The reader takes signed decimals, so a sum with its top bit set has a minus sign.
-  return static_cast<int32_t>(crc);
+  // zlib inverts a sum on the way in and out; this one is inverted at neither end. The reader takes
+  // signed decimals, so a sum with its top bit set has a minus sign.
+  constexpr uint32_t kStart = 0x63046310;
+  return static_cast<int32_t>(~static_cast<uint32_t>(crc32_z(~kStart, bytes.data(), bytes.size())));
 }
 
 int file_list_write(const std::string& outdir) {
