@@ -105,8 +105,8 @@ void inputs_in_play(int test_level) {
   start_take(SIDE_RIGHT);
   service_credits_take();
   test_hold_step(test_level);
-  if (jamma_presses_pending(PRESS_VLU) > 0) volume_button(1);
-  if (jamma_presses_pending(PRESS_VLD) > 0) volume_button(-1);
+  if (jamma_pressed(PRESS_VLU)) volume_button(1);
+  if (jamma_pressed(PRESS_VLD)) volume_button(-1);
 }
 
 void inputs_step() {

@@ -163,6 +163,10 @@ std::int32_t jamma_command(std::int32_t command, std::intptr_t a = 0, std::intpt
 
 // Presses of an input that the game has not consumed yet. A press counts when it ends. Game thread.
 std::uint32_t jamma_presses_pending(JammaPress press);
+// Any of them?
+inline bool jamma_pressed(JammaPress press) {
+  return jamma_presses_pending(press) > 0;
+}
 
 // Consumes the presses of an input that `jamma_presses_pending` showed since the last clear; a
 // press that lands between the two is kept for the next tick. If nobody looked since the last

@@ -8,7 +8,7 @@
 #include "sound/jps.h"
 
 void dip_test_input() {
-  if (jamma_presses_pending(PRESS_SRV) == 0 && jamma_presses_pending(PRESS_P2S) == 0) return;
+  if (!jamma_pressed(PRESS_SRV) && !jamma_pressed(PRESS_P2S)) return;
   diagnostics_reopen();
   jps_bank_play_name("menu_cancel");
 }

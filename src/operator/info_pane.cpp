@@ -46,10 +46,6 @@ void pane_show(bool visible) {
   pane.visible = visible ? 1 : 0;
 }
 
-bool pane_is_visible() {
-  return pane.visible != 0;
-}
-
 void pane_draw_all() {
   if (pane.visible == 0) return;
   gfx_rect_draw(X - MARGIN_PX, Y - MARGIN_PX, WIDTH + 2 * MARGIN_PX,

@@ -10,7 +10,6 @@ constexpr int PANE_LINES = 43;
 [[gnu::format(printf, 2, 3)]] void pane_set_line(int line, const char* format, ...);
 
 void pane_show(bool visible);
-bool pane_is_visible();
 
 // Main thread.
 void pane_draw_all();

@@ -7,7 +7,7 @@
 
 #include "gfx/panel.h"  // gfx_rect_draw
 #include "gfx/text.h"
-#include "io/jamma.h"  // jamma_presses_pending
+#include "io/jamma.h"  // jamma_pressed
 #include "sound/jps.h"
 
 namespace {
@@ -80,10 +80,6 @@ void cancel(Menu& menu) {
     }
   }
   jps_bank_play_name("menu_cancel");
-}
-
-bool pressed(JammaPress press) {
-  return jamma_presses_pending(press) > 0;
 }
 
 }  // namespace
@@ -173,14 +169,14 @@ void menu_input() {
   Menu* menu = state.current;
   if (menu == nullptr) return;
   if (state.wait_test) {
-    if (!pressed(PRESS_TST)) return;
+    if (!jamma_pressed(PRESS_TST)) return;
     state.wait_test = false;
     jamma_presses_clear(PRESS_TST);
   }
-  if (pressed(PRESS_TST) || pressed(PRESS_P2S)) return accept(*menu);
-  if (pressed(PRESS_SRV)) return cancel(*menu);
-  if (pressed(PRESS_VLU)) return move(*menu, false);
-  if (pressed(PRESS_VLD) || pressed(PRESS_P1S)) return move(*menu, true);
+  if (jamma_pressed(PRESS_TST) || jamma_pressed(PRESS_P2S)) return accept(*menu);
+  if (jamma_pressed(PRESS_SRV)) return cancel(*menu);
+  if (jamma_pressed(PRESS_VLU)) return move(*menu, false);
+  if (jamma_pressed(PRESS_VLD) || jamma_pressed(PRESS_P1S)) return move(*menu, true);
 }
 
 void menu_clear_presses() {

@@ -6,11 +6,11 @@
 #include "sound/jps.h"
 
 void meter_test_input() {
-  if (jamma_presses_pending(PRESS_TST) > 0 || jamma_presses_pending(PRESS_P1S) > 0) {
+  if (jamma_pressed(PRESS_TST) || jamma_pressed(PRESS_P1S)) {
     jamma_command(JAMMA_PULSE_COIN_METER, SIDE_LEFT, 1);
     jamma_command(JAMMA_PULSE_COIN_METER, SIDE_RIGHT, 1);
     jps_bank_play_name("menu_select");
-  } else if (jamma_presses_pending(PRESS_SRV) > 0 || jamma_presses_pending(PRESS_P2S) > 0) {
+  } else if (jamma_pressed(PRESS_SRV) || jamma_pressed(PRESS_P2S)) {
     diagnostics_reopen();
     jps_bank_play_name("menu_cancel");
   }

@@ -60,7 +60,7 @@ void captions(const char* caption) {
 }  // namespace
 
 void monitor_test_input() {
-  if (jamma_presses_pending(PRESS_TST) == 0 && jamma_presses_pending(PRESS_P2S) == 0) return;
+  if (!jamma_pressed(PRESS_TST) && !jamma_pressed(PRESS_P2S)) return;
   if (test_screen == TEST_CONVERGENCE) {
     diagnostics_reopen();
   } else {

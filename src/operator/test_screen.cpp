@@ -6,6 +6,56 @@
 #include "operator/monitor_test.h"
 #include "operator/volume_screen.h"
 
+namespace {
+
+void no_input() {}
+void no_draw() {}
+
+struct ScreenRow {
+  TestScreen screen;
+  void (*input)();
+  void (*draw)();
+};
+
+template <TestScreen picture>
+void draw_picture() {
+  monitor_test_draw(picture);
+}
+template <bool attract>
+void volume_input() {
+  volume_screen_input(attract);
+}
+template <bool attract>
+void volume_draw() {
+  volume_screen_draw(attract);
+}
+
+constexpr ScreenRow SCREENS[] = {
+    {TEST_NONE, no_input, no_draw},
+    {TEST_SWITCHES, switch_test_input, switch_test_draw},
+    {TEST_DIPS, dip_test_input, dip_test_draw},
+    {TEST_COLOR_BARS, monitor_test_input, draw_picture<TEST_COLOR_BARS>},
+    {TEST_WHITE, monitor_test_input, draw_picture<TEST_WHITE>},
+    {TEST_RED, monitor_test_input, draw_picture<TEST_RED>},
+    {TEST_GREEN, monitor_test_input, draw_picture<TEST_GREEN>},
+    {TEST_BLUE, monitor_test_input, draw_picture<TEST_BLUE>},
+    {TEST_CONVERGENCE, monitor_test_input, draw_picture<TEST_CONVERGENCE>},
+    {TEST_COIN_METERS, meter_test_input, meter_test_draw},
+    {TEST_WATCHDOG, watchdog_test_input, watchdog_test_draw},
+    {TEST_VOLUME, volume_input<false>, volume_draw<false>},
+    {TEST_ATTRACT_VOLUME, volume_input<true>, volume_draw<true>},
+};
+constexpr bool rows_are_in_order() {
+  int n = 0;
+  for (const ScreenRow& row : SCREENS) {
+    if (row.screen != n++) return false;
+  }
+  return n == TEST_ATTRACT_VOLUME + 1;
+}
+static_assert(rows_are_in_order());
+
+}  // namespace
+
 Shared<TestScreen> test_screen{TEST_NONE};
 
 std::uintptr_t test_screen_start(TestScreen screen) {
@@ -16,63 +66,9 @@ std::uintptr_t test_screen_start(TestScreen screen) {
 }
 
 void test_screen_input() {
-  switch (const TestScreen screen = test_screen) {
-    case TEST_NONE:
-      break;
-    case TEST_SWITCHES:
-      switch_test_input();
-      break;
-    case TEST_DIPS:
-      dip_test_input();
-      break;
-    case TEST_COLOR_BARS:
-    case TEST_WHITE:
-    case TEST_RED:
-    case TEST_GREEN:
-    case TEST_BLUE:
-    case TEST_CONVERGENCE:
-      monitor_test_input();
-      break;
-    case TEST_COIN_METERS:
-      meter_test_input();
-      break;
-    case TEST_WATCHDOG:
-      watchdog_test_input();
-      break;
-    case TEST_VOLUME:
-    case TEST_ATTRACT_VOLUME:
-      volume_screen_input(screen == TEST_ATTRACT_VOLUME);
-      break;
-  }
+  SCREENS[test_screen].input();
 }
 
 void test_screen_draw() {
-  switch (const TestScreen screen = test_screen) {
-    case TEST_NONE:
-      break;
-    case TEST_SWITCHES:
-      switch_test_draw();
-      break;
-    case TEST_DIPS:
-      dip_test_draw();
-      break;
-    case TEST_COLOR_BARS:
-    case TEST_WHITE:
-    case TEST_RED:
-    case TEST_GREEN:
-    case TEST_BLUE:
-    case TEST_CONVERGENCE:
-      monitor_test_draw(screen);
-      break;
-    case TEST_COIN_METERS:
-      meter_test_draw();
-      break;
-    case TEST_WATCHDOG:
-      watchdog_test_draw();
-      break;
-    case TEST_VOLUME:
-    case TEST_ATTRACT_VOLUME:
-      volume_screen_draw(screen == TEST_ATTRACT_VOLUME);
-      break;
-  }
+  SCREENS[test_screen].draw();
 }

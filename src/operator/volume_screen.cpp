@@ -37,10 +37,6 @@ void end(bool attract, const char* sound) {
   jps_bank_play_name(sound);
 }
 
-bool pressed(JammaPress press) {
-  return jamma_presses_pending(press) > 0;
-}
-
 }  // namespace
 
 std::uintptr_t volume_screen_start(bool attract) {
@@ -53,19 +49,19 @@ std::uintptr_t volume_screen_start(bool attract) {
 }
 
 void volume_screen_input(bool attract) {
-  if (pressed(PRESS_TST) || pressed(PRESS_P2S)) {
+  if (jamma_pressed(PRESS_TST) || jamma_pressed(PRESS_P2S)) {
     jps_stop_all();
     prefs_save();
     end(attract, "menu_select");
-  } else if (pressed(PRESS_SRV)) {
+  } else if (jamma_pressed(PRESS_SRV)) {
     jps_stop_all();
     move_to(kept_step, attract);
     end(attract, "menu_cancel");
-  } else if (pressed(PRESS_VLD)) {
+  } else if (jamma_pressed(PRESS_VLD)) {
     volume_move(-1, false, attract);
-  } else if (pressed(PRESS_VLU)) {
+  } else if (jamma_pressed(PRESS_VLU)) {
     volume_move(1, false, attract);
-  } else if (pressed(PRESS_P1S)) {
+  } else if (jamma_pressed(PRESS_P1S)) {
     move_to(volume_step >= LOUDEST ? 0 : volume_step + 1, attract);
   }
 }

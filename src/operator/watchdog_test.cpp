@@ -55,7 +55,7 @@ void watchdog_test_begin() {
 }
 
 void watchdog_test_input() {
-  const bool pressed = jamma_presses_pending(PRESS_TST) > 0 || jamma_presses_pending(PRESS_P2S) > 0;
+  const bool pressed = jamma_pressed(PRESS_TST) || jamma_pressed(PRESS_P2S);
   if (!pressed) {
     // Still here: nothing has reset the machine.
     const bool over = test.state == TEST_COUNTING && now_ms() >= test.deadline_ms;

@@ -13,6 +13,7 @@
 #include "playfield/paytable.h"   // jackpot_value
 #include "playfield/playfield.h"  // station_idle
 #include "presentation/draw_tools.h"
+#include "presentation/lerp.h"
 #include "presentation/win_show_start.h"  // win_show_active
 
 namespace {
@@ -60,10 +61,6 @@ struct AttractState {  // written by the game thread, read by the drawing
 };
 
 constinit AttractState attract{0, FIRST_START_MS, 0, 0, 0, 0, OFF_SCREEN_X, BOARD_Y, 255};
-
-float lerp(float from, float to, float t) {
-  return t <= 0.0F ? from : t >= 1.0F ? to : from + t * (to - from);
-}
 
 AttractItem present_item() {
   return script_row(attract.step).item;

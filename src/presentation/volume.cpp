@@ -3,10 +3,11 @@
 #include <algorithm>
 
 #include "books/prefs.h"
-#include "frame/game_clock.h"             // now_ms
-#include "frame/game_mode.h"              // sound_enabled
-#include "frame/tick_timers.h"            // idle_both_ms, no_money_ms, ...
-#include "platform/random.h"              // random_unit
+#include "frame/game_clock.h"   // now_ms
+#include "frame/game_mode.h"    // sound_enabled
+#include "frame/tick_timers.h"  // idle_both_ms, no_money_ms, ...
+#include "platform/random.h"    // random_unit
+#include "presentation/lerp.h"
 #include "presentation/win_show_start.h"  // win_show_active
 #include "sound/jps.h"
 
@@ -45,10 +46,6 @@ void update_attract_flag() {
     attract_flag = 0;
     switch_ms = now_ms();
   }
-}
-
-float lerp(float from, float to, float t) {
-  return t <= 0.0F ? from : t >= 1.0F ? to : from + t * (to - from);
 }
 
 void glide() {
