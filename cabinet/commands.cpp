@@ -357,7 +357,12 @@ std::string commands_do(Cabinet& cabinet, const std::string& line, std::int64_t 
   if (!error.empty() || words.empty()) return error;
   Command command;
   error = command_parse(words, command);
-  return error.empty() ? command_do(cabinet, command, now_ms) : error;
+  if (error.empty()) return command_do(cabinet, command, now_ms);
+  Reading reading;
+  std::size_t at = 0;
+  if (!reading_parse(words, at, {}, reading).empty() || at != words.size()) return error;
+  cabinet.said += reading_seen(cabinet, reading) + "\n";
+  return {};
 }
 
 std::string commands_help() {
@@ -367,6 +372,6 @@ std::string commands_help() {
   }
   text += "Switches:\n ";
   for (int i = 0; i < INPUT_COUNT; ++i) text += std::string(" ") + input_name(i);
-  text += "\nReadings, in a script's conditions:\n";
+  text += "\nReadings, in a script's conditions; typed alone, one says its value:\n";
   return text + readings_help();
 }

@@ -251,6 +251,10 @@ BooksValue reading_value(const Cabinet& cabinet, const Reading& reading) {
   return known(sum);
 }
 
+std::string reading_seen(const Cabinet& cabinet, const Reading& reading) {
+  return seen_of(reading, reading_value(cabinet, reading));
+}
+
 Verdict condition_check(const Cabinet& cabinet, const Condition& condition) {
   const BooksValue left = reading_value(cabinet, condition.left);
   const std::string seen = seen_of(condition.left, left);

@@ -41,6 +41,10 @@ std::string condition_parse(const Words& words, std::size_t& at,
                             const std::vector<std::string>& names, Condition& condition);
 
 BooksValue reading_value(const Cabinet& cabinet, const Reading& reading);
+
+// The reading with its value, "paper left is 4000", or why it has none.
+std::string reading_seen(const Cabinet& cabinet, const Reading& reading);
+
 Verdict condition_check(const Cabinet& cabinet, const Condition& condition);
 
 // The readings, a line each.

@@ -172,6 +172,9 @@ TEST_F(CabinetTest, AuditsAreReadByNameFromTheDisk) {
             SCRIPT_PASSED)
       << script.failure;
   EXPECT_EQ(play("expect audit \"Tickets\" == 700\n"), SCRIPT_FAILED);
+  EXPECT_EQ(commands_do(cabinet, "audit \"Tickets Left\" - 1", 0), "");
+  EXPECT_EQ(commands_do(cabinet, "lamp 16", 0), "there is no command \"lamp\"");
+  EXPECT_EQ(cabinet.said, "audit \"Tickets Left\" - 1 is 699\n");
   std::ofstream(cabinet.options.drive + "/audits", std::ios::binary) << bytes.substr(0, 3000);
   EXPECT_EQ(play("expect audit \"Tickets Left\" == 700\n"), SCRIPT_FAILED);
 }

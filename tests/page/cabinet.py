@@ -2,17 +2,30 @@
 
 import re
 import subprocess
+import sys
 import tempfile
+import threading
+import urllib.error
+import urllib.request
 
 
 class Cabinet:
-    def __init__(self, out, *arguments):
+    """`log`: the file that gets what the cabinet and the game print, the terminal if there is none."""
+
+    def __init__(self, out, *arguments, log=None):
         self.drive = tempfile.TemporaryDirectory(prefix="lilyhop-page-")
         self.process = subprocess.Popen(
-            [f"{out}/cabinet", "--page", "0", "--drive", self.drive.name, *arguments],
-            stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True)
+            [f"{out}/cabinet", "--page", "0", "--quiet", "--drive", self.drive.name, *arguments],
+            stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=log, text=True)
         self.address = next(match.group(0) for line in self.process.stdout
                             if (match := re.search(r"http://\S+", line)))
+        # A pipe that nobody reads would stop the game when it is full.
+        threading.Thread(target=self.pass_on, args=(log or sys.stdout,), daemon=True).start()
+
+    def pass_on(self, log):
+        for line in self.process.stdout:
+            log.write(line)
+            log.flush()
 
     def __enter__(self):
         return self
@@ -20,9 +33,18 @@ class Cabinet:
     def __exit__(self, *_):
         self.close()
 
+    def do(self, line):
+        """Gives the cabinet a command, or asks it for a reading; what it says."""
+        request = urllib.request.Request(self.address + "command", line.encode(), method="POST")
+        try:
+            with urllib.request.urlopen(request, timeout=30) as reply:
+                return reply.read().decode()
+        except urllib.error.HTTPError as error:
+            raise ValueError(f"{line}: {error.read().decode().strip()}") from error
+
     def close(self):
         """Asks it to end; its exit code."""
         self.process.terminate()
-        self.process.communicate(timeout=30)
+        self.process.wait(timeout=30)
         self.drive.cleanup()
         return self.process.returncode
