@@ -10,12 +10,14 @@
 #include "gfx/text.h"
 #include "io/watchdog_link.h"  // watchdog_boot
 #include "operator/file_sums.h"
+#include "operator/text_lines.h"
 #include "platform/display.h"  // display_poll_events
 #include "platform/files.h"
 
 namespace {
 
 constexpr std::uint32_t RED = 0xFFFF0000;
+constexpr std::size_t VERSION_MOST = 18;  // characters of a version line
 constexpr int X = 16;
 constexpr int LINE_HEIGHT_PX = 16;
 
@@ -30,11 +32,8 @@ std::string& current_file() {
   return name;
 }
 
-// At most 18 characters, up to and with a line break.
-void read_line(ReadFile* file, char (&line)[20]) {
-  for (int length = 0; length < 18; ++length) {
-    if (read_bytes(file, &line[length], 1) != 1 || line[length] == '\n') return;
-  }
+void read_version_line(ReadFile* file, char (&line)[20]) {
+  std::strcpy(line, text_line(file, VERSION_MOST).c_str());
 }
 
 void read_version() {
@@ -45,8 +44,8 @@ void read_version() {
     std::strcpy(version_record.os_version, "VERSION.TXT MISSING");
     return;
   }
-  read_line(file, version_record.version);
-  read_line(file, version_record.os_version);
+  read_version_line(file, version_record.version);
+  read_version_line(file, version_record.os_version);
   read_close(file);
 }
 

@@ -3,9 +3,9 @@
 #include <zlib.h>
 
 #include <cstdlib>
-#include <string_view>
 #include <vector>
 
+#include "operator/text_lines.h"
 #include "platform/files.h"
 #include "platform/tokens.h"
 
@@ -16,25 +16,11 @@ constexpr std::uint32_t CRC_START = 0x63046310;
 constexpr std::size_t BLOCK = 1 << 18;
 constexpr std::size_t LINE_MOST = 254;
 
-// Reads lines as the check counts them: a line that the end of the file cuts off isn't one, and
-// what is longer than a line may be comes in pieces.
-class ListReader {
- public:
-  explicit ListReader(ReadFile* file) : file_(file) {}
-
-  bool next(std::string& line) {
-    line.clear();
-    char c = 0;
-    while (read_bytes(file_, &c, 1) == 1) {
-      line += c;
-      if (c == '\n' || line.size() == LINE_MOST) return true;
-    }
-    return false;
-  }
-
- private:
-  ReadFile* file_;
-};
+// A line that the end of the file cuts off isn't one.
+bool next_line(ReadFile* list, std::string& line) {
+  line = text_line(list, LINE_MOST);
+  return line.ends_with('\n') || line.size() == LINE_MOST;
+}
 
 std::int32_t decimal(const char* text) {
   return static_cast<std::int32_t>(std::strtol(text, nullptr, 10));
@@ -69,9 +55,8 @@ bool crc_file_sum(const std::string& name, std::int32_t* size, std::int32_t* crc
 FileCheck crc_files_check(std::string& current, void (*checked)()) {
   ReadFile* list = read_open_any_case(LIST_NAME);
   if (list == nullptr) return LIST_MISSING;
-  ListReader reader(list);
   FileCheck result = FILES_GOOD;
-  for (std::string line; result == FILES_GOOD && reader.next(line);) {
+  for (std::string line; result == FILES_GOOD && next_line(list, line);) {
     if (app_tokenize_line(line.c_str()) != 3) continue;
     current = token_table[0];
     result = check_file(token_table[0], decimal(token_table[1]), decimal(token_table[2]));

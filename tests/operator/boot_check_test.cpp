@@ -62,6 +62,21 @@ TEST_F(BootCheckTest, GoodFilesPassWhateverTheCaseOfTheirNames) {
   EXPECT_EQ(current, "EMPTY.BIN");
 }
 
+// The list and the version may have been written on a system that ends lines with "\r\n".
+TEST_F(BootCheckTest, LineBreaksOfOtherSystems) {
+  install("a.bin", "x");
+  install("lhpcrc.txt", "A.BIN 2 1 \r\n");  // with a blank at its end, as a list in columns has it
+  EXPECT_EQ(check(), FILE_DAMAGED);
+  std::ofstream(drive.path() + "/version.txt", std::ios::binary)
+      << "LILY HOP 1.07 EUR\r\nDEBIAN 12\r\n";
+  prefs[PREF_CHECK_CRC].int_value = 0;
+  std::strcpy(prefs[PREF_BUILD_DATE].text_value, build_stamp.date);
+  std::strcpy(prefs[PREF_BUILD_TIME].text_value, build_stamp.time);
+  boot_check_and_version([] {});
+  EXPECT_STREQ(version_record.version, "LILY HOP 1.07 EUR\n");
+  EXPECT_STREQ(version_record.os_version, "DEBIAN 12\n");
+}
+
 TEST_F(BootCheckTest, EachFailureIsTold) {
   EXPECT_EQ(check(), LIST_MISSING);
   const std::string good = "0123456789";
