@@ -18,7 +18,7 @@ extern VersionRecord version_record;
 
 // Reads the version record; then, if "Check CRC" is set or the build is a new one, proves every
 // file of lhpcrc.txt and clears "Check CRC". `draw` draws a frame of the check's screen. With a bad
-// installation it doesn't return: the screen says what is wrong until the program is ended.
+// installation it doesn't return: the screen says what is wrong until a signal ends the process.
 void boot_check_and_version(void (*draw)());
 
 // The check's screen. Main thread, in MODE_BOOT_CHECK.

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -11,6 +12,7 @@
 #include "frame/game_mode.h"
 #include "operator/file_sums.h"
 #include "platform/files.h"
+#include "platform/headless/display_record.h"
 #include "tests/temp_folder.h"
 
 namespace {
@@ -120,6 +122,17 @@ TEST_F(BootCheckTest, ANewBuildAsksForTheCheckAndARestartDoesNot) {
   build_stamp.time = "10:20:54";
   boot_check_and_version(draw);
   EXPECT_EQ(frames, 2);
+}
+
+TEST_F(BootCheckTest, NoButtonLeadsPastABadInstallation) {
+  const auto boot = [] {
+    std::signal(SIGTERM, SIG_IGN);  // as a window system that makes events of signals
+    headless_display.quit = true;
+    boot_check_and_version([] {
+      if (++frames == 50) std::raise(SIGTERM);
+    });
+  };
+  EXPECT_EXIT(boot(), testing::KilledBySignal(SIGTERM), "");
 }
 
 TEST_F(BootCheckTest, TheVersionIsTwoLines) {

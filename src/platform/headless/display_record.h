@@ -12,6 +12,7 @@ struct HeadlessDisplay {
   std::uint64_t quads = 0;   // drawn
   std::uint32_t textures = 0;
   bool unscaled = true;  // the window has the size of the layout
+  bool quit = false;     // somebody closes the window, or types Esc
   bool record = false;   // keep the quads themselves
   std::vector<DisplayQuad> recorded;
   std::vector<std::string> boxes;  // "title: text" of each message box

@@ -23,7 +23,7 @@ void display_resize_window(int width, int height) {
 }
 
 DisplayEvents display_poll_events() {
-  return {};
+  return {headless_display.quit, false};
 }
 
 bool display_message_box(const char* title, const char* text, bool /*yes_no*/) {
