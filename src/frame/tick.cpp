@@ -133,6 +133,8 @@ void demo_frogs_step() {
 }
 
 void launches_step() {
+  // On the way down nothing flies any more: a launch would take a credit for nothing.
+  if (game_mode == MODE_GOING_DOWN) return;
   if (pref_int(PREF_TIMEOUT_SECONDS) >= 0) {
     auto_launch();
   } else if (attract_flag) {

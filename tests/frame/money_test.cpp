@@ -390,6 +390,20 @@ TEST_F(Money, PeriodicReboot) {
   EXPECT_EQ(headless_reboots_ordered, 1);
 }
 
+TEST_F(Money, ACreditThatWaitsSurvivesTheReboot) {
+  constexpr std::int64_t DAY = 86400000;
+  prefs[PREF_TIMEOUT_SECONDS].int_value = 15;
+  game_tick(DAY - 6000);  // quiet since the start, so it goes down as the day is over
+  coin(SIDE_LEFT);
+  coin(SIDE_RIGHT, 2);
+  while (running) tick();
+  EXPECT_EQ(game_mode, MODE_GOING_DOWN);
+  EXPECT_GT(tick_timers.credit_wait_ms[0], 15000) << "long enough for a launch by time-out";
+  EXPECT_EQ(credits(0), 1);
+  EXPECT_EQ(credits(1), 2);
+  EXPECT_EQ(audit_count(AUDIT_GAMES_PLAYED, 0), 0);
+}
+
 TEST_F(Money, NoRebootWithinADay) {
   for (std::int64_t t = 60000; t <= 86400000; t += 60000) ASSERT_TRUE(game_tick(t));
   EXPECT_EQ(game_mode, MODE_PLAY);
