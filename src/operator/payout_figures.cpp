@@ -1,5 +1,6 @@
 #include "operator/payout_figures.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "books/prefs.h"
@@ -21,6 +22,14 @@ struct Figures {
   bool by_hand;
 };
 
+// In 32-bit floats like all figures of the page; where a half begins, the choice of the row, which
+// reckons finer, may find another one. A damaged file may ask for anything.
+float wanted_of(float money) {
+  constexpr float LIMIT = 1e9F;
+  const float wanted = money * pref_float(PREF_PAYOUT_PERCENT) / pref_float(PREF_TICKET_VALUE);
+  return std::isfinite(wanted) ? rounded_to_half(std::clamp(wanted, -LIMIT, LIMIT)) : 0.0F;
+}
+
 float part_of_money(double tickets, float money) {
   return money > 0.0F ? static_cast<float>(tickets) * pref_float(PREF_TICKET_VALUE) / money : 0.0F;
 }
@@ -31,7 +40,7 @@ Figures figures() {
   f.money = frogs == 0 ? 0.0F
                        : static_cast<float>(pref_int(PREF_COINS_TO_PLAY)) /
                              static_cast<float>(frogs) * pref_float(PREF_COIN_VALUE);
-  f.wanted = rounded_to_half(paytable_wanted());
+  f.wanted = wanted_of(f.money);
   f.average = paytable_row * 0.5 + 3.0;
   f.achieved = part_of_money(f.average, f.money);
   const std::int32_t natural = paytable[paytable_row].jackpot * paytable_factor;

@@ -1,6 +1,8 @@
 // Settings: what a choice writes and sets in motion, and the figures that follow from it.
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "books/audits.h"
 #include "books/prefs.h"
 #include "frame/tick_timers.h"
@@ -145,6 +147,18 @@ TEST_F(Adjustments, FiguresFollowTheMoney) {
   set("Payout", "Ticket Use", "Off");
   choose("Coin/Game");
   EXPECT_TRUE(shows("Average Ticket Payout                0.00 (DISABLED)"));
+}
+
+TEST_F(Adjustments, WhatIsWantedIsReckonedInTheFloatsOfThePage) {
+  set("Coin/Game", "Coin Value", "0.450");
+  set("Payout", "Payout Percent", "65%");  // 29.25: in doubles a trifle less
+  choose("Payout");
+  EXPECT_EQ(line("Average"), "Average Ticket Payout                29.50 (CAPPED TO 25.00)");
+  for (const float damaged : {0.0F, -1e-30F, 1e-38F, std::numeric_limits<float>::quiet_NaN()}) {
+    prefs[PREF_TICKET_VALUE].float_value = damaged;
+    pane_page_payout();
+    EXPECT_FALSE(line("Average").empty()) << damaged;
+  }
 }
 
 TEST_F(Adjustments, TwoPointsAndBoostMoveTheBonusThatIsShown) {
