@@ -44,7 +44,7 @@ struct Menu {
   std::uint32_t flags;                                 // MenuFlags
   std::uint32_t back_colour, bar_colour, item_colour;  // 0xAARRGGBB
   SharedText<48> title;                                // empty: no heading
-  std::uint32_t title_colour;
+  Shared<std::uint32_t> title_colour;
   std::uint32_t capacity, count;  // rows allocated and added
   Shared<std::uint32_t> selected;
   std::unique_ptr<MenuItem[]> items;

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "gfx/panel.h"  // gfx_rect_draw, gfx_line_draw, gfx_quad_draw
+#include "gfx/panel.h"  // gfx_rect_draw, gfx_line_draw
 #include "gfx/text.h"
 #include "io/jamma.h"
 #include "operator/diagnostics.h"  // diagnostics_reopen

@@ -1,9 +1,13 @@
 // The menus by the cabinet's own buttons: every list, the ways in and out, and the engine's rules.
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <thread>
+
 #include "books/audits.h"
 #include "books/prefs.h"
 #include "frame/game_mode.h"
+#include "frame/render_frame.h"
 #include "operator/boot_check.h"
 #include "operator/main_menu.h"
 #include "operator/menu.h"
@@ -141,6 +145,36 @@ TEST_F(Menus, ABoxNeverShrinks) {
   EXPECT_EQ(menu->width, 35 * 8);
   EXPECT_EQ(menu_add_item(menu, 1, 0, "too many"), nullptr);
   EXPECT_EQ(menu->count, 1U);
+}
+
+// Drawing looks at whatever stands, while the game thread changes it. For the thread sanitizer.
+TEST_F(Menus, AreDrawnWhileTheyChange) {
+  constexpr auto RELAXED = std::memory_order_relaxed;  // no order that the cabinet doesn't have
+  std::atomic<bool> over{false};
+  std::atomic<int> frames{0};
+  std::thread drawing([&] {
+    for (; !over.load(RELAXED); frames.fetch_add(1, RELAXED)) render_frame();
+  });
+  // Until it has been drawn.
+  const auto seen_press = [&frames](JammaPress button, int times = 1) {
+    for (int i = 0; i < times; ++i) {
+      press(button);
+      for (const int drawn = frames.load(RELAXED); frames.load(RELAXED) < drawn + 2;) {
+      }
+    }
+  };
+  seen_press(PRESS_P1S, 4);
+  for (int i = 0; i < 10; ++i) {  // into the resets, to a question, and out again
+    seen_press(PRESS_TST, 2);
+    seen_press(PRESS_SRV, 2);
+  }
+  seen_press(PRESS_VLU, 2);
+  for (int i = 0; i < 10; ++i) {  // a setting
+    seen_press(PRESS_TST, 3);
+    seen_press(PRESS_SRV);
+  }
+  over = true;
+  drawing.join();
 }
 
 TEST_F(Menus, ExitAndServiceLeadBackToPlay) {
