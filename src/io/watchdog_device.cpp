@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "io/usb_io.h"
+#include "io/usb/usb_io.h"
 #include "io/watchdog_words.h"
 
 namespace {

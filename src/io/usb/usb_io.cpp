@@ -1,4 +1,4 @@
-#include "io/usb_io.h"
+#include "io/usb/usb_io.h"
 
 #include <algorithm>
 
