@@ -1,6 +1,8 @@
 #include "operator/adjustments.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <span>
 
 #include "books/prefs.h"
 #include "io/led_value.h"  // led_update
@@ -32,31 +34,25 @@ struct Adjustments {
   Adjustment rows[SETTINGS_MAX];
 };
 
-Adjustments& adjustments() {
+Adjustments& state() {
   static Adjustments instance;
   return instance;
 }
 
-Adjustment* of_row(const MenuItem* row) {
-  Adjustments& all = adjustments();
-  for (std::uint32_t i = 0; i < all.count; ++i) {
-    if (all.rows[i].row == row) return &all.rows[i];
-  }
-  return nullptr;
+std::span<Adjustment> adjustments() {
+  return {state().rows, state().count};
 }
 
-Adjustment* of_list(const Menu* list) {
-  Adjustments& all = adjustments();
-  for (std::uint32_t i = 0; i < all.count; ++i) {
-    if (all.rows[i].list == list) return &all.rows[i];
-  }
-  return nullptr;
+// The one whose row or list this is, or null.
+template <typename T>
+Adjustment* find(T* Adjustment::*part, const T* wanted) {
+  const auto all = adjustments();
+  const auto found = std::ranges::find(all, wanted, part);
+  return found == all.end() ? nullptr : &*found;
 }
 
 void refresh(void (*page)()) {
-  Adjustments& all = adjustments();
-  for (std::uint32_t i = 0; i < all.count; ++i) {
-    const Adjustment& a = all.rows[i];
+  for (const Adjustment& a : adjustments()) {
     if (a.page == page) menu_set_item_text(a.row, "%s", setting_text(*a.setting).c_str());
   }
 }
@@ -73,34 +69,31 @@ void apply(const Adjustment& a) {
 }
 
 std::uintptr_t value_chosen(std::uintptr_t action, MenuItem* item) {
-  const Adjustment* a = of_list(item != nullptr ? item->menu : menu_current());
+  const Adjustment* a = find(&Adjustment::list, item != nullptr ? item->menu : menu_current());
   const bool chosen = item != nullptr && action < a->options.size();
   if (chosen) {
     setting_choose(*a->setting, a->options[action]);
     apply(*a);
   }
   a->page();
-  if (item != nullptr) menu_open(item->menu->parent);
+  menu_go_back(item);
   if (chosen) prefs_save();
   return MENU_STAY;
 }
 
 std::uintptr_t setting_chosen(std::uintptr_t /*action*/, MenuItem* item) {
-  if (const Adjustment* a = item != nullptr ? of_row(item) : nullptr) {
+  if (const Adjustment* a = item != nullptr ? find(&Adjustment::row, item) : nullptr) {
     menu_open_at_top(a->list);
     a->list->selected = setting_selected(*a->setting, a->options);
     return MENU_STAY;
   }
   pane_page_version();
-  if (item != nullptr) menu_open(item->menu->parent);
-  return MENU_STAY;
+  return menu_go_back(item);
 }
 
 Menu* build_list(const Adjustment& a, Menu* parent) {
   const auto values = static_cast<std::uint32_t>(a.options.size());
-  Menu* list = menu_create(values + 2, value_chosen);
-  list->parent = parent;
-  menu_set_title(list, list->title_colour, "%s", a.setting->question);
+  Menu* list = menu_create(values + 2, value_chosen, parent, a.setting->question);
   for (std::uint32_t i = 0; i < values; ++i) {
     menu_add_item(list, i, 0, "%s", a.options[i].text.c_str());
   }
@@ -110,8 +103,7 @@ Menu* build_list(const Adjustment& a, Menu* parent) {
 }
 
 void add_setting(Menu* menu, const Setting& setting, void (*page)()) {
-  Adjustments& all = adjustments();
-  Adjustment& a = all.rows[all.count++];
+  Adjustment& a = state().rows[state().count++];
   a.setting = &setting;
   a.options = setting.options();
   a.page = page;
@@ -127,11 +119,10 @@ void set_disabled(const Adjustment& a, bool disabled) {
 
 // The first menu of the two: it begins the list of adjustments anew.
 Menu* coin_game_menu_build(Menu* parent) {
-  adjustments().count = 0;
+  state().count = 0;
   const auto settings = coin_game_settings();
-  Menu* menu = menu_create(static_cast<std::uint32_t>(settings.size()) + 3, setting_chosen);
-  menu->parent = parent;
-  menu_set_title(menu, menu->title_colour, "Coin/Game Adjustments Menu");
+  Menu* menu = menu_create(static_cast<std::uint32_t>(settings.size()) + 3, setting_chosen, parent,
+                           "Coin/Game Adjustments Menu");
   for (const Setting& setting : settings) {
     if (setting.pref == PREF_TIMEOUT_SECONDS) menu_add_blank(menu);
     add_setting(menu, setting, pane_page_coin_game);
@@ -143,9 +134,8 @@ Menu* coin_game_menu_build(Menu* parent) {
 
 Menu* payout_menu_build(Menu* parent) {
   const auto settings = payout_settings();
-  Menu* menu = menu_create(static_cast<std::uint32_t>(settings.size()) + 2, setting_chosen);
-  menu->parent = parent;
-  menu_set_title(menu, menu->title_colour, "Payout Adjustments Menu");
+  Menu* menu = menu_create(static_cast<std::uint32_t>(settings.size()) + 2, setting_chosen, parent,
+                           "Payout Adjustments Menu");
   for (const Setting& setting : settings) add_setting(menu, setting, pane_page_payout);
   menu_add_blank(menu);
   menu_add_item(menu, PAYOUT_EXIT, 0, "Exit");
@@ -161,9 +151,7 @@ void adjust_refresh_payout_rows() {
   refresh(pane_page_payout);
   const bool tickets = pref_on(PREF_TICKET_USE);
   const bool fixed = pref_on(PREF_FIXED_TICKET);
-  Adjustments& all = adjustments();
-  for (std::uint32_t i = 0; i < all.count; ++i) {
-    const Adjustment& a = all.rows[i];
+  for (const Adjustment& a : adjustments()) {
     if (a.page != pane_page_payout) continue;
     switch (a.setting->pref) {
       case PREF_TICKET_USE:

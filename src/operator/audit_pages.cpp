@@ -151,8 +151,7 @@ std::uintptr_t audits_chosen(std::uintptr_t action, MenuItem* item) {
       break;
     default:
       pane_page_version();
-      if (item != nullptr) menu_open(item->menu->parent);
-      break;
+      return menu_go_back(item);
   }
   return MENU_STAY;
 }
@@ -160,16 +159,8 @@ std::uintptr_t audits_chosen(std::uintptr_t action, MenuItem* item) {
 }  // namespace
 
 Menu* audits_menu_build(Menu* parent) {
-  Menu* menu = menu_create(6, audits_chosen);
-  menu->parent = parent;
-  menu_set_title(menu, menu->title_colour, "Audits Menu");
-  menu_add_item(menu, PAGE_SYSTEM, 0, "System Audits");
-  menu_add_item(menu, PAGE_COIN, 0, "Coin Audits");
-  menu_add_item(menu, PAGE_PAYOUT, 0, "Payout Audits");
-  menu_add_item(menu, PAGE_GAME, 0, "Game Audits");
-  menu_add_blank(menu);
-  menu_add_item(menu, PAGE_EXIT, 0, "Exit");
-  return menu;
+  return menu_build(parent, audits_chosen, "Audits Menu",
+                    {"System Audits", "Coin Audits", "Payout Audits", "Game Audits", "", "Exit"});
 }
 
 void pane_page_system_audits() {

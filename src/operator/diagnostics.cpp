@@ -53,11 +53,9 @@ std::uintptr_t open_list(Menu* list, const char* heading) {
   return MENU_STAY;
 }
 
-// The end of a list of tests; Service leaves the opening of the parent to the engine.
 std::uintptr_t list_left(const MenuItem* item) {
   pane_page("Diagnostics");
-  if (item != nullptr) menu_open(item->menu->parent);
-  return MENU_STAY;
+  return menu_go_back(item);
 }
 
 enum DiagnosticsAction : std::uintptr_t {
@@ -100,8 +98,7 @@ std::uintptr_t diagnostics_chosen(std::uintptr_t action, MenuItem* item) {
       return test_screen_start(TEST_WATCHDOG);
     default:
       pane_page_version();
-      if (item != nullptr) menu_open(item->menu->parent);
-      return MENU_STAY;
+      return menu_go_back(item);
   }
 }
 
@@ -202,44 +199,27 @@ std::uintptr_t tickets_chosen(std::uintptr_t action, MenuItem* item) {
   return MENU_STAY;
 }
 
-// Rows as they stand, "" for an empty one; actions count the others.
-Menu* build(Menu* parent, MenuHandler handler, const char* title,
-            std::initializer_list<const char*> rows) {
-  Menu* menu = menu_create(static_cast<std::uint32_t>(rows.size()), handler);
-  menu->parent = parent;
-  menu_set_title(menu, menu->title_colour, "%s", title);
-  std::uintptr_t action = 0;
-  for (const char* row : rows) {
-    if (row[0] == '\0') {
-      menu_add_blank(menu);
-    } else {
-      menu_add_item(menu, action++, 0, "%s", row);
-    }
-  }
-  return menu;
-}
-
 }  // namespace
 
 Menu* diagnostics_menu_build(Menu* parent) {
-  Menu* menu = build(
+  Menu* menu = menu_build(
       parent, diagnostics_chosen, "Diagnostics Menu",
       {"Switch Test", "Dip Switch Test", "Monitor Test", "Lamp Test", "LED Display Test",
        "Sound Test", "Coin Meter Test", "Ticket Dispenser Test", "Watchdog Test", "", "Exit"});
   state = {};
   state.menu = menu;
   state.lamps =
-      build(menu, lamps_chosen, "Lamp Test Menu",
-            {"Toggle Marquee Lamps", "Toggle Start Lamps", "Toggle Podium Lamps", "", "Exit"});
-  state.led =
-      build(menu, led_chosen, "LED Display Test Menu", {"Toggle On", "Toggle Blink", "", "Exit"});
+      menu_build(menu, lamps_chosen, "Lamp Test Menu",
+                 {"Toggle Marquee Lamps", "Toggle Start Lamps", "Toggle Podium Lamps", "", "Exit"});
+  state.led = menu_build(menu, led_chosen, "LED Display Test Menu",
+                         {"Toggle On", "Toggle Blink", "", "Exit"});
   state.sound =
-      build(menu, sound_chosen, "Sound Test Menu",
-            {"Toggle Music", "Toggle Sound Effect", "", "Toggle 100Hz Test", "Toggle 1000Hz Test",
-             "", "Pan Center", "Pan Left", "Pan Right", "", "Exit"});
-  state.tickets = build(menu, tickets_chosen, "Ticket Dispenser Test Menu",
-                        {"Advance One Ticket Left", "Advance Ten Tickets Left",
-                         "Advance One Ticket Right", "Advance Ten Tickets Right", "", "Exit"});
+      menu_build(menu, sound_chosen, "Sound Test Menu",
+                 {"Toggle Music", "Toggle Sound Effect", "", "Toggle 100Hz Test",
+                  "Toggle 1000Hz Test", "", "Pan Center", "Pan Left", "Pan Right", "", "Exit"});
+  state.tickets = menu_build(menu, tickets_chosen, "Ticket Dispenser Test Menu",
+                             {"Advance One Ticket Left", "Advance Ten Tickets Left",
+                              "Advance One Ticket Right", "Advance Ten Tickets Right", "", "Exit"});
   return menu;
 }
 

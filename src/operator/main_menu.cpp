@@ -84,18 +84,9 @@ std::uintptr_t main_chosen(std::uintptr_t action, MenuItem* /*item*/) {
 
 void menus_build() {
   pane_reset();
-  Menu* main = menu_create(10, main_chosen);
-  menu_set_title(main, main->title_colour, "Main Menu");
-  menu_add_item(main, MAIN_DIAGNOSTICS, 0, "Diagnostics");
-  menu_add_item(main, MAIN_COIN_GAME, 0, "Coin/Game Adjustments");
-  menu_add_item(main, MAIN_PAYOUT, 0, "Payout Adjustments");
-  menu_add_item(main, MAIN_AUDITS, 0, "Audits");
-  menu_add_item(main, MAIN_RESETS, 0, "Resets");
-  menu_add_blank(main);
-  menu_add_item(main, MAIN_VOLUME, 0, "Volume");
-  menu_add_item(main, MAIN_ATTRACT_VOLUME, 0, "Attract Volume");
-  menu_add_blank(main);
-  menu_add_item(main, MAIN_EXIT, 0, "Exit");
+  Menu* main = menu_build(nullptr, main_chosen, "Main Menu",
+                          {"Diagnostics", "Coin/Game Adjustments", "Payout Adjustments", "Audits",
+                           "Resets", "", "Volume", "Attract Volume", "", "Exit"});
   menus.main = main;
   menus.diagnostics = diagnostics_menu_build(main);
   menus.coin_game = coin_game_menu_build(main);

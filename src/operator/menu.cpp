@@ -101,6 +101,27 @@ Menu* menu_create(std::uint32_t capacity, MenuHandler handler) {
   return all_menus().back().get();
 }
 
+Menu* menu_create(std::uint32_t capacity, MenuHandler handler, Menu* parent, const char* title) {
+  Menu* menu = menu_create(capacity, handler);
+  menu->parent = parent;
+  menu_set_title(menu, menu->title_colour, "%s", title);
+  return menu;
+}
+
+Menu* menu_build(Menu* parent, MenuHandler handler, const char* title,
+                 std::initializer_list<const char*> rows) {
+  Menu* menu = menu_create(static_cast<std::uint32_t>(rows.size()), handler, parent, title);
+  std::uintptr_t action = 0;
+  for (const char* row : rows) {
+    if (row[0] == '\0') {
+      menu_add_blank(menu);
+    } else {
+      menu_add_item(menu, action++, 0, "%s", row);
+    }
+  }
+  return menu;
+}
+
 void menu_set_title(Menu* menu, std::uint32_t colour, const char* format, ...) {
   std::va_list arguments;
   va_start(arguments, format);
@@ -151,6 +172,11 @@ void menu_open(Menu* menu) {
 void menu_open_at_top(Menu* menu) {
   menu->selected = 0;
   menu_open(menu);
+}
+
+std::uintptr_t menu_go_back(const MenuItem* item) {
+  if (item != nullptr) menu_open(item->menu->parent);
+  return MENU_STAY;
 }
 
 bool menu_is_open() {

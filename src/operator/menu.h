@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 
 #include "platform/shared.h"       // Shared
@@ -53,6 +54,10 @@ struct Menu {
 
 // Building: start-up.
 Menu* menu_create(std::uint32_t capacity, MenuHandler handler);
+Menu* menu_create(std::uint32_t capacity, MenuHandler handler, Menu* parent, const char* title);
+// A whole menu from the texts of its rows, "" for an empty one; actions count the others from 0.
+Menu* menu_build(Menu* parent, MenuHandler handler, const char* title,
+                 std::initializer_list<const char*> rows);
 [[gnu::format(printf, 3, 4)]] void menu_set_title(Menu* menu, std::uint32_t colour,
                                                   const char* format, ...);
 // Appends a row; a null format makes an empty one. Null if all rows are taken.
@@ -71,6 +76,9 @@ void menus_release();
 void menu_open(Menu* menu);
 // The same with the selection on its first row.
 void menu_open_at_top(Menu* menu);
+// How a handler's way back ends: opens the parent of a chosen row's menu. Without a row it was
+// Service, and the engine opens the parent itself. Returns MENU_STAY. Game thread.
+std::uintptr_t menu_go_back(const MenuItem* item);
 // True while a menu is open; it then takes the cabinet's buttons. Any thread.
 bool menu_is_open();
 // The menu that is open, or null. Game thread.

@@ -83,8 +83,7 @@ constinit Resets state{};
 std::uintptr_t sure_chosen(std::uintptr_t action, MenuItem* item) {
   if (action == SURE_YES) state.row->reset();
   pane_page("Resets");
-  if (item != nullptr) menu_open(item->menu->parent);
-  return MENU_STAY;
+  return menu_go_back(item);
 }
 
 std::uintptr_t resets_chosen(std::uintptr_t action, MenuItem* item) {
@@ -95,28 +94,17 @@ std::uintptr_t resets_chosen(std::uintptr_t action, MenuItem* item) {
     return MENU_STAY;
   }
   pane_page_version();
-  if (item != nullptr) menu_open(item->menu->parent);
-  return MENU_STAY;
+  return menu_go_back(item);
 }
 
 }  // namespace
 
 Menu* resets_menu_build(Menu* parent) {
-  Menu* menu = menu_create(8, resets_chosen);
-  menu->parent = parent;
-  menu_set_title(menu, menu->title_colour, "Resets Menu");
+  Menu* menu = menu_create(RESET_COUNT + 2, resets_chosen, parent, "Resets Menu");
   for (const ResetRow& row : RESET_ROWS) menu_add_item(menu, row.action, 0, "%s", row.text);
   menu_add_blank(menu);
   menu_add_item(menu, RESET_COUNT, 0, "Exit");
-
-  Menu* sure = menu_create(4, sure_chosen);
-  sure->parent = menu;
-  menu_set_title(sure, sure->title_colour, "Are you SURE?");
-  menu_add_item(sure, SURE_YES, 0, "Yes");
-  menu_add_item(sure, SURE_NO, 0, "No");
-  menu_add_blank(sure);
-  menu_add_item(sure, SURE_CANCEL, 0, "Cancel");
-  state = {sure, nullptr};
+  state = {menu_build(menu, sure_chosen, "Are you SURE?", {"Yes", "No", "", "Cancel"}), nullptr};
   return menu;
 }
 
