@@ -95,7 +95,7 @@ double per_frog(const PageLine& line, int side) {
 // Nothing has a time per frog where no frog was played.
 TimeText time_per_frog(const PageLine& line, int side) {
   const std::int32_t frogs = audit_count(AUDIT_GAMES_PLAYED, side);
-  return frogs == 0 ? TimeText{"-"} : time_text(time_of(line, side) / frogs);
+  return frogs < 1 ? TimeText{"-"} : time_text(time_of(line, side) / frogs);
 }
 
 void write_line(const PageLine& line) {

@@ -1,6 +1,8 @@
 // Audit pages, and what the resets clear and leave alone.
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "books/audits.h"
 #include "books/prefs.h"
 #include "frame/tick_timers.h"
@@ -40,6 +42,16 @@ TEST_F(Books, PagesShowTheRowsOfTheBooks) {
   choose("Game");
   EXPECT_EQ(line("Tier 2"), "Tier 2 Logs                            3600           3700");
   EXPECT_EQ(line("Mercies"), "Mercies                                4000           4100");
+}
+
+// No file of the books is checked when it is read: none may end the game on a page.
+TEST_F(Books, DamagedCountsAreShownToo) {
+  audits[AUDIT_GAMES_PLAYED].count = -1;
+  audits[AUDIT_TIME_TOTAL_PLAYED].time_ms = std::numeric_limits<std::int64_t>::min();
+  choose("Audits");
+  choose("System");
+  EXPECT_EQ(line("Time Per Frog"), "Time Per Frog                             -              -");
+  EXPECT_EQ(line("Frogs Played  "), "Frogs Played                             -1              0");
 }
 
 TEST_F(Books, EachResetClearsItsOwn) {
