@@ -93,10 +93,10 @@ void breathe_step(LampChannel& lamp, std::int32_t /*max_value*/) {
   if (lamp.value != lamp.minimum && lamp.value != lamp.target) return;
   if ((lamp.flags & HALF_DONE) != 0) {
     lamp.flags &= ~(HALF_DONE | RUNNING);
-  } else {
+  } else {  // the end of a breath doesn't turn: one that goes on does so first, where it stands
     lamp.flags |= HALF_DONE;
+    lamp.stage = lamp.stage == STAGE_RISING ? STAGE_FALLING : STAGE_RISING;
   }
-  lamp.stage = lamp.stage == STAGE_RISING ? STAGE_FALLING : STAGE_RISING;
 }
 
 void blink_step(LampChannel& lamp, std::int32_t /*max_value*/) {

@@ -36,7 +36,7 @@ bool try_port(LedLink& link, const char* name) {
   if (error != 0) {
     log_error(io_log, "Open LED port failed with code 0x%x", static_cast<unsigned>(error));
   }
-  log_message(io_log, "LED handle is %p", static_cast<void*>(link.port));
+  log_message(io_log, "LED handle is 0x%zx", reinterpret_cast<std::uintptr_t>(link.port));
   if (link.port == nullptr) return false;
   if (serial_configure(link.port, BAUD) && led_set_type(link)) return true;
   led_link_close(link);

@@ -48,9 +48,8 @@ void ring_step(Effect (&ring)[count], const EffectRow& row) {
   const std::int64_t now = now_ms();
   for (Effect& effect : ring) {
     const std::int32_t frames = sheets[row.sheet].frames;
-    const auto frame = static_cast<std::int32_t>(static_cast<double>(now - effect.start) * frames /
-                                                 row.duration_ms);
-    effect.frame = frame < frames ? frame : -1;
+    const double at = static_cast<double>(now - effect.start) * frames / row.duration_ms;
+    effect.frame = at < frames ? static_cast<std::int32_t>(at) : -1;
   }
 }
 

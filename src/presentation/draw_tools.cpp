@@ -4,6 +4,7 @@
 
 #include "books/prefs.h"
 #include "gfx/panel.h"
+#include "playfield/paytable.h"  // maximum_value
 
 void picture_draw(PanelIndex picture, int x, int y, std::uint32_t colour, bool flip) {
   Panel panel = panels[picture];
@@ -58,5 +59,5 @@ bool tickets_advertised() {
 }
 
 std::int32_t value_advertised(std::int32_t value) {
-  return std::min(value, pref_int(PREF_MAXIMUM_TICKETS));
+  return std::min(value, maximum_value());
 }

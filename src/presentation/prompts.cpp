@@ -16,11 +16,10 @@ namespace {
 
 constexpr std::int64_t PATIENCE_MS = 5000;
 constexpr std::int64_t BUBBLE_AFTER_MS = 2000;
-constexpr std::int32_t NO_TIMEOUT = -1;
 
 void seconds_left_draw(int side) {
   const std::int32_t timeout_s = pref_int(PREF_TIMEOUT_SECONDS);
-  if (timeout_s == NO_TIMEOUT) return;
+  if (timeout_s < 0) return;  // -1: no frog is launched by itself
   const double waited_s = static_cast<double>(tick_timers.credit_wait_ms[side]) / 1000.0;
   char line[16];
   std::snprintf(line, sizeof line, "%d", static_cast<int>(timeout_s - waited_s));

@@ -11,6 +11,8 @@
 
 namespace {
 
+// Settings come from a file that nobody checks: what is reckoned from them is wide enough for all.
+
 // Words are centred by their count of characters, half of a 14-pixel glyph each.
 constexpr int SIGN_MIDDLE_PX = 128;
 constexpr int HALF_GLYPH_PX = 7;
@@ -65,9 +67,9 @@ void money_wanted_draw(const Place& sign, int side) {
     return;
   }
   credit_line_draw(sign, 29, "INSERT");
-  const std::int32_t missing = pref_int(PREF_COINS_TO_PLAY) - coins;
-  char line[24] = "COIN";
-  if (missing != 1) std::snprintf(line, sizeof line, "%d COINS", missing);
+  const long long missing = 0LL + pref_int(PREF_COINS_TO_PLAY) - coins;
+  char line[32] = "COIN";
+  if (missing != 1) std::snprintf(line, sizeof line, "%lld COINS", missing);
   credit_line_draw(sign, 55, line);
 }
 
@@ -137,7 +139,7 @@ constexpr const char* SWIPE_LINE = "SWIPE / ";
 constexpr int SWIPE_LENGTH = 8;
 
 // A swipe that buys up to four frogs shows each of them.
-void swipe_few_draw(const Place& sign, std::int32_t frogs) {
+void swipe_few_draw(const Place& sign, long long frogs) {
   constexpr int PITCH_PX = 52;
   constexpr int PAIR_WIDTH_PX = 106;
   const int x = sign.x + SIGN_MIDDLE_PX + HALF_GLYPH_PX * SWIPE_LENGTH - 64;
@@ -153,9 +155,9 @@ void swipe_few_draw(const Place& sign, std::int32_t frogs) {
   if (frogs > 3) picture_draw(PANEL_FROGICON, x + PITCH_PX, sign.y + 49);
 }
 
-void swipe_many_draw(const Place& sign, std::int32_t frogs) {
+void swipe_many_draw(const Place& sign, long long frogs) {
   char line[64];
-  std::snprintf(line, sizeof line, "SWIPE /    X%d", frogs);
+  std::snprintf(line, sizeof line, "SWIPE /    X%lld", frogs);
   price_line_draw(sign, 50, -4, line);
   const int x = sign.x + SIGN_MIDDLE_PX + HALF_GLYPH_PX * SWIPE_LENGTH - 84;
   picture_draw(PANEL_FROGICON, x, sign.y + 29);
@@ -168,7 +170,7 @@ void swipe_price_draw(const Place& sign) {
     swipe_worth_draw(sign);
     return;
   }
-  const std::int32_t frogs = pref_int(PREF_FROGS_PER_GAME) * (worth / cost);
+  const long long frogs = 1LL * pref_int(PREF_FROGS_PER_GAME) * (worth / cost);
   if (frogs <= 4) {
     swipe_few_draw(sign, frogs);
   } else {

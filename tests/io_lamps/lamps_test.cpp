@@ -98,6 +98,15 @@ TEST_F(Lamps, EffectsHaveTheirCurves) {
   EXPECT_EQ(effect(2), (std::vector<int>{0, 0}));
 }
 
+// One that goes on stands at each end for a step more: an end is where a breath ends and where the
+// next one turns.
+TEST_F(Lamps, ABreathThatRepeatsRestsAtItsEnds) {
+  lamp_set(LAMP_LEFT_PODIUM, LAMP_BREATHE, 600, 0, 300, 0);
+  lamp_set(LAMP_LEFT_PODIUM, LAMP_REPEAT, -1);
+  EXPECT_EQ(effect(14),
+            (std::vector<int>{300, 600, 300, 0, 0, 300, 600, 600, 300, 0, 0, 300, 600, 600}));
+}
+
 TEST_F(Lamps, APulseJumpsUpAndFallsSlowly) {
   lamp_set(LAMP_LEFT_PODIUM, LAMP_NO_REPEAT);
   lamp_set(LAMP_LEFT_PODIUM, LAMP_BREATHE, 0, 0, 1, 0);  // the floor that it falls to
@@ -162,7 +171,8 @@ TEST_F(Lamps, FreeplayInvitesWithoutCredits) {
 
 TEST_F(Lamps, TheMarqueeBreathesAndFlashesForAJackpot) {
   std::vector<int> slow = told(MARQUEE[0], 3000);
-  EXPECT_EQ(largest(slow), 1024);
+  EXPECT_LE(largest(slow), 1024);
+  EXPECT_GT(largest(slow), 1024 - 72) << "its end may lie between two ticks";
   int steepest = 0;
   for (std::size_t i = 1; i < slow.size(); ++i) {
     steepest = std::max(steepest, slow[i] - slow[i - 1]);

@@ -15,6 +15,7 @@
 #include "books/prefs.h"
 #include "frame/game_clock.h"
 #include "io/led_value.h"
+#include "io/log.h"
 #include "platform/clock.h"
 #include "platform/environment.h"
 #include "platform/serial.h"
@@ -141,6 +142,25 @@ TEST_F(Led, AnyAnswerMakesItTheBoard) {
   led_open();
   led_start();
   EXPECT_TRUE(led_active());
+}
+
+TEST_F(Led, TheSearchTellsABenchOfEachHandle) {
+  static std::string heard;
+  heard.clear();
+  io_log.callback = [](int /*kind*/, const char* text) { heard += std::string(text) + "\n"; };
+  Board led;
+  environment.com[1] = led.path();
+  led_open();
+  io_log.callback = nullptr;
+  EXPECT_TRUE(led_active());
+  EXPECT_TRUE(
+      heard.starts_with("Attempting to open LED port COM1\n"
+                        "Open LED port failed with code 0x"))
+      << heard;
+  EXPECT_NE(heard.find("\nLED handle is 0x0\nAttempting to open LED port COM2\nLED handle is 0x"),
+            std::string::npos)
+      << heard;
+  EXPECT_TRUE(heard.ends_with("LED board returned LED v1\r\n\nLED is ACTIVE\n")) << heard;
 }
 
 TEST_F(Led, ItShowsTheBonusAndBlinks) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <set>
+#include <vector>
 
 #include "frame/game_clock.h"
 #include "tests/playfield/field.h"
@@ -146,6 +147,41 @@ TEST_F(River, LanesStayOnTheirRingAndAnimationsOnTheirSheets) {
     }
   }
   EXPECT_EQ(wrapped, (std::set<int>{1, 2, 3, 4, 5, 7, 8, 9, 10, 11}));
+}
+
+// A count of a lane's objects doesn't tell where they lie, and a player who times his jump feels
+// it. The runs are of cells that carry a frog and of water in turn, from cell 0 on.
+TEST_F(River, ObjectsLieWhereTheyBelong) {
+  const struct {
+    int lane;
+    std::vector<int> runs;
+    std::set<int> gold;
+  } rows[] = {
+      {1, {1, 10, 1, 5, 1, 4, 1, 7, 1, 6, 1, 2}, {}},
+      {2,
+       {1, 3, 2, 3, 1, 2, 1, 4, 1, 4, 1, 3, 1, 1, 1, 3, 1, 1, 1, 1, 1, 3},
+       {0, 4, 12, 17, 26, 32}},
+      {3,
+       {1, 1, 1, 1, 1, 4, 1, 1, 2, 3, 1, 1, 1, 2, 1, 1, 2, 1, 1, 1, 1, 1, 1, 1, 1, 1, 2, 1, 1, 2},
+       {0, 9, 16, 21, 26, 32}},
+      {4, {1, 1, 1, 1, 2, 2, 1, 2, 4, 1, 2, 1, 3, 1, 4, 1, 1, 1, 2, 1, 1, 2, 1, 1, 1, 1}, {}},
+      {5, {2, 1, 2, 1, 1, 2, 3, 1, 1, 1, 3, 1, 3, 3, 4, 1, 1, 1, 5, 2, 1}, {}},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.lane);
+    std::vector<int> runs;
+    std::set<int> gold;
+    bool solid = false;
+    for (int cell = 0; cell < LANE_CELLS; ++cell) {
+      const std::int32_t kind = lane_cells[row.lane][cell];
+      if ((kind != CELL_EMPTY) != solid) runs.push_back(0);
+      solid = kind != CELL_EMPTY;
+      ++runs.back();
+      if (kind == CELL_TIER1 || kind == CELL_TIER2) gold.insert(cell);
+    }
+    EXPECT_EQ(runs, row.runs);
+    EXPECT_EQ(gold, row.gold);
+  }
 }
 
 // Where a curve turns, one side of the screen and the other.

@@ -32,6 +32,16 @@ TEST_F(Workers, EffectsPlayThroughInTheirTime) {
   EXPECT_EQ(splash_fx[0].frame, -1);
 }
 
+TEST_F(Workers, AnEffectStaysOverForGood) {
+  fx_spark_start(30, 40);
+  for (const int days : {30, 200, 4000}) {
+    game_clock.now_ms = std::int64_t{days} * 24 * 3600 * 1000;
+    workers_step();
+    EXPECT_EQ(spark_fx[0].frame, -1) << days;
+    EXPECT_EQ(spark_fx[1].frame, -1) << days << ", one that never ran";
+  }
+}
+
 TEST_F(Workers, HeartsFollowTheirRider) {
   gold_riders[3].x = 100;
   gold_riders[3].y = 50;

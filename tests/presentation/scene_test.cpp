@@ -124,6 +124,8 @@ TEST_F(Scene, TheLilyShowsTheCappedJackpotAndAGhostOfIt) {
   EXPECT_EQ(places(drawn, "100"), "299,28 296,25 299,29 296,26 979,28 976,25 979,29 976,26");
   for (int i = 0; i < 140; ++i) drawn = seen(jackpot_lily_draw);
   EXPECT_EQ(places(drawn, "100"), "299,29 296,26 979,29 976,26") << "the ghost has gone";
+  prefs[PREF_MAXIMUM_TICKETS].int_value = -5;  // from a damaged file; nothing is paid
+  EXPECT_TRUE(has(seen(jackpot_lily_draw), "0"));
   prefs[PREF_TICKET_USE].int_value = 0;
   EXPECT_TRUE(seen(jackpot_lily_draw).empty());
 }

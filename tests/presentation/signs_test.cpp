@@ -1,5 +1,7 @@
 #include "presentation/signs.h"
 
+#include <limits>
+
 #include "books/audits.h"
 #include "books/prefs.h"
 #include "frame/game_clock.h"
@@ -106,6 +108,21 @@ TEST_F(Signs, SayWhatASwipeBuys) {
   EXPECT_EQ(first(drawn, "SWIPE /    X12").x, 680 - 7 * 14 - 4 + 2);
   EXPECT_EQ(places(drawn, "frogicon"), "652,683");
   EXPECT_TRUE(has(swipe(4, 0, 1), "SWIPE / 4 COINS")) << "a cost of 0 divides nothing";
+}
+
+TEST_F(Signs, ADamagedFileOfSettingsDoesNoHarm) {
+  constexpr int MOST = std::numeric_limits<int>::max();
+  constexpr int LEAST = std::numeric_limits<int>::min();
+  price(CURRENCY_SWIPES, 1, MOST);
+  set(PREF_COINS_PER_SWIPE, 2);
+  EXPECT_TRUE(has(seen(signs_draw), "SWIPE /    X4294967294"));
+  price(CURRENCY_COINS, LEAST, 1);
+  coins(SIDE_LEFT, 1);
+  EXPECT_EQ(first(seen(signs_draw), "-2147483649 COINS").y, 711);
+  set(PREF_TIMEOUT_SECONDS, LEAST);  // as good as none
+  tick_timers.credit_wait_ms[SIDE_LEFT] = 6000;
+  tick_timers.idle_ms[SIDE_LEFT] = 6000;
+  EXPECT_EQ(seen(prompt_start_draw).size(), 3U);
 }
 
 TEST_F(Signs, PressStartPumpsAndCounts) {
