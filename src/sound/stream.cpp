@@ -86,6 +86,20 @@ void fill(JpsSound& sound, std::uint32_t size) {
   read_prefetch(sound.file, sound.file_pos, PREFETCH_BYTES);
 }
 
+// Fills a ring from the beginning of its sound, which lies in memory: whoever starts a stream is
+// not kept waiting by the disk.
+void fill_from_head(JpsSound& sound) {
+  StreamRing& ring = *sound.notify;
+  const std::uint32_t head = std::min(sound.length, JPS_STREAM_BUFFER);
+  for (std::uint32_t at = 0; at < JPS_STREAM_BUFFER; at += head) {
+    ring_write(ring, at, sound.buffer->head.get(), std::min(head, JPS_STREAM_BUFFER - at));
+    if (!ring.loop) break;
+  }
+  sound.file_pos = sound.data_offset + (ring.loop ? JPS_STREAM_BUFFER % sound.length : head);
+  sound.write_cursor = 0;
+  ring.filled = JPS_STREAM_BUFFER;
+}
+
 }  // namespace
 
 bool stream_begin(JpsSound& sound, int track) {
@@ -98,10 +112,7 @@ bool stream_begin(JpsSound& sound, int track) {
   ring->track = track;
   ring->loop = sound.loop != 0;
   sound.notify = ring;
-  sound.file_pos = sound.data_offset;
-  sound.write_cursor = 0;
-  fill(sound, JPS_STREAM_BUFFER);
-  ring->filled = JPS_STREAM_BUFFER;
+  fill_from_head(sound);
   return true;
 }
 

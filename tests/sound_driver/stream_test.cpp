@@ -153,6 +153,19 @@ TEST_F(Streams, OneThatFallsBehindSaysSoAndGoesOn) {
   EXPECT_GT(peak(take.left), 0);
 }
 
+TEST_F(Streams, AStartNeedsNoFile) {
+  for (const std::size_t size : {65'536UL, 1'000UL, 400'000UL}) {
+    const std::string name = "sound" + std::to_string(sounds.size());
+    const std::string bytes = noise_bytes(size, MONO_16, 9);
+    JpsSound& stream = sound(bytes, MONO_16, true);
+    std::filesystem::resize_file(folder.file(name), 0);
+    ASSERT_EQ(jpsdrvr_play(&stream, 0), 0);
+    expect_same(render(33'000), bytes.substr(0, JPS_STREAM_BUFFER), MONO_16);
+    jpsdrvr_stop(0);
+    render(512);
+  }
+}
+
 TEST_F(Streams, LostFileIsSilence) {
   for (const Pcm pcm : {STEREO_8, STEREO_16}) {
     const std::string name = "sound" + std::to_string(sounds.size());
