@@ -116,5 +116,6 @@ int jpsdrvr_is_playing(int track);
 int jpsdrvr_set_master_volume(int volume);
 
 // What the transition thread does when a stream has reached a point of its ring: refills it and
-// runs the playlists. Only for those who step the sound by hand, after each block.
+// runs the playlists. Only for those who step the sound by hand, after each block; without the
+// lock.
 void jpsdrvr_transition();
