@@ -94,6 +94,17 @@ void close_device() {
   state.id = 0;
 }
 
+bool open_first() {
+  if (SDL_InitSubSystem(SDL_INIT_AUDIO) != 0) {
+    std::fprintf(stderr, "There is no sound: %s.\n", SDL_GetError());
+    return false;
+  }
+  if (open_device()) return true;
+  std::fprintf(stderr, "There is no sound device: %s.\n", SDL_GetError());
+  SDL_QuitSubSystem(SDL_INIT_AUDIO);
+  return false;
+}
+
 // A sound server that went away takes its connection with it, so the whole of SDL's sound goes and
 // comes with the device.
 bool reopen_device() {
@@ -166,17 +177,14 @@ void watch_device(const Thread& self, void* /*context*/) {
 bool sound_device_open(SoundRender render) {
   state.render = render;
   state.named_one_missing = false;
-  if (SDL_InitSubSystem(SDL_INIT_AUDIO) != 0) {
-    std::fprintf(stderr, "There is no sound: %s.\n", SDL_GetError());
-    return false;
-  }
-  if (open_device()) {
-    state.watch = thread_start("sound device", THREAD_PRIORITY_NORMAL, watch_device, nullptr);
-    return true;  // without a watch the device plays, and stays lost if it is lost
-  }
-  std::fprintf(stderr, "There is no sound device: %s.\n", SDL_GetError());
-  SDL_QuitSubSystem(SDL_INIT_AUDIO);
-  return false;
+  // SDL's threads inherit the caller's processors, and the one that the caller is pinned to is busy
+  // with the picture.
+  const bool was_pinned = thread_unpin();
+  const bool opened = open_first();
+  if (was_pinned) thread_pin_to_one_processor();
+  if (!opened) return false;
+  state.watch = thread_start("sound device", THREAD_PRIORITY_NORMAL, watch_device, nullptr);
+  return true;  // without a watch the device plays, and stays lost if it is lost
 }
 
 void sound_device_close() {

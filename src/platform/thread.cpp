@@ -8,6 +8,7 @@
 #include <condition_variable>
 #include <cstring>
 #include <mutex>
+#include <utility>
 
 struct Thread {
   ~Thread() {
@@ -28,6 +29,8 @@ struct Thread {
 };
 
 namespace {
+
+thread_local bool pinned = false;  // the calling thread, to one processor
 
 // The processors that the process was given, as they were before any thread was pinned.
 const cpu_set_t& process_processors() {
@@ -113,11 +116,13 @@ void thread_pin_to_one_processor() {
     CPU_ZERO(&lowest);
     CPU_SET(processor, &lowest);
     sched_setaffinity(0, sizeof lowest, &lowest);
+    pinned = true;
     return;
   }
 }
 
-void thread_unpin() {
+bool thread_unpin() {
   const cpu_set_t& processors = process_processors();
   if (CPU_COUNT(&processors) > 0) sched_setaffinity(0, sizeof processors, &processors);
+  return std::exchange(pinned, false);
 }

@@ -30,5 +30,5 @@ bool thread_join(Thread& thread, int bound_ms);
 void thread_pin_to_one_processor();
 
 // Lets the calling thread run on every processor again, as it could before it was pinned: threads
-// started by libraries inherit the caller's processors. Returns with the pin taken off.
-void thread_unpin();
+// started by libraries inherit the caller's processors. Answers whether it was pinned.
+bool thread_unpin();

@@ -1,5 +1,6 @@
 #include "sound/buffer.h"
 
+#include <algorithm>
 #include <array>
 #include <new>
 #include <vector>
@@ -50,11 +51,10 @@ SoundBuffer* buffer_create(const JpsWaveFormat& format, std::uint32_t length, bo
   buffer->sample_bytes = format.bits / 8;
   buffer->frames = length / static_cast<std::uint32_t>(buffer->frame_bytes());
   if (buffer->frames == 0) return nullptr;
-  if (streamed) return buffer.release();
-  buffer->bytes.reset(new (std::nothrow) std::byte[length]);
-  if (!buffer->bytes || read_at(file, offset, buffer->bytes.get(), length) != length) {
-    return nullptr;
-  }
+  const std::uint32_t held = streamed ? std::min(length, JPS_STREAM_BUFFER) : length;
+  std::unique_ptr<std::byte[]>& bytes = streamed ? buffer->head : buffer->bytes;
+  bytes.reset(new (std::nothrow) std::byte[held]);
+  if (!bytes || read_at(file, offset, bytes.get(), held) != held) return nullptr;
   return buffer.release();
 }
 

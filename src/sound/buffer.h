@@ -1,4 +1,4 @@
-// The samples of sounds that are held whole, and the format of those that aren't.
+// The samples of sounds that are held whole, and the beginnings of those that aren't.
 #pragma once
 
 #include <cstddef>
@@ -10,6 +10,7 @@
 
 struct SoundBuffer {
   std::unique_ptr<std::byte[]> bytes;  // null: a stream
+  std::unique_ptr<std::byte[]> head;   // of a stream: what its ring begins with
   std::uint32_t frames = 0;
   int channels = 2, sample_bytes = 2;
 
@@ -23,7 +24,8 @@ struct SoundBuffer {
   }
 };
 
-// Loads `length` bytes, or describes the stream; null if that can't be. Needs the sound lock.
+// Loads `length` bytes, or of a stream as many as a ring holds; null if that can't be. Needs the
+// sound lock.
 SoundBuffer* buffer_create(const JpsWaveFormat& format, std::uint32_t length, bool streamed,
                            ReadFile* file, std::uint32_t offset);
 

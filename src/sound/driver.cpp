@@ -4,8 +4,8 @@
 #include <array>
 #include <cstdio>
 #include <memory>
+#include <mutex>
 
-#include "platform/files.h"
 #include "platform/sound_device.h"
 #include "platform/thread.h"
 #include "sound/buffer.h"
@@ -26,6 +26,7 @@ struct Driver {
   std::array<JpsSound, JPS_MAX_DUPLICATES> duplicates{};
   std::uint8_t master_volume = 255;
   std::shared_ptr<Thread> transition_thread;
+  std::mutex refilling;  // taken before the sound lock
   bool up = false;
 };
 
@@ -90,6 +91,24 @@ JpsSound* free_self(JpsSound& sound) {
   if (voice_is_playing(sound.track)) return duplicate_of(sound);
   jpsdrvr_stop(sound.track);
   return &sound;
+}
+
+// Serves the events that are set, up to the first whose stream has to be read. False: there is
+// none.
+bool next_read(StreamRead& read) {
+  const SoundLock lock;
+  if (!state.up) return false;
+  for (int event = stream_event_take(); event >= 0; event = stream_event_take()) {
+    jps_update_all();
+    JpsSound* sound = stream_of_event(event);
+    if (sound == nullptr) continue;  // stopped meanwhile, perhaps by the update
+    if (!voice_is_playing(sound->track)) {
+      jpsdrvr_stop(sound->track);  // one that doesn't loop, heard to its end
+    } else if (stream_want(*sound, read)) {
+      return true;
+    }
+  }
+  return false;
 }
 
 void transition_loop(const Thread& self, void* /*context*/) {
@@ -174,7 +193,7 @@ int jpsdrvr_free_sound(JpsSound& sound) {
   }
   buffer_release(sound.buffer);
   sound.buffer = nullptr;
-  if (sound.file != nullptr) read_close(sound.file);
+  if (sound.file != nullptr) stream_close(sound.file);
   sound.file = nullptr;
   return 0;
 }
@@ -262,16 +281,11 @@ int jpsdrvr_set_master_volume(int volume) {
 }
 
 void jpsdrvr_transition() {
-  const SoundLock lock;
-  if (!state.up) return;
-  for (int event = stream_event_take(); event >= 0; event = stream_event_take()) {
-    jps_update_all();
-    JpsSound* sound = stream_of_event(event);
-    if (sound == nullptr) continue;  // stopped meanwhile, perhaps by the update
-    if (voice_is_playing(sound->track)) {
-      stream_refill(*sound);
-    } else {
-      jpsdrvr_stop(sound->track);  // one that doesn't loop, heard to its end
-    }
+  const std::lock_guard one_at_a_time(state.refilling);
+  StreamRead read;
+  while (next_read(read)) {
+    stream_read(read);
+    const SoundLock lock;
+    stream_put(read);
   }
 }

@@ -75,9 +75,10 @@ int jpsdrvr_init();
 void jpsdrvr_shutdown();
 
 // Takes `data_size` bytes of `format` at `sound.data_offset` of `sound.file` into the driver:
-// whole, or as a stream if `sound.streamed` is set. The file must stay open for a stream and is no
-// longer needed otherwise. 0, or -1 if the format can't be played (PCM, 1 or 2 channels, 8 or 16
-// bits, 100 to 100000 Hz can), the file is too short or there is no memory.
+// whole, or as a stream, of which only the beginning is read now, if `sound.streamed` is set. The
+// file must stay open for a stream and is no longer needed otherwise. 0, or -1 if the format can't
+// be played (PCM, 1 or 2 channels, 8 or 16 bits, 100 to 100000 Hz can), the file is too short or
+// there is no memory.
 int jpsdrvr_create_buffer(const JpsWaveFormat& format, std::uint32_t data_size, JpsSound& sound);
 
 // Silences the sound wherever it plays, frees its samples and closes its file. -1 if it has none.
@@ -115,5 +116,6 @@ int jpsdrvr_is_playing(int track);
 int jpsdrvr_set_master_volume(int volume);
 
 // What the transition thread does when a stream has reached a point of its ring: refills it and
-// runs the playlists. Only for those who step the sound by hand, after each block.
+// runs the playlists. Only for those who step the sound by hand, after each block; without the
+// lock.
 void jpsdrvr_transition();

@@ -1,5 +1,6 @@
 #include "sound/jps.h"
 
+#include <cmath>
 #include <cstdio>
 #include <memory>
 
@@ -76,7 +77,7 @@ void sound_pitch_scale(std::uint32_t tracks, double factor) {
   for (int track = 0; track < JPS_TRACKS; ++track) {
     if ((tracks >> track & 1) == 0) continue;
     const double hz = jpsdrvr_get_frequency(track) * factor;
-    if (hz >= 100 && hz <= 100000) jpsdrvr_set_frequency(track, static_cast<int>(hz));
+    if (hz >= 100 && hz <= 100000) jpsdrvr_set_frequency(track, static_cast<int>(std::lround(hz)));
   }
 }
 

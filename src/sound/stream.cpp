@@ -22,6 +22,8 @@ struct Streams {
   std::array<JpsSound*, JPS_EVENTS> event_sounds{};
   std::array<StreamRing, RINGS> rings;
   std::array<std::byte, JPS_STREAM_BUFFER> staging{};  // read from the file, not yet in a ring
+  ReadFile* reading = nullptr;                         // between a want and its put
+  bool close_when_read = false;                        // nobody else needs that file any more
 };
 
 constinit Streams state;
@@ -47,43 +49,42 @@ SoundEvent* take_event(JpsSound& sound) {
   return nullptr;
 }
 
-// Reads from `file_pos` on. What the file no longer holds is silence.
-void read_on(JpsSound& sound, std::byte* to, std::uint32_t size) {
-  const std::size_t count = read_at(sound.file, sound.file_pos, to, size);
-  std::fill(to + count, to + size, sound.buffer->silence());
-  sound.file_pos += size;
+// Reads from the position on. What the file no longer holds is silence.
+void read_on(StreamRead& read, std::byte* to, std::uint32_t size) {
+  const std::uint64_t offset = std::uint64_t{read.data_offset} + read.position;
+  const std::size_t count = read_at(read.file, offset, to, size);
+  std::fill(to + count, to + size, read.silence);
+  read.position += size;
 }
 
-// Stages the next `size` bytes of the sound, going round a loop; returns how many there are. At
-// most two reads: a loop shorter than that goes round in memory.
-std::uint32_t stage(JpsSound& sound, bool loop, std::uint32_t size) {
-  std::byte* to = state.staging.data();
-  const std::uint32_t left = sound.length - (sound.file_pos - sound.data_offset);
-  std::uint32_t staged = std::min(left, size);
-  read_on(sound, to, staged);
-  if (!loop) return staged;
-  if (staged < size) {
-    const std::uint32_t lap = std::min(sound.length, size - staged);
-    sound.file_pos = sound.data_offset;
-    read_on(sound, to + staged, lap);
-    staged += lap;
-    for (; staged < size; ++staged) {
-      to[staged] = to[staged - sound.length];
-      if (sound.file_pos == sound.data_offset + sound.length) sound.file_pos = sound.data_offset;
-      ++sound.file_pos;
+// Goes on with a loop's start until all is staged; a loop shorter than that goes round in memory.
+void go_round(StreamRead& read, std::byte* to) {
+  if (read.staged < read.size) {
+    const std::uint32_t lap = std::min(read.length, read.size - read.staged);
+    read.position = 0;
+    read_on(read, to + read.staged, lap);
+    read.staged += lap;
+    for (; read.staged < read.size; ++read.staged) {
+      to[read.staged] = to[read.staged - read.length];
+      if (read.position == read.length) read.position = 0;
+      ++read.position;
     }
   }
-  if (sound.file_pos == sound.data_offset + sound.length) sound.file_pos = sound.data_offset;
-  return staged;
+  if (read.position == read.length) read.position = 0;
 }
 
-void fill(JpsSound& sound, std::uint32_t size) {
+// Fills a ring from the beginning of its sound, which lies in memory: whoever starts a stream is
+// not kept waiting by the disk.
+void fill_from_head(JpsSound& sound) {
   StreamRing& ring = *sound.notify;
-  const std::uint32_t staged = stage(sound, ring.loop, size);
-  // Behind the end of a sound that doesn't loop nothing is written: the mixing ends there itself.
-  ring_write(ring, sound.write_cursor, state.staging.data(), staged);
-  sound.write_cursor = (sound.write_cursor + size) % JPS_STREAM_BUFFER;
-  read_prefetch(sound.file, sound.file_pos, PREFETCH_BYTES);
+  const std::uint32_t head = std::min(sound.length, JPS_STREAM_BUFFER);
+  for (std::uint32_t at = 0; at < JPS_STREAM_BUFFER; at += head) {
+    ring_write(ring, at, sound.buffer->head.get(), std::min(head, JPS_STREAM_BUFFER - at));
+    if (!ring.loop) break;
+  }
+  sound.file_pos = sound.data_offset + (ring.loop ? JPS_STREAM_BUFFER % sound.length : head);
+  sound.write_cursor = 0;
+  ring.filled = JPS_STREAM_BUFFER;
 }
 
 }  // namespace
@@ -98,10 +99,7 @@ bool stream_begin(JpsSound& sound, int track) {
   ring->track = track;
   ring->loop = sound.loop != 0;
   sound.notify = ring;
-  sound.file_pos = sound.data_offset;
-  sound.write_cursor = 0;
-  fill(sound, JPS_STREAM_BUFFER);
-  ring->filled = JPS_STREAM_BUFFER;
+  fill_from_head(sound);
   return true;
 }
 
@@ -115,8 +113,8 @@ void stream_end(JpsSound& sound, std::uint32_t mark) {
   sound.notify = nullptr;
 }
 
-void stream_refill(JpsSound& sound) {
-  StreamRing& ring = *sound.notify;
+bool stream_want(JpsSound& sound, StreamRead& read) {
+  const StreamRing& ring = *sound.notify;
   const VoicePosition at = voice_position(ring.track);
   const bool more_to_come = ring.loop || ring.filled < sound.length;
   if (more_to_come && at.write > ring.filled) {
@@ -125,9 +123,51 @@ void stream_refill(JpsSound& sound) {
   // From the write cursor on around to the play position, whichever lap that is on.
   const auto play = static_cast<std::uint32_t>(at.play % JPS_STREAM_BUFFER);
   const std::uint32_t size = (play + JPS_STREAM_BUFFER - sound.write_cursor) % JPS_STREAM_BUFFER;
-  if (size == 0) return;
-  fill(sound, size);
-  ring.filled = at.play + JPS_STREAM_BUFFER;
+  if (size == 0) return false;
+  read = {.sound = &sound,
+          .track = ring.track,
+          .mark = voice_mark(ring.track),
+          .file = sound.file,
+          .data_offset = sound.data_offset,
+          .length = sound.length,
+          .position = sound.file_pos - sound.data_offset,
+          .size = size,
+          .staged = 0,
+          .silence = sound.buffer->silence(),
+          .loop = ring.loop,
+          .filled = at.play + JPS_STREAM_BUFFER};
+  state.reading = sound.file;
+  return true;
+}
+
+// At most two reads.
+void stream_read(StreamRead& read) {
+  std::byte* const to = state.staging.data();
+  read.staged = std::min(read.length - read.position, read.size);
+  read_on(read, to, read.staged);
+  if (read.loop) go_round(read, to);
+  read_prefetch(read.file, std::uint64_t{read.data_offset} + read.position, PREFETCH_BYTES);
+}
+
+void stream_put(const StreamRead& read) {
+  state.reading = nullptr;
+  if (state.close_when_read) read_close(read.file);
+  state.close_when_read = false;
+  if (voice_mark(read.track) != read.mark) return;
+  JpsSound& sound = *read.sound;
+  // Behind the end of a sound that doesn't loop nothing is written: the mixing ends there itself.
+  ring_write(*sound.notify, sound.write_cursor, state.staging.data(), read.staged);
+  sound.write_cursor = (sound.write_cursor + read.size) % JPS_STREAM_BUFFER;
+  sound.file_pos = read.data_offset + read.position;
+  sound.notify->filled = read.filled;
+}
+
+void stream_close(ReadFile* file) {
+  if (file == state.reading) {
+    state.close_when_read = true;
+  } else {
+    read_close(file);
+  }
 }
 
 void streams_reset() {

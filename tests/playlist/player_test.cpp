@@ -387,6 +387,11 @@ TEST_F(Player, PitchIsScaledWithinTheDriversRange) {
     pass_ms(50);
     EXPECT_EQ(jpsdrvr_is_playing(0), 0) << factor;
   }
+  folder.write("sounds/slow.wav", flat_wave(1, LOUD, 100));
+  parse_lines("PLAY 0, 'slow.wav', 1\n");
+  sound_pitch_scale(play("x"), 1.009);
+  pass_ms(995);
+  EXPECT_EQ(jpsdrvr_is_playing(0), 0) << "100.9 Hz are 101, in which it takes 990 ms";
 }
 
 TEST_F(Player, PanOfAllTracks) {

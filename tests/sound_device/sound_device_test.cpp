@@ -3,6 +3,7 @@
 #include "platform/sound_device.h"
 
 #include <gtest/gtest.h>
+#include <sched.h>
 #include <sys/resource.h>
 
 #include <algorithm>
@@ -18,6 +19,7 @@
 #include <vector>
 
 #include "platform/files.h"
+#include "platform/thread.h"
 #include "sound/driver.h"
 #include "tests/temp_folder.h"
 
@@ -97,6 +99,35 @@ TEST_F(SoundDevice, PlaysWhatItPulls) {
   const int at_end = pulled_frames;
   std::this_thread::sleep_for(std::chrono::milliseconds(60));
   EXPECT_EQ(pulled_frames, at_end) << "closed: nobody pulls";
+}
+
+int processors() {
+  cpu_set_t set;
+  CPU_ZERO(&set);
+  sched_getaffinity(0, sizeof set, &set);
+  return CPU_COUNT(&set);
+}
+
+// The main thread, which draws, is bound to one processor: the callback must not queue up there.
+TEST_F(SoundDevice, PullsOnAnyProcessorThoughItsOpenerIsPinned) {
+  static std::atomic<int> callbacks_processors;
+  const int all = processors();
+  const auto note = [](std::int16_t* out, int frames) {
+    std::fill_n(out, frames * 2, std::int16_t{0});
+    callbacks_processors = processors();
+  };
+  testing::internal::CaptureStdout();
+  for (const bool pinned : {true, false}) {
+    callbacks_processors = 0;
+    if (pinned) thread_pin_to_one_processor();
+    ASSERT_TRUE(sound_device_open(note));
+    EXPECT_EQ(processors(), pinned ? 1 : all) << "the opener stays as it was";
+    EXPECT_TRUE(wait_for([] { return callbacks_processors != 0; }, 5000));
+    EXPECT_EQ(callbacks_processors, all);
+    sound_device_close();
+    thread_unpin();
+  }
+  testing::internal::GetCapturedStdout();
 }
 
 TEST_F(SoundDevice, WithoutOneTheDriverStaysDown) {

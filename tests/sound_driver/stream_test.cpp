@@ -1,8 +1,29 @@
 // Streams give the bytes of their file, one-shot and looped, through a ring of 64 KB.
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <chrono>
 #include <filesystem>
+#include <functional>
+#include <future>
+#include <thread>
 
 #include "platform/headless/sound_capture.h"
 #include "tests/sound_driver/studio.h"
+
+namespace {
+std::atomic<bool> disk_stalls{false};
+std::atomic<int> reads_waiting{0};
+}  // namespace
+
+// In place of the system's: a disk that can be made to take its time.
+extern "C" ssize_t pread(int file, void* data, std::size_t size, off_t offset) {
+  ++reads_waiting;
+  while (disk_stalls) std::this_thread::yield();
+  --reads_waiting;
+  return syscall(SYS_pread64, file, data, size, offset);
+}
 
 namespace {
 
@@ -151,6 +172,55 @@ TEST_F(Streams, OneThatFallsBehindSaysSoAndGoesOn) {
   EXPECT_EQ(testing::internal::GetCapturedStdout(),
             "fill_buffer(): WARNING! not filling fast enough\n");
   EXPECT_GT(peak(take.left), 0);
+}
+
+TEST_F(Streams, AStartNeedsNoFile) {
+  for (const std::size_t size : {65'536UL, 1'000UL, 400'000UL}) {
+    const std::string name = "sound" + std::to_string(sounds.size());
+    const std::string bytes = noise_bytes(size, MONO_16, 9);
+    JpsSound& stream = sound(bytes, MONO_16, true);
+    std::filesystem::resize_file(folder.file(name), 0);
+    ASSERT_EQ(jpsdrvr_play(&stream, 0), 0);
+    expect_same(render(33'000), bytes.substr(0, JPS_STREAM_BUFFER), MONO_16);
+    jpsdrvr_stop(0);
+    render(512);
+  }
+}
+
+// The transition thread reads while the disk stands still; all others go about their business, and
+// what comes in late for a stream that was stopped goes nowhere.
+TEST_F(Streams, ASlowDiskHoldsNobodyUp) {
+  const std::string bytes = noise_bytes(400'000, STEREO_16, 10);
+  JpsSound& stream = sound(bytes, STEREO_16, true);
+  const std::function<void()> deeds[] = {
+      [] { jpsdrvr_set_volume(5, 200); },
+      [&] {
+        jpsdrvr_stop(0);
+        jpsdrvr_play(&stream, 0);
+      },
+      [&] { jpsdrvr_free_sound(stream); },
+  };
+  for (const auto& deed : deeds) {
+    jpsdrvr_play(&stream, 0);
+    std::vector<std::int16_t> out(2 * 9'000);
+    disk_stalls = true;
+    sound_capture_render(9'000, out.data());
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+    while (reads_waiting == 0 && std::chrono::steady_clock::now() < end) std::this_thread::yield();
+    EXPECT_EQ(reads_waiting, 1);
+    const auto done = std::async(std::launch::async, deed);
+    EXPECT_EQ(done.wait_for(std::chrono::seconds(5)), std::future_status::ready);
+    disk_stalls = false;
+    done.wait();
+    jpsdrvr_transition();
+    if (stream.buffer == nullptr) break;
+    const Samples left = render(90'000).left, expected = heard(bytes, STEREO_16, 0);
+    for (int i = 128; &deed == &deeds[1] && i < 90'000; ++i) ASSERT_EQ(left[i], expected[i]) << i;
+    jpsdrvr_stop(0);
+    render(512);
+  }
+  render(512);
+  EXPECT_EQ(peak(render(512).left), 0);
 }
 
 TEST_F(Streams, LostFileIsSilence) {
