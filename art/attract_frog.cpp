@@ -204,9 +204,9 @@ void act(FrogPose& pose, const Meal& m, float frame) {
       ease(frame, m.home - 0.5f, m.home + 0.5f) - ease(frame, m.swallowed - 3, m.swallowed);
   pose.mouth *= 1 - full;
   pose.cheeks = std::max(pose.cheeks, full);
-  float shut = ease(frame, m.home, m.home + 1) - ease(frame, m.swallowed - 1.5f, m.swallowed);
-  for (float& lid : pose.lid) lid = std::max(lid, shut);
-  pose.cheer = std::max(pose.cheer, 0.30f * shut);
+  const float glee =
+      ease(frame, m.home - 0.7f, m.home + 1.4f) - ease(frame, m.swallowed - 2, m.swallowed + 1);
+  for (float& lid : pose.glee) lid = std::max(lid, glee);
   if (frame > m.home && frame < m.swallowed) pose.gulp = (frame - m.home) / (m.swallowed - m.home);
   float duck = bump((frame - m.home - 1) / (m.swallowed - m.home));
   pose.tall -= 0.09f * duck;

@@ -246,17 +246,33 @@ void draw_frog_win(const Cell& cell) {
   draw_pose(cell, frog_dance(static_cast<float>(cell.frame)));
 }
 
-void draw_frog_icon(const Cell& cell, double scale, double ground_y) {
-  // Seen from the front, sitting: it has to read at half an inch.
-  Canvas canvas(cell.width, cell.height);
+// Seen from the front, sitting: it has to read at half an inch.
+FrogPose icon_pose() {
   FrogPose pose = frog_upright();
   pose.yaw_deg = 180;
   pose.pitch_deg = 38;
   pose.mouth = 0.45f;
+  return pose;
+}
+
+void draw_frog_icon(const Cell& cell, const FrogPose& pose, double scale, Point ground) {
+  Canvas canvas(cell.width, cell.height);
   ClayScene scene = frog_scene(pose);
-  clay_draw(canvas, scene, {40, static_cast<float>(scale), {cell.width / 2.0, ground_y}}, kOutline,
+  clay_draw(canvas, scene, {40, static_cast<float>(scale), ground}, kOutline,
             cell.width == 64 ? 1.2f : 2.0f);
   paint_canvas(cell.ctx, canvas, 0, 0);
+}
+
+// It stands behind a slash, which the price of a swipe has right in its cell, at x 36 to 50 and y
+// 50 to 72: it sits at the right and waves above that.
+void draw_frog_waving(const Cell& cell) {
+  FrogPose pose = icon_pose();
+  pose.roll_deg = -4;
+  pose.head_roll_deg = 5;
+  both(pose.leg, {{0.84f, 0.24f, -0.30f}, {0.35f, -0.10f, 0.9f}, {0.75f, 0.65f, 0.55f}});
+  pose.arm[1] = {{2.05f, 2.75f, 0.30f}, {0.30f, 0.95f, 0.1f}, {0.9f, -0.1f, 0.1f}};
+  pose.spread[1] = 1;
+  draw_frog_icon(cell, pose, 19.2, {87.5, 82});
 }
 
 constexpr CatalogueRow kRows[] = {
@@ -266,9 +282,15 @@ constexpr CatalogueRow kRows[] = {
     sheet("anim_gfrog_idle1.tga", 4096, 1024, 16, 4, 60, Play::kLoop, draw_frog_breathe),
     sheet("anim_gfrog.tga", 2048, 512, 8, 2, 15, Play::kOnce, draw_frog_hop),
     // 52 pixels from one to the next; the middle one stands under a line of words.
-    still("frogicon.tga", 64, 64, [](const Cell& c) { draw_frog_icon(c, 11.2, 42); }),
-    still("frogiconmed.tga", 128, 128, [](const Cell& c) { draw_frog_icon(c, 19.5, 88); }),
-    still("frogiconlrg.tga", 128, 128, [](const Cell& c) { draw_frog_icon(c, 23, 79); }),
+    still("frogicon.tga", 64, 64,
+          [](const Cell& c) {
+            draw_frog_icon(c, icon_pose(), 11.2, {32, 42});
+          }),
+    still("frogiconmed.tga", 128, 128,
+          [](const Cell& c) {
+            draw_frog_icon(c, icon_pose(), 19.5, {64, 88});
+          }),
+    still("frogiconlrg.tga", 128, 128, draw_frog_waving),
 };
 
 }  // namespace

@@ -229,7 +229,7 @@ FrogPose frog_dance(float frame) {
     pose.arm[i].toward.y -= 0.35f * flutter;
   }
   pose.hips.y += 0.04f * flutter;
-  pose.lid[0] = std::fmax(pose.lid[0], 0.95f * (step_s(77, 79, frame) - step_s(83, 85, frame)));
+  pose.glee[0] = step_s(77, 79.5f, frame) - step_s(82.5f, 85, frame);
   return pose;
 }
 

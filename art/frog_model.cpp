@@ -88,11 +88,12 @@ struct Mouth {
   }
 };
 
-Vec paint_face(Vec q, Vec colour, const Mouth& mouth) {
+Vec paint_face(Vec q, Vec colour, const Mouth& mouth, float glee) {
   if (q.z < -0.05f) return colour;
   for (float side : {-1.0f, 1.0f}) {
-    float cheek = std::hypot(q.x - side * 0.84f, (q.y - 0.06f) * 1.2f);
-    colour = lerp(colour, linear({1.0, 0.50, 0.46}), 0.75f * (1 - step_s(0.10f, 0.24f, cheek)));
+    float cheek = std::hypot(q.x - side * (0.84f - 0.08f * glee), (q.y - 0.06f) * 1.2f);
+    float blush = 1 - step_s(0.10f + 0.04f * glee, 0.24f + 0.08f * glee, cheek);
+    colour = lerp(colour, linear({1.0, 0.50, 0.46}), (0.75f + 0.15f * glee) * blush);
     float nostril = std::hypot(q.x - side * 0.17f, (q.y - 0.26f) * 1.2f);
     if (q.z > 0.5f && nostril < 0.055f) return colour * 0.15f;
   }
@@ -128,7 +129,7 @@ Vec paint_body(Vec own, Vec colour, const Build& build, const Mouth& mouth, cons
     colour = lerp(colour, lerp(c.spots, c.skin, 0.35f), 1 - step_s(0.30f, 0.62f, r));
   }
   colour = lerp(colour, c.belly, under * step_s(-1.6f, 0.2f, p.z));
-  return paint_face(q, colour, mouth);
+  return paint_face(q, colour, mouth, std::max(build.pose.glee[0], build.pose.glee[1]));
 }
 
 ClayPart body_part(const Build& build) {
@@ -202,6 +203,25 @@ void add_mouth_tongue(ClayScene& scene, const Build& build) {
   scene.push_back(tongue);
 }
 
+// Lids that meet in an arc bent upward, as in a laugh: the lower one comes most of the way.
+struct GladLids {
+  float glee;
+  Vec skin, ink;
+
+  float edge(float open_at, float x) const {
+    return open_at + (0.38f - 0.70f * x * x - open_at) * std::min(1.0f, glee / 0.85f);
+  }
+  // Whether they cover the eye where it faces n, in the head's axes; if so, in which colour.
+  bool cover(Vec n, Vec& colour) const {
+    const float in = std::max(n.y - edge(1.1f, n.x), edge(-0.9f, n.x) - n.y);
+    if (glee <= 0 || in < 0) return false;
+    // A line that thins towards its ends.
+    const float line = 0.12f * std::sqrt(std::max(0.0f, 1 - n.x * n.x / 0.56f));
+    colour = in < line && n.z > 0 ? ink : skin;
+    return true;
+  }
+};
+
 // White, a golden iris, a pupil and two glints; lids of the skin's colour from above and below.
 ClayPart frog_eye(const Build& build, float side) {
   const FrogPose& pose = build.pose;
@@ -217,6 +237,7 @@ ClayPart frog_eye(const Build& build, float side) {
   const Vec cheek_from = unit(Vec{-side * 0.12f, -0.80f, 0.55f});
   const float lid = pose.lid[side < 0 ? 0 : 1], cheer = pose.cheer;
   const Vec skin = linear(kFrogGreen) * 0.92f, crease = skin * 0.16f;
+  const GladLids glad{pose.glee[side < 0 ? 0 : 1], skin, crease};
   ClayPart g;
   g.blend = 0.01f;
   g.gloss = 0.9f;
@@ -225,6 +246,7 @@ ClayPart frog_eye(const Build& build, float side) {
   g.ball(at, {radius, radius, radius}, {1, 1, 0.95f});
   g.paint = [=](Vec p, Vec colour) {
     Vec n = unit(p - at);
+    if (glad.cover(n, colour)) return colour;
     float upper = dot(n, lid_from) - (1.02f - 1.93f * lid);
     float lower = dot(n, cheek_from) - (1.02f - 1.1f * cheer);
     if (upper > 0) return lid > 0.05f && upper < 0.12f ? crease : skin;

@@ -31,6 +31,7 @@ struct FrogPose {
   float to_sky = 1;          // the eyes of a frog that is seen from above and behind
   float lid[2] = {0, 0};     // 0 open, 1 closed
   float cheer = 0;           // the lower lids pushed up by a grin
+  float glee[2] = {0, 0};    // 1: an eye shut in an arc that laughs, the cheeks red
   float mouth = 0;           // 0 closed, 1 wide open
   float smile = 1;           // -1 to 1: where the corners of the mouth go
   float tongue_out = 0;      // 1: it has left the mouth, and is drawn by itself

@@ -60,8 +60,16 @@ void draw_win_words(const Cell& cell, bool tickets) {
 
 // --- Prompts
 
-const Block& players_letters(bool yellow) {
-  return yellow ? kYellowLetters : kGreenLetters;
+// The left player's letters lie on a green meadow: they are lighter than others of their colour.
+Block players_letters(bool yellow) {
+  if (yellow) return kYellowLetters;
+  Block style = kGreenLetters;
+  style.top = {1.0, 1.0, 0.82};
+  style.bottom = {0.56, 1.0, 0.16};
+  style.side = {0.06, 0.42, 0.10};
+  style.ink = {0.0, 0.12, 0.05};
+  style.rim = 6.5;
+  return style;
 }
 
 void draw_prompt(const Cell& cell, const char* text, bool yellow, double y) {
@@ -151,7 +159,7 @@ void draw_arrow_right(cairo_t* c, double x, double y, const Block& style) {
 
 void draw_insert_coin(const Cell& cell, bool yellow) {
   cairo_t* c = cell.ctx;
-  const Block& style = players_letters(yellow);
+  const Block style = players_letters(yellow);
   block_words(c, "INSERT", 68, style, 128, 36, 248);
   soft_spot(c, 128, 140, 116, 56, kBlack, 0.35);
   draw_slot(c, 209, 128, 52, 104);
@@ -162,7 +170,7 @@ void draw_insert_coin(const Cell& cell, bool yellow) {
 
 void draw_swipe_card(const Cell& cell) {
   cairo_t* c = cell.ctx;
-  block_words(c, "SWIPE", 68, kGreenLetters, 128, 36, 248);
+  block_words(c, "SWIPE", 68, players_letters(false), 128, 36, 248);
   soft_spot(c, 128, 140, 116, 56, kBlack, 0.35);
   draw_slot(c, 215, 128, 46, 108);
   cairo_save(c);
@@ -179,8 +187,8 @@ void draw_swipe_card(const Cell& cell) {
         },
         {5, 0.7, 0.5, 0});
   cairo_restore(c);
-  draw_arrow_right(c, 163, 128, kGreenLetters);
-  block_words(c, "CARD", 68, kGreenLetters, 128, 219, 248);
+  draw_arrow_right(c, 163, 128, players_letters(false));
+  block_words(c, "CARD", 68, players_letters(false), 128, 219, 248);
 }
 
 // --- Speech

@@ -10,8 +10,11 @@ namespace art {
 namespace {
 
 constexpr float kPi = static_cast<float>(kTau / 2);
-constexpr Colour kSkin{1.0, 0.72, 0.20}, kBelly{1.0, 0.96, 0.66};
-constexpr Colour kCape{0.86, 0.07, 0.24}, kFur{1.0, 0.97, 0.94};
+// Rose and violet, or they would drown in the gold they stand on; of gold is only the crown.
+constexpr Colour kSkin{1.0, 0.48, 0.68}, kBelly{1.0, 0.93, 0.86};
+constexpr Colour kCape{0.42, 0.14, 0.82}, kFur{1.0, 0.97, 0.94};
+
+constexpr float kSkinGlow = 0.22f;  // so small, their own shade would be mud
 
 // Faces the viewer: what lies ahead of it has a z below 0. Right is the screen's right.
 struct RiderPose {
@@ -71,7 +74,6 @@ void add_crown(ClayScene& scene, const ClayFrame& head, const RiderPose& pose) {
   ClayPart crown;
   crown.blend = 0.08f;
   crown.gloss = 1.3f;
-
   crown.glow = 0.30f;
   crown.frame = frame_within(head, own);
   ClayPart jewels;
@@ -124,6 +126,7 @@ void add_head(ClayScene& scene, const ClayFrame& root, const RiderPose& pose) {
   ClayPart head;
   head.blend = 0.22f;
   head.gloss = 0.9f;
+  head.glow = kSkinGlow;
   head.frame = f;
   head.ball({0, 0, 0}, {kHeadSize.x * (1 + 0.35f * q), kHeadSize.y * (1 - 0.3f * q), kHeadSize.z},
             skin);
@@ -167,12 +170,13 @@ void add_head(ClayScene& scene, const ClayFrame& root, const RiderPose& pose) {
 
 void add_body(ClayScene& scene, const ClayFrame& root, const RiderPose& pose) {
   const float q = pose.squash, fat = 1 + 0.4f * q, tall = 1 - 0.8f * q;
-  Vec skin = linear(kSkin), red = linear(kCape);
+  Vec skin = linear(kSkin), violet = linear(kCape);
   // They lie in the shade of the head.
   Vec belly = linear(kBelly) * 1.35f, fur = linear(kFur) * 1.3f;
   ClayPart body;
   body.blend = 0.30f;
   body.gloss = 0.6f;
+  body.glow = kSkinGlow;
   body.frame = root;
   body.ball({0, 1.05f * tall, 0.05f}, {0.98f * fat, 0.98f * tall, 0.86f * fat}, skin);
   body.ball({0, 0.98f * tall, -0.26f}, {0.72f * fat, 0.78f * tall, 0.66f}, belly);
@@ -194,7 +198,7 @@ void add_body(ClayScene& scene, const ClayFrame& root, const RiderPose& pose) {
     Vec top{u * 0.95f, 1.75f * tall, 0.55f};
     Vec hem{u * (1.85f + wave) + pose.cape,
             0.34f + 0.10f * std::fabs(u) + 0.35f * std::fabs(pose.cape), 0.72f + wave};
-    cape.limb(top, 0.26f, hem, 0.30f, red);
+    cape.limb(top, 0.26f, hem, 0.30f, violet);
     if (i) trim.limb(hem_before + Vec{0, -0.20f, 0}, 0.20f, hem + Vec{0, -0.20f, 0}, 0.20f, fur);
     hem_before = hem;
   }
@@ -233,6 +237,7 @@ void add_limbs(ClayScene& scene, const ClayFrame& root, const RiderPose& pose) {
     ClayPart leg;
     leg.blend = 0.16f;
     leg.gloss = 0.6f;
+    leg.glow = kSkinGlow;
     leg.frame.at = {0, pose.lift, 0};
     float hang = std::min(0.22f, 0.4f * pose.lift);
     leg.ball({side * 0.82f, 0.55f, -0.10f}, {0.50f, 0.55f, 0.56f}, skin);
@@ -244,6 +249,7 @@ void add_limbs(ClayScene& scene, const ClayFrame& root, const RiderPose& pose) {
     ClayPart arm;
     arm.blend = 0.13f;
     arm.gloss = 0.6f;
+    arm.glow = kSkinGlow;
     arm.frame = root;
     Vec shoulder{side * 0.92f, 1.55f * tall, -0.15f};
     Vec hand = shoulder + pose.hand[which];
@@ -275,7 +281,7 @@ void draw_rider(const Cell& cell, const RiderPose& pose) {
   add_limbs(scene, root, pose);
   add_head(scene, root, pose);
   Canvas canvas(cell.width, cell.height);
-  clay_draw(canvas, scene, {20, 18.0f, {64, 111}}, {0.30, 0.08, 0.05}, 1.8f);
+  clay_draw(canvas, scene, {20, 18.0f, {64, 111}}, {0.28, 0.03, 0.16}, 1.8f);
   paint_canvas(cell.ctx, canvas, 0, 0);
 }
 

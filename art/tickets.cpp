@@ -11,7 +11,7 @@ namespace {
 
 struct TicketStyle {
   Colour paper, print;
-  Colour panel;  // where the number stands
+  Colour panel;  // where the number stands, and what the paper's rim takes on
 };
 constexpr TicketStyle kPaidTicket{{1.0, 0.80, 0.28}, {0.78, 0.30, 0.04}, {1.0, 0.985, 0.90}};
 constexpr TicketStyle kPinkTicket{{0.98, 0.40, 0.66}, {1.0, 0.86, 0.92}, {0.60, 0.03, 0.30}};
@@ -36,8 +36,8 @@ Path ticket_shape(double x, double y, double w, double h) {
   };
 }
 
-// A ticket round (x, y): its ends printed with stars, a plain panel for the number between them.
-void draw_paper(cairo_t* c, double x, double y, double w, double h, const TicketStyle& style) {
+// A ticket round (x, y), its ends printed with stars.
+void draw_blank(cairo_t* c, double x, double y, double w, double h, const TicketStyle& style) {
   const Path shape = ticket_shape(x, y, w, h);
   stroke(c, shape, dim(mix(style.paper, style.panel, 0.3), 0.22), h * 0.10);
   raise(c, shape,
@@ -50,15 +50,47 @@ void draw_paper(cairo_t* c, double x, double y, double w, double h, const Ticket
             fill(k, star(x + side * w * 0.352, y, h * 0.125, h * 0.058, 5), style.print);
         },
         {h * 0.075, 0.7, 0.5, 0});
+}
+
+// The same with a plain panel for the number.
+void draw_paper(cairo_t* c, double x, double y, double w, double h, const TicketStyle& style) {
+  draw_blank(c, x, y, w, h, style);
   const Path panel = round_rect(x - w * 0.265, y - h * 0.32, w * 0.53, h * 0.64, h * 0.13);
   stroke(c, panel, style.print, h * 0.07);
   fill_linear(c, panel, {x, y - h * 0.3}, dim(style.panel, 0.94), {x, y + h * 0.1}, style.panel);
 }
 
+// A frog's face round (64, 64) that is whole without a number: one of up to three digits fits
+// between its eyes and its mouth, on a brow pale enough for the game's red.
+void draw_face(cairo_t* c) {
+  const Colour ink{0.08, 0.34, 0.05}, brow{0.95, 1.0, 0.76}, jaw{0.54, 0.85, 0.24};
+  const Path head = round_rect(32.5, 50.5, 63, 38.5, 19);
+  const Path lids = joined({circle(45, 47, 10), circle(83, 47, 10)});
+  stroke(c, joined({head, lids}), ink, 5);
+  raise(c, lids, ramp({0, 38}, mix(jaw, brow, 0.5), {0, 58}, kFrogGreen), {4, 0.8, 0.3, 0});
+  raise(c, head, ramp({0, 75}, brow, {0, 90}, jaw), {3, 0.6, 0.2, 0});
+  for (double side : {-1.0, 1.0}) {
+    const double x = 64 + side * 19;
+    fill(c, circle(x, 46, 7.2), kWhite);
+    fill(c, circle(x - side * 0.8, 46.7, 5), kInk);
+    fill(c, circle(x - 2.2, 44.5, 1.9), kWhite);
+    fill(c, ellipse(64 + side * 24.5, 80.5, 4.2, 2.8), {1.0, 0.56, 0.50}, 0.75);
+  }
+  cairo_set_line_cap(c, CAIRO_LINE_CAP_ROUND);
+  stroke(
+      c,
+      [](cairo_t* k) {
+        cairo_new_path(k);
+        cairo_move_to(k, 46, 80.3);
+        cairo_curve_to(k, 53, 86.8, 75, 86.8, 82, 80.3);
+      },
+      ink, 3);
+}
+
 void draw_ticket(const Cell& cell) {
-  // Red digits stand on it.
   soft_spot(cell.ctx, 66, 70, 58, 32, kBlack, 0.35);
-  draw_paper(cell.ctx, 64, 64, 104, 56, kPaidTicket);
+  draw_blank(cell.ctx, 64, 64, 104, 56, kPaidTicket);
+  draw_face(cell.ctx);
 }
 
 void draw_pink_ticket(const Cell& cell) {

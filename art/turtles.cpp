@@ -19,7 +19,7 @@ constexpr Point kPlace{61, 69};  // of the shell's middle at the water's level
 
 struct Look {
   Vec plate, plate_deep, seam, rim, skin, spot;
-  float metal;
+  float metal, gloss;  // of the shell
 };
 const Look& look_of(bool gold) {
   static const Look plain{linear({0.96, 0.38, 0.18}),
@@ -28,14 +28,17 @@ const Look& look_of(bool gold) {
                           linear({1.0, 0.80, 0.36}),
                           linear({0.68, 0.92, 0.30}),
                           linear({0.36, 0.70, 0.20}),
-                          0.07f};
-  static const Look golden{linear({1.0, 0.78, 0.05}),
-                           linear({0.86, 0.45, 0.0}),
+                          0.07f,
+                          0.9f};
+  // A wide white gloss would make ivory of it.
+  static const Look golden{linear({1.0, 0.74, 0.02}),
+                           linear({0.84, 0.40, 0.0}),
                            linear({0.60, 0.29, 0.0}),
                            linear({1.0, 0.92, 0.34}),
                            linear({1.0, 0.80, 0.16}),
                            linear({0.90, 0.54, 0.02}),
-                           0.16f};
+                           0.16f,
+                           0.3f};
   return gold ? golden : plain;
 }
 
@@ -136,14 +139,14 @@ class Turtle {
   }
 
   void shell() {
-    ClayPart& top = part(0.02f, 0.9f);
+    ClayPart& top = part(0.02f, look_.gloss);
     top.metal = look_.metal;
     top.soft = 0.25f;
     top.ball({0, 0.20f, 0}, {1.62f, 1.06f, 1.38f}, look_.plate);
     top.paint = [this_ = *this](Vec p, Vec) {
       Vec c = this_.plates(p);
       float band = std::fabs(p.x - 0.5f * p.z - this_.gleam_);
-      return lerp(c, {1.5f, 1.45f, 1.1f}, 0.85f * (1 - step_s(0.10f, 0.34f, band)));
+      return lerp(c, {1.5f, 1.35f, 0.7f}, 0.75f * (1 - step_s(0.10f, 0.34f, band)));
     };
     ClayPart& edge = part(0.05f, 0.8f);
     edge.metal = 0.6f * look_.metal;

@@ -250,7 +250,7 @@ INSTANTIATE_TEST_SUITE_P(
     All, WrittenOn,
     testing::Values(Ground{"anim_wdsign", 20, 29, 236, 77, {255, 255, 255}, 4.5},
                     Ground{"anim_lngsign", 20, 29, 236, 77, {255, 255, 255}, 4.5},
-                    Ground{"ticket", 43, 52, 85, 76, {0xDC, 0x20, 0}, 3.5},
+                    Ground{"ticket", 42, 54, 85, 77, {0xDC, 0x20, 0}, 3.5},
                     Ground{"pink_ticket", 43, 21, 85, 43, {255, 255, 255}, 7},
                     Ground{"ticketerror", 104, 206, 400, 240, {255, 255, 255}, 12}),
     [](const testing::TestParamInfo<Ground>& param) { return param.param.picture; });
