@@ -14,6 +14,8 @@
 
 int main(int argc, char** argv) {
   clock_ms();  // the game's time begins here
+  // Line by line also into a journal: what was said last is what one wants to know after a reset.
+  std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
   std::string error;
   if (!environment_read(error)) {
     std::fprintf(stderr, "%s\n", error.c_str());

@@ -230,6 +230,7 @@ std::int32_t clear_tickets(const Call& call) {
   call.link->tickets_queued[call.a] = 0;
   call.link->tickets_owed[call.a] = 0;
   call.link->tickets_in_flight[call.a] = 0;
+  call.link->tickets_unanswered[call.a] = 0;
   return jamma_send_packet(*call.link, call.a == 0 ? PACKET_LEFT_STOP : PACKET_RIGHT_STOP);
 }
 

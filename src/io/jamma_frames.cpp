@@ -70,6 +70,7 @@ std::int32_t send_tickets(JammaLink& link, int side) {
   const SideFlags& side_flags = SIDE_FLAGS[side];
   const std::int32_t more = link.tickets_in_flight[side].exchange(0);
   const std::int32_t owed = link.tickets_owed[side].fetch_add(more) + more;
+  link.tickets_unanswered[side] += more;
   jamma_set_flag(link, side_flags.fault, false);
   if (jamma_flag(link, side_flags.dispensing)) {
     return send(link, 'T', {ticket_byte(side, more), byte_of(static_cast<std::uint32_t>(more))});
@@ -80,6 +81,7 @@ std::int32_t send_tickets(JammaLink& link, int side) {
                                     byte_of(static_cast<std::uint32_t>(owed))});
   // A frame that found no room starts nothing; the next one carries the whole sum again.
   if (result == 0) jamma_set_flag(link, side_flags.dispensing, true);
+  link.start_unanswered[side] = true;
   return result;
 }
 

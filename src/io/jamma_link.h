@@ -78,6 +78,9 @@ struct JammaLink {
   // would be followed by the batch. Taken before tx_mutex.
   std::mutex ticket_mutex;
   std::atomic<std::int32_t> tickets_queued[2]{}, tickets_owed[2]{}, tickets_in_flight[2]{};
+  // What the board was told to pay since it last said a count, and whether a start was among it.
+  std::atomic<std::int32_t> tickets_unanswered[2]{};
+  std::atomic<bool> start_unanswered[2]{};
   Shared<std::uint32_t> lamp_value[LAMP_CHANNELS]{};
   Shared<std::uint32_t> last_lamp{};
   Shared<std::int64_t> last_heard{};  // calendar seconds; 0: not yet

@@ -18,6 +18,8 @@ constexpr std::uint32_t DIPS_SEEN = 0x10000;
 constexpr std::uint8_t CONFIG_A = 0x40, CONFIG_B = 0x80;  // in the second byte of a c frame
 constexpr std::uint8_t CONFIG_ECHO = 0xF1;                // of its first byte
 
+constexpr std::int64_t LINE_WAS_DEAD_S = 8;  // at five seconds a question, one had no answer
+
 constexpr std::uint8_t TICKET_RIGHT = 0x08, TICKET_FAULT_VOID = 0x40, TICKET_FAULT = 0x80;
 
 constexpr std::uint32_t FIRMWARE_WITH_TRACKBALL = 5;  // high nibble
@@ -28,6 +30,10 @@ void ask_for_counters(JammaLink& link) {
   jamma_send_packet(link, PACKET_QUERY_COUNTERS);
 }
 
+constexpr std::uint32_t DISPENSING[2] = {LEFT_DISPENSING, RIGHT_DISPENSING};
+constexpr std::uint32_t FAULT[2] = {LEFT_TICKET_FAULT, RIGHT_TICKET_FAULT};
+constexpr std::uint32_t TICKETS[2] = {PACKET_LEFT_TICKETS, PACKET_RIGHT_TICKETS};
+
 // A board that has restarted has forgotten its outputs and what it had to pay. It is told again:
 // lamps and coils that are on, and the whole sum owed, unless the side waits with a fault for the
 // next award.
@@ -36,13 +42,30 @@ void tell_again(JammaLink& link) {
     const std::uint32_t value = link.lamp_value[channel];
     if (value != 0) jamma_send_lamp(link, channel, value);
   }
-  constexpr std::uint32_t DISPENSING[2] = {LEFT_DISPENSING, RIGHT_DISPENSING};
-  constexpr std::uint32_t FAULT[2] = {LEFT_TICKET_FAULT, RIGHT_TICKET_FAULT};
   for (int side = 0; side < 2; ++side) {
     jamma_set_flag(link, DISPENSING[side], false);
     if (link.tickets_owed[side] > 0 && !jamma_flag(link, FAULT[side])) {
-      jamma_send_packet(link, side == 0 ? PACKET_LEFT_TICKETS : PACKET_RIGHT_TICKETS);
+      jamma_send_packet(link, TICKETS[side]);
     }
+  }
+}
+
+// A line that was dead and lives again has lost what was said meanwhile. Lamps and coils are told
+// again; of the tickets only those that the board gave no answer to: what it knew of it may have
+// paid unheard.
+void tell_what_was_lost(JammaLink& link) {
+  for (std::uint32_t channel = 0; channel < LAMP_CHANNELS; ++channel) {
+    jamma_send_lamp(link, channel, link.lamp_value[channel]);
+  }
+  const std::lock_guard lock(link.ticket_mutex);
+  for (int side = 0; side < 2; ++side) {
+    const std::int32_t lost = link.tickets_unanswered[side].exchange(0);
+    const bool start = link.start_unanswered[side].exchange(false);
+    if (lost == 0 && !start) continue;
+    if (start) jamma_set_flag(link, DISPENSING[side], false);
+    link.tickets_owed[side] -= lost;
+    link.tickets_in_flight[side] += lost;
+    jamma_send_packet(link, TICKETS[side]);
   }
 }
 
@@ -110,7 +133,9 @@ void handle_counters(JammaLink& link, const std::uint8_t* frame) {
 void handle_status(JammaLink& link, const std::uint8_t* frame) {
   const std::uint32_t lines = static_cast<std::uint32_t>(frame[4]) << 16 |
                               static_cast<std::uint32_t>(frame[3]) << 8 | frame[2];
-  link.last_heard = clock_calendar_s();
+  const std::int64_t before = link.last_heard, now = clock_calendar_s();
+  link.last_heard = now;
+  if (before != 0 && now - before >= LINE_WAS_DEAD_S) tell_what_was_lost(link);
   link.inputs.previous_switches = link.inputs.switches.get();
   link.inputs.switches = (lines ^ ACTIVE_LOW_SWITCHES) | SWITCHES_SEEN;
   link.inputs.dips = (~static_cast<std::uint32_t>(frame[5]) & 0xFF) | DIPS_SEEN;
@@ -133,13 +158,14 @@ void handle_config(JammaLink& link, const std::uint8_t* frame) {
 
 void handle_tickets(JammaLink& link, const std::uint8_t* frame) {
   const int side = frame[1] & TICKET_RIGHT ? 1 : 0;
-  const std::uint32_t dispensing = side ? RIGHT_DISPENSING : LEFT_DISPENSING;
-  const std::uint32_t fault = side ? RIGHT_TICKET_FAULT : LEFT_TICKET_FAULT;
+  const std::uint32_t dispensing = DISPENSING[side], fault = FAULT[side];
   std::int32_t count = (frame[1] & 3) << 8 | frame[2];
   if (frame[1] & TICKET_FAULT_VOID) {
     count = std::min(link.tickets_owed[side].load(), TICKETS_ON_BOARD_MAX);
   }
   link.tickets_owed[side] = count;
+  link.tickets_unanswered[side] = 0;
+  link.start_unanswered[side] = false;
   if (frame[1] & (TICKET_FAULT_VOID | TICKET_FAULT)) {
     jamma_set_flag(link, dispensing, false);
     jamma_set_flag(link, fault, true);

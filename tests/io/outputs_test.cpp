@@ -222,6 +222,40 @@ TEST_F(Outputs, ARestartedBoardIsToldAgain) {
   EXPECT_EQ(sent(), (Frames{"C0081", "S"}));
 }
 
+// While the cable was out, words were lost. What the board never answered is told again; what it
+// had answered, it may have paid unheard.
+TEST_F(Outputs, WhatADeadLineLostIsToldAgain) {
+  const char* status = "s00ffffff00";
+  say({status});
+  jamma_command(JAMMA_ADD_TICKETS, 1, 30);
+  round();
+  say({"t081e"});
+  headless_clock_advance(6000);
+  jamma_command(JAMMA_SET_LAMP, 10, 0xFFF);
+  jamma_command(JAMMA_ADD_TICKETS, 0, 12);  // a start
+  jamma_command(JAMMA_ADD_TICKETS, 1, 3);   // more for one that runs
+  round();
+  EXPECT_EQ(sent(), (Frames{"T881e", "Pafff", "s", "T800c", "T0803"}));
+  say({status});
+  EXPECT_EQ(sent(), Frames{}) << "no question went unanswered";
+  headless_clock_advance(9000);
+  say({status});
+  Frames frames = sent();
+  EXPECT_EQ(std::count(frames.begin(), frames.end(), "Pafff"), 1);
+  EXPECT_EQ(std::count(frames.begin(), frames.end(), "P1000"), 1);
+  std::erase_if(frames, [](const std::string& frame) { return frame[0] != 'T'; });
+  EXPECT_EQ(frames, (Frames{"T800c", "T0803"}));
+  EXPECT_EQ(jamma_command(JAMMA_GET_TICKETS_OWED, 0), 12);
+  EXPECT_EQ(jamma_command(JAMMA_GET_TICKETS_OWED, 1), 33);
+
+  say({"t000c", "t0808"});
+  headless_clock_advance(30000);
+  say({status});
+  frames = sent();
+  EXPECT_EQ(std::count_if(frames.begin(), frames.end(), [](auto& f) { return f[0] == 'T'; }), 0)
+      << "both were answered";
+}
+
 TEST_F(Outputs, NegativeCountsChangeNothing) {
   jamma_command(JAMMA_ADD_TICKETS, 0, -1);
   jamma_command(JAMMA_SET_TICKETS_QUEUED, 1, -5);
