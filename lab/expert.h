@@ -16,6 +16,5 @@ void expert_reset(Expert& expert);
 // at most.
 bool expert_presses(Expert& expert, int side, std::int64_t most_ticks);
 
-// Tickets that a press `in_ticks` from now would bring on the average, as the expert sees it; 0 if
-// that is sure to be less than `best`.
-float expert_worth(int side, std::int64_t in_ticks, float best);
+// Tickets that a press `in_ticks` from now would bring on the average, as the expert sees it.
+float expert_worth(int side, std::int64_t in_ticks);

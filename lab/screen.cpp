@@ -110,12 +110,28 @@ bool memory_whole() {
   });
 }
 
-float memory_margin(int lane, float place_px) {
+Footing memory_footing(int lane, float place_px, bool to_right) {
   const auto size = static_cast<float>(lanes[lane].cell_size);
   const RingCell at = memory_ring(lane, place_px);
   const LaneMemory& m = memory[lane];
   const float left = static_cast<float>(m.run_left[at.number] - 1) + at.into;
   const float right = static_cast<float>(m.run_right[at.number]) - at.into;
+  const LaneCell cell = memory_cell(lane, at.number);
   const float margin = std::min(left, right) * size;
-  return solid(lane, at.number) ? margin : -margin;
+  return {cell, cell != CELL_EMPTY ? margin : -margin, (to_right ? right : left) * size,
+          (to_right ? 1.0F - at.into : at.into) * size};
+}
+
+Passing memory_bugs(int lane, float from_px, float to_px) {
+  const bool to_right = from_px < to_px;
+  const RingCell from = memory_ring(lane, from_px);
+  const RingCell to = memory_ring(lane, to_px);
+  const float into = to_right ? 1.0F - std::max(from.into, to.into) : std::min(from.into, to.into);
+  Passing passing{memory_cell(lane, from.number) == CELL_BUG ? 1 : 0,
+                  into * static_cast<float>(lanes[lane].cell_size)};
+  for (int number = from.number; number != to.number;) {
+    number = wrapped(number + (to_right ? 1 : -1));
+    if (memory_cell(lane, number) == CELL_BUG) ++passing.bugs;
+  }
+  return passing;
 }

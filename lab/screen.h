@@ -37,6 +37,18 @@ RingCell memory_ring(int lane, float place_px);
 float memory_place(int lane, float x_px);
 // True once every lane has come round.
 bool memory_whole();
-// From a place to the nearest edge between what carries a frog and water: positive on a log or
-// turtle, negative in the water.
-float memory_margin(int lane, float place_px);
+// What lies at a place of the river. Edges are those between what carries a frog and water.
+struct Footing {
+  LaneCell cell;
+  float margin_px;  // to the nearest edge: positive on a log or turtle, negative in the water
+  float edge_px;    // to the next edge to the right, or to the left
+  float cell_px;    // to the end of the cell on that side
+};
+Footing memory_footing(int lane, float place_px, bool to_right);
+
+// Bugs in the cells of the meadow from one place to another.
+struct Passing {
+  int bugs;
+  float steady_px;  // how far both places may go on in that direction within their cells
+};
+Passing memory_bugs(int lane, float from_px, float to_px);

@@ -92,7 +92,7 @@ void show_all_lanes() {
 // The first tick from now on of which the expert is sure, -1 for none.
 std::int64_t sure_moment(std::int64_t most_ticks) {
   for (std::int64_t in = 0; in <= most_ticks; ++in) {
-    if (expert_worth(SIDE_LEFT, in, 0.0F) >= 599.99F) return in;
+    if (expert_worth(SIDE_LEFT, in) >= 599.99F) return in;
   }
   return -1;
 }
@@ -144,11 +144,12 @@ TEST_F(LabPlayers, MarginsRunToTheEdgeOfTheWater) {
   for (Lane& lane : lanes) lane.scroll = 0.0F;
   screen_reset();  // cells 1 to 3 of lane 4, "030", have been seen whole, and no others
   const float size = 382.0F;
-  EXPECT_FLOAT_EQ(memory_margin(4, 2.25F * size), 0.25F * size);
-  EXPECT_FLOAT_EQ(memory_margin(4, 2.75F * size), 0.25F * size);
-  EXPECT_FLOAT_EQ(memory_margin(4, 1.25F * size), -0.75F * size);
-  EXPECT_FLOAT_EQ(memory_margin(4, (40.0F + 2.5F) * size), 0.5F * size) << "the ring comes round";
-  EXPECT_FLOAT_EQ(memory_margin(4, (2.5F - 80.0F) * size), 0.5F * size);
+  EXPECT_FLOAT_EQ(memory_footing(4, 2.25F * size, true).margin_px, 0.25F * size);
+  EXPECT_FLOAT_EQ(memory_footing(4, 2.75F * size, true).margin_px, 0.25F * size);
+  EXPECT_FLOAT_EQ(memory_footing(4, 1.25F * size, true).margin_px, -0.75F * size);
+  EXPECT_FLOAT_EQ(memory_footing(4, (40.0F + 2.5F) * size, true).margin_px, 0.5F * size)
+      << "the ring comes round";
+  EXPECT_FLOAT_EQ(memory_footing(4, (2.5F - 80.0F) * size, true).margin_px, 0.5F * size);
 }
 
 }  // namespace

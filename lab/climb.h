@@ -1,0 +1,36 @@
+// What a press at some moment would bring, by what the player has seen of the lanes and by their
+// present speeds.
+#pragma once
+
+#include <cstdint>
+
+#include "playfield/playfield.h"
+
+// What a lane does to the frog, and for how long it does the same.
+struct LaneCourse {
+  float start;  // place of the ring below the frog, were it on this lane now
+  float ticks;  // from the press to the landing
+  float speed;
+
+  std::int64_t from, until;  // moments of the press, the last one left out, for which the rest holds
+  float stands;              // the river: chance to stand
+  std::int32_t gold;         // and what that pays
+  std::int32_t bugs;         // the meadow: bugs that pass under the frog
+};
+
+struct Climb {
+  LaneCourse lanes[LANE_NEAR_BANK];
+  std::int32_t bug, minimum, maximum, jackpot, tier1, tier2;
+  float short_of[LANE_MIDDLE_BANK];  // more than any frog brings that comes no farther than a lane
+};
+
+// As all stands now. Good until the next tick.
+Climb climb_of(int side);
+
+struct ClimbWorth {
+  float tickets;       // on the average; 0 if that can't be more than what was asked for
+  std::int64_t until;  // no press before this moment brings more
+};
+
+// Of a press `in_ticks` from now. Who only wants to know of more than `best` says so.
+ClimbWorth climb_worth(Climb& climb, std::int64_t in_ticks, float best);
