@@ -12,10 +12,11 @@ struct LaneCourse {
   float ticks;  // from the press to the landing
   float speed;
 
-  std::int64_t from, until;  // moments of the press, the last one left out, for which the rest holds
-  float stands;              // the river: chance to stand
-  std::int32_t gold;         // and what that pays
-  std::int32_t bugs;         // the meadow: bugs that pass under the frog
+  std::int64_t from,
+      until;          // moments of the press, the last one left out, for which the rest holds
+  float stands;       // the river: chance to stand
+  std::int32_t gold;  // and what that pays
+  std::int32_t bugs;  // the meadow: bugs that pass under the frog
 };
 
 struct Climb {
