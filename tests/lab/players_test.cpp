@@ -117,6 +117,34 @@ TEST_F(LabPlayers, ASureCrossingIsOne) {
   EXPECT_EQ(found, 10);
 }
 
+// What it passes over in its search is never better than what it finds.
+TEST_F(LabPlayers, TheExpertFindsWhatALookAtEachMomentFinds) {
+  constexpr std::int64_t MOST_TICKS = 600;
+  for (std::uint64_t seed = 1; seed <= 20; ++seed) {
+    boot_begin({seed, 1, settings(PLAYER_EAGER)});
+    if (seed % 2 == 0) show_all_lanes();
+    for (int look = 0; look < 20; ++look) {
+      for (int tick = 0; tick < 37; ++tick) game_tick(now_ms() + TICK_STEP_MS);
+      screen_look();
+      for (const int side : {SIDE_LEFT, SIDE_RIGHT}) {
+        float best = -1.0F;
+        std::int64_t best_in = 0;
+        for (std::int64_t in = 0; in <= MOST_TICKS; in += in < 24 ? 1 : 3) {
+          const float worth = expert_worth(side, in);
+          if (worth <= best) continue;
+          best = worth;
+          best_in = in;
+        }
+        Expert expert{};
+        expert_reset(expert);
+        const bool now = expert_presses(expert, side, MOST_TICKS);
+        EXPECT_EQ(now, best_in == 0) << seed << ' ' << look << ' ' << side;
+        EXPECT_EQ(expert.planned_in + (now ? 0 : 1), best_in) << seed << ' ' << look << ' ' << side;
+      }
+    }
+  }
+}
+
 TEST_F(LabPlayers, ScreensShowWhatIsOnThem) {
   boot_begin({3, 1, settings(PLAYER_EAGER)});
   LaneCell cell = CELL_BUG;

@@ -23,6 +23,14 @@ class Browser:
             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True)
         self.sequence = 0
         self.errors = []  # what the page's scripts complained of
+        try:
+            self.open(address, width, height)
+        except BaseException:  # nobody will close what was never handed out
+            self.process.kill()
+            shutil.rmtree(self.profile, ignore_errors=True)
+            raise
+
+    def open(self, address, width, height):
         self.socket = connect(self.tab_address())
         self.call("Runtime.enable")
         self.call("Page.enable")
