@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <span>
+#include <vector>
 
 #include "books/prefs.h"
 #include "io/led_value.h"  // led_update
@@ -45,7 +46,7 @@ std::span<Adjustment> adjustments() {
 
 // The one whose row or list this is, or null.
 template <typename T>
-Adjustment* find(T* Adjustment::*part, const T* wanted) {
+Adjustment* find(T* Adjustment::* part, const T* wanted) {
   const auto all = adjustments();
   const auto found = std::ranges::find(all, wanted, part);
   return found == all.end() ? nullptr : &*found;

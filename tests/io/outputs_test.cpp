@@ -1,3 +1,10 @@
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "tests/io/link_fixture.h"
 
 class Outputs : public LinkTest {
