@@ -40,7 +40,7 @@ T* find(T* array, std::uint32_t count, Key T::* field, Key wanted) {
 
 JpsBank* jps_bank_alloc(std::uint32_t commands, std::uint32_t playlists, std::uint32_t sounds,
                         std::uint32_t groups, std::uint32_t group_sounds) {
-  JpsBank* const bank = new (std::nothrow) JpsBank{};
+  JpsBank* const bank = new (std::nothrow) JpsBank();
   if (bank == nullptr) {
     std::puts("jps_bank_alloc(): ERROR! Couldn't malloc mem for bank");
     return nullptr;
