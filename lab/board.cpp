@@ -72,6 +72,13 @@ void JammaShutdown() {}
 bool jamma_link_alive() {
   return false;  // no lamp hangs on it
 }
+bool jamma_board_counters(std::uint8_t (&)[COUNTER_COUNT]) {
+  return false;  // a board without a memory
+}
+bool jamma_tickets_reported() {
+  return false;
+}
+void jamma_tickets_ask(int) {}
 std::int32_t jamma_port() {
   return NO_PORT;
 }

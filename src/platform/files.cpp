@@ -163,15 +163,29 @@ bool store_bytes(StoreFile* file, const void* data, std::size_t size) {
   return file->whole;
 }
 
-bool store_close(StoreFile* file) {
-  bool ok = file->whole && fsync(file->fd) == 0;
+namespace {
+
+// Puts what was written, if it is `good`, in the place of the old file.
+bool take_place(StoreFile* file, bool good) {
   close(file->fd);
-  ok = ok && rename(file->temporary.c_str(), file->path.c_str()) == 0;
-  if (ok) {
-    sync_folder(folder_of(file->path));
-  } else {
-    unlink(file->temporary.c_str());
-  }
+  const bool ok = good && rename(file->temporary.c_str(), file->path.c_str()) == 0;
+  if (!ok) unlink(file->temporary.c_str());
+  return ok;
+}
+
+}  // namespace
+
+bool store_close(StoreFile* file) {
+  const bool ok = take_place(file, file->whole && fsync(file->fd) == 0);
+  if (ok) sync_folder(folder_of(file->path));
+  delete file;
+  return ok;
+}
+
+bool note_store(const char* name, const void* data, std::size_t size) {
+  StoreFile* const file = store_open(name);
+  if (!file) return false;
+  const bool ok = take_place(file, store_bytes(file, data, size));
   delete file;
   return ok;
 }

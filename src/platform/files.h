@@ -45,3 +45,8 @@ bool store_bytes(StoreFile* file, const void* data, std::size_t size);
 // Brings the data to the disk, renames, and brings the folder to the disk. False if the old file
 // is still in place.
 bool store_close(StoreFile* file);
+
+// Puts a note beside the books: `size` bytes, whole or not at all, in the place of the old note. It
+// doesn't wait for the disk: a note outlives the program, not the machine's power. False if the old
+// one is still in place.
+bool note_store(const char* name, const void* data, std::size_t size);

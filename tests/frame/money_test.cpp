@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -180,6 +181,75 @@ TEST_F(Money, ADamagedCountOfOwedTicketsIsNotPaid) {
   tickets_restore();
   EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 0), 0);
   EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 1), 1023);
+}
+
+// The books are those of a program that was ended in the middle of a payout. A board that stayed up
+// pays on by itself; one that lost its count has to be told.
+TEST_F(Money, OwedTicketsAreOrderedAgainUnlessTheBoardStayedUp) {
+  struct Case {
+    const char* what;
+    void (*meanwhile)();
+    int ordered, asked;
+  };
+  const Case cases[] = {
+      {"nothing happened", [] {}, 0, 1},
+      {"players pressed on", [] { jamma_fake.counters[COUNTER_P1S] += 6; }, 0, 1},
+      {"the board restarted", [] { jamma_fake.counters[COUNTER_C1] = 0; }, 22, 0},
+      {"the machine lost its power", [] { headless_boot_id = "another"; }, 22, 0},
+      {"no counters yet", [] { jamma_fake.synced = false; }, 22, 0},
+      {"it did, and the board says it pays",
+       [] {
+         headless_boot_id = "another";
+         jamma_fake.tickets_reported = true;
+       },
+       0, 1},
+      {"the dispenser jammed, as the board has said", [] { jamma_fake.flags = LEFT_TICKET_FAULT; },
+       0, 0},
+  };
+  for (const Case& row : cases) {
+    SCOPED_TRACE(row.what);
+    jamma_fake_reset();
+    headless_boot_id = "boot";
+    audits[AUDIT_TICKETS_OWED].count = 0;
+    jamma_fake.counters[COUNTER_C1] = 2;
+    tickets_restore();
+    jamma_fake.tickets_owed[0] = 22;
+    tickets_poll();
+    jamma_fake.tickets_owed[0] = 0;  // the board that the next run meets hasn't spoken yet
+    ticket_status.tickets_owed[0] = 0;
+    row.meanwhile();
+    jamma_fake_forget_calls();
+    tickets_restore();
+    EXPECT_EQ(jamma_fake_count(JAMMA_ADD_TICKETS), 2U);
+    EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 0), row.ordered);
+    EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 1), 0);
+    EXPECT_EQ(jamma_fake.tickets_asked[0], row.asked);
+    EXPECT_EQ(jamma_fake.tickets_asked[1], 0);
+    std::filesystem::remove(drive.file("audits"));
+    tickets_poll();
+    EXPECT_EQ(drive.has("audits"), row.ordered == 0) << "a board that owes nothing is on the books";
+  }
+}
+
+TEST_F(Money, TicketsThatTheBoardWasYetToBeToldOfAreOrderedAfterARestart) {
+  tickets_restore();
+  jamma_fake.tickets_owed[1] = 1023;
+  jamma_fake.tickets_queued[1] = 977;
+  tickets_poll();
+  jamma_fake_forget_calls();
+  tickets_restore();
+  EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 1), 977);
+  jamma_fake.tickets_owed[1] = jamma_fake.tickets_queued[1] = 0;  // all were cleared
+  tickets_poll();
+  jamma_fake_forget_calls();
+  tickets_restore();
+  EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 1), 0);
+
+  std::filesystem::resize_file(drive.file("board"), 30);  // a note that is cut off says nothing
+  audits[AUDIT_TICKETS_OWED + 1].count = 5;
+  jamma_fake_forget_calls();
+  tickets_restore();
+  EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 1), 5);
 }
 
 TEST_F(Money, StartTakesOneCreditAndLaunchesOneFrog) {

@@ -6,3 +6,7 @@ bool power_reboot() {
   ++headless_reboots_ordered;
   return true;
 }
+
+std::string power_boot_id() {
+  return headless_boot_id;
+}
