@@ -70,10 +70,12 @@ bool read_note(const std::string& boot_id, Note& note) {
   return whole;
 }
 
-// Has each of the board's counters moved forward only, and not far?
+// Has each of the board's counters moved forward only, and not far? Where all stood at 0 nothing
+// tells the board of the note from one that has just started.
 bool counters_agree(const Note& note) {
   std::uint8_t now[COUNTER_COUNT]{};
   if (!jamma_board_counters(now)) return false;
+  if (std::ranges::all_of(note.counters, [](auto counter) { return counter == 0; })) return false;
   for (std::size_t i = 0; i < std::size(now); ++i) {
     const auto steps = static_cast<unsigned>(now[i] - note.counters[i]) & COUNTER_MASK;
     if (steps > STEPS_MAX) return false;

@@ -190,12 +190,14 @@ TEST_F(Money, OwedTicketsAreOrderedAgainUnlessTheBoardStayedUp) {
     const char* what;
     void (*meanwhile)();
     int ordered, asked;
+    std::uint8_t coin_counter = 2;
   };
   const Case cases[] = {
       {"nothing happened", [] {}, 0, 1},
       {"players pressed on", [] { jamma_fake.counters[COUNTER_P1S] += 6; }, 0, 1},
       {"the board restarted", [] { jamma_fake.counters[COUNTER_C1] = 0; }, 22, 0},
       {"the machine lost its power", [] { headless_boot_id = "another"; }, 22, 0},
+      {"a board that counted nothing looks like one that restarted", [] {}, 22, 0, 0},
       {"no counters yet", [] { jamma_fake.synced = false; }, 22, 0},
       {"it did, and the board says it pays",
        [] {
@@ -211,7 +213,7 @@ TEST_F(Money, OwedTicketsAreOrderedAgainUnlessTheBoardStayedUp) {
     jamma_fake_reset();
     headless_boot_id = "boot";
     audits[AUDIT_TICKETS_OWED].count = 0;
-    jamma_fake.counters[COUNTER_C1] = 2;
+    jamma_fake.counters[COUNTER_C1] = row.coin_counter;
     tickets_restore();
     jamma_fake.tickets_owed[0] = 22;
     tickets_poll();
@@ -232,6 +234,7 @@ TEST_F(Money, OwedTicketsAreOrderedAgainUnlessTheBoardStayedUp) {
 }
 
 TEST_F(Money, TicketsThatTheBoardWasYetToBeToldOfAreOrderedAfterARestart) {
+  jamma_fake.counters[COUNTER_C1] = 2;
   tickets_restore();
   jamma_fake.tickets_owed[1] = 1023;
   jamma_fake.tickets_queued[1] = 977;
