@@ -9,7 +9,7 @@
 #include <filesystem>
 
 #include "books/book_file.h"
-#include "operator/settings_table.h"
+#include "operator/setting_values.h"
 #include "platform/files.h"
 #include "playfield/paytable.h"
 
@@ -21,31 +21,20 @@ bool same(const std::string& one, const char* other) {
   return strcasecmp(one.c_str(), other) == 0;
 }
 
-// The menu's row of a setting, or null.
-const Setting* menu_setting(PrefIndex row) {
-  for (const auto& table : {coin_game_settings(), payout_settings()}) {
-    for (const Setting& setting : table) {
-      if (setting.pref == row) return &setting;
-    }
-  }
-  return nullptr;
-}
-
 bool find(const std::string& name, PrefIndex& row) {
   for (int i = 0; i < PREF_COUNT; ++i) {
     row = static_cast<PrefIndex>(i);
-    const Setting* menu = menu_setting(row);
-    if (same(name, prefs[i].name) || (menu != nullptr && same(name, menu->label))) return true;
+    if (same(name, SETTINGS[i].name) || same(name, setting_label(SETTINGS[i]))) return true;
   }
   return false;
 }
 
 bool is_real(PrefIndex row) {
-  return (prefs[row].flags & PREF_SHOWS_FLOAT) != 0;
+  return setting_is_real(SETTINGS[row]);
 }
 
 bool is_text(PrefIndex row) {
-  return (prefs[row].flags & PREF_SHOWS_TEXT) != 0;
+  return SETTINGS[row].view == VIEW_TEXT;
 }
 
 bool number_of(const std::string& text, double& value) {
@@ -77,9 +66,8 @@ std::string names() {
 }
 
 void warn_if_not_offered(PrefIndex row) {
-  const Setting* menu = menu_setting(row);
-  if (menu == nullptr) return;
-  for (const SettingOption& option : menu->options()) {
+  if (SETTINGS[row].menu == NO_MENU) return;
+  for (const SettingOption& option : setting_options(SETTINGS[row])) {
     if (is_real(row) ? option.real == pref_float(row) : option.whole == pref_int(row)) return;
   }
   std::fprintf(stderr, "payout-lab: note: no menu offers \"%s\" %s\n", prefs[row].name,
@@ -87,8 +75,7 @@ void warn_if_not_offered(PrefIndex row) {
 }
 
 bool moves_the_bonus(PrefIndex row) {
-  const Setting* menu = menu_setting(row);
-  return menu != nullptr && (menu->effects & EFFECT_PAYTABLE) != 0;
+  return (SETTINGS[row].effects & EFFECT_PAYTABLE) != 0;
 }
 
 // Values alone: names and flags stay those of the table.

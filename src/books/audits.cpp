@@ -1,5 +1,6 @@
 #include "books/audits.h"
 
+#include <cstdio>
 #include <cstring>
 
 #include "books/book_file.h"  // book_read, book_store
@@ -16,97 +17,27 @@ constexpr std::int64_t LONGEST_TICK_MS = 1000;  // a longer one is a stall and i
 constexpr std::int64_t STORE_EVERY_MS = 600000;
 constexpr std::int64_t STORE_RETRY_MS = 60000;
 
-constexpr AuditRow row(std::uint32_t index, std::uint32_t flags, const char* name) {
-  AuditRow made{index, flags, {}, 0, 0.0F, 0};
-  for (int i = 0; name[i] != 0; ++i) made.name[i] = name[i];
-  return made;
-}
-constexpr AuditRow count(std::uint32_t index, const char* name) {
-  return row(index, 0, name);
-}
-constexpr AuditRow time(std::uint32_t index, const char* name) {
-  return row(index, AUDIT_IS_TIME, name);
-}
+constexpr const char* SIDE_NAMES[SIDE_COUNT] = {" Left", " Right"};
 
-constexpr AuditRow BUILT_IN[AUDIT_COUNT] = {
-    time(0, "Time Game On"),
-    time(1, "Time Since Boot"),
-    count(2, "Games Played Left"),
-    count(3, "Games Played Right"),
-    time(4, "Time Played Left"),
-    time(5, "Time Played Right"),
-    count(6, "Games Since Boot Left"),
-    count(7, "Games Since Boot Right"),
-    time(8, "Time Since Boot Left"),
-    time(9, "Time Since Boot Right"),
-    time(10, "Time Total Played Left"),
-    time(11, "Time Total Played Right"),
-    count(12, "Repeat Plays Left"),
-    count(13, "Repeat Plays Right"),
-    count(14, "Boot Count"),
-    count(15, "Test Entry Count"),
-    count(16, "Watchdog Count"),
-    count(17, "Periodic Reboot Count"),
-    count(18, "I/O Checksum Failures"),
-    count(19, "Coin Drops Left"),
-    count(20, "Coin Drops Right"),
-    count(21, "Service Credits"),
-    count(22, "Tickets Left"),
-    count(23, "Tickets Right"),
-    count(24, "Tickets Owed Left"),
-    count(25, "Tickets Owed Right"),
-    count(26, "Current Credits Left"),
-    count(27, "Current Credits Right"),
-    count(28, "Current Coins Left"),
-    count(29, "Current Coins Right"),
-    count(30, "Bugs Left"),
-    count(31, "Bugs Right"),
-    count(32, "Butterflies Left"),
-    count(33, "Butterflies Right"),
-    count(34, "Bonuses Left"),
-    count(35, "Bonuses Right"),
-    count(36, "Double Bonuses Left"),
-    count(37, "Double Bonuses Right"),
-    count(38, "Jackpots Left"),
-    count(39, "Jackpots Right"),
-    count(40, "Frees Left"),
-    count(41, "Frees Right"),
-    count(42, "Bug Tickets Left"),
-    count(43, "Bug Tickets Right"),
-    count(44, "Butterfly Tickets Left"),
-    count(45, "Butterfly Tickets Right"),
-    count(46, "Bonus Tickets Left"),
-    count(47, "Bonus Tickets Right"),
-    count(48, "Double Bonus Tickets Left"),
-    count(49, "Double Bonus Tickets Right"),
-    count(50, "Jackpot Tickets Left"),
-    count(51, "Jackpot Tickets Right"),
-    count(52, "Free Tickets Left"),
-    count(53, "Free Tickets Right"),
-    count(54, "Fixed Tickets Left"),
-    count(55, "Fixed Tickets Right"),
-    count(56, "Capped Tickets Left"),
-    count(57, "Capped Tickets Right"),
-};
-
-constexpr bool rows_in_order() {
-  for (std::uint32_t i = 0; i < AUDIT_COUNT; ++i) {
-    if (BUILT_IN[i].index != i) return false;
-  }
-  return true;
+// Writes the row's number, kind and name; a pair's names end in their sides.
+void name_row(AuditRow& row, const Audit& audit, int side) {
+  row.index = static_cast<std::uint32_t>(audit.row + side);
+  row.flags = audit.kind == KIND_TIME ? AUDIT_IS_TIME : 0U;
+  std::memset(row.name, 0, sizeof row.name);
+  std::snprintf(row.name, sizeof row.name, "%s%s", audit.name,
+                audit.sides == SIDE_COUNT ? SIDE_NAMES[side] : "");
 }
-static_assert(rows_in_order());
 
 // Word by word where others may be reading.
 void put_built_in(AuditRow* table) {
-  for (const AuditRow& from : BUILT_IN) {
-    AuditRow& to = table[from.index];
-    to.index = from.index;
-    to.flags = from.flags;
-    std::memcpy(to.name, from.name, sizeof to.name);
-    to.count = from.count.word;
-    to.float_value = from.float_value.word;
-    to.time_ms = from.time_ms.word;
+  for (const Audit& audit : AUDITS) {
+    for (int side = 0; side < audit.sides; ++side) {
+      AuditRow& row = table[audit.row + side];
+      name_row(row, audit, side);
+      row.count = 0;
+      row.float_value = 0.0F;
+      row.time_ms = 0;
+    }
   }
 }
 
