@@ -2,6 +2,8 @@
 // into curved sheets of clay.
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <initializer_list>
 #include <vector>
 
 #include "art/catalogue.h"

@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
 #include <string>
+#include <vector>
 
 #include "art/palette.h"
 

@@ -283,13 +283,9 @@ constexpr CatalogueRow kRows[] = {
     sheet("anim_gfrog.tga", 2048, 512, 8, 2, 15, Play::kOnce, draw_frog_hop),
     // 52 pixels from one to the next; the middle one stands under a line of words.
     still("frogicon.tga", 64, 64,
-          [](const Cell& c) {
-            draw_frog_icon(c, icon_pose(), 11.2, {32, 42});
-          }),
+          [](const Cell& c) { draw_frog_icon(c, icon_pose(), 11.2, {32, 42}); }),
     still("frogiconmed.tga", 128, 128,
-          [](const Cell& c) {
-            draw_frog_icon(c, icon_pose(), 19.5, {64, 88});
-          }),
+          [](const Cell& c) { draw_frog_icon(c, icon_pose(), 19.5, {64, 88}); }),
     still("frogiconlrg.tga", 128, 128, draw_frog_waving),
 };
 

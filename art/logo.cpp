@@ -1,6 +1,8 @@
 // The game's name, with the frog that looks over it.
 #include <cmath>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "art/catalogue.h"
 #include "art/clay.h"

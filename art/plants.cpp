@@ -294,14 +294,8 @@ constexpr CatalogueRow kRows[] = {
     still(
         "grass_rt.tga", 1024, 128, [](const Cell& c) { draw_grass(c, 680); },
         kTouchLeft | kTouchBottom),
-    still("dpatch.tga", 256, 128,
-          [](const Cell& c) {
-            draw_patch(c, {0.30, 0.74, 0.14}, 11);
-          }),
-    still("dpatch2.tga", 256, 128,
-          [](const Cell& c) {
-            draw_patch(c, {1.0, 0.80, 0.12}, 23);
-          }),
+    still("dpatch.tga", 256, 128, [](const Cell& c) { draw_patch(c, {0.30, 0.74, 0.14}, 11); }),
+    still("dpatch2.tga", 256, 128, [](const Cell& c) { draw_patch(c, {1.0, 0.80, 0.12}, 23); }),
     still("lrg_lilypad.tga", 1024, 512, draw_big_lily_pad),
 };
 

@@ -2,6 +2,7 @@
 // Signs, letters, emblems and tickets are made of it.
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include "art/canvas.h"

@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <map>
+#include <utility>
 
 #include "art/render_jobs.h"
 #include "art/source_key.h"

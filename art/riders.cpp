@@ -1,4 +1,5 @@
 // The royal frogs that stand on gold: they wave at the player and blow a kiss to whoever lands.
+#include <algorithm>
 #include <cmath>
 
 #include "art/catalogue.h"

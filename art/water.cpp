@@ -1,5 +1,6 @@
 // Water thrown up: the crown round a frog that fell in, and a small splash.
 #include <cmath>
+#include <vector>
 
 #include "art/catalogue.h"
 #include "art/clay.h"
@@ -208,13 +209,9 @@ constexpr Splash kSmall{7, 1.9f, 1.0f, 8, 9};
 
 constexpr CatalogueRow kRows[] = {
     sheet("anim_gfrog_splash.tga", 4096, 1024, 8, 4, 20, Play::kOnce,
-          [](const Cell& c) {
-            draw_splash(c, kCrown, {256, 204}, 44, 2.2);
-          }),
+          [](const Cell& c) { draw_splash(c, kCrown, {256, 204}, 44, 2.2); }),
     sheet("anim_splash.tga", 256, 256, 4, 4, 16, Play::kOnce,
-          [](const Cell& c) {
-            draw_splash(c, kSmall, {32, 48}, 11, 1.2);
-          }),
+          [](const Cell& c) { draw_splash(c, kSmall, {32, 48}, 11, 1.2); }),
 };
 
 }  // namespace

@@ -1,6 +1,7 @@
 // What the link's two threads pay for one change of an input, without their waits.
 #include <benchmark/benchmark.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <string>
 #include <vector>

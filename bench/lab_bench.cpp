@@ -6,6 +6,7 @@
 #include <sys/time.h>
 
 #include <csignal>
+#include <cstdint>
 #include <ctime>
 #include <memory>
 

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
+#include <filesystem>
 #include <vector>
 
 #include "books/audits.h"

@@ -1,5 +1,6 @@
 #include "cabinet/board.h"
 
+#include <cstddef>
 #include <vector>
 
 namespace {

@@ -2,6 +2,7 @@
 // came since the last mark.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <map>

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "cabinet/cabinet.h"
 #include "cabinet/commands.h"

@@ -1,8 +1,10 @@
 // The virtual cabinet: `cabinet --help`.
 
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
+#include <string>
 
 #include "cabinet/cabinet.h"
 #include "cabinet/commands.h"

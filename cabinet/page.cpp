@@ -1,5 +1,8 @@
 #include "cabinet/page.h"
 
+#include <mutex>
+#include <utility>
+
 #include "cabinet/cabinet.h"
 #include "cabinet/commands.h"
 #include "cabinet/page_link.h"

@@ -3,7 +3,10 @@
 #include <turbojpeg.h>
 
 #include <chrono>
+#include <condition_variable>
+#include <mutex>
 #include <thread>
+#include <utility>
 
 #include "cabinet/screen_grab.h"
 

@@ -2,8 +2,11 @@
 
 #include <httplib.h>
 
+#include <chrono>
 #include <cstdlib>
+#include <memory>
 #include <thread>
+#include <utility>
 
 #include "cabinet/page_files.h"
 
@@ -159,10 +162,18 @@ void set_limits(httplib::Server& http) {
   });
 }
 
-int bind_port(httplib::Server& http, int port) {
-  const int wanted = port < 0 ? PAGE_PORT : port;
-  if (wanted > 0 && http.bind_to_port(LOOPBACK, wanted)) return wanted;
-  return port > 0 ? -1 : http.bind_to_any_port(LOOPBACK);
+// A server at that port of the loopback, at any free one if it is 0; null if it is taken. Each try
+// takes a server of its own: the library's binds once, and not at all after a try that failed.
+std::unique_ptr<PageServer> bound_server(PageLink& link, PagePicture& picture, int port) {
+  auto server = std::make_unique<PageServer>(link, picture);
+  set_limits(server->http);
+  add_routes(*server);
+  if (port == 0) {
+    server->port = server->http.bind_to_any_port(LOOPBACK);
+  } else if (server->http.bind_to_port(LOOPBACK, port)) {
+    server->port = port;
+  }
+  return server->port > 0 ? std::move(server) : nullptr;
 }
 
 }  // namespace
@@ -182,20 +193,17 @@ std::string page_server_refuses(const std::string& host, const std::string& orig
 }
 
 PageServer* page_server_start(PageLink& link, PagePicture& picture, int port, std::string& error) {
-  auto* server = new PageServer(link, picture);
-  set_limits(server->http);
-  add_routes(*server);
-  server->port = bind_port(server->http, port);
-  if (server->port <= 0) {
+  std::unique_ptr<PageServer> server = bound_server(link, picture, port < 0 ? PAGE_PORT : port);
+  if (!server && port < 0) server = bound_server(link, picture, 0);
+  if (!server) {
     error = "the page can't have port " + std::to_string(port) +
             "; another program has it, choose another or leave it out";
-    delete server;
     return nullptr;
   }
-  server->thread = std::thread([server] { server->http.listen_after_bind(); });
+  server->thread = std::thread([&http = server->http] { http.listen_after_bind(); });
   // A server that doesn't listen yet can't be stopped: it would begin later, and never end.
   while (!server->http.is_running()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  return server;
+  return server.release();
 }
 
 void page_server_stop(PageServer* server) {

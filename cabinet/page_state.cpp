@@ -2,6 +2,8 @@
 
 #include <sys/stat.h>
 
+#include <cstdint>
+
 #include <nlohmann/json.hpp>
 
 #include "cabinet/books_file.h"
@@ -68,7 +70,7 @@ json books_device(const Cabinet& cabinet) {
 
 // Seconds since 1970 when the audits were last stored, 0 if they never were.
 std::int64_t stored_at(const Cabinet& cabinet) {
-  struct stat file {};
+  struct stat file{};
   return stat((cabinet.options.drive + "/audits").c_str(), &file) == 0 ? file.st_mtime : 0;
 }
 

@@ -1,6 +1,7 @@
 // What scripts compare: readings of the cabinet and of the game's books, and conditions over them.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 

@@ -5,6 +5,7 @@
 #include <xcb/shm.h>
 #include <xcb/xcb.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <memory>

@@ -2,6 +2,7 @@
 // beside the cabinet's loop, a look at a time.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>

@@ -4,6 +4,7 @@
 
 #include <poll.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>

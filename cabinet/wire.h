@@ -2,6 +2,7 @@
 // on two digits of a sum. The board's own reading of it.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>

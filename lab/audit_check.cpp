@@ -1,5 +1,7 @@
 #include "lab/audit_check.h"
 
+#include <cstdint>
+
 #include "books/prefs.h"
 
 namespace {

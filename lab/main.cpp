@@ -1,6 +1,8 @@
 // payout-lab: see options_help.
 #include <cstdio>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "lab/audit_check.h"
 #include "lab/html.h"

@@ -1,6 +1,7 @@
 #include "lab/options.h"
 
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 

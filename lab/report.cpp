@@ -1,5 +1,8 @@
 // A run's results as a table for a terminal, and as JSON.
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <string>
 
 #include "books/prefs.h"
 #include "lab/results.h"

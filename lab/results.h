@@ -1,6 +1,7 @@
 // What a run's counts mean.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "lab/run.h"

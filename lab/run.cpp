@@ -1,6 +1,7 @@
 #include "lab/run.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <numeric>
 #include <vector>
 

@@ -1,5 +1,7 @@
 #include "lab/sums.h"
 
+#include <cstddef>
+
 #include "lab/board.h"
 
 void sums_add(Sums& to, const Sums& from) {

@@ -1,10 +1,12 @@
 #include "lab/sweep.h"
 
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <utility>
 
 #include "books/prefs.h"
 #include "lab/boot.h"

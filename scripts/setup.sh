@@ -5,13 +5,23 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit 1
 
 say() { printf '== %s\n' "$*"; }
 
-BUILD_PACKAGES="g++ cmake ninja-build pkg-config ccache git ca-certificates
+# compiler_package: the package of the compiler that CXX names, if it is a GCC or a clang of Debian.
+compiler_package() {
+  local name=${CXX##*/}
+  case $name in
+    clang++*) echo "clang${name#clang++}" ;;
+    g++-*) echo "$name" ;;
+  esac
+}
+
+BUILD_PACKAGES="g++ $(compiler_package) cmake ninja-build pkg-config ccache git ca-certificates
   libsdl2-dev libsoil-dev libgl-dev libgl1-mesa-dri libcairo2-dev libpango1.0-dev libpng-dev zlib1g-dev
   flite1-dev libebur128-dev libsndfile1-dev
   libusb-1.0-0-dev libumockdev-dev libgtest-dev libbenchmark-dev fonts-cherrybomb fonts-dejavu-core fontconfig
-  libcpp-httplib-dev nlohmann-json3-dev libturbojpeg0-dev libxcb1-dev libxcb-shm0-dev"
+  libcpp-httplib-dev libssl-dev nlohmann-json3-dev libturbojpeg0-dev libxcb1-dev libxcb-shm0-dev"
 DISPLAY_PACKAGES="xvfb imagemagick x11-utils"
-CHECK_PACKAGES="clang-format clang-tidy python3 xdotool libsdl2-mixer-dev libopenal-dev umockdev chromium"
+# One version of the tools that Debian 12 and 13 both have, so that they agree everywhere.
+CHECK_PACKAGES="clang-format-19 clang-tidy-19 python3 xdotool libsdl2-mixer-dev libopenal-dev umockdev chromium"
 
 # install_packages LIST: installs what of LIST is missing, as root or through sudo.
 install_packages() {
@@ -39,13 +49,20 @@ install_packages() {
   }
 }
 
+# is_configured DIRECTORY: whether there is a build tree, of the compiler that CXX names if it does.
+is_configured() {
+  [ -f "$1/build.ninja" ] || return 1
+  [ -z "${CXX:-}" ] ||
+    grep -qx "CMAKE_CXX_COMPILER:[A-Z]*=$(command -v "$CXX")" "$1/CMakeCache.txt"
+}
+
 # build [DIRECTORY [CMAKE ARGUMENTS]]: configures once, builds what changed.
 build() {
   local where=${1:-obj}
   shift || true
-  if [ ! -f "$where/build.ninja" ]; then
+  if ! is_configured "$where"; then
     say "configuring $where"
-    cmake -S . -B "$where" -G Ninja "$@" >"$where.log" 2>&1 || { cat "$where.log" >&2; exit 1; }
+    cmake --fresh -S . -B "$where" -G Ninja "$@" >"$where.log" 2>&1 || { cat "$where.log" >&2; exit 1; }
     rm -f "$where.log"
   fi
   say "building $where"

@@ -1,5 +1,7 @@
 #include "art/sound/drums.h"
 
+#include <cmath>
+
 namespace art::sound {
 
 namespace {

@@ -1,4 +1,6 @@
 // The cabinet's own sounds: a coin, the launch, the operator's menu.
+#include <cmath>
+
 #include "art/sound/catalogue.h"
 #include "art/sound/mallets.h"
 

@@ -1,5 +1,8 @@
 // A crowd for the jackpot: some fifty throats, each with its own pitch and moment, hands and
 // whistles.
+#include <algorithm>
+#include <cmath>
+
 #include "art/sound/catalogue.h"
 #include "art/sound/drums.h"
 

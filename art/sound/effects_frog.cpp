@@ -1,4 +1,8 @@
 // What a frog's body does: hop, croak, gulp, and the sad horn when it goes under.
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
 #include "art/sound/catalogue.h"
 #include "art/sound/drums.h"
 #include "art/sound/frog_voice.h"

@@ -1,4 +1,6 @@
 // The river: the splash, the notes of the logs, the bells that count tickets.
+#include <cmath>
+
 #include "art/sound/catalogue.h"
 #include "art/sound/mallets.h"
 #include "art/sound/score.h"

@@ -1,5 +1,7 @@
 #include "art/sound/frog_voice.h"
 
+#include <cmath>
+
 namespace art::sound {
 
 Signal croak_syllable(const Croak& c, uint32_t seed) {

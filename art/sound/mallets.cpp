@@ -1,5 +1,7 @@
 #include "art/sound/mallets.h"
 
+#include <algorithm>
+#include <cmath>
 #include <initializer_list>
 
 namespace art::sound {

@@ -2,7 +2,10 @@
 
 #include <ebur128.h>
 
+#include <algorithm>
+#include <cmath>
 #include <memory>
+#include <vector>
 
 namespace art::sound {
 

@@ -1,5 +1,7 @@
 #include "art/sound/reverb.h"
 
+#include <cmath>
+
 namespace art::sound {
 
 Reverb::Reverb(double t60_s) : bottom_(180, 0.7) {

@@ -1,5 +1,11 @@
 #include "art/sound/song.h"
 
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <string_view>
+#include <vector>
+
 #include "art/sound/reverb.h"
 
 namespace art::sound {

@@ -1,6 +1,8 @@
 // A tune under construction: lines are played into it one after the other, then it is mixed down.
 #pragma once
 
+#include <string_view>
+
 #include "art/sound/score.h"
 #include "art/sound/stroke.h"
 #include "art/sound/wave.h"

@@ -1,6 +1,9 @@
 #include "art/sound/speech.h"
 
+#include <algorithm>
+#include <cmath>
 #include <mutex>
+#include <numbers>
 
 extern "C" {
 #include <flite/flite.h>

@@ -1,5 +1,8 @@
 #include "art/sound/strings.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace art::sound {
 
 namespace {

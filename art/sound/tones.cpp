@@ -1,5 +1,7 @@
 // Test tones: a whole number of waves, so that they can be repeated for ever without a step. By
 // their names the player lets them pass by the master volume: an operator measures with them.
+#include <cmath>
+
 #include "art/sound/catalogue.h"
 
 namespace art::sound {

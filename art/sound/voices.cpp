@@ -2,6 +2,8 @@
 // one before. Lines of groups that may come every two seconds last at most 1.5 s, the others 2 s:
 // the music is turned down for so long (mainpls.txt).
 #include <array>
+#include <cmath>
+#include <string_view>
 
 #include "art/sound/catalogue.h"
 #include "art/sound/speech.h"

@@ -1,5 +1,7 @@
 #include "art/sound/wave.h"
 
+#include <algorithm>
+#include <cmath>
 #include <fstream>
 
 namespace art::sound {

@@ -1,5 +1,8 @@
 #include "art/sound/winds.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace art::sound {
 
 Signal brass(const Stroke& s) {

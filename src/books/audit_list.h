@@ -50,7 +50,7 @@ enum AuditKind : std::uint8_t { KIND_COUNT, KIND_TIME };
 // AUDIT_TICKETS and so on: the row of a single counter, the Left one of a pair.
 enum AuditIndex {
 #define AUDIT_INDEX(symbol, name, kind, sides, page, line, per_frog, label) \
-  AUDIT_##symbol, AUDIT_##symbol##_LAST = AUDIT_##symbol + (sides)-1,
+  AUDIT_##symbol, AUDIT_##symbol##_LAST = AUDIT_##symbol + (sides) - 1,
   AUDIT_LIST(AUDIT_INDEX)
 #undef AUDIT_INDEX
       AUDIT_COUNT

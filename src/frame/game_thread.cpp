@@ -1,5 +1,6 @@
 #include "frame/game_thread.h"
 
+#include <cstdint>
 #include <memory>
 
 #include "frame/tick.h"

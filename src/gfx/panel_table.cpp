@@ -1,5 +1,7 @@
 #include "gfx/panel_table.h"
 
+#include <cstdint>
+
 #include "platform/memory.h"  // memory_keep_freed
 
 namespace {

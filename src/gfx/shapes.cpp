@@ -1,4 +1,5 @@
 #include <cmath>
+#include <cstdint>
 #include <utility>
 
 #include "gfx/panel.h"

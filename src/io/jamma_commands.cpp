@@ -1,6 +1,9 @@
 // The table of commands.
+#include <atomic>
+#include <cstdint>
 #include <cstdio>
 #include <iterator>
+#include <mutex>
 
 #include "io/jamma_link.h"
 #include "platform/clock.h"

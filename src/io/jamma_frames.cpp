@@ -1,4 +1,7 @@
 // What the host says to the board.
+#include <cstddef>
+#include <cstdint>
+
 #include "io/jamma_link.h"
 
 namespace {

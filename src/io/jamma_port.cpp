@@ -1,4 +1,5 @@
 // Which of the serial ports the board sits on.
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 

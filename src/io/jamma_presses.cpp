@@ -1,4 +1,7 @@
 // Presses of the inputs, counted by the pump and consumed by the tick.
+#include <atomic>
+#include <cstdint>
+
 #include "io/jamma_link.h"
 
 namespace {

@@ -1,4 +1,9 @@
 // One pass of the protocol, in the order that the board's timing rests on.
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <mutex>
+
 #include "io/jamma_link.h"
 #include "platform/clock.h"
 

@@ -1,6 +1,9 @@
 // What the board says to the host. Runs on the pump thread.
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <iterator>
+#include <mutex>
 
 #include "io/jamma_input_tables.h"
 #include "io/jamma_link.h"

@@ -1,6 +1,8 @@
 // The rings between the threads. Each lock is held for one copy, never over a system call, and
 // never both.
+#include <cstdint>
 #include <cstring>
+#include <mutex>
 
 #include "io/jamma_link.h"
 #include "platform/clock.h"

@@ -1,4 +1,8 @@
 // The two threads of the link: the reader cuts bytes into frames, the pump lives the protocol.
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
 #include "io/jamma_link.h"
 #include "platform/clock.h"
 

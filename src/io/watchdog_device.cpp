@@ -1,6 +1,7 @@
 #include "io/watchdog_device.h"
 
 #include <algorithm>
+#include <cstddef>
 
 #include "io/usb/usb_io.h"
 #include "io/watchdog_words.h"

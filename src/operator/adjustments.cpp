@@ -1,9 +1,11 @@
 #include "operator/adjustments.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "books/prefs.h"
@@ -35,7 +37,7 @@ std::vector<Adjustment>& adjustments() {
 
 // The one whose row or list this is, or null.
 template <typename T>
-const Adjustment* find(T* Adjustment::*part, const T* wanted) {
+const Adjustment* find(T* Adjustment::* part, const T* wanted) {
   const auto found = std::ranges::find(adjustments(), wanted, part);
   return found == adjustments().end() ? nullptr : &*found;
 }

@@ -1,6 +1,7 @@
 #include "operator/boot_check.h"
 
 #include <csignal>
+#include <cstdint>
 #include <cstring>
 #include <string>
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <iterator>
 
 #include "frame/game_mode.h"  // sound_enabled
 #include "frame/sides.h"

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdarg>
+#include <cstddef>
+#include <utility>
 #include <vector>
 
 #include "gfx/panel.h"  // gfx_rect_draw

@@ -1,6 +1,7 @@
 #include "operator/resets.h"
 
 #include <cstdint>
+#include <iterator>
 
 #include "books/audits.h"
 #include "books/prefs.h"

@@ -2,8 +2,11 @@
 #include <SOIL/SOIL.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <new>
+#include <string>
 
 #include "platform/display.h"
 #include "platform/display_sdl.h"

@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <string_view>
+#include <system_error>
 
 #include "platform/environment.h"
 #include "platform/usb_backends.h"

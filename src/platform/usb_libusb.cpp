@@ -4,8 +4,12 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdint>
 #include <cstdio>
+#include <memory>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/thread.h"
 #include "platform/usb_backends.h"

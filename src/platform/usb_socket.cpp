@@ -5,9 +5,13 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <initializer_list>
+#include <memory>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/usb_backends.h"
 

@@ -2,6 +2,7 @@
 // scenery. One instance, written by the game thread, read by the drawing without a lock.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 

@@ -1,6 +1,7 @@
 #include "playfield/playfield.h"
 
 #include <algorithm>
+#include <cstdint>
 
 Station stations[SIDE_COUNT];
 FrogQueue frog_queues[SIDE_COUNT];

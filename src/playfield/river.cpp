@@ -4,6 +4,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <iterator>
 
 #include "frame/game_clock.h"  // now_ms
 #include "platform/random.h"   // random_unit

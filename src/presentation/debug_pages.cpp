@@ -1,6 +1,7 @@
 #include "presentation/debug_pages.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "books/audit_time.h"
 #include "books/audits.h"

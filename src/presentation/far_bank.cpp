@@ -1,4 +1,5 @@
 // The river's foam, the far bank and the jackpot that it promises.
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 

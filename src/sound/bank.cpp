@@ -30,7 +30,7 @@ void free_arrays(JpsBank* bank) {
 }
 
 template <typename T, typename Key>
-T* find(T* array, std::uint32_t count, Key T::*field, Key wanted) {
+T* find(T* array, std::uint32_t count, Key T::* field, Key wanted) {
   const std::span<T> rows(array, count);
   const auto row = std::ranges::find(rows, wanted, field);
   return row == rows.end() ? nullptr : &*row;

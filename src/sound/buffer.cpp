@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <new>
+#include <utility>
 #include <vector>
 
 #include "platform/files.h"

@@ -2,6 +2,9 @@
 
 #include <immintrin.h>
 
+#include <cstddef>
+#include <cstdint>
+
 #include "sound/kernels.h"
 
 #define WIDE __attribute__((target("avx2,fma")))

@@ -4,6 +4,7 @@
 #include <array>
 #include <atomic>
 #include <cmath>
+#include <cstddef>
 
 #include "sound/kernels.h"
 #include "sound/mailbox.h"

@@ -5,6 +5,9 @@
 
 #include <filesystem>
 #include <fstream>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "art/animation.h"
 #include "art/file_list.h"

@@ -2,10 +2,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <set>
+#include <string>
+#include <vector>
 
 #include "tests/art/picture_files.h"
 

@@ -2,8 +2,11 @@
 // are whole afterwards.
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstring>
+#include <filesystem>
 #include <string>
+#include <tuple>
 
 #include "books/audits.h"
 #include "books/prefs.h"

@@ -6,8 +6,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdint>
+#include <filesystem>
 #include <map>
 #include <string>
+#include <system_error>
 
 #include "books/audits.h"
 #include "books/prefs.h"

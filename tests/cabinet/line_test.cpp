@@ -1,6 +1,11 @@
 // Faults of the line and the hands at the switches.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
 #include "cabinet/cabinet.h"
 #include "cabinet/line_faults.h"
 

@@ -10,10 +10,12 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <string>
 
 #include "cabinet/cabinet.h"
 

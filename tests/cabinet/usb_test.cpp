@@ -1,6 +1,8 @@
 // The virtual cabinet's USB watchdog: its food, its bite, and what it says.
 #include <gtest/gtest.h>
 
+#include <string>
+
 #include "cabinet/usb_watchdog.h"
 
 namespace {

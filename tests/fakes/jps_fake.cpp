@@ -1,6 +1,7 @@
 #include "tests/fakes/jps_fake.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <mutex>
 
 #include "sound/jps.h"

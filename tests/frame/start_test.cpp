@@ -3,6 +3,8 @@
 
 #include <cstdlib>
 #include <string>
+#include <tuple>
+#include <utility>
 
 #include "frame/app_window.h"
 #include "platform/environment.h"

@@ -3,7 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <functional>
+#include <string>
 
 #include "books/prefs.h"
 #include "frame/game_clock.h"

@@ -5,6 +5,7 @@
 
 #include <climits>
 #include <cstdint>
+#include <utility>
 
 #include "books/prefs.h"
 #include "frame/game_clock.h"

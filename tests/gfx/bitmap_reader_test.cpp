@@ -2,6 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <vector>
+
 #include "platform/headless/display_record.h"
 #include "tests/gfx/pictures.h"
 

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <random>
+#include <vector>
 
 #include "gfx/fill_plan.h"
 

@@ -1,6 +1,11 @@
 // What the drawing calls hand to the display: sizes, places, source rectangles.
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
 #include "gfx/blit.h"
 #include "gfx/panel.h"
 #include "gfx/strip.h"

@@ -5,6 +5,9 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <cstddef>
+#include <string>
+
 #include "platform/environment.h"
 #include "tests/gfx/pictures.h"
 

@@ -1,6 +1,7 @@
 // Little picture files in a folder of their own, for tests.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>

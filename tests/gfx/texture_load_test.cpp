@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <string>
+
 #include "gfx/panel.h"
 #include "gfx/texture.h"
 #include "gfx/tga_reader.h"

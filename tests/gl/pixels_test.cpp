@@ -1,7 +1,14 @@
 // What the drawing calls leave on the screen, by reading its pixels back.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
 #include <random>
+#include <string>
+#include <vector>
 
 #include "gfx/blit.h"
 #include "gfx/panel.h"

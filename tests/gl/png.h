@@ -1,7 +1,11 @@
 // A picture as a PNG file: blocks stored as they are, not packed.
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
 
 #include "tests/gfx/pictures.h"
 

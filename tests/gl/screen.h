@@ -1,6 +1,7 @@
 // A real window and GL context for tests, on a virtual screen if there is no display.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <vector>

@@ -1,3 +1,7 @@
+#include <cstdint>
+#include <cstdio>
+#include <string>
+
 #include "tests/io/link_fixture.h"
 
 class Inputs : public LinkTest {

@@ -1,6 +1,11 @@
 #include <algorithm>
+#include <cstdint>
+#include <cstdio>
 #include <mutex>
+#include <string>
 #include <thread>
+#include <utility>
+#include <vector>
 
 #include "tests/io/link_fixture.h"
 

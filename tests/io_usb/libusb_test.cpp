@@ -1,10 +1,14 @@
 // The watchdog's exchange through libusb, down to what libusb asks of the kernel.
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "frame/game_clock.h"
 #include "io/watchdog_link.h"

@@ -1,6 +1,13 @@
 // The exchange with the USB watchdog, against devices of the test, on a clock set by hand.
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <ios>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "books/audits.h"
 #include "frame/game_clock.h"
 #include "frame/game_mode.h"

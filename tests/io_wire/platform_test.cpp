@@ -2,6 +2,9 @@
 #include <sched.h>
 
 #include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <string>
 
 #include "platform/clock.h"
 #include "platform/environment.h"

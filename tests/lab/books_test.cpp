@@ -2,8 +2,11 @@
 // number of processes, and the same as in a cabinet that is drawn.
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstring>
 #include <memory>
+#include <string>
+#include <utility>
 
 #include "frame/game_clock.h"
 #include "frame/tick.h"

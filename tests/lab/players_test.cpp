@@ -1,6 +1,8 @@
 // Who presses when, and what they may know.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <memory>
 
 #include "books/audits.h"

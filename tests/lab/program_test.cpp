@@ -1,8 +1,13 @@
 // The command line, the settings, the sweep's state and the pages.
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <filesystem>
 #include <fstream>
 #include <memory>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "books/book_file.h"
 #include "lab/html.h"

@@ -2,8 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
 #include <memory>
 #include <random>
+#include <utility>
 
 #include "lab/results.h"
 #include "lab/run.h"

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <string>
 
 #include "books/audits.h"
 #include "books/prefs.h"

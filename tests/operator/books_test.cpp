@@ -1,6 +1,7 @@
 // Audit pages, and what the resets clear and leave alone.
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <limits>
 
 #include "books/audits.h"

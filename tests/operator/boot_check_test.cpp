@@ -4,9 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <string>
 
 #include "books/prefs.h"
 #include "frame/game_mode.h"

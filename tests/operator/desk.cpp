@@ -1,6 +1,8 @@
 #include "tests/operator/desk.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 
 #include "frame/game_clock.h"
 #include "frame/game_mode.h"

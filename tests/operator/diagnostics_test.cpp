@@ -1,6 +1,9 @@
 // Hardware tests against a board: what is drawn of it, and what it is told.
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <string>
+
 #include "frame/game_clock.h"
 #include "frame/game_mode.h"
 #include "io/lamp_effects.h"

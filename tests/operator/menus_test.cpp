@@ -2,7 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstdint>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "books/audits.h"
 #include "books/prefs.h"

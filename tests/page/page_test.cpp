@@ -4,11 +4,16 @@
 #include <httplib.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <nlohmann/json.hpp>
+#include <string>
 #include <thread>
+#include <utility>
 
 #include "cabinet/cabinet.h"
 #include "cabinet/page_server.h"
@@ -174,10 +179,7 @@ TEST_F(PageTest, SaysWhyThereIsNoPicture) {
 
 TEST_F(PageTest, EndsWhileAPageIsOpen) {
   std::atomic<bool> open = false;
-  std::thread reader([&] {
-    watch(
-        "p", [](const json&) { return false; }, [&] { open = true; });
-  });
+  std::thread reader([&] { watch("p", [](const json&) { return false; }, [&] { open = true; }); });
   while (!open) std::this_thread::yield();
   stop();
   page_close(cabinet);

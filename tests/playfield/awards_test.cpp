@@ -1,6 +1,8 @@
 #include "playfield/awards.h"
 
+#include <algorithm>
 #include <map>
+#include <vector>
 
 #include "books/audits.h"
 #include "books/prefs.h"

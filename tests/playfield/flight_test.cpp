@@ -1,3 +1,5 @@
+#include <cstdint>
+
 #include "books/audits.h"
 #include "books/prefs.h"
 #include "frame/game_clock.h"

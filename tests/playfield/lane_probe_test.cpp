@@ -1,3 +1,5 @@
+#include <cstdint>
+
 #include "playfield/frog_flight.h"
 #include "playfield/river.h"
 #include "tests/playfield/field.h"

@@ -1,6 +1,7 @@
 // How a frog looks at each moment of its state, and the idling of those in line.
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <set>
 
 #include "books/audits.h"

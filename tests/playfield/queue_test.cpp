@@ -1,5 +1,7 @@
 #include "playfield/frog_queue.h"
 
+#include <cstdint>
+
 #include "books/audits.h"
 #include "frame/game_clock.h"
 #include "frame/game_mode.h"

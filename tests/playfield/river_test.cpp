@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <set>
+#include <utility>
 #include <vector>
 
 #include "frame/game_clock.h"

@@ -1,6 +1,7 @@
 // Simulated hours of both sides in play, with launches at random moments: the books must agree with
 // each other and with what the dispensers were told.
 #include <atomic>
+#include <cstdint>
 #include <thread>
 
 #include "books/audits.h"

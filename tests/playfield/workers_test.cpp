@@ -1,6 +1,7 @@
 #include "playfield/workers.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "frame/game_clock.h"
 #include "playfield/ticket_dings.h"

@@ -1,4 +1,9 @@
+#include <cstddef>
+#include <cstdint>
 #include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "sound/playlist_expressions.h"
 #include "sound/playlist_lines.h"

@@ -1,8 +1,12 @@
 #include "sound/player.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <map>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "sound/jps.h"
 #include "sound/markers.h"

@@ -1,4 +1,11 @@
+#include <algorithm>
 #include <cctype>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
 
 #include "sound/game_playlists.h"
 #include "tests/playlist/stage.h"

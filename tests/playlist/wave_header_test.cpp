@@ -1,5 +1,10 @@
 #include "sound/wave_header.h"
 
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <utility>
+
 #include "tests/playlist/stage.h"
 
 namespace {

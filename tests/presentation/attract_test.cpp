@@ -1,7 +1,10 @@
 // The pictures of an idle cabinet: when they come, how they move, what stops them.
 #include "presentation/attract.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <string>
+#include <vector>
 
 #include "books/audits.h"
 #include "books/prefs.h"

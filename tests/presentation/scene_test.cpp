@@ -1,6 +1,10 @@
 #include "presentation/scene.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
 
 #include "books/audits.h"
 #include "books/prefs.h"

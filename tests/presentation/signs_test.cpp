@@ -1,6 +1,8 @@
 #include "presentation/signs.h"
 
 #include <limits>
+#include <string>
+#include <vector>
 
 #include "books/audits.h"
 #include "books/prefs.h"

@@ -1,6 +1,8 @@
 #include "tests/presentation/stage.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 
 #include "books/audits.h"

@@ -2,6 +2,8 @@
 #include "presentation/win_show.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <vector>
 
 #include "books/prefs.h"
 #include "frame/game_clock.h"

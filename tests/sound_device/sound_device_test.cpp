@@ -10,11 +10,13 @@
 #include <atomic>
 #include <chrono>
 #include <csignal>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <functional>
 #include <random>
+#include <string>
 #include <thread>
 #include <vector>
 

@@ -1,7 +1,10 @@
 // Tracks, duplicates, what is refused, and a machine without sound.
 #include <atomic>
+#include <cmath>
+#include <cstdint>
 #include <random>
 #include <thread>
+#include <vector>
 
 #include "platform/files.h"
 #include "platform/headless/sound_capture.h"

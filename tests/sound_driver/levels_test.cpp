@@ -1,4 +1,9 @@
 // How loud, on which side, and that no change of it is heard as a click.
+#include <cmath>
+#include <functional>
+#include <numbers>
+#include <utility>
+
 #include "platform/headless/sound_capture.h"
 #include "tests/sound_driver/studio.h"
 

@@ -1,5 +1,12 @@
 // Sounds of every format and rate, read at any other, without loss, images or aliases to be heard.
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <numbers>
 #include <random>
+#include <string>
+#include <vector>
 
 #include "sound/kernels.h"
 #include "sound/resampler.h"

@@ -4,10 +4,16 @@
 
 #include <atomic>
 #include <chrono>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <future>
+#include <numbers>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "platform/headless/sound_capture.h"
 #include "tests/sound_driver/studio.h"

@@ -1,6 +1,7 @@
 #include "tests/sound_driver/studio.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <random>
 
 #include "platform/files.h"

@@ -5,7 +5,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <filesystem>
+#include <string>
+#include <vector>
 
 #include "art/sound/catalogue.h"
 #include "tests/sound_kit/kit.h"

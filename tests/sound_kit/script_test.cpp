@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <map>
 #include <set>
+#include <string>
+#include <vector>
 
 #include "sound/game_playlists.h"
 #include "tests/sound_kit/kit.h"

@@ -2,6 +2,8 @@
 // compared is the tick's own order and nothing else.
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <vector>
 

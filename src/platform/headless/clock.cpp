@@ -1,6 +1,7 @@
 #include "platform/clock.h"
 
 #include <atomic>
+#include <cstdint>
 
 #include "platform/headless/clock_control.h"
 

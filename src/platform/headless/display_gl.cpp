@@ -1,5 +1,7 @@
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <string>
 
 #include "platform/display.h"
 #include "platform/headless/display_record.h"

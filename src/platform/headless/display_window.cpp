@@ -1,4 +1,5 @@
 #include <cstdio>
+#include <string>
 
 #include "platform/display.h"
 #include "platform/headless/display_record.h"

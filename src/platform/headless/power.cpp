@@ -1,5 +1,7 @@
 #include "platform/power.h"
 
+#include <string>
+
 #include "platform/headless/power_record.h"
 
 bool power_reboot() {

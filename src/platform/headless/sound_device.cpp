@@ -1,6 +1,7 @@
 #include "platform/sound_device.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "platform/headless/sound_capture.h"
 

@@ -1,5 +1,8 @@
 #include "platform/usb_device.h"
 
+#include <memory>
+#include <string>
+
 #include "platform/headless/usb_control.h"
 
 namespace {
