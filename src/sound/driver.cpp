@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <memory>
 #include <mutex>
 
 #include "platform/sound_device.h"
 #include "platform/thread.h"
 #include "sound/buffer.h"
+#include "sound/complaints.h"
 #include "sound/mixer.h"
 #include "sound/stream.h"
 
@@ -32,8 +32,13 @@ struct Driver {
 
 constinit Driver state;
 
-std::recursive_mutex& sound_lock() {
-  static std::recursive_mutex lock;
+struct Lock {
+  std::recursive_mutex mutex;
+  int depth = 0;  // under the mutex: how often its thread holds it
+};
+
+Lock& sound_lock() {
+  static Lock lock;
   return lock;
 }
 
@@ -121,7 +126,16 @@ void transition_loop(const Thread& self, void* /*context*/) {
 
 }  // namespace
 
-SoundLock::SoundLock() : guard_(sound_lock()) {}
+SoundLock::SoundLock() {
+  sound_lock().mutex.lock();
+  ++sound_lock().depth;
+}
+
+SoundLock::~SoundLock() {
+  const bool last = --sound_lock().depth == 0;
+  sound_lock().mutex.unlock();
+  if (last) jps_complaints_lock_is_free();
+}
 
 JpsTrack& jpsdrvr_track(int n) {
   return state.tracks[n];
@@ -135,13 +149,13 @@ int jpsdrvr_init() {
   for (JpsTrack& track : state.tracks) track = JpsTrack{};
   for (JpsSound& row : state.duplicates) row.buffer = nullptr;
   if (!sound_device_open(mixer_render)) {
-    std::printf("jpsdrvr_init(): ERROR! Couldn't create dsound interface\n");
+    jps_complain("jpsdrvr_init(): ERROR! Couldn't create dsound interface\n");
     return -1;
   }
   state.transition_thread =
       thread_start("transition", THREAD_PRIORITY_TIME_CRITICAL, transition_loop, nullptr);
   if (!state.transition_thread) {
-    std::printf("jpsdrvr_init(): ERROR! Couldn't create transition thread!\n");
+    jps_complain("jpsdrvr_init(): ERROR! Couldn't create transition thread!\n");
     sound_device_close();
     return -1;
   }

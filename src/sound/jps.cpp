@@ -6,6 +6,7 @@
 
 #include "platform/clock.h"
 #include "platform/thread.h"
+#include "sound/complaints.h"
 #include "sound/driver.h"
 #include "sound/player.h"
 #include "sound/playlist_parser.h"
@@ -27,6 +28,7 @@ Jps& jps() {
 void run_timer(const Thread& self, void* /*context*/) {
   while (!thread_stop_requested(self)) {
     jps_update_all();
+    jps_complaints_print();
     clock_sleep_ms(1);
   }
 }
@@ -40,6 +42,7 @@ bool jps_init() {
     return false;
   }
   jps().timer = thread_start("sound timer", THREAD_PRIORITY_NORMAL, run_timer, nullptr);
+  jps_complaints_have_a_thread(jps().timer != nullptr);
   if (jps().timer == nullptr) {
     std::puts("ERROR! Couldn't create timer thread... playlister may not play sounds correctly");
   }
@@ -52,6 +55,7 @@ void jps_shutdown() {
     thread_join(*jps().timer, TIMER_STOP_BOUND_MS);
     jps().timer = nullptr;
   }
+  jps_complaints_have_a_thread(false);
   jps_banks_free();
   jpsdrvr_shutdown();
 }
