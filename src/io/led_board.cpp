@@ -75,7 +75,7 @@ void check(const Thread& self) {
   if (!is_due(board.next_check_ms)) return;
   if (station_idle(SIDE_LEFT) && station_idle(SIDE_RIGHT)) {
     led_drain(board.link);
-    if (!led_set_type(board.link)) restart(self);
+    if (led_set_type(board.link) != 0) restart(self);
   }
   board.next_check_ms = now_ms() + CHECK_EVERY_MS;
 }
