@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 #include <memory>
 #include <mutex>
 
@@ -143,22 +144,26 @@ JpsTrack& jpsdrvr_track(int n) {
 
 int jpsdrvr_init() {
   jpsdrvr_shutdown();
-  const SoundLock lock;
-  mixer_reset();
-  streams_reset();
-  for (JpsTrack& track : state.tracks) track = JpsTrack{};
-  for (JpsSound& row : state.duplicates) row.buffer = nullptr;
+  {
+    const SoundLock lock;
+    mixer_reset();
+    streams_reset();
+    for (JpsTrack& track : state.tracks) track = JpsTrack{};
+    for (JpsSound& row : state.duplicates) row.buffer = nullptr;
+  }
+  // Without the lock: both print what they have to say. Nobody uses the driver before it is up.
   if (!sound_device_open(mixer_render)) {
-    jps_complain("jpsdrvr_init(): ERROR! Couldn't create dsound interface\n");
+    std::puts("jpsdrvr_init(): ERROR! Couldn't create dsound interface");
     return -1;
   }
   state.transition_thread =
       thread_start("transition", THREAD_PRIORITY_TIME_CRITICAL, transition_loop, nullptr);
   if (!state.transition_thread) {
-    jps_complain("jpsdrvr_init(): ERROR! Couldn't create transition thread!\n");
+    std::puts("jpsdrvr_init(): ERROR! Couldn't create transition thread!");
     sound_device_close();
     return -1;
   }
+  const SoundLock lock;
   state.up = true;
   return 0;
 }
