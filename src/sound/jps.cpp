@@ -35,18 +35,18 @@ void run_timer(const Thread& self, void* /*context*/) {
 
 }  // namespace
 
-bool jps_init() {
+int jps_init() {
   jps_players_reset();
   if (jpsdrvr_init() != 0) {
     std::puts("jps_init(): ERROR! Could not init sound hardware!");
-    return false;
+    return -1;
   }
   jps().timer = thread_start("sound timer", THREAD_PRIORITY_NORMAL, run_timer, nullptr);
   jps_complaints_have_a_thread(jps().timer != nullptr);
   if (jps().timer == nullptr) {
     std::puts("ERROR! Couldn't create timer thread... playlister may not play sounds correctly");
   }
-  return true;
+  return 0;
 }
 
 void jps_shutdown() {

@@ -5,6 +5,7 @@
 
 #include "platform/clock.h"
 #include "sound/complaints.h"
+#include "sound/jps.h"
 #include "sound/markers.h"
 #include "sound/player_steps.h"
 
