@@ -130,7 +130,8 @@ TEST_F(Files, APlaceThatTakesNoFilesIsToldOnceAndNothingIsDrawn) {
   write("file", "");
   int drawn = 0;
   const auto draw = [&](const std::string&) { return ++drawn > 0; };
-  const std::vector<RenderJob> jobs = {{"images/a.tga", "1", 1, draw}, {"b.tga", "1", 1, draw}};
+  const std::vector<RenderJob> jobs = {{"images/a.tga", "1", 1, draw},
+                                       {"images/b.tga", "1", 1, draw}};
   testing::internal::CaptureStderr();
   EXPECT_FALSE(render_jobs(dir_ / "file", jobs, true, "pictures", nullptr));
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
