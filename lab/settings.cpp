@@ -1,7 +1,9 @@
 #include "lab/settings.h"
 
 #include <strings.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -100,17 +102,22 @@ void settings_reset() {
 std::string settings_load(const std::string& path) {
   std::error_code failed;
   const std::filesystem::path given = std::filesystem::absolute(path, failed);
-  if (failed || !std::filesystem::exists(given, failed))
-    return path + ": there is no such file or folder";
+  if (failed || !std::filesystem::exists(given, failed)) {
+    return path + ": " + (failed ? failed.message() : "there is no such file or folder");
+  }
   const bool folder = std::filesystem::is_directory(given, failed);
+  if (euidaccess(given.c_str(), folder ? R_OK | X_OK : R_OK) != 0) {
+    return path + ": " + std::strerror(errno);
+  }
   const std::filesystem::path root = folder ? given : given.parent_path();
   files_use_roots(root.string(), {});
   const std::string name = R"(d:\)" + (folder ? std::string("prefs") : given.filename().string());
   const bool good = take_file(name.c_str()) || (folder && take_file(R"(d:\prefbak)"));
   files_use_roots({}, {});  // the lab has no drive: nothing of a run is stored
   if (good) return {};
-  return path + (folder ? ": holds no file of settings, neither \"prefs\" nor \"prefbak\""
-                        : ": isn't a file of settings, which begins with \"030P\"");
+  return path +
+         (folder ? ": holds no file of settings that can be read, neither \"prefs\" nor \"prefbak\""
+                 : ": isn't a file of settings, which begins with \"030P\"");
 }
 
 std::string settings_set(const std::string& assignment) {

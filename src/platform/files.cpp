@@ -86,10 +86,22 @@ struct ReadFile {
   std::FILE* stream;
 };
 
+namespace {
+
+// A folder opens too, and then reads as an empty file.
+ReadFile* open_stream(const std::string& path) {
+  std::FILE* const stream = path.empty() ? nullptr : std::fopen(path.c_str(), "rbe");
+  if (stream == nullptr) return nullptr;
+  struct stat status{};
+  if (fstat(fileno(stream), &status) == 0 && !S_ISDIR(status.st_mode)) return new ReadFile{stream};
+  std::fclose(stream);
+  return nullptr;
+}
+
+}  // namespace
+
 ReadFile* read_open(const char* name) {
-  const std::string path = files_path(name);
-  std::FILE* stream = path.empty() ? nullptr : std::fopen(path.c_str(), "rbe");
-  return stream == nullptr ? nullptr : new ReadFile{stream};
+  return open_stream(files_path(name));
 }
 
 ReadFile* read_open_any_case(const char* name) {
@@ -104,8 +116,7 @@ ReadFile* read_open_any_case(const char* name) {
     if (match.empty()) return nullptr;
     found /= match;
   }
-  std::FILE* stream = std::fopen(found.c_str(), "rbe");
-  return stream == nullptr ? nullptr : new ReadFile{stream};
+  return open_stream(found.string());
 }
 
 std::size_t read_bytes(ReadFile* file, void* data, std::size_t size) {
@@ -122,6 +133,11 @@ std::size_t read_at(ReadFile* file, std::uint64_t offset, void* data, std::size_
     done += static_cast<std::size_t>(count);
   }
   return done;
+}
+
+std::uint64_t read_size(ReadFile* file) {
+  struct stat status{};
+  return fstat(fileno(file->stream), &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
 }
 
 void read_prefetch(ReadFile* file, std::uint64_t offset, std::size_t size) {

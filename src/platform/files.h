@@ -23,7 +23,7 @@ std::string files_program_folder();
 struct ReadFile;
 struct StoreFile;
 
-// Opens for reading; null if there is no such file.
+// Opens for reading; null if there is no such file; a folder is none.
 ReadFile* read_open(const char* name);
 // The same whatever the case of the name's letters, where lists were written on systems that don't
 // tell upper from lower case.
@@ -32,6 +32,8 @@ ReadFile* read_open_any_case(const char* name);
 std::size_t read_bytes(ReadFile* file, void* data, std::size_t size);
 // The same from `offset` on, wherever `read_bytes` stands, which stays there.
 std::size_t read_at(ReadFile* file, std::uint64_t offset, void* data, std::size_t size);
+// The file's size in bytes; 0 for what has none, as a pipe.
+std::uint64_t read_size(ReadFile* file);
 // Tells the system that these bytes will be read soon, so that it fetches them meanwhile.
 void read_prefetch(ReadFile* file, std::uint64_t offset, std::size_t size);
 void read_close(ReadFile* file);

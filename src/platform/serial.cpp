@@ -19,6 +19,7 @@
 #include <mutex>
 #include <string>
 #include <system_error>
+#include <thread>
 
 #include "platform/environment.h"
 
@@ -29,6 +30,7 @@ struct SerialPort {
   int fd = -1;  // never changes: a repair puts the new device behind the same number
   int wake_fd = -1;
   std::atomic<int> baud{0};  // 0 until configured
+  std::atomic<SerialLines> lines{SERIAL_LINES_ON};
   std::atomic<bool> lost{false};
   std::mutex repair_mutex;
   Steady::time_point next_repair;  // under repair_mutex
@@ -39,6 +41,8 @@ namespace {
 constexpr auto REPAIR_EVERY = std::chrono::milliseconds(250);
 constexpr int LOST_PAUSE_MS = 100;
 constexpr auto WRITE_BOUND = std::chrono::milliseconds(100);
+constexpr auto DRAIN_BOUND = std::chrono::milliseconds(100);
+constexpr int BITS_OF_A_BYTE = 10;  // with start and stop
 
 // The device that stands for "COM1" to "COM16", or null.
 const std::string* device_of(const char* name) {
@@ -71,7 +75,7 @@ void device_release(int fd) {
   flock(fd, LOCK_UN);
 }
 
-bool device_configure(int fd, int baud) {
+bool device_configure(int fd, int baud, SerialLines lines) {
   const speed_t speed = baud == 9600 ? B9600 : baud == 115200 ? B115200 : B0;
   termios state{};
   if (speed == B0 || tcgetattr(fd, &state) != 0) return false;
@@ -84,8 +88,8 @@ bool device_configure(int fd, int baud) {
   cfsetispeed(&state, speed);
   cfsetospeed(&state, speed);
   if (tcsetattr(fd, TCSANOW, &state) != 0) return false;
-  int lines = TIOCM_DTR | TIOCM_RTS;
-  ioctl(fd, TIOCMBIS, &lines);  // a pseudo-terminal has no such lines
+  int both = TIOCM_DTR | TIOCM_RTS;  // a pseudo-terminal has no such lines
+  ioctl(fd, lines == SERIAL_LINES_ON ? TIOCMBIS : TIOCMBIC, &both);
   return true;
 }
 
@@ -104,8 +108,8 @@ bool usable(SerialPort* port) {
   const int fresh = device_open(port->path);
   if (fresh < 0) return false;
   const int baud = port->baud;
-  const bool good =
-      (baud == 0 || device_configure(fresh, baud)) && dup3(fresh, port->fd, O_CLOEXEC) == port->fd;
+  const bool good = (baud == 0 || device_configure(fresh, baud, port->lines)) &&
+                    dup3(fresh, port->fd, O_CLOEXEC) == port->fd;
   if (!good) device_release(fresh);
   close(fresh);
   port->lost = !good;
@@ -152,8 +156,9 @@ SerialPort* serial_open(const char* name, int* error) {
   return port.release();
 }
 
-bool serial_configure(SerialPort* port, int baud) {
-  if (!device_configure(port->fd, baud)) return false;
+bool serial_configure(SerialPort* port, int baud, SerialLines lines) {
+  if (!device_configure(port->fd, baud, lines)) return false;
+  port->lines = lines;
   port->baud = baud;
   return true;
 }
@@ -212,6 +217,19 @@ int serial_write(SerialPort* port, const void* data, std::size_t size) {
     poll(&room, 1, static_cast<int>(left));
   }
   return static_cast<int>(size);
+}
+
+// Not tcdrain, which has no bound: an adapter that hangs would hold its caller for ever.
+void serial_drain(SerialPort* port, int bytes) {
+  const auto deadline = Steady::now() + DRAIN_BOUND;
+  int queued = 0;
+  while (ioctl(port->fd, TIOCOUTQ, &queued) == 0 && queued > 0 && Steady::now() < deadline) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  // What an adapter holds by itself shows in no queue.
+  if (port->baud == 0) return;
+  const std::int64_t bits = std::int64_t{bytes} * BITS_OF_A_BYTE;
+  std::this_thread::sleep_for(std::chrono::microseconds(bits * 1'000'000 / port->baud));
 }
 
 void serial_close(SerialPort* port) {

@@ -12,8 +12,10 @@
 #include "art/animation.h"
 #include "art/file_list.h"
 #include "art/render.h"
+#include "art/render_jobs.h"
 #include "art/source_key.h"
 #include "tests/art/picture_files.h"
+#include "tests/plain_user.h"
 
 namespace fs = std::filesystem;
 using namespace art;
@@ -125,6 +127,29 @@ TEST_F(Files, DrawsOnlyWhatIsOutOfDateAndAlwaysTheSame) {
   write("", "");
   std::ofstream(dir_) << "a file where the folder should be";
   EXPECT_FALSE(render_files(dir_, {row}, false, nullptr));
+}
+
+TEST_F(Files, APlaceThatTakesNoFilesIsToldOnceAndNothingIsDrawn) {
+  write("file", "");
+  int drawn = 0;
+  const auto draw = [&](const std::string&) { return ++drawn > 0; };
+  const std::vector<RenderJob> jobs = {{"images/a.tga", "1", 1, draw},
+                                       {"images/b.tga", "1", 1, draw}};
+  testing::internal::CaptureStderr();
+  EXPECT_FALSE(render_jobs(dir_ / "file", jobs, true, "pictures", nullptr));
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            (dir_ / "file/.art").string() + ": Not a directory\n");
+  fs::create_directory(dir_ / "shut");
+  chmod((dir_ / "shut").c_str(), 0555);
+  {
+    const PlainUser user(dir_);
+    ASSERT_TRUE(user.changed());
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(render_jobs(dir_ / "shut", jobs, false, "pictures", nullptr));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              (dir_ / "shut/.art").string() + ": Permission denied\n");
+  }
+  EXPECT_EQ(drawn, 0);
 }
 
 TEST_F(Files, KeysFollowTheSourcesThatAPictureIsMadeFrom) {

@@ -47,8 +47,8 @@ void jps_set_master_volume(int volume) {
   const std::lock_guard guard(lock);
   jps_fake.master_volume = volume;
 }
-bool jps_init() {
-  return true;
+int jps_init() {
+  return 0;
 }
 void jps_shutdown() {}
 bool jps_bank_load(const char* /*name*/) {
