@@ -194,16 +194,35 @@ TEST_F(Books, BootZeroesOnlyWhatCountsSinceBoot) {
 
 // A file that can't be written is skipped: the others are stored, and nothing stops.
 TEST_F(Books, UnwritableFileIsSkipped) {
-  std::filesystem::create_directory(drive.file("audits.new"));
-  std::filesystem::create_directory(drive.file("prefs.new"));
+  std::filesystem::create_directories(drive.file("audits/full"));
+  std::filesystem::create_directories(drive.file("prefs/full"));
   audits[AUDIT_BUGS].count = 9;
   audits_save();
   prefs_save();
-  EXPECT_FALSE(drive.has("audits"));
-  EXPECT_FALSE(drive.has("prefs"));
+  EXPECT_TRUE(drive.has("audits/full"));
+  EXPECT_TRUE(drive.has("prefs/full"));
+  EXPECT_FALSE(drive.has("audits.new"));
   EXPECT_EQ(drive.read("audbak").size(), AUDITS_SIZE);
   EXPECT_EQ(drive.read("prefbak").size(), PREFS_SIZE);
   EXPECT_EQ(drive.read("histo").size(), HISTO_SIZE);
+}
+
+// What lies where the temporary file is to be doesn't keep the books from being stored.
+TEST_F(Books, ATemporaryNameInUseIsClearedOrGoneRound) {
+  std::filesystem::create_directory(drive.file("prefs.new"));
+  std::filesystem::create_directories(drive.file("audits.new/somebody's"));
+  drive.write("audbak.new", std::string(9999, 'x'));
+  drive.write("elsewhere", "not a book");
+  std::filesystem::create_symlink(drive.file("elsewhere"), drive.file("prefbak.new"));
+  prefs_load();
+  audits_load();
+  for (const char* name : {"prefs", "prefbak"}) EXPECT_EQ(drive.read(name).size(), PREFS_SIZE);
+  for (const char* name : {"audits", "audbak"}) EXPECT_EQ(drive.read(name).size(), AUDITS_SIZE);
+  EXPECT_EQ(drive.read("elsewhere"), "not a book");
+  for (const char* name : {"prefs.new", "prefbak.new", "audits.new2", "audbak.new"}) {
+    EXPECT_FALSE(drive.has(name)) << name;
+  }
+  EXPECT_TRUE(drive.has("audits.new/somebody's"));
 }
 
 TEST_F(Books, NamesDoNotLeaveTheirRoot) {

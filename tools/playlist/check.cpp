@@ -105,9 +105,11 @@ int unused_waves(const JpsBank& bank, const std::string& file) {
   std::error_code failed;
   const fs::path folder = fs::weakly_canonical(file, failed).parent_path();
   std::vector<std::string> unused;
-  for (const auto& entry : fs::recursive_directory_iterator(folder, failed)) {
-    if (!is_wave(entry.path())) continue;
-    const std::string relative = entry.path().lexically_relative(folder).string();
+  const fs::recursive_directory_iterator end;
+  for (fs::recursive_directory_iterator at(folder, failed); !failed && at != end;
+       at.increment(failed)) {
+    if (!is_wave(at->path())) continue;
+    const std::string relative = at->path().lexically_relative(folder).string();
     if (!knows_sound(bank, relative)) unused.push_back(relative);
   }
   std::ranges::sort(unused);
