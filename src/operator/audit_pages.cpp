@@ -89,7 +89,7 @@ std::int64_t time_of(const PageLine& line, int side) {
 
 double per_frog(const PageLine& line, int side) {
   const std::int32_t frogs = audit_count(AUDIT_GAMES_PLAYED, side);
-  return frogs == 0 ? 0.0 : static_cast<double>(audit_count(line.row, side)) / frogs;
+  return frogs < 1 ? 0.0 : static_cast<double>(audit_count(line.row, side)) / frogs;
 }
 
 // Nothing has a time per frog where no frog was played.

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <limits>
 #include <string>
 
 #include "books/audits.h"
@@ -190,6 +191,24 @@ TEST_F(Books, BootZeroesOnlyWhatCountsSinceBoot) {
     EXPECT_EQ(audits[i].count, since_boot && !time ? 0 : 7) << i;
     EXPECT_EQ(audits[i].time_ms, time ? 0 : 7000) << i;
   }
+}
+
+TEST_F(Books, ACounterAtItsEndStaysThere) {
+  constexpr std::int32_t MOST = std::numeric_limits<std::int32_t>::max();
+  constexpr std::int64_t LONGEST = std::numeric_limits<std::int64_t>::max();
+  audits[AUDIT_BOOT_COUNT].count = MOST;
+  audits[AUDIT_BUGS].count = std::numeric_limits<std::int32_t>::min();
+  audits[AUDIT_TIME_GAME_ON].time_ms = LONGEST;
+  histogram[SIDE_LEFT][7] = std::numeric_limits<std::uint32_t>::max();
+  audits_save();
+  audits_load();
+  audit_add(AUDIT_BUGS, -1);
+  audits_tick({17, {true, true}, {0, 0}, 0});
+  histogram_count(SIDE_LEFT, 7);
+  EXPECT_EQ(audit_count(AUDIT_BOOT_COUNT), MOST);
+  EXPECT_EQ(audit_count(AUDIT_BUGS), std::numeric_limits<std::int32_t>::min());
+  EXPECT_EQ(audits[AUDIT_TIME_GAME_ON].time_ms, LONGEST);
+  EXPECT_EQ(histogram[SIDE_LEFT][7], std::numeric_limits<std::uint32_t>::max());
 }
 
 // A file that can't be written is skipped: the others are stored, and nothing stops.

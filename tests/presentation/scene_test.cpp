@@ -1,6 +1,7 @@
 #include "presentation/scene.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "books/audits.h"
 #include "books/prefs.h"
@@ -273,6 +274,11 @@ TEST_F(Scene, DebugPagesShowTheBooks) {
   EXPECT_EQ(places(drawn, "Bugs Per Game Left               1.500   2.500"), "16,96");
   EXPECT_EQ(places(drawn, "Time Per Game Left               1:23.50"), "16,320");
   EXPECT_EQ(places(drawn, "Time Per Game Right              "), "16,336");
+  audits[AUDIT_GAMES_PLAYED].count = -1;  // from a damaged file
+  audits[AUDIT_TIME_TOTAL_PLAYED].time_ms = std::numeric_limits<std::int64_t>::min();
+  drawn = seen(debug_page_draw);
+  EXPECT_EQ(places(drawn, "Bugs Per Game Left               0.000   0.000"), "16,96");
+  EXPECT_EQ(places(drawn, "Time Per Game Left               "), "16,320");
   debug_page = DEBUG_AUDITS_2;
   drawn = seen(debug_page_draw);
   EXPECT_TRUE(has(drawn, "AUDITS 2"));
