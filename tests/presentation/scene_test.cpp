@@ -1,6 +1,7 @@
 #include "presentation/scene.h"
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 
 #include "books/audits.h"
@@ -287,6 +288,8 @@ TEST_F(Scene, DebugPagesShowTheBooks) {
   debug_page = DEBUG_PREFS;
   drawn = seen(debug_page_draw);
   EXPECT_EQ(places(drawn, "Payout Percent                   0.400"), "16,272");
+  std::memset(prefs[PREF_FREEPLAY].name, 'x', sizeof prefs[PREF_FREEPLAY].name);  // without its end
+  EXPECT_EQ(places(seen(debug_page_draw), std::string(32, 'x') + " 0"), "16,48");
   histogram[SIDE_RIGHT][251] = 3;
   debug_page = DEBUG_HISTOGRAM_1 + 1;
   drawn = seen(debug_page_draw);
