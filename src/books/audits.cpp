@@ -1,7 +1,9 @@
 #include "books/audits.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <limits>
 
 #include "books/book_file.h"  // book_read, book_store
 
@@ -49,8 +51,28 @@ struct TickState {
 
 constinit TickState tick_state{};
 
+// A counter that has come to its end stays there.
+template <typename T>
+void add_held(Shared<T>& counter, T delta) {
+  T sum{};
+  if (__builtin_add_overflow(counter.get(), delta, &sum)) {
+    sum = delta > 0 ? std::numeric_limits<T>::max() : std::numeric_limits<T>::min();
+  }
+  counter = sum;
+}
+
+// No file of the books is checked when it is read. A damaged one may hold money back: with fewer
+// than none the next coins would buy nothing.
+void hold_money() {
+  for (int side = 0; side < SIDE_COUNT; ++side) {
+    for (const int row_number : {AUDIT_CURRENT_CREDITS + side, AUDIT_CURRENT_COINS + side}) {
+      audits[row_number].count = std::max(audits[row_number].count.get(), 0);
+    }
+  }
+}
+
 void add_time(int row_number, std::int64_t ms) {
-  audits[row_number].time_ms += ms;
+  add_held(audits[row_number].time_ms, ms);
 }
 
 void count_time(const AuditsTick& tick, std::int64_t dt) {
@@ -85,6 +107,7 @@ void audits_load() {
     book_read(BACKUP_FILE, AUDITS_MAGIC, audits, sizeof audits);
   }
   book_read(HISTOGRAM_FILE, HISTOGRAM_MAGIC, histogram, sizeof histogram);
+  hold_money();
 
   audit_add(AUDIT_BOOT_COUNT, 1);
   audits[AUDIT_TIME_SINCE_BOOT].time_ms = 0;
@@ -102,11 +125,11 @@ void audits_save() {
 }
 
 void audit_add(int row_number, std::int32_t delta) {
-  if (row_number >= 0 && row_number < AUDIT_COUNT) audits[row_number].count += delta;
+  if (row_number >= 0 && row_number < AUDIT_COUNT) add_held(audits[row_number].count, delta);
 }
 
 void histogram_count(int side, std::int32_t tickets) {
-  if (tickets >= 0 && tickets < HISTOGRAM_CELLS) ++histogram[side][tickets];
+  if (tickets >= 0 && tickets < HISTOGRAM_CELLS) add_held(histogram[side][tickets], 1U);
 }
 
 void audits_tick_reset() {

@@ -25,8 +25,8 @@ extern AuditRow audits[AUDIT_COUNT];          // one writer: start-up, then the 
 extern AuditRow audit_defaults[AUDIT_COUNT];  // the built-in rows, from audits_load on
 extern Shared<std::uint32_t> histogram[SIDE_COUNT][HISTOGRAM_CELLS];
 
-// Loads "d:\audits", else "d:\audbak", and "d:\histo", counts the boot, zeroes the rows since boot,
-// and stores all three files. Start-up.
+// Loads "d:\audits", else "d:\audbak", and "d:\histo", counts the boot, zeroes the rows since boot
+// and money below nothing, and stores all three files. Start-up.
 void audits_load();
 
 // Stores "d:\audits", "d:\audbak", "d:\histo". Returns when the books are on the disk. A file that
@@ -36,7 +36,8 @@ void audits_save();
 // Puts the built-in rows back and zeroes the histogram, in memory, without storing.
 void audits_reset();
 
-// Adds to the count of a row; a row outside the table changes nothing.
+// Adds to the count of a row; a row outside the table changes nothing, and a count stays within its
+// 32 bits.
 void audit_add(int row, std::int32_t delta);
 
 inline std::int32_t audit_count(int row) {

@@ -26,7 +26,7 @@ std::int64_t time_of(const Audit& audit, int side) {
 
 double count_per_frog(const Audit& audit, int side) {
   const std::int32_t frogs = audit_count(AUDIT_GAMES_PLAYED, side);
-  return frogs == 0 ? 0.0 : static_cast<double>(audit_count(audit.row, side)) / frogs;
+  return frogs < 1 ? 0.0 : static_cast<double>(audit_count(audit.row, side)) / frogs;
 }
 
 // Nothing has a time per frog where no frog was played.

@@ -43,11 +43,37 @@ bool is_on_drive(std::string_view name) {
 std::string name_in_any_case(const std::filesystem::path& folder, const std::string& name) {
   std::error_code failed;
   if (std::filesystem::exists(folder / name, failed)) return name;
-  for (const auto& entry : std::filesystem::directory_iterator(folder, failed)) {
-    std::string other = entry.path().filename().string();
+  const std::filesystem::directory_iterator end;
+  for (std::filesystem::directory_iterator at(folder, failed); !failed && at != end;
+       at.increment(failed)) {
+    std::string other = at->path().filename().string();
     if (strcasecmp(other.c_str(), name.c_str()) == 0) return other;
   }
   return {};
+}
+
+// Only a plain file opens: a folder of that name is no file, and a pipe would hold the caller up.
+std::FILE* plain_file_open(const char* path) {
+  const int fd = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (fd < 0) return nullptr;
+  struct stat status{};
+  std::FILE* stream =
+      fstat(fd, &status) == 0 && S_ISREG(status.st_mode) ? fdopen(fd, "rb") : nullptr;
+  if (stream == nullptr) close(fd);
+  return stream;
+}
+
+// A new file beside `path`. Whatever a power cut left there makes room; what won't, as a folder
+// with something in it, is gone round.
+int temporary_open(const std::string& path, std::string& temporary) {
+  for (const char* ending : {".new", ".new2"}) {
+    temporary = path + ending;
+    do {
+      const int fd = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+      if (fd >= 0) return fd;
+    } while (errno == EEXIST && std::remove(temporary.c_str()) == 0);
+  }
+  return -1;
 }
 
 }  // namespace
@@ -86,22 +112,10 @@ struct ReadFile {
   std::FILE* stream;
 };
 
-namespace {
-
-// A folder opens too, and then reads as an empty file.
-ReadFile* open_stream(const std::string& path) {
-  std::FILE* const stream = path.empty() ? nullptr : std::fopen(path.c_str(), "rbe");
-  if (stream == nullptr) return nullptr;
-  struct stat status{};
-  if (fstat(fileno(stream), &status) == 0 && !S_ISDIR(status.st_mode)) return new ReadFile{stream};
-  std::fclose(stream);
-  return nullptr;
-}
-
-}  // namespace
-
 ReadFile* read_open(const char* name) {
-  return open_stream(files_path(name));
+  const std::string path = files_path(name);
+  std::FILE* stream = path.empty() ? nullptr : plain_file_open(path.c_str());
+  return stream == nullptr ? nullptr : new ReadFile{stream};
 }
 
 ReadFile* read_open_any_case(const char* name) {
@@ -116,7 +130,8 @@ ReadFile* read_open_any_case(const char* name) {
     if (match.empty()) return nullptr;
     found /= match;
   }
-  return open_stream(found.string());
+  std::FILE* stream = plain_file_open(found.c_str());
+  return stream == nullptr ? nullptr : new ReadFile{stream};
 }
 
 std::size_t read_bytes(ReadFile* file, void* data, std::size_t size) {
@@ -135,7 +150,11 @@ std::size_t read_at(ReadFile* file, std::uint64_t offset, void* data, std::size_
   return done;
 }
 
-std::uint64_t read_size(ReadFile* file) {
+bool read_failed(const ReadFile* file) {
+  return std::ferror(file->stream) != 0;
+}
+
+std::uint64_t read_size(const ReadFile* file) {
   struct stat status{};
   return fstat(fileno(file->stream), &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
 }
@@ -159,8 +178,8 @@ struct StoreFile {
 StoreFile* store_open(const char* name) {
   const std::string path = files_path(name);
   if (path.empty()) return nullptr;
-  const std::string temporary = path + ".new";
-  const int fd = open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+  std::string temporary;
+  const int fd = temporary_open(path, temporary);
   if (fd < 0) return nullptr;
   return new StoreFile{fd, true, path, temporary};
 }
@@ -192,8 +211,8 @@ bool take_place(StoreFile* file, bool good) {
 }  // namespace
 
 bool store_close(StoreFile* file) {
-  const bool ok = take_place(file, file->whole && fsync(file->fd) == 0);
-  if (ok) sync_folder(folder_of(file->path));
+  const bool ok =
+      take_place(file, file->whole && fsync(file->fd) == 0) && sync_folder(folder_of(file->path));
   delete file;
   return ok;
 }

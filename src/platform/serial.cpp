@@ -5,6 +5,8 @@
 #include <sys/eventfd.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -27,7 +29,8 @@ using Steady = std::chrono::steady_clock;
 
 struct SerialPort {
   std::string path;
-  int fd = -1;  // never changes: a repair puts the new device behind the same number
+  unsigned kind = 0;  // of the device that was opened first
+  int fd = -1;        // never changes: a repair puts the new device behind the same number
   int wake_fd = -1;
   std::atomic<int> baud{0};  // 0 until configured
   std::atomic<SerialLines> lines{SERIAL_LINES_ON};
@@ -55,12 +58,32 @@ const std::string* device_of(const char* name) {
   return path.empty() ? nullptr : &path;
 }
 
+// The driver of an open device, by its number.
+unsigned device_kind(int fd) {
+  struct stat status{};
+  return fstat(fd, &status) == 0 && S_ISCHR(status.st_mode) ? major(status.st_rdev) : 0;
+}
+
+bool is_pseudo_terminal(unsigned kind) {
+  constexpr unsigned FIRST = 136;
+  constexpr unsigned LAST = 143;
+  return kind >= FIRST && kind <= LAST;
+}
+
+// Exclusive mode belongs to the terminal, not to the handle: left on, it locks us out too as long
+// as another process holds the terminal open. The far end of a pseudo-terminal does just that, and
+// a killed program can't switch it off.
+bool exclusive_set(int fd, bool on) {
+  if (is_pseudo_terminal(device_kind(fd))) return true;
+  return ioctl(fd, on ? TIOCEXCL : TIOCNXCL) == 0;
+}
+
 // Opens a device for this handle alone, or returns the negative error number. The lock is what
 // counts among our own handles and as root; the exclusive mode keeps other programs out.
 int device_open(const std::string& path) {
   const int fd = open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
   if (fd < 0) return -errno;
-  if (!isatty(fd) || flock(fd, LOCK_EX | LOCK_NB) != 0 || ioctl(fd, TIOCEXCL) != 0) {
+  if (!isatty(fd) || flock(fd, LOCK_EX | LOCK_NB) != 0 || !exclusive_set(fd, true)) {
     const int error = errno;
     close(fd);
     return -error;
@@ -68,11 +91,17 @@ int device_open(const std::string& path) {
   return fd;
 }
 
-// Exclusive mode belongs to the terminal, not to the handle: left on, it would lock us out too if
-// another process holds the terminal open.
 void device_release(int fd) {
-  ioctl(fd, TIOCNXCL);
+  exclusive_set(fd, false);
   flock(fd, LOCK_UN);
+}
+
+// True if the path leads to a device of the same driver as the one that was lost. Looked at before
+// it is opened, which alone would raise its lines.
+bool leads_back(const SerialPort& port) {
+  struct stat found{};
+  return stat(port.path.c_str(), &found) == 0 && S_ISCHR(found.st_mode) &&
+         major(found.st_rdev) == port.kind;
 }
 
 bool device_configure(int fd, int baud, SerialLines lines) {
@@ -93,8 +122,8 @@ bool device_configure(int fd, int baud, SerialLines lines) {
   return true;
 }
 
-// True if the port can be used. A port whose device has gone looks for it by its path again, a few
-// times a second, so that an adapter that is pulled and put back works on.
+// True if the port can be used. A port whose device has gone looks for one of its kind by its path
+// again, a few times a second, so that an adapter that is pulled and put back works on.
 bool usable(SerialPort* port) {
   if (!port->lost) return true;
   const std::unique_lock lock(port->repair_mutex, std::try_to_lock);
@@ -105,10 +134,12 @@ bool usable(SerialPort* port) {
   port->next_repair = now + REPAIR_EVERY;
 
   device_release(port->fd);
+  if (!leads_back(*port)) return false;
   const int fresh = device_open(port->path);
   if (fresh < 0) return false;
   const int baud = port->baud;
-  const bool good = (baud == 0 || device_configure(fresh, baud, port->lines)) &&
+  const bool good = device_kind(fresh) == port->kind &&
+                    (baud == 0 || device_configure(fresh, baud, port->lines)) &&
                     dup3(fresh, port->fd, O_CLOEXEC) == port->fd;
   if (!good) device_release(fresh);
   close(fresh);
@@ -145,6 +176,7 @@ SerialPort* serial_open(const char* name, int* error) {
   }
   auto port = std::make_unique<SerialPort>();
   port->path = *path;
+  port->kind = device_kind(fd);
   port->fd = fd;
   port->wake_fd = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
   if (port->wake_fd < 0) {

@@ -102,6 +102,21 @@ TEST_F(Files, ListHoldsTheSumsThatTheBootCheckReckons) {
   EXPECT_EQ(file_list_write(dir_ / "nowhere"), -1);
 }
 
+// A program that was copied by half is as bad as half a picture.
+TEST_F(Files, ListHoldsThePrograms) {
+  write("lilyhop", "a program");
+  write("notes.txt", "no program");
+  fs::permissions(dir_ / "lilyhop", fs::perms::owner_exec, fs::perm_options::add);
+  const fs::path elsewhere = fs::path(dir_).concat(".images");
+  fs::rename(dir_ / "images", elsewhere);  // a build tree's own out/ has links to the pictures
+  fs::create_directory_symlink(elsewhere, dir_ / "images");
+  write("images/b.tga", "b");
+  EXPECT_EQ(file_list_write(dir_), 2);
+  fs::remove_all(elsewhere);
+  EXPECT_EQ(text("lhpcrc.txt"), "images\\b.tga 1 " + std::to_string(slow_crc("b")) +
+                                    "\nlilyhop 9 " + std::to_string(slow_crc("a program")) + "\n");
+}
+
 TEST_F(Files, DrawsOnlyWhatIsOutOfDateAndAlwaysTheSame) {
   const CatalogueEntry row = catalogue_find("lily_bonus_txt"), bugs = catalogue_find("anim_splash");
   ASSERT_TRUE(row.row && bugs.row);

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -254,6 +255,34 @@ TEST_F(Money, TicketsThatTheBoardWasYetToBeToldOfAreOrderedAfterARestart) {
   jamma_fake_forget_calls();
   tickets_restore();
   EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 1), 5);
+}
+
+// No file of the books is checked either.
+TEST_F(Money, DamagedBooksKeepNoMoneyBack) {
+  for (int side = 0; side < SIDE_COUNT; ++side) {
+    audits[AUDIT_CURRENT_CREDITS + side].count = -100;
+    audits[AUDIT_CURRENT_COINS + side].count = std::numeric_limits<std::int32_t>::min();
+  }
+  audits_save();
+  audits_load();
+  coin(SIDE_LEFT);
+  EXPECT_EQ(credits(0), 1);
+  EXPECT_EQ(credits(1) + coins(1), 0);
+}
+
+TEST_F(Money, AFullCountOfCoinsOrCreditsStaysFull) {
+  constexpr std::int32_t MOST = std::numeric_limits<std::int32_t>::max();
+  prefs[PREF_FROGS_PER_GAME].int_value = 2;
+  audits[AUDIT_CURRENT_COINS].count = MOST;
+  audits[AUDIT_COIN_DROPS].count = MOST;
+  audits[AUDIT_SERVICE_CREDITS].count = MOST;
+  coin(SIDE_LEFT);
+  jamma_fake.pending[PRESS_SRV] = 1;
+  tick();
+  EXPECT_EQ(coins(0), 0);
+  EXPECT_EQ(credits(0), MOST);
+  EXPECT_EQ(audit_count(AUDIT_COIN_DROPS, 0), MOST);
+  EXPECT_EQ(audit_count(AUDIT_SERVICE_CREDITS), MOST);
 }
 
 TEST_F(Money, StartTakesOneCreditAndLaunchesOneFrog) {
