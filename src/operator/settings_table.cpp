@@ -65,8 +65,8 @@ Options timeouts() {
 Options percents() {
   Options options;
   for (int percent = 5; percent <= 95; percent += 5) {
-    options.push_back(
-        {formatted("%2d%%", percent), 0, static_cast<float>(static_cast<double>(percent) / 100.0)});
+    options.push_back({formatted("%2d%%%%", percent), 0,
+                       static_cast<float>(static_cast<double>(percent) / 100.0)});
   }
   return options;
 }
@@ -106,7 +106,7 @@ constexpr Setting PAYOUT[] = {
     {1, PREF_FIXED_TICKET, "Fixed Ticket", VIEW_ON_OFF, "Fixed Ticket?", on_off, "Off", 0},
     {2, PREF_FIXED_TICKETS_PER_GAME, "Fixed Tickets Per Frog", VIEW_WHOLE,
      "Fixed Tickets Per Frog?", one_to_25, "10", 0},
-    {3, PREF_PAYOUT_PERCENT, "Payout Percent", VIEW_PERCENT, "Payout Percent?", percents, "40%",
+    {3, PREF_PAYOUT_PERCENT, "Payout Percent", VIEW_PERCENT, "Payout Percent?", percents, "40%%",
      EFFECT_PAYTABLE},
     {4, PREF_TICKET_VALUE, "Ticket Value", VIEW_TICKET_VALUE, "Ticket Value?", ticket_values,
      "0.01000", EFFECT_PAYTABLE},
@@ -141,7 +141,7 @@ std::string value_text(const Setting& setting) {
     case VIEW_MONEY:
       return formatted("%0.3f", real);
     case VIEW_PERCENT:
-      return formatted("%.1f%%", static_cast<double>(pref_float(setting.pref) * 100.0F));
+      return formatted("%.1f%%%%", static_cast<double>(pref_float(setting.pref) * 100.0F));
     case VIEW_TICKET_VALUE:
       return formatted("%0.5f", real);
   }

@@ -27,7 +27,7 @@ enum SettingEffect : std::uint32_t {
 };
 
 struct SettingOption {
-  std::string text;
+  std::string text;    // as rows hold it: "%%" shows as "%"
   std::int32_t whole;  // for settings that are whole numbers
   float real;          // for those that aren't
 };
@@ -46,7 +46,7 @@ struct Setting {
 std::span<const Setting> coin_game_settings();
 std::span<const Setting> payout_settings();
 
-// The row's text as the menu shows it.
+// The row's text as the menu holds it.
 std::string setting_text(const Setting& setting);
 
 // Index of the option that the setting has now, or of the fallback.

@@ -161,6 +161,12 @@ TEST_F(Adjustments, WhatIsWantedIsReckonedInTheFloatsOfThePage) {
   }
 }
 
+TEST_F(Adjustments, BonusFarOutOfRange_TakesAwayWhatItSays) {
+  prefs[PREF_BONUS_VALUE].int_value = std::numeric_limits<std::int32_t>::min();
+  pane_page_payout();
+  EXPECT_NE(line("Average").find("(-"), std::string::npos) << line("Average");
+}
+
 TEST_F(Adjustments, TwoPointsAndBoostMoveTheBonusThatIsShown) {
   set("Payout", "Boost Bonus", "On");
   choose("Payout");
