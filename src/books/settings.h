@@ -144,7 +144,7 @@ inline constexpr Setting SETTINGS[] = {
    .offers = "10 20 50 100 250 500 1000 2500", .fallback = "2500", .needs = NEEDS_TICKETS_BY_CATCH,
    .help = "Maximum Tickets: Ticket cap per game"},
   {.pref = PREF_PAYOUT_PERCENT, .name = "Payout Percent", .view = VIEW_PERCENT, .built_in = 0.4,
-   .menu = PAYOUT_MENU, .action = 3, .question = "Payout Percent?", .offers = "5..95/5", .fallback = "40%",
+   .menu = PAYOUT_MENU, .action = 3, .question = "Payout Percent?", .offers = "5..95/5", .fallback = "40%%",
    .needs = NEEDS_TICKETS_BY_CATCH, .effects = EFFECT_PAYTABLE,
    .help = "Payout Percent: Target payout in normal operation"},
   {.pref = PREF_BONUS_VALUE, .name = "Bonus Value", .view = VIEW_WHOLE, .built_in = 250,

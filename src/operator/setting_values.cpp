@@ -43,7 +43,7 @@ SettingOption option_of(const Setting& setting, const std::string& word, std::in
     case VIEW_TIMEOUT:
       return {word, word == "Off" ? -1 : number, 0.0F};
     case VIEW_PERCENT:
-      return {formatted("%2d%%", number), 0, static_cast<float>(number / 100.0)};
+      return {formatted("%2d%%%%", number), 0, static_cast<float>(number / 100.0)};
     case VIEW_REAL:
     case VIEW_MONEY:
     case VIEW_TICKET_VALUE:  // what the text says, as a float: a stored one compares equal to it
@@ -85,7 +85,7 @@ std::string setting_value_text(const Setting& setting) {
     case VIEW_MONEY:
       return formatted("%0.3f", real);
     case VIEW_PERCENT:
-      return formatted("%.1f%%", static_cast<double>(pref_float(setting.pref) * 100.0F));
+      return formatted("%.1f%%%%", static_cast<double>(pref_float(setting.pref) * 100.0F));
     case VIEW_TICKET_VALUE:
       return formatted("%0.5f", real);
     case VIEW_TEXT:

@@ -8,7 +8,7 @@
 #include "books/settings.h"
 
 struct SettingOption {
-  std::string text;
+  std::string text;    // as rows hold it: "%%" shows as "%"
   std::int32_t whole;  // for settings that are whole numbers
   float real;          // for those that aren't
 };
@@ -16,7 +16,7 @@ struct SettingOption {
 // The rows of its list.
 std::vector<SettingOption> setting_options(const Setting& setting);
 
-// The row's text as the menu shows it.
+// The row's text as the menu holds it.
 std::string setting_text(const Setting& setting);
 // Its value now as text. One that no list offers is shown all the same.
 std::string setting_value_text(const Setting& setting);
