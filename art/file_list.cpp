@@ -3,47 +3,87 @@
 #include <zlib.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <vector>
 
 namespace art {
 
-int32_t file_crc(const std::vector<uint8_t>& bytes) {
-  // zlib inverts a sum on the way in and out; this one is inverted at neither end. The reader takes
-  // signed decimals, so a sum with its top bit set has a minus sign.
-  constexpr uint32_t kStart = 0x63046310;
-  if (bytes.empty()) return static_cast<int32_t>(kStart);  // zlib takes no data for a request
-  return static_cast<int32_t>(~static_cast<uint32_t>(crc32_z(~kStart, bytes.data(), bytes.size())));
+namespace fs = std::filesystem;
+
+namespace {
+
+// The reader has signed decimals, so a sum with its top bit set has a minus sign.
+constexpr uint32_t kStart = 0x63046310;
+
+struct FileSum {
+  uint64_t size;
+  int32_t crc;
+  bool whole;
+};
+
+FileSum file_sum(const fs::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::vector<char> block(1 << 18);
+  uLong sum = ~kStart;  // zlib inverts a sum on the way in and out; this one is inverted at neither
+  uint64_t size = 0;
+  while (in.read(block.data(), static_cast<std::streamsize>(block.size())) || in.gcount() > 0) {
+    const auto count = static_cast<size_t>(in.gcount());
+    sum = crc32_z(sum, reinterpret_cast<const Bytef*>(block.data()), count);
+    size += count;
+  }
+  return {size, static_cast<int32_t>(~static_cast<uint32_t>(sum)), in.eof() && !in.bad()};
 }
 
-int file_list_write(const std::string& outdir) {
-  namespace fs = std::filesystem;
-  std::error_code error;
+bool is_program(const fs::directory_entry& entry, std::error_code& error) {
+  return entry.is_regular_file(error) &&
+         (entry.status(error).permissions() & fs::perms::owner_exec) != fs::perms::none;
+}
+
+// What an installation can't do without: its programs, and all below images/ and sounds/.
+std::vector<fs::path> files_listed(const fs::path& outdir, std::error_code& error) {
   std::vector<fs::path> paths;
+  for (fs::directory_iterator it(outdir, error), end; !error && it != end; it.increment(error))
+    if (is_program(*it, error)) paths.push_back(it->path());
   for (const char* folder : {"images", "sounds"}) {
-    if (!fs::exists(fs::path(outdir) / folder, error)) continue;
-    for (fs::recursive_directory_iterator it(fs::path(outdir) / folder, error), end;
-         !error && it != end; it.increment(error))
+    if (error || !fs::exists(outdir / folder, error)) continue;
+    for (fs::recursive_directory_iterator it(outdir / folder, error), end; !error && it != end;
+         it.increment(error))
       if (it->is_regular_file(error)) paths.push_back(it->path());
   }
-  if (error || paths.empty()) return -1;
-  std::vector<std::string> lines;
-  for (const fs::path& path : paths) {
-    std::ifstream in(path, std::ios::binary);
-    std::vector<uint8_t> bytes{std::istreambuf_iterator<char>(in), {}};
-    if (!in && !in.eof()) return -1;
-    std::string name = fs::relative(path, outdir, error).generic_string();
-    std::replace(name.begin(), name.end(), '/', '\\');
-    lines.push_back(name + " " + std::to_string(bytes.size()) + " " +
-                    std::to_string(file_crc(bytes)));
-  }
-  std::sort(lines.begin(), lines.end());
-  std::ofstream out(fs::path(outdir) / "lhpcrc.txt", std::ios::binary);
+  return paths;
+}
+
+// A list that is half written is never seen as a whole one.
+bool lines_write(const fs::path& list, const std::vector<std::string>& lines) {
+  fs::path part = list;
+  part += ".part";
+  std::ofstream out(part, std::ios::binary);
   // The last line needs its line break too, or the boot check does not see it.
   for (const std::string& line : lines) out << line << "\n";
   out.close();
-  return out ? static_cast<int>(lines.size()) : -1;
+  std::error_code error;
+  if (out) fs::rename(part, list, error);
+  return out && !error;
+}
+
+}  // namespace
+
+int file_list_write(const std::string& outdir) {
+  std::error_code error;
+  const std::vector<fs::path> paths = files_listed(outdir, error);
+  if (error || paths.empty()) return -1;
+  std::vector<std::string> lines;
+  for (const fs::path& path : paths) {
+    const FileSum sum = file_sum(path);
+    if (!sum.whole) return -1;
+    std::string name = path.lexically_relative(outdir).generic_string();
+    std::replace(name.begin(), name.end(), '/', '\\');
+    lines.push_back(name + " " + std::to_string(sum.size) + " " + std::to_string(sum.crc));
+  }
+  std::sort(lines.begin(), lines.end());
+  return lines_write(fs::path(outdir) / "lhpcrc.txt", lines) ? static_cast<int>(lines.size()) : -1;
 }
 
 }  // namespace art

@@ -4,11 +4,14 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <chrono>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <mutex>
+#include <set>
+#include <system_error>
 #include <thread>
 
 namespace art {
@@ -41,7 +44,6 @@ bool write_file(const fs::path& outdir, const RenderJob& job) {
   fs::path path = outdir / job.file, part = path;
   part += ".part";
   std::error_code error;
-  fs::create_directories(path.parent_path(), error);
   bool good = job.write(part);
   if (good) fs::rename(part, path, error);
   if (!good || error) {
@@ -51,6 +53,22 @@ bool write_file(const fs::path& outdir, const RenderJob& job) {
   std::ofstream out(stamp_path(outdir, job));
   out << job.key << "\n";
   return static_cast<bool>(out.flush());
+}
+
+// Where files are to go; a wrong place is told once and not by each of them.
+bool make_folders(const fs::path& outdir, const std::vector<RenderJob>& jobs) {
+  std::set<fs::path> folders = {outdir / ".art"};
+  for (const RenderJob& job : jobs) folders.insert((outdir / job.file).parent_path());
+  for (const fs::path& folder : folders) {
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (!error && euidaccess(folder.c_str(), W_OK | X_OK) != 0)
+      error.assign(errno, std::generic_category());
+    if (!error) continue;
+    std::fprintf(stderr, "%s: %s\n", folder.c_str(), error.message().c_str());
+    return false;
+  }
+  return true;
 }
 
 class Progress {
@@ -88,11 +106,10 @@ class Progress {
 bool render_jobs(const std::string& outdir_name, std::vector<RenderJob> jobs, bool again,
                  const char* what, FILE* log) {
   const fs::path outdir = outdir_name;
-  std::error_code error;
-  fs::create_directories(outdir / ".art", error);
   const auto start = Clock::now();
   const size_t all = jobs.size();
   if (!again) std::erase_if(jobs, [&](const RenderJob& job) { return up_to_date(outdir, job); });
+  if (!jobs.empty() && !make_folders(outdir, jobs)) return false;
   std::stable_sort(jobs.begin(), jobs.end(),
                    [](const RenderJob& a, const RenderJob& b) { return a.cost > b.cost; });
 

@@ -19,7 +19,8 @@ struct RenderJob {
 // holds the key that it was made with: a file whose stamp is right is left alone, also if somebody
 // has put another in its place, unless `again` is set. A file is written under another name and
 // moved into place, so that what is there is whole. Progress goes to `log` (null: silent), as a bar
-// on a terminal, and ends with a line that counts `what` ("pictures"). False if a file failed.
+// on a terminal, and ends with a line that counts `what` ("pictures"). False if a file failed, or,
+// after a line on standard error, if nothing can be written there.
 bool render_jobs(const std::string& outdir, std::vector<RenderJob> jobs, bool again,
                  const char* what, FILE* log);
 

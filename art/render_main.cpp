@@ -35,6 +35,10 @@ int list(const char* outdir) {
 int main(int argc, char** argv) {
   if (argc == 3 && std::strcmp(argv[1], "--list") == 0) return list(argv[2]);
   if (argc < 2 || argv[1][0] == '-') return usage();
+  if (argv[1][0] == '\0') {
+    std::fprintf(stderr, "render: an empty name is no folder\n");
+    return 2;
+  }
   const bool named_first = art::catalogue_find(argv[1]).row != nullptr;
   const std::string outdir = named_first ? "out" : argv[1];
   std::vector<art::CatalogueEntry> pictures;

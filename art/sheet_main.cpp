@@ -46,7 +46,7 @@ bool parse(int argc, char** argv, Options& o) {
                  : value == "water" ? art::Ground::kWater
                                     : art::Ground::kGrey;
       i++;
-    } else if (word[0] == '-') {
+    } else if (word.empty() || word[0] == '-') {
       return false;
     } else {
       o.names.push_back(word);
@@ -58,10 +58,10 @@ bool parse(int argc, char** argv, Options& o) {
 bool write_families(const Options& o) {
   std::error_code error;
   std::filesystem::create_directories(o.families, error);
-  bool good = true;
+  bool good = !error;
   for (const art::Family* family : art::families()) {
     const std::string stem = std::filesystem::path(family->source).stem();
-    good = art::family_sheet_write(*family, o.ground, o.families + "/" + stem + ".png") && good;
+    good = good && art::family_sheet_write(*family, o.ground, o.families + "/" + stem + ".png");
   }
   return good;
 }

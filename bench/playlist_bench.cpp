@@ -65,7 +65,7 @@ void request_a_sound(benchmark::State& state, const char* name) {
   folder.write("sounds/long.wav", flat_wave(20, 1000));
   folder.write("sounds/long2.wav", flat_wave(20, 1000));
   folder.write("sounds/short.wav", flat_wave(1, 1000, 22050));
-  if (!jps_init() || !jps_bank_load(BANK)) return state.SkipWithError("no sound");
+  if (jps_init() != 0 || !jps_bank_load(BANK)) return state.SkipWithError("no sound");
   jps_bank_play_name("1");
   jps_bank_play_name("2");
   for (int i = 0; i < 14; ++i) jps_bank_play_name("3");

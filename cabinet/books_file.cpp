@@ -7,54 +7,22 @@
 #include <fstream>
 #include <iterator>
 
+#include "books/audit_list.h"  // AUDIT_COUNT
+#include "books/settings.h"    // SETTINGS
+
 namespace {
 
 struct Format {
   const char* magic;
   std::size_t rows, row_bytes;
 };
-constexpr Format AUDITS = {"810A", 58, 56};
-constexpr Format PREFS = {"030P", 25, 128};
+constexpr Format AUDIT_FILE = {"810A", AUDIT_COUNT, 56};
+constexpr Format PREF_FILE = {"030P", PREF_COUNT, 128};
 
 // Places within a row.
 constexpr std::size_t FLAGS_AT = 4, NAME_AT = 8, NAME_BYTES = 32, INT_AT = 40, FLOAT_AT = 44;
 constexpr std::size_t AUDIT_TIME_AT = 48, PREF_TEXT_AT = 48, PREF_TEXT_BYTES = 80;
-constexpr std::uint32_t IS_FLOAT = 0x10, AUDIT_IS_TIME = 0x20, PREF_IS_TEXT = 0x40;
-
-struct NewPref {
-  const char* name;
-  std::uint32_t flags;
-  std::int32_t whole;
-  float real;
-};
-
-constexpr NewPref NEW_PREFS[25] = {
-    {"Freeplay", 0, 0, 0},
-    {"Coins To Play", 0, 1, 0},
-    {"Frogs Per Game", 0, 1, 0},
-    {"Coin Value", IS_FLOAT, 0, 0.25F},
-    {"Ticket Value", IS_FLOAT, 0, 0.01F},
-    {"Coins Per Swipe", 0, 2, 0},
-    {"Coins Per Swipe Pulse", 0, 1, 0},
-    {"Currency Unit", 0, 0, 0},
-    {"Timeout (Seconds)", 0, -1, 0},
-    {"Fixed Ticket", 0, 0, 0},
-    {"Fixed Tickets Per Game", 0, 10, 0},
-    {"Ticket Use", 0, 1, 0},
-    {"Minimum Tickets", 0, 1, 0},
-    {"Maximum Tickets", 0, 2500, 0},
-    {"Payout Percent", IS_FLOAT, 0, 0.4F},
-    {"Bonus Value", 0, 250, 0},
-    {"Boost Bonus", 0, 0, 0},
-    {"Two Point Tickets", 0, 0, 0},
-    {"Lockout Coils", 0, 0, 0},
-    {"Tickets Per Game", IS_FLOAT, 0, 40.0F},
-    {"Volume", 0, 16, 0},
-    {"Attract Volume", 0, 8, 0},
-    {"Build Date", PREF_IS_TEXT, 0, 0},
-    {"Build Time", PREF_IS_TEXT, 0, 0},
-    {"Check CRC", 0, 1, 0},
-};
+constexpr std::uint32_t IS_FLOAT = 0x10, IS_TIME = 0x20, IS_TEXT = 0x40;
 
 // Numbers stand little-endian in the files.
 std::uint64_t get(const std::string& bytes, std::size_t at, std::size_t size) {
@@ -112,17 +80,22 @@ std::size_t find_row(const std::string& bytes, const Format& format, const std::
 }
 
 std::string new_prefs() {
-  std::string bytes(4 + PREFS.rows * PREFS.row_bytes, '\0');
-  bytes.replace(0, 4, PREFS.magic);
+  std::string bytes(4 + PREF_FILE.rows * PREF_FILE.row_bytes, '\0');
+  bytes.replace(0, 4, PREF_FILE.magic);
   std::size_t at = 4;
   std::uint32_t index = 0;
-  for (const NewPref& row : NEW_PREFS) {
+  for (const Setting& setting : SETTINGS) {
     put(bytes, at, index++);
-    put(bytes, at + FLAGS_AT, row.flags);
-    bytes.replace(at + NAME_AT, std::strlen(row.name), row.name);
-    put(bytes, at + INT_AT, static_cast<std::uint32_t>(row.whole));
-    put_float(bytes, at + FLOAT_AT, row.real);
-    at += PREFS.row_bytes;
+    bytes.replace(at + NAME_AT, std::strlen(setting.name), setting.name);
+    if (setting_is_real(setting)) {
+      put(bytes, at + FLAGS_AT, IS_FLOAT);
+      put_float(bytes, at + FLOAT_AT, static_cast<float>(setting.built_in));
+    } else {
+      put(bytes, at + FLAGS_AT, setting.view == VIEW_TEXT ? IS_TEXT : 0);
+      put(bytes, at + INT_AT,
+          static_cast<std::uint32_t>(static_cast<std::int32_t>(setting.built_in)));
+    }
+    at += PREF_FILE.row_bytes;
   }
   return bytes;
 }
@@ -140,7 +113,7 @@ BooksValue look_up(const std::string& path, const Format& format, const std::str
 
 bool set_value(std::string& bytes, std::size_t at, const std::string& value) {
   const auto flags = static_cast<std::uint32_t>(get(bytes, at + FLAGS_AT, 4));
-  if ((flags & PREF_IS_TEXT) != 0) {
+  if ((flags & IS_TEXT) != 0) {
     if (value.size() >= PREF_TEXT_BYTES) return false;
     bytes.replace(at + PREF_TEXT_AT, PREF_TEXT_BYTES,
                   value + std::string(PREF_TEXT_BYTES - value.size(), '\0'));
@@ -162,10 +135,10 @@ bool set_value(std::string& bytes, std::size_t at, const std::string& value) {
 BooksValue books_audit(const std::string& drive, const std::string& name) {
   std::string bytes;
   std::size_t at = 0;
-  BooksValue result = look_up(drive + "/audits", AUDITS, name, bytes, at);
+  BooksValue result = look_up(drive + "/audits", AUDIT_FILE, name, bytes, at);
   if (!result.found) return result;
   const auto flags = static_cast<std::uint32_t>(get(bytes, at + FLAGS_AT, 4));
-  if ((flags & AUDIT_IS_TIME) != 0) {
+  if ((flags & IS_TIME) != 0) {
     result.value =
         static_cast<double>(static_cast<std::int64_t>(get(bytes, at + AUDIT_TIME_AT, 8)));
   } else if ((flags & IS_FLOAT) != 0) {
@@ -179,10 +152,10 @@ BooksValue books_audit(const std::string& drive, const std::string& name) {
 BooksValue books_pref(const std::string& drive, const std::string& name) {
   std::string bytes;
   std::size_t at = 0;
-  BooksValue result = look_up(drive + "/prefs", PREFS, name, bytes, at);
+  BooksValue result = look_up(drive + "/prefs", PREF_FILE, name, bytes, at);
   if (!result.found) return result;
   const auto flags = static_cast<std::uint32_t>(get(bytes, at + FLAGS_AT, 4));
-  if ((flags & PREF_IS_TEXT) != 0) {
+  if ((flags & IS_TEXT) != 0) {
     result.found = false;
     result.why = "\"" + name + "\" is a text";
   } else if ((flags & IS_FLOAT) != 0) {
@@ -196,10 +169,10 @@ BooksValue books_pref(const std::string& drive, const std::string& name) {
 std::string books_set_pref(const std::string& drive, const std::string& name,
                            const std::string& value) {
   std::string why;
-  std::string bytes = read_books(drive + "/prefs", PREFS, why);
-  if (bytes.empty()) bytes = read_books(drive + "/prefbak", PREFS, why);
+  std::string bytes = read_books(drive + "/prefs", PREF_FILE, why);
+  if (bytes.empty()) bytes = read_books(drive + "/prefbak", PREF_FILE, why);
   if (bytes.empty()) bytes = new_prefs();
-  const std::size_t at = find_row(bytes, PREFS, name);
+  const std::size_t at = find_row(bytes, PREF_FILE, name);
   if (at == 0) return "there is no setting \"" + name + "\"";
   if (!set_value(bytes, at, value)) return "\"" + value + "\" is no value of \"" + name + "\"";
   for (const char* file : {"/prefs", "/prefbak"}) {

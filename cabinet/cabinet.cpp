@@ -134,6 +134,9 @@ std::string cabinet_open(Cabinet& cabinet) {
   std::error_code failed;
   std::filesystem::create_directories(options.drive, failed);
   if (failed) return options.drive + ": " + failed.message();
+  if (euidaccess(options.drive.c_str(), R_OK | W_OK | X_OK) != 0) {
+    return options.drive + ": " + std::strerror(errno);
+  }
   if (std::string error = open_signals(cabinet); !error.empty()) return error;
   if (!options.no_board) {
     if (std::string error = cable_open(cabinet.cable); !error.empty()) return error;

@@ -141,6 +141,7 @@ std::string options_read(int argc, char** argv, Options& options) {
   }
   options.game.assign(argv + i, argv + argc);
   if (options.game.empty()) options.game = {beside("lilyhop")};
+  if (options.game[0].empty()) return "GAME can't be \"\"";
   if (options.com == options.led_com) return "--com and --led-com can't be the same port";
   return options.help ? std::string() : choose_drive(options);
 }

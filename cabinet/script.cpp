@@ -1,6 +1,7 @@
 #include "cabinet/script.h"
 
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <sstream>
@@ -150,7 +151,8 @@ std::string script_parse(const std::string& text, const std::string& file, Scrip
 
 std::string script_load(const std::string& file, Script& script) {
   std::ifstream in(file);
-  if (!in) return file + " can't be read";
+  std::error_code failed;
+  if (!in || std::filesystem::is_directory(file, failed)) return file + " can't be read";
   const std::string text{std::istreambuf_iterator<char>(in), {}};
   return script_parse(text, file, script);
 }

@@ -3,7 +3,8 @@
 #include <iterator>
 #include <memory>
 
-#include "io/jamma_link.h"  // jamma_presses_count, jamma_presses_reset
+#include "io/jamma_link.h"    // jamma_presses_count, jamma_presses_reset
+#include "io/lamp_effects.h"  // lamp_set
 
 Shared<std::int32_t> jamma_link_error{0};
 Shared<std::uint32_t> jamma_checksum_failures{0};
@@ -70,8 +71,23 @@ std::int32_t JammaInit() {
 }
 void JammaShutdown() {}
 bool jamma_link_alive() {
-  return false;  // no lamp hangs on it
+  return false;
 }
+bool jamma_board_counters(std::uint8_t (&)[COUNTER_COUNT]) {
+  return false;  // a board without a memory
+}
+bool jamma_tickets_reported() {
+  return false;
+}
+void jamma_tickets_ask(int) {}
 std::int32_t jamma_port() {
   return NO_PORT;
 }
+
+// No lamp hangs on it.
+void lamp_set(Lamp, std::int32_t, std::int32_t, std::int32_t, std::int32_t, std::int32_t) {}
+std::int32_t lamp_value(Lamp) {
+  return 0;
+}
+void jamma_lamps_init() {}
+void jamma_lamps_tick() {}

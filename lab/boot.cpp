@@ -18,6 +18,7 @@
 #include "lab/lab_clock.h"
 #include "platform/headless/clock_control.h"
 #include "platform/random.h"
+#include "playfield/looks.h"
 #include "playfield/playfield.h"
 #include "presentation/attract.h"
 #include "presentation/voices.h"
@@ -65,7 +66,7 @@ void modules_reset() {
 // Of all that the drawing places, the rules ask for eaten bugs alone: whether they are out of view.
 void eaten_bugs_place() {
   for (int lane = FIRST_MEADOW_LANE; lane < LANE_NEAR_BANK; ++lane) {
-    if (eaten_cells[lane] != 0) gfx_slots_place(&lanes[lane], eaten_cells[lane]);
+    gfx_slots_place(&lanes[lane], lanes[lane].eaten);
   }
 }
 
@@ -103,7 +104,7 @@ void boot_field() {
 }
 
 void boot_switch_on(std::uint64_t seed) {
-  field_is_watched = false;
+  looks_set_watched(false);
   modules_reset();
   random_seed(seed);
   boot_field();

@@ -13,7 +13,7 @@ struct Flight {
 constinit Flight flights[SIDE_COUNT]{};
 
 const Frog* launched_frog(int side) {
-  for (const Frog& frog : station_frogs(side)) {
+  for (const Frog& frog : stations[side].frogs) {
     if (frog.state == FROG_LAUNCHING && (frog.flags & FROG_DEMO) == 0) return &frog;
   }
   return nullptr;

@@ -64,6 +64,10 @@ int main(int argc, char** argv) {
   LabOptions options;
   const std::string error = options_read(argc, argv, options);
   if (!error.empty()) return complain(error + "; see payout-lab help", EXIT_WRONG_USE);
+  if (options.command != COMMAND_HELP && !options.html.empty()) {
+    const std::string wrong = text_try_file(options.html);
+    if (!wrong.empty()) return complain(wrong, 1);
+  }
   if (options.processes == 0) options.processes = pool_cores();
   switch (options.command) {
     case COMMAND_RUN:

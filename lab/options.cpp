@@ -69,7 +69,10 @@ bool take_value(LabOptions& options, const std::string& name, const std::string&
                 std::string& error) {
   if (take_number(options, name, text, error)) return true;
   double n = 0.0;
-  if (name == "--player") {
+  const bool path = name == "--html" || name == "--state" || name == "--prefs";
+  if (path && text.empty()) {
+    error = name + " can't be \"\"";
+  } else if (name == "--player") {
     error = take_player(text, options.plan.player);
   } else if (name == "--html") {
     options.html = text;
@@ -122,6 +125,9 @@ std::string options_read(int argc, char** argv, LabOptions& options) {
     }
   }
   if (!error.empty()) return error;
+  if (options.command == COMMAND_RUN && !options.state.empty()) {
+    return "\"--state\" is for sweep: a run keeps nothing";
+  }
   return options.command == COMMAND_HELP ? std::string{} : settings_complaint();
 }
 

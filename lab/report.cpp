@@ -43,9 +43,15 @@ std::string chief_lines(const Results& r) {
     text += text_of("payout            %.2f%% +- %.2f%% of the money; asked for: %.2f%%\n",
                     r.percent_paid, r.percent_half_width, r.percent_asked);
   }
-  text += text_of("games to bonus    %.2f (%.5f +- %.5f a frog); the menu says %.2f (%.5f)\n",
-                  1.0 / r.jackpots.mean, r.jackpots.mean, r.jackpots.half_width,
-                  1.0 / r.menu_jackpots, r.menu_jackpots);
+  text += "games to bonus    ";
+  if (std::isfinite(r.jackpots_at_most)) {
+    text += text_of("no jackpot fell: %.2f or more (at most %.5f a frog, 95%%)",
+                    1.0 / r.jackpots_at_most, r.jackpots_at_most);
+  } else {
+    text += text_of("%.2f (%.5f +- %.5f a frog)", 1.0 / r.jackpots.mean, r.jackpots.mean,
+                    r.jackpots.half_width);
+  }
+  text += text_of("; the menu says %.2f (%.5f)\n", 1.0 / r.menu_jackpots, r.menu_jackpots);
   text += text_of("climbed           %.3f of 12 lanes\n\n", r.lanes_climbed);
   return text;
 }
@@ -157,6 +163,7 @@ std::string results_json(const Results& r, const Sums& sums) {
   text += "  \"percent_asked\": " + json_number(r.percent_asked) + ",\n";
   text += "  \"percent_paid\": " + json_number(r.percent_paid) + ",\n";
   text += "  " + json_estimate("jackpots_per_frog", r.jackpots) + ",\n";
+  text += "  \"jackpots_per_frog_at_most_95\": " + json_number(r.jackpots_at_most) + ",\n";
   text += "  \"games_to_bonus\": " + json_number(1.0 / r.jackpots.mean) + ",\n";
   text += "  \"games_to_bonus_of_the_menu\": " + json_number(1.0 / r.menu_jackpots) + ",\n";
   text += "  \"lanes_climbed\": " + json_number(r.lanes_climbed) + ",\n";

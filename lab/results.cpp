@@ -108,6 +108,12 @@ Results results_of(const RunPlan& plan, const Sums& sums) {
                        r.frogs, sums.spread.frogs_squared, r.boots);
   r.jackpots = estimate(sums_jackpots(sums), sums.spread.jackpots_squared,
                         sums.spread.jackpots_frogs, r.frogs, sums.spread.frogs_squared, r.boots);
+  r.jackpots_at_most = std::numeric_limits<double>::quiet_NaN();
+  if (sums_jackpots(sums) == 0) {
+    r.jackpots.half_width = std::numeric_limits<double>::infinity();
+    // A chance under which so many frogs miss in one of twenty runs; about 3 over their number.
+    r.jackpots_at_most = -std::expm1(std::log(0.05) / frogs);
+  }
   r.paper = static_cast<double>(sums.paper[SIDE_LEFT] + sums.paper[SIDE_RIGHT]) / frogs;
   for (int side = 0; side < SIDE_COUNT; ++side) {
     r.side_tickets[side] =

@@ -31,9 +31,10 @@ struct Results {
   RunPlan plan;
   std::int64_t boots, frogs;
   double game_s;
-  Estimate tickets;   // per frog; in points with two to a ticket
-  Estimate jackpots;  // per frog
-  double paper;       // per frog, out of the dispenser
+  Estimate tickets;         // per frog; in points with two to a ticket
+  Estimate jackpots;        // per frog; none seen tells nothing of the spread: infinite
+  double jackpots_at_most;  // per frog, 95%: what seeing none leaves possible; NaN if one fell
+  double paper;             // per frog, out of the dispenser
   double side_tickets[SIDE_COUNT];
   double lanes_climbed;         // of twelve
   double ended_on[LANE_COUNT];  // part of the frogs

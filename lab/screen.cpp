@@ -72,7 +72,7 @@ void screen_look() {
 bool screen_shows(int lane, float x_px, LaneCell& cell) {
   if (x_px < 0.0F || x_px >= static_cast<float>(SCREEN_WIDTH_PX)) return false;
   const int number = cell_at(lane, memory_place(lane, x_px));
-  const bool eaten = lanes[lane].eaten[number] != 0;
+  const bool eaten = bug_is_eaten(lanes[lane], number);
   cell = eaten ? CELL_EMPTY : static_cast<LaneCell>(lane_cells[lane][number].get());
   return true;
 }
@@ -88,7 +88,7 @@ float screen_frog_middle(int side) {
 LaneCell memory_cell(int lane, int number) {
   const std::uint64_t bit = std::uint64_t{1} << number;
   if ((memory[lane].seen & bit) == 0) return CELL_EMPTY;
-  if (lane >= FIRST_MEADOW_LANE && lanes[lane].eaten[number] != 0) return CELL_EMPTY;
+  if (lane >= FIRST_MEADOW_LANE && bug_is_eaten(lanes[lane], number)) return CELL_EMPTY;
   return static_cast<LaneCell>(lane_cells[lane][number].get());
 }
 

@@ -1,7 +1,9 @@
 #include "lab/settings.h"
 
 #include <strings.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -10,7 +12,7 @@
 #include <filesystem>
 
 #include "books/book_file.h"
-#include "operator/settings_table.h"
+#include "operator/setting_values.h"
 #include "platform/files.h"
 #include "playfield/paytable.h"
 
@@ -22,31 +24,20 @@ bool same(const std::string& one, const char* other) {
   return strcasecmp(one.c_str(), other) == 0;
 }
 
-// The menu's row of a setting, or null.
-const Setting* menu_setting(PrefIndex row) {
-  for (const auto& table : {coin_game_settings(), payout_settings()}) {
-    for (const Setting& setting : table) {
-      if (setting.pref == row) return &setting;
-    }
-  }
-  return nullptr;
-}
-
 bool find(const std::string& name, PrefIndex& row) {
   for (int i = 0; i < PREF_COUNT; ++i) {
     row = static_cast<PrefIndex>(i);
-    const Setting* menu = menu_setting(row);
-    if (same(name, prefs[i].name) || (menu != nullptr && same(name, menu->label))) return true;
+    if (same(name, SETTINGS[i].name) || same(name, setting_label(SETTINGS[i]))) return true;
   }
   return false;
 }
 
 bool is_real(PrefIndex row) {
-  return (prefs[row].flags & PREF_SHOWS_FLOAT) != 0;
+  return setting_is_real(SETTINGS[row]);
 }
 
 bool is_text(PrefIndex row) {
-  return (prefs[row].flags & PREF_SHOWS_TEXT) != 0;
+  return SETTINGS[row].view == VIEW_TEXT;
 }
 
 bool number_of(const std::string& text, double& value) {
@@ -78,9 +69,8 @@ std::string names() {
 }
 
 void warn_if_not_offered(PrefIndex row) {
-  const Setting* menu = menu_setting(row);
-  if (menu == nullptr) return;
-  for (const SettingOption& option : menu->options()) {
+  if (SETTINGS[row].menu == NO_MENU) return;
+  for (const SettingOption& option : setting_options(SETTINGS[row])) {
     if (is_real(row) ? option.real == pref_float(row) : option.whole == pref_int(row)) return;
   }
   std::fprintf(stderr, "payout-lab: note: no menu offers \"%s\" %s\n", prefs[row].name,
@@ -88,8 +78,7 @@ void warn_if_not_offered(PrefIndex row) {
 }
 
 bool moves_the_bonus(PrefIndex row) {
-  const Setting* menu = menu_setting(row);
-  return menu != nullptr && (menu->effects & EFFECT_PAYTABLE) != 0;
+  return (SETTINGS[row].effects & EFFECT_PAYTABLE) != 0;
 }
 
 // Values alone: names and flags stay those of the table.
@@ -113,17 +102,22 @@ void settings_reset() {
 std::string settings_load(const std::string& path) {
   std::error_code failed;
   const std::filesystem::path given = std::filesystem::absolute(path, failed);
-  if (failed || !std::filesystem::exists(given, failed))
-    return path + ": there is no such file or folder";
+  if (failed || !std::filesystem::exists(given, failed)) {
+    return path + ": " + (failed ? failed.message() : "there is no such file or folder");
+  }
   const bool folder = std::filesystem::is_directory(given, failed);
+  if (euidaccess(given.c_str(), folder ? R_OK | X_OK : R_OK) != 0) {
+    return path + ": " + std::strerror(errno);
+  }
   const std::filesystem::path root = folder ? given : given.parent_path();
   files_use_roots(root.string(), {});
   const std::string name = R"(d:\)" + (folder ? std::string("prefs") : given.filename().string());
   const bool good = take_file(name.c_str()) || (folder && take_file(R"(d:\prefbak)"));
   files_use_roots({}, {});  // the lab has no drive: nothing of a run is stored
   if (good) return {};
-  return path + (folder ? ": holds no file of settings, neither \"prefs\" nor \"prefbak\""
-                        : ": isn't a file of settings, which begins with \"030P\"");
+  return path +
+         (folder ? ": holds no file of settings that can be read, neither \"prefs\" nor \"prefbak\""
+                 : ": isn't a file of settings, which begins with \"030P\"");
 }
 
 std::string settings_set(const std::string& assignment) {

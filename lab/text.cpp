@@ -49,6 +49,11 @@ std::string html_text(const std::string& text) {
   return safe;
 }
 
+std::string text_try_file(const std::string& path) {
+  const std::ofstream stream(path, std::ios::binary | std::ios::app);
+  return stream ? std::string{} : path + ": can't be written: " + std::strerror(errno);
+}
+
 std::string text_write_file(const std::string& path, const std::string& text) {
   std::ofstream stream(path, std::ios::binary);
   stream << text;

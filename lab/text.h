@@ -12,5 +12,9 @@ std::string json_number(double value);
 std::string json_text(const std::string& text);
 std::string html_text(const std::string& text);
 
+// Whether a file could be written, so that a wrong name is told before the work; one that isn't
+// there yet is made. Empty, or a line that says what is wrong.
+std::string text_try_file(const std::string& path);
+
 // Writes a whole file. Empty, or a line that says what is wrong.
 std::string text_write_file(const std::string& path, const std::string& text);

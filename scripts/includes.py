@@ -23,7 +23,7 @@ NAMES = {
     "cctype": "isalnum isalpha isdigit isprint isspace isupper tolower toupper",
     "charconv": "from_chars",
     "chrono": "chrono",
-    "cmath": "abs acos asin atan2 ceil copysign cos exp fabs floor fmax fmin fmod hypot isfinite "
+    "cmath": "abs acos asin atan2 ceil copysign cos exp expm1 fabs floor fmax fmin fmod hypot isfinite "
              "isinf llround log log10 lrint lround pow round sin sqrt tan tanh trunc",
     "condition_variable": "condition_variable",
     "csignal": "raise sig_atomic_t signal",
@@ -32,8 +32,8 @@ NAMES = {
     "cstdint": "int8_t int16_t int32_t int64_t intptr_t uint8_t uint16_t uint32_t uint64_t "
                "uintptr_t",
     "cstdio": "FILE fclose ferror fflush fopen fprintf fputc fputs fread fwrite perror printf puts "
-              "setvbuf snprintf vprintf vsnprintf",
-    "cstdlib": "_Exit abort exit free getenv strtod strtof strtol strtoll system",
+              "setvbuf snprintf sscanf vprintf vsnprintf",
+    "cstdlib": "_Exit abort atoi exit free getenv strtod strtof strtol strtoll system",
     "cstring": "memcmp memcpy memset strchr strcmp strcpy strcspn strerror strlen strncmp strncpy "
                "strrchr strstr",
     "ctime": "time time_t",
@@ -61,7 +61,7 @@ NAMES = {
     "stdexcept": "runtime_error",
     "string": "getline stod stoi string string_literals to_string",
     "string_view": "string_view",
-    "system_error": "errc error_code",
+    "system_error": "errc error_code generic_category",
     "thread": "this_thread thread",
     "tuple": "tuple",
     "type_traits": "is_trivially_copyable_v",

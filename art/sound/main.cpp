@@ -82,6 +82,10 @@ bool render(const std::string& outdir, const std::vector<Entry>& sounds, bool ag
 int main(int argc, char** argv) {
   const bool levels_only = argc > 1 && std::strcmp(argv[1], "--levels") == 0;
   if (argc < 2 || (argv[1][0] == '-' && !levels_only)) return usage();
+  if (argv[1][0] == '\0') {
+    std::fprintf(stderr, "render_sounds: an empty name is no folder\n");
+    return 2;
+  }
   std::vector<Entry> sounds;
   if (!find_sounds(argv + 2, argc - 2, sounds)) return 2;
   const bool all = sounds.empty();

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "books/audit_list.h"  // AuditIndex
 #include "frame/sides.h"
 #include "platform/shared.h"  // Shared
 
@@ -18,52 +19,14 @@ static_assert(sizeof(AuditRow) == 56);
 
 enum AuditFlags : std::uint32_t { AUDIT_IS_FLOAT = 0x10, AUDIT_IS_TIME = 0x20 };
 
-// A row of a pair is the Left one; the Right one stands behind it.
-enum AuditIndex {
-  AUDIT_TIME_GAME_ON = 0,
-  AUDIT_TIME_SINCE_BOOT = 1,
-  AUDIT_GAMES_PLAYED = 2,
-  AUDIT_TIME_PLAYED = 4,
-  AUDIT_GAMES_SINCE_BOOT = 6,
-  AUDIT_TIME_SINCE_BOOT_SIDE = 8,
-  AUDIT_TIME_TOTAL_PLAYED = 10,
-  AUDIT_REPEAT_PLAYS = 12,
-  AUDIT_BOOT_COUNT = 14,
-  AUDIT_TEST_ENTRY_COUNT = 15,
-  AUDIT_WATCHDOG_COUNT = 16,
-  AUDIT_PERIODIC_REBOOT_COUNT = 17,
-  AUDIT_IO_CHECKSUM_FAILURES = 18,
-  AUDIT_COIN_DROPS = 19,
-  AUDIT_SERVICE_CREDITS = 21,
-  AUDIT_TICKETS = 22,
-  AUDIT_TICKETS_OWED = 24,
-  AUDIT_CURRENT_CREDITS = 26,
-  AUDIT_CURRENT_COINS = 28,
-  AUDIT_BUGS = 30,
-  AUDIT_BUTTERFLIES = 32,
-  AUDIT_BONUSES = 34,
-  AUDIT_DOUBLE_BONUSES = 36,
-  AUDIT_JACKPOTS = 38,
-  AUDIT_FREES = 40,
-  AUDIT_BUG_TICKETS = 42,
-  AUDIT_BUTTERFLY_TICKETS = 44,
-  AUDIT_BONUS_TICKETS = 46,
-  AUDIT_DOUBLE_BONUS_TICKETS = 48,
-  AUDIT_JACKPOT_TICKETS = 50,
-  AUDIT_FREE_TICKETS = 52,
-  AUDIT_FIXED_TICKETS = 54,
-  AUDIT_CAPPED_TICKETS = 56,
-  AUDIT_COUNT = 58,
-};
-
 constexpr int HISTOGRAM_CELLS = 1400;
 
 extern AuditRow audits[AUDIT_COUNT];          // one writer: start-up, then the game thread
 extern AuditRow audit_defaults[AUDIT_COUNT];  // the built-in rows, from audits_load on
 extern Shared<std::uint32_t> histogram[SIDE_COUNT][HISTOGRAM_CELLS];
 
-// Loads "d:\audits", else "d:\audbak", and "d:\histo", counts the boot, zeroes the rows since boot,
-// and stores all three files. Start-up.
+// Loads "d:\audits", else "d:\audbak", and "d:\histo", counts the boot, zeroes the rows since boot
+// and money below nothing, and stores all three files. Start-up.
 void audits_load();
 
 // Stores "d:\audits", "d:\audbak", "d:\histo". Returns when the books are on the disk. A file that
@@ -73,7 +36,8 @@ void audits_save();
 // Puts the built-in rows back and zeroes the histogram, in memory, without storing.
 void audits_reset();
 
-// Adds to the count of a row; a row outside the table changes nothing.
+// Adds to the count of a row; a row outside the table changes nothing, and a count stays within its
+// 32 bits.
 void audit_add(int row, std::int32_t delta);
 
 inline std::int32_t audit_count(int row) {

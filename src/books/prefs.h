@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "books/settings.h"   // PrefIndex
 #include "platform/shared.h"  // Shared
 
 struct PrefRow {  // 128 bytes, little-endian on disk
@@ -19,35 +20,6 @@ enum PrefFlags : std::uint32_t {
   PREF_SHOWS_FLOAT = 0x10,
   PREF_SHOWS_CURRENCY = 0x20,  // int_value is an index of currency_codes
   PREF_SHOWS_TEXT = 0x40,
-};
-
-enum PrefIndex {
-  PREF_FREEPLAY = 0,
-  PREF_COINS_TO_PLAY = 1,
-  PREF_FROGS_PER_GAME = 2,
-  PREF_COIN_VALUE = 3,
-  PREF_TICKET_VALUE = 4,
-  PREF_COINS_PER_SWIPE = 5,
-  PREF_COINS_PER_SWIPE_PULSE = 6,
-  PREF_CURRENCY_UNIT = 7,
-  PREF_TIMEOUT_SECONDS = 8,
-  PREF_FIXED_TICKET = 9,
-  PREF_FIXED_TICKETS_PER_GAME = 10,
-  PREF_TICKET_USE = 11,
-  PREF_MINIMUM_TICKETS = 12,
-  PREF_MAXIMUM_TICKETS = 13,
-  PREF_PAYOUT_PERCENT = 14,
-  PREF_BONUS_VALUE = 15,
-  PREF_BOOST_BONUS = 16,
-  PREF_TWO_POINT_TICKETS = 17,
-  PREF_LOCKOUT_COILS = 18,
-  PREF_TICKETS_PER_GAME = 19,
-  PREF_VOLUME = 20,
-  PREF_ATTRACT_VOLUME = 21,
-  PREF_BUILD_DATE = 22,
-  PREF_BUILD_TIME = 23,
-  PREF_CHECK_CRC = 24,
-  PREF_COUNT = 25,
 };
 
 enum CurrencyUnit {

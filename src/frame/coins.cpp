@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 
 #include "books/audits.h"
 #include "books/prefs.h"
@@ -26,6 +27,7 @@ constexpr std::int64_t PROMPT_S = 5;
 // coin, give frogs away without end, or keep the tick.
 constexpr std::int32_t COINS_EACH_MOST = 100;
 constexpr std::int32_t FROGS_EACH_MOST = 100;
+constexpr std::int64_t CREDITS_MOST = std::numeric_limits<std::int32_t>::max();
 
 void play(const char* name) {
   if (sound_enabled) jps_bank_play_name(name);
@@ -43,9 +45,10 @@ void buy_credits(int side) {
   if (cost < 1) return;
   const std::int32_t games = audit_count(AUDIT_CURRENT_COINS, side) / cost;
   if (games < 1) return;
+  const std::int64_t frogs =
+      std::int64_t{games} * std::clamp(pref_int(PREF_FROGS_PER_GAME), 1, FROGS_EACH_MOST);
   audit_add(AUDIT_CURRENT_COINS, side, -games * cost);
-  audit_add(AUDIT_CURRENT_CREDITS, side,
-            games * std::clamp(pref_int(PREF_FROGS_PER_GAME), 1, FROGS_EACH_MOST));
+  audit_add(AUDIT_CURRENT_CREDITS, side, static_cast<std::int32_t>(std::min(frogs, CREDITS_MOST)));
 }
 
 void clear_demo(int side) {

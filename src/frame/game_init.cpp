@@ -32,7 +32,7 @@ void open_board() {
 
 void open_sound() {
   const std::int32_t step = std::clamp(pref_int(PREF_VOLUME), 0, 20);
-  if (!jps_init() || !jps_bank_load(R"(sounds\mainpls.txt)")) return;
+  if (jps_init() != 0 || !jps_bank_load(R"(sounds\mainpls.txt)")) return;
   // A plain scale for the moment of start-up; the curve takes over with the field.
   volume_step = step;
   volume_value = std::clamp(13 * step, 0, 255);

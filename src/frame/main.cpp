@@ -1,6 +1,7 @@
 // The process: environment, window, context, subsystems, main loop, and the orderly way out.
 #include <cstdio>
 #include <string>
+#include <string_view>
 
 #include "frame/app_window.h"
 #include "frame/game_init.h"
@@ -14,6 +15,10 @@
 
 int main(int argc, char** argv) {
   clock_ms();  // the game's time begins here
+  if (argc == 2 && std::string_view(argv[1]) == "--version") {
+    std::printf("Lily Hop %s, built %s %s\n", LILYHOP_VERSION, __DATE__, __TIME__);
+    return 0;
+  }
   // Line by line also into a journal: what was said last is what one wants to know after a reset.
   std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
   std::string error;

@@ -166,7 +166,7 @@ bool game_tick(std::int64_t t_ms) {
   jamma_update_lockouts();
   tickets_poll();
   lamps_update();
-  if (field_is_watched) jamma_lamps_tick();
+  jamma_lamps_tick();
   launches_step();
   watchdog_heartbeat();
   return !periodic_reboot_step();

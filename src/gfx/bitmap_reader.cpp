@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <new>
 
+#include "gfx/bitmap_runs.h"
 #include "platform/display.h"
 #include "platform/files.h"
 
@@ -17,7 +18,7 @@ constexpr std::uint32_t INFO_HEADER_SIZE = 40;  // later, longer headers begin w
 constexpr std::uint32_t LONGEST_HEADER_SIZE = 124;
 constexpr std::int32_t LARGEST_SIDE = 32768;
 
-enum Compression : std::uint32_t { UNCOMPRESSED = 0, BITFIELDS = 3 };
+enum Compression : std::uint32_t { UNCOMPRESSED = 0, RUNS_OF_8 = 1, RUNS_OF_4 = 2, BITFIELDS = 3 };
 
 struct Bytes {
   const std::uint8_t* data;
@@ -101,25 +102,33 @@ bool headers_read(const Bytes& in, Layout& out) {
   return true;
 }
 
-// The bits of a mask, stretched to 0 to 255.
+// The bits of a mask as a level of 0 to 255: a short level is repeated until it fills eight bits,
+// so that its least is 0, its most 255, and the steps between are even.
 std::uint8_t masked(std::uint32_t value, std::uint32_t mask) {
   if (mask == 0) return 0;
   const int shift = std::countr_zero(mask);
-  const std::uint64_t most = mask >> shift;
-  return static_cast<std::uint8_t>(((value & mask) >> shift) * std::uint64_t{255} / most);
+  const int bits = std::bit_width(mask >> shift);
+  const std::uint32_t level = (value & mask) >> shift;
+  std::uint32_t out = 0;
+  for (int at = 8 - bits; at > -bits; at -= bits) out |= at >= 0 ? level << at : level >> -at;
+  return static_cast<std::uint8_t>(out);
 }
 
-// One pixel of a row to three bytes. An index without a colour is black.
+// An index without a colour is black.
+void colour_put(const Bytes& in, const Layout& layout, std::uint32_t index, std::uint8_t* out) {
+  const std::size_t at = layout.colours_at + index * layout.colour_size;
+  const bool known = index < layout.colour_count && in.holds(at, layout.colour_size);
+  for (std::size_t i = 0; i < 3; ++i) out[i] = known ? in.data[at + 2 - i] : 0;
+}
+
+// One pixel of a row to three bytes.
 void pixel_convert(const Bytes& in, const Layout& layout, std::size_t row_at, std::int32_t column,
                    std::uint8_t* out) {
   const auto c = static_cast<std::size_t>(column);
   if (layout.depth <= 8) {
     const std::size_t bit = c * layout.depth;
     const std::uint32_t byte = in.data[row_at + bit / 8];
-    const std::uint32_t index = byte >> (8 - layout.depth - bit % 8) & ((1U << layout.depth) - 1);
-    const std::size_t at = layout.colours_at + index * layout.colour_size;
-    const bool known = index < layout.colour_count && in.holds(at, layout.colour_size);
-    for (std::size_t i = 0; i < 3; ++i) out[i] = known ? in.data[at + 2 - i] : 0;
+    colour_put(in, layout, byte >> (8 - layout.depth - bit % 8) & ((1U << layout.depth) - 1), out);
   } else if (layout.depth == 24) {
     for (std::size_t i = 0; i < 3; ++i) out[i] = in.data[row_at + c * 3 + 2 - i];
   } else {
@@ -129,11 +138,19 @@ void pixel_convert(const Bytes& in, const Layout& layout, std::size_t row_at, st
   }
 }
 
+bool has_runs(const Layout& layout) {
+  return layout.compression == RUNS_OF_8 || layout.compression == RUNS_OF_4;
+}
+
 bool depth_known(const Layout& layout) {
   switch (layout.depth) {
-    case 1:
     case 4:
+      if (layout.compression == RUNS_OF_4) return !layout.top_down;
+      return layout.compression == UNCOMPRESSED;
     case 8:
+      if (layout.compression == RUNS_OF_8) return !layout.top_down;
+      return layout.compression == UNCOMPRESSED;
+    case 1:
     case 24:
       return layout.compression == UNCOMPRESSED;
     case 16:
@@ -141,6 +158,51 @@ bool depth_known(const Layout& layout) {
       return layout.compression == UNCOMPRESSED || layout.compression == BITFIELDS;
     default:
       return false;
+  }
+}
+
+std::size_t pixel_count(const Layout& layout) {
+  return static_cast<std::size_t>(layout.width) * static_cast<std::size_t>(layout.height);
+}
+
+std::size_t stored_row_size(const Layout& layout) {
+  return (static_cast<std::size_t>(layout.width) * layout.depth + 31) / 32 * 4;
+}
+
+// Known before anything is allocated for a picture that isn't there.
+bool file_holds_picture(const Bytes& in, const Layout& layout) {
+  if (has_runs(layout)) {
+    return in.holds(layout.pixels_at, 0) &&
+           pixel_count(layout) <= bitmap_runs_most_pixels(in.size - layout.pixels_at);
+  }
+  return in.holds(layout.pixels_at,
+                  stored_row_size(layout) * static_cast<std::size_t>(layout.height));
+}
+
+BitmapResult runs_decode(const Bytes& in, const Layout& layout, BitmapImage& image) {
+  std::vector<std::uint8_t> indexes(pixel_count(layout));
+  if (!bitmap_runs_unpack(in.data + layout.pixels_at, in.size - layout.pixels_at,
+                          layout.compression == RUNS_OF_4, static_cast<std::size_t>(layout.width),
+                          static_cast<std::size_t>(layout.height), indexes.data())) {
+    return BITMAP_NOT_CONVERTED;
+  }
+  std::uint8_t* out = image.pixels.data();
+  for (const std::uint8_t index : indexes) {
+    colour_put(in, layout, index, out);
+    out += 3;
+  }
+  return BITMAP_OK;
+}
+
+void rows_decode(const Bytes& in, const Layout& layout, BitmapImage& image) {
+  const auto height = static_cast<std::size_t>(layout.height);
+  std::uint8_t* out = image.pixels.data();
+  for (std::size_t row = 0; row < height; ++row) {
+    const std::size_t stored = layout.top_down ? height - 1 - row : row;
+    const std::size_t row_at = layout.pixels_at + stored * stored_row_size(layout);
+    for (std::int32_t column = 0; column < layout.width; ++column, out += 3) {
+      pixel_convert(in, layout, row_at, column, out);
+    }
   }
 }
 
@@ -176,26 +238,16 @@ BitmapResult bitmap_decode(const std::uint8_t* data, std::size_t size, BitmapIma
   const Bytes in{data, size};
   Layout layout{};
   if (!headers_read(in, layout)) return BITMAP_UNKNOWN_FORMAT;
-  if (!depth_known(layout)) return BITMAP_NOT_CONVERTED;
-  const auto width = static_cast<std::size_t>(layout.width);
-  const auto height = static_cast<std::size_t>(layout.height);
-  const std::size_t stored_row = (width * layout.depth + 31) / 32 * 4;
-  if (!in.holds(layout.pixels_at, stored_row * height)) return BITMAP_NOT_CONVERTED;
+  if (!depth_known(layout) || !file_holds_picture(in, layout)) return BITMAP_NOT_CONVERTED;
   image.width = layout.width;
   image.height = layout.height;
   try {
-    image.pixels.resize(width * height * 3);
+    image.pixels.resize(pixel_count(layout) * 3);
+    if (has_runs(layout)) return runs_decode(in, layout, image);
   } catch (const std::bad_alloc&) {
     return BITMAP_NO_MEMORY;
   }
-  std::uint8_t* out = image.pixels.data();
-  for (std::size_t row = 0; row < height; ++row) {
-    const std::size_t stored = layout.top_down ? height - 1 - row : row;
-    const std::size_t row_at = layout.pixels_at + stored * stored_row;
-    for (std::int32_t column = 0; column < layout.width; ++column, out += 3) {
-      pixel_convert(in, layout, row_at, column, out);
-    }
-  }
+  rows_decode(in, layout, image);
   return BITMAP_OK;
 }
 

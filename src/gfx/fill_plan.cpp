@@ -10,8 +10,9 @@ namespace {
 constexpr std::int32_t PIECE_COST = 400;
 constexpr std::int32_t LEAST_CORE_PX = 2048;  // an opaque piece may cut up to four others
 
-constexpr std::size_t PLANS = 8192;     // more than the cells that a game shows
-constexpr std::size_t POOL = 1U << 17;  // pieces of all plans
+constexpr std::size_t PLANS = 8192;  // places, many more than the cells that a game shows
+constexpr std::size_t MOST_PLANS = PLANS * 3 / 4;  // so that a search soon comes to a free place
+constexpr std::size_t POOL = 1U << 17;             // pieces of all plans
 
 struct Recalled {
   std::uint32_t texture;  // 0: free
@@ -19,9 +20,11 @@ struct Recalled {
   FillPlan plan;
 };
 
-// Static, so that a frame that meets a new cell allocates nothing. A full pool starts anew.
+// Static, so that a frame that meets a new cell allocates nothing. A full table or pool starts
+// anew.
 struct FillPlans {
   std::array<Recalled, PLANS> table;
+  std::size_t count;
   std::array<FillPiece, POOL> pool;
   std::size_t used;
 };
@@ -121,17 +124,38 @@ bool same(const PixelRect& a, const PixelRect& b) {
   return a.x == b.x && a.y == b.y && a.width == b.width && a.height == b.height;
 }
 
+// The place of a rectangle's plan, or the free one where it belongs: the first from its hash on, so
+// that two cells whose hashes meet are both kept.
+Recalled& place_find(std::uint32_t texture, const PixelRect& rect) {
+  std::size_t at = place_of(texture, rect);
+  while (plans.table[at].texture != 0 &&
+         (plans.table[at].texture != texture || !same(plans.table[at].rect, rect))) {
+    at = (at + 1) % PLANS;
+  }
+  return plans.table[at];
+}
+
+void plans_forget() {
+  plans.table.fill({});
+  plans.count = plans.used = 0;
+}
+
+const FillPlan& plan_add(std::uint32_t texture, const Coverage& coverage, const PixelRect& rect) {
+  Recalled& place = place_find(texture, rect);
+  place = {texture, rect, plan_make(coverage, rect)};
+  ++plans.count;
+  return place.plan;
+}
+
 }  // namespace
 
 const FillPlan& fill_plan_recall(std::uint32_t texture, const Coverage& coverage,
                                  const PixelRect& rect) {
-  Recalled& place = plans.table[place_of(texture, rect)];
-  if (place.texture == texture && same(place.rect, rect)) return place.plan;
-  place = {texture, rect, plan_make(coverage, rect)};
-  if (plans.used == POOL) {
-    plans.table.fill({});
-    plans.used = 0;
-    place = {texture, rect, plan_make(coverage, rect)};
-  }
-  return place.plan;
+  const Recalled& place = place_find(texture, rect);
+  if (place.texture != 0) return place.plan;
+  if (plans.count == MOST_PLANS) plans_forget();
+  const FillPlan& plan = plan_add(texture, coverage, rect);
+  if (plans.used < POOL) return plan;
+  plans_forget();
+  return plan_add(texture, coverage, rect);
 }

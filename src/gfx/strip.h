@@ -30,7 +30,7 @@ struct Lane {
   float x;          // left end on screen
   std::int32_t y;   // top
   std::int32_t length, height;
-  Shared<std::int32_t>* eaten;  // one flag per cell, owned
+  Shared<std::uint64_t> eaten;  // bit n: the bug of cell n is
 };
 
 // Allocates the panels and slots of a lane, every slot empty; zeroes the scroll and sets cell_size

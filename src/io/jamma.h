@@ -161,6 +161,17 @@ std::int32_t jamma_port();
 std::int32_t jamma_command(std::int32_t command, std::intptr_t a = 0, std::intptr_t b = 0,
                            std::intptr_t c = 0, std::intptr_t d = 0);
 
+// The board's own small counters, as it last sent them. They outlive this program, but not the
+// board's power. False before the first good S frame; then `counters` stays as it was. Any thread.
+bool jamma_board_counters(std::uint8_t (&counters)[COUNTER_COUNT]);
+
+// True once the board has said that it owes tickets. Any thread.
+bool jamma_tickets_reported();
+
+// Asks the board how many tickets it owes on a side, by ordering none on top of them. What it says
+// becomes JAMMA_GET_TICKETS_OWED. For a board that was told of them by an earlier run. Any thread.
+void jamma_tickets_ask(int side);
+
 // Presses of an input that the game has not consumed yet. A press counts when it ends. Game thread.
 std::uint32_t jamma_presses_pending(JammaPress press);
 // Any of them?

@@ -234,6 +234,7 @@ std::int32_t clear_tickets(const Call& call) {
   call.link->tickets_owed[call.a] = 0;
   call.link->tickets_in_flight[call.a] = 0;
   call.link->tickets_unanswered[call.a] = 0;
+  call.link->start_unanswered[call.a] = true;  // an outage that loses the stop sends it again
   return jamma_send_packet(*call.link, call.a == 0 ? PACKET_LEFT_STOP : PACKET_RIGHT_STOP);
 }
 

@@ -36,13 +36,13 @@ std::uint8_t byte_of(std::uint32_t value) {
 }
 
 // The board takes the whole byte, so that one change sends all bits again.
-std::int32_t send_h(JammaLink& link, std::uint32_t bit, bool on) {
+std::int32_t send_h_bit(JammaLink& link, std::uint32_t bit, bool on) {
   if (on) {
     link.h_bits |= bit;
   } else {
     link.h_bits &= ~bit;
   }
-  return send(link, 'H', {byte_of(link.h_bits ^ link.h_invert)});
+  return jamma_send_h(link);
 }
 
 std::int32_t send_config(JammaLink& link) {
@@ -52,7 +52,7 @@ std::int32_t send_config(JammaLink& link) {
   const std::uint32_t aux = (jamma_flag(link, GUN1_AUX) ? H_GUN1_OUTPUT : 0) |
                             (jamma_flag(link, GUN2_AUX) ? H_GUN2_OUTPUT : 0);
   link.h_bits &= ~(H_GUN1_OUTPUT | H_GUN2_OUTPUT);
-  return send_h(link, aux, true);
+  return send_h_bit(link, aux, true);
 }
 
 std::int32_t send_f(JammaLink& link) {
@@ -95,6 +95,10 @@ std::int32_t send_stop(JammaLink& link, int side) {
 
 }  // namespace
 
+std::int32_t jamma_send_h(JammaLink& link) {
+  return send(link, 'H', {byte_of(link.h_bits ^ link.h_invert)});
+}
+
 std::uint8_t jamma_config_byte(const JammaLink& link) {
   const std::uint32_t flags = link.flags;
   return byte_of((flags & C_BIT0 ? 0x01 : 0) | (flags & GUN1_ON ? 0x10 : 0) |
@@ -114,27 +118,28 @@ std::int32_t jamma_send_packet(JammaLink& link, std::uint32_t packet) {
     case PACKET_WATCHDOG:
       return send(link, 'W', {byte_of(link.watchdog_byte)});
     case PACKET_H_LEFT_COIN_METER:
-      return send_h(link, H_LEFT_COIN_METER, on);
+      return send_h_bit(link, H_LEFT_COIN_METER, on);
     case PACKET_H_UNUSED:
-      return send_h(link, H_UNUSED, on);
+      return send_h_bit(link, H_UNUSED, on);
     case PACKET_QUERY_CONFIG:
       return send(link, 'c');
     case PACKET_QUERY_COUNTERS:
       return send(link, 'S');
     case PACKET_QUERY_STATUS:
+      ++link.status_unanswered;
       return send(link, 's');
     case PACKET_QUERY_VERSION:
       return send(link, 'v');
     case PACKET_H_GUN1_OUTPUT:
-      return send_h(link, H_GUN1_OUTPUT, on);
+      return send_h_bit(link, H_GUN1_OUTPUT, on);
     case PACKET_H_GUN2_OUTPUT:
-      return send_h(link, H_GUN2_OUTPUT, on);
+      return send_h_bit(link, H_GUN2_OUTPUT, on);
     case PACKET_F:
       return send_f(link);
     case PACKET_H_AUX_OUT_1:
-      return send_h(link, H_AUX_OUT_1, on);
+      return send_h_bit(link, H_AUX_OUT_1, on);
     case PACKET_H_AUX_OUT_2:
-      return send_h(link, H_AUX_OUT_2, on);
+      return send_h_bit(link, H_AUX_OUT_2, on);
     case PACKET_LEFT_TICKETS:
       return send_tickets(link, 0);
     case PACKET_LEFT_STOP:

@@ -79,6 +79,26 @@ bool jamma_link_alive() {
   return record.alive;
 }
 
+bool jamma_board_counters(std::uint8_t (&counters)[COUNTER_COUNT]) {
+  const JammaLink* const link = jamma_link;
+  if (!link || !jamma_flag(*link, COUNTERS_SYNCED)) return false;
+  for (int i = 0; i < COUNTER_COUNT; ++i) counters[i] = link->counter_last_raw[i];
+  return true;
+}
+
+bool jamma_tickets_reported() {
+  const JammaLink* const link = jamma_link;
+  return link && link->tickets_reported;
+}
+
+void jamma_tickets_ask(int side) {
+  JammaLink* const link = jamma_link;
+  if (!link) return;
+  const std::lock_guard lock(link->ticket_mutex);
+  jamma_set_flag(*link, side == 0 ? LEFT_DISPENSING : RIGHT_DISPENSING, true);
+  jamma_send_packet(*link, side == 0 ? PACKET_LEFT_TICKETS : PACKET_RIGHT_TICKETS);
+}
+
 std::int32_t jamma_port() {
   return record.which_port;
 }

@@ -64,8 +64,8 @@ struct JammaLink {
   std::atomic<std::uint32_t> changed{};
   std::atomic<std::int32_t> frames_ready{};  // changed under rx_mutex
   JammaInputs inputs{};
-  std::uint8_t counter_offset[COUNTER_COUNT] = {};    // pump
-  std::uint8_t counter_last_raw[COUNTER_COUNT] = {};  // pump
+  std::uint8_t counter_offset[COUNTER_COUNT] = {};  // pump
+  Shared<std::uint8_t> counter_last_raw[COUNTER_COUNT]{};
   Shared<std::uint32_t> watchdog_byte{};
   std::atomic<std::uint32_t> step_deadline{};                                // system tick
   std::atomic<std::int32_t> coin_meter_steps[2]{}, ticket_meter_steps[2]{};  // half-periods left
@@ -74,16 +74,21 @@ struct JammaLink {
   Shared<std::uint32_t> hardware_version{}, firmware_version{};
   Shared<std::uint32_t> config_f[4]{};
   Shared<std::uint32_t> input_table{};
-  // Held while a batch goes over to the board, or all tickets are cleared: a clearing in between
-  // would be followed by the batch. Taken before tx_mutex.
+  // Held while the board is told to pay, or all tickets are cleared: a clearing in between would be
+  // followed by what it cleared. Taken before tx_mutex.
   std::mutex ticket_mutex;
   std::atomic<std::int32_t> tickets_queued[2]{}, tickets_owed[2]{}, tickets_in_flight[2]{};
   // What the board was told to pay since it last said a count, and whether a start was among it.
   std::atomic<std::int32_t> tickets_unanswered[2]{};
   std::atomic<bool> start_unanswered[2]{};
+  Shared<bool> tickets_reported{};  // the board has said that it owes some; pump
   Shared<std::uint32_t> lamp_value[LAMP_CHANNELS]{};
   Shared<std::uint32_t> last_lamp{};
   Shared<std::int64_t> last_heard{};  // calendar seconds; 0: not yet
+  // Status questions since the last answer; and after an outage, how many answers it takes until
+  // one is certain to be for a question that was asked after it.
+  std::atomic<std::int32_t> status_unanswered{};
+  std::int32_t answers_due = 0;  // pump
 
   std::uint32_t keys = 0, key_edges = 0;  // the keypad; pump
   std::uint8_t key_queue[32] = {};
@@ -174,6 +179,8 @@ void jamma_capture(JammaLink& link, std::uint8_t* buffer, std::size_t size, bool
 std::int32_t jamma_send_packet(JammaLink& link, std::uint32_t packet);
 // Queues the P frame of a channel.
 std::int32_t jamma_send_lamp(JammaLink& link, std::uint32_t channel, std::uint32_t value);
+// Queues the H frame with the bits as they stand.
+std::int32_t jamma_send_h(JammaLink& link);
 // The first data byte of the C frame, as the flags require.
 std::uint8_t jamma_config_byte(const JammaLink& link);
 
@@ -182,5 +189,7 @@ std::uint8_t jamma_config_byte(const JammaLink& link);
 void jamma_handle_frame(JammaLink& link, const std::uint8_t* frame, std::size_t size);
 void jamma_pump();
 void jamma_presses_count();
+// Asks for the board's status, now and from then on every five seconds.
+void jamma_ask_status(JammaLink& link);
 // Starts the presses at half of each counter.
 void jamma_presses_reset(const JammaInputs& inputs);

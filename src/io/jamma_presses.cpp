@@ -6,14 +6,16 @@
 
 namespace {
 
-struct PressRow {
-  std::uint32_t last = 0;                 // half of the counter; pump
-  std::atomic<std::uint32_t> pending{0};  // the pump adds, the game thread takes off
-  std::uint32_t shown = 0;                // game thread
-  bool looked = false;                    // game thread
+struct JammaPresses {
+  struct Input {
+    std::uint32_t last = 0;                 // half of the counter; pump
+    std::atomic<std::uint32_t> pending{0};  // the pump adds, the game thread takes off
+    std::uint32_t shown = 0;                // game thread
+    bool looked = false;                    // game thread
+  } inputs[PRESS_COUNT];
 };
 
-constinit PressRow rows[PRESS_COUNT];
+constinit JammaPresses presses;
 
 constexpr std::uint8_t COUNTERS[PRESS_COUNT] = {
     COUNTER_P1S, COUNTER_P2S, COUNTER_C1,  COUNTER_C2,  COUNTER_BIL,
@@ -24,7 +26,7 @@ constexpr std::uint8_t COUNTERS[PRESS_COUNT] = {
 
 void jamma_presses_reset(const JammaInputs& inputs) {
   for (int press = 0; press < PRESS_COUNT; ++press) {
-    PressRow& row = rows[press];
+    JammaPresses::Input& row = presses.inputs[press];
     row.last = inputs.counters[COUNTERS[press]] >> 1;
     row.pending = row.last;
     row.shown = 0;
@@ -36,7 +38,7 @@ void jamma_presses_count() {
   const JammaInputs* inputs = nullptr;
   if (jamma_command(JAMMA_GET_INPUTS, reinterpret_cast<std::intptr_t>(&inputs)) != 0) return;
   for (int press = 0; press < PRESS_COUNT; ++press) {
-    PressRow& row = rows[press];
+    JammaPresses::Input& row = presses.inputs[press];
     const std::uint32_t half = inputs->counters[COUNTERS[press]] >> 1;
     if (row.last >= half) continue;
     row.pending += half - row.last;
@@ -45,13 +47,13 @@ void jamma_presses_count() {
 }
 
 std::uint32_t jamma_presses_pending(JammaPress press) {
-  PressRow& row = rows[press];
+  JammaPresses::Input& row = presses.inputs[press];
   row.looked = true;
   return row.shown = row.pending;
 }
 
 void jamma_presses_clear(JammaPress press) {
-  PressRow& row = rows[press];
+  JammaPresses::Input& row = presses.inputs[press];
   // Most ticks find nothing, and then need no locked word.
   if (!row.looked) {
     if (row.pending != 0) row.pending = 0;

@@ -55,9 +55,10 @@ void handle_frames(JammaLink& link) {
   }
 }
 
-// Hands queued tickets over, as far as the board's count has room.
+// Hands queued tickets over, as far as the board's count has room. After an outage they wait until
+// it is known which of those before them were lost.
 void schedule_tickets(JammaLink& link, int side) {
-  if (link.tickets_queued[side] <= 0) return;
+  if (link.tickets_queued[side] <= 0 || link.answers_due > 0) return;
   const std::lock_guard lock(link.ticket_mutex);
   std::int32_t queued = link.tickets_queued[side];
   if (queued <= 0) return;
@@ -77,6 +78,11 @@ void judge_life(JammaLink& link) {
 
 }  // namespace
 
+void jamma_ask_status(JammaLink& link) {
+  link.status_deadline = clock_system_tick_ms() + STATUS_QUERY_MS;
+  jamma_send_packet(link, PACKET_QUERY_STATUS);
+}
+
 void jamma_pump() {
   JammaLink* const link = jamma_link;
   if (!link) return;
@@ -86,10 +92,7 @@ void jamma_pump() {
     link->step_deadline = now + STEP_MS;
     step_outputs(*link);
   }
-  if (tick_reached(now, link->status_deadline)) {
-    link->status_deadline = now + STATUS_QUERY_MS;
-    jamma_send_packet(*link, PACKET_QUERY_STATUS);
-  }
+  if (tick_reached(now, link->status_deadline)) jamma_ask_status(*link);
   handle_frames(*link);
   schedule_tickets(*link, 0);
   schedule_tickets(*link, 1);

@@ -21,7 +21,9 @@ constexpr std::uint32_t DIPS_SEEN = 0x10000;
 constexpr std::uint8_t CONFIG_A = 0x40, CONFIG_B = 0x80;  // in the second byte of a c frame
 constexpr std::uint8_t CONFIG_ECHO = 0xF1;                // of its first byte
 
-constexpr std::int64_t LINE_WAS_DEAD_S = 8;  // at five seconds a question, one had no answer
+// Status questions that make an outage when only the last of them is answered. One lost answer, or
+// a board that is up to ten seconds late, is none.
+constexpr std::int32_t QUESTIONS_OF_OUTAGE = 3;
 
 constexpr std::uint8_t TICKET_RIGHT = 0x08, TICKET_FAULT_VOID = 0x40, TICKET_FAULT = 0x80;
 
@@ -45,6 +47,8 @@ void tell_again(JammaLink& link) {
     const std::uint32_t value = link.lamp_value[channel];
     if (value != 0) jamma_send_lamp(link, channel, value);
   }
+  if (link.h_bits != 0) jamma_send_h(link);
+  const std::lock_guard lock(link.ticket_mutex);
   for (int side = 0; side < 2; ++side) {
     jamma_set_flag(link, DISPENSING[side], false);
     if (link.tickets_owed[side] > 0 && !jamma_flag(link, FAULT[side])) {
@@ -53,13 +57,18 @@ void tell_again(JammaLink& link) {
   }
 }
 
-// A line that was dead and lives again has lost what was said meanwhile. Lamps and coils are told
-// again; of the tickets only those that the board gave no answer to: what it knew of it may have
-// paid unheard.
-void tell_what_was_lost(JammaLink& link) {
+// A line that was dead and lives again has lost what was said meanwhile: the state of lamps and
+// coils, which may be sent at any time, ...
+void send_outputs(JammaLink& link) {
   for (std::uint32_t channel = 0; channel < LAMP_CHANNELS; ++channel) {
     jamma_send_lamp(link, channel, link.lamp_value[channel]);
   }
+  jamma_send_h(link);
+}
+
+// ... and tickets. Only those are told again that the board gave no answer to: what it knew of it
+// may have paid unheard.
+void send_lost_tickets(JammaLink& link) {
   const std::lock_guard lock(link.ticket_mutex);
   for (int side = 0; side < 2; ++side) {
     const std::int32_t lost = link.tickets_unanswered[side].exchange(0);
@@ -133,12 +142,27 @@ void handle_counters(JammaLink& link, const std::uint8_t* frame) {
   for (const InputRow& row : table) move_counter(link, row, raw_counter(row, frame));
 }
 
+// Looks for an outage behind an answer to a status question. The board may only have been slow:
+// then the answers to older questions are still to come, and so may be its word on tickets. It
+// takes words in order, so it has none to come from before the outage's end once it has answered a
+// question asked after that, which is certain when there have been as many answers as there were
+// questions open.
+void judge_outage(JammaLink& link, bool first_answer) {
+  const std::int32_t asked = link.status_unanswered.exchange(0);
+  if (asked >= QUESTIONS_OF_OUTAGE && !first_answer) {
+    send_outputs(link);
+    link.answers_due += asked;
+  } else if (link.answers_due > 0 && --link.answers_due == 0) {
+    send_lost_tickets(link);
+  }
+  if (link.answers_due > 0) jamma_ask_status(link);
+}
+
 void handle_status(JammaLink& link, const std::uint8_t* frame) {
   const std::uint32_t lines = static_cast<std::uint32_t>(frame[4]) << 16 |
                               static_cast<std::uint32_t>(frame[3]) << 8 | frame[2];
-  const std::int64_t before = link.last_heard, now = clock_calendar_s();
-  link.last_heard = now;
-  if (before != 0 && now - before >= LINE_WAS_DEAD_S) tell_what_was_lost(link);
+  judge_outage(link, link.last_heard == 0);
+  link.last_heard = clock_calendar_s();
   link.inputs.previous_switches = link.inputs.switches.get();
   link.inputs.switches = (lines ^ ACTIVE_LOW_SWITCHES) | SWITCHES_SEEN;
   link.inputs.dips = (~static_cast<std::uint32_t>(frame[5]) & 0xFF) | DIPS_SEEN;
@@ -165,6 +189,8 @@ void handle_tickets(JammaLink& link, const std::uint8_t* frame) {
   std::int32_t count = (frame[1] & 3) << 8 | frame[2];
   if (frame[1] & TICKET_FAULT_VOID) {
     count = std::min(link.tickets_owed[side].load(), TICKETS_ON_BOARD_MAX);
+  } else if (count > 0) {
+    link.tickets_reported = true;
   }
   link.tickets_owed[side] = count;
   link.tickets_unanswered[side] = 0;

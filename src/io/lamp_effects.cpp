@@ -52,6 +52,10 @@ struct LampChannel {
 
 constinit LampChannel lamps[LAMP_COUNT]{};  // game thread
 
+bool is_lamp(Lamp lamp) {
+  return lamp >= 0 && lamp < LAMP_COUNT;
+}
+
 void jump_step(LampChannel& lamp, std::int32_t /*max_value*/) {
   lamp.value = lamp.target;
 }
@@ -140,6 +144,7 @@ void repeat(LampChannel& lamp) {
 
 void lamp_set(Lamp which, std::int32_t operation, std::int32_t a, std::int32_t b, std::int32_t c,
               std::int32_t d) {
+  if (!is_lamp(which)) return;
   LampChannel& lamp = lamps[which];
   const std::int32_t max_value = LAMP_ROWS[which].max_value;
   switch (operation) {
@@ -202,7 +207,7 @@ void lamp_set(Lamp which, std::int32_t operation, std::int32_t a, std::int32_t b
 }
 
 std::int32_t lamp_value(Lamp lamp) {
-  return lamps[lamp].value;
+  return is_lamp(lamp) ? lamps[lamp].value : 0;
 }
 
 void jamma_lamps_init() {

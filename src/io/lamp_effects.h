@@ -27,11 +27,12 @@ enum LampOperation : std::int32_t {
 };
 
 // Gives a lamp an effect, or changes how its effect runs. Levels are 0 to 4095 and are held to what
-// the lamp may have. Any other operation resets the lamp. Game thread.
+// the lamp may have. Any other operation resets the lamp; nothing happens to a lamp that there
+// isn't. Game thread.
 void lamp_set(Lamp lamp, std::int32_t operation, std::int32_t a = 0, std::int32_t b = 0,
               std::int32_t c = 0, std::int32_t d = 0);
 
-// The present brightness. Game thread.
+// The present brightness, 0 of a lamp that there isn't. Game thread.
 std::int32_t lamp_value(Lamp lamp);
 
 // All lamps dark and at rest. Start-up.

@@ -32,11 +32,11 @@ struct LedBoard {
   Shared<std::int32_t> active;
   std::atomic<std::uint32_t> wanted;  // set behind the words, taken before them
   std::atomic<std::int32_t> value, blink;
-  std::int64_t next_check_ms;  // LED thread
+  std::int64_t next_check;  // ms of the game clock; LED thread
 };
 constinit LedBoard board{};
 
-std::shared_ptr<Thread>& led_thread() {
+std::shared_ptr<Thread>& led_thread_handle() {
   static std::shared_ptr<Thread> instance;
   return instance;
 }
@@ -53,6 +53,11 @@ void send_wanted() {
   if ((wanted & WANT_BLINK) != 0) led_send_blink(board.link, board.blink);
 }
 
+// As if the board's adapter had been pulled and plugged.
+void led_restart_usb() {
+  usb_reset(ADAPTER_VENDOR, ADAPTER_PRODUCT);
+}
+
 // A sleep that ends when the thread has to.
 void wait(const Thread& self, int ms) {
   for (int i = 0; i < ms && !thread_stop_requested(self); ++i) clock_sleep_ms(1);
@@ -60,7 +65,7 @@ void wait(const Thread& self, int ms) {
 
 void restart(const Thread& self) {
   log_message(io_log, "Restarting LED board");
-  usb_reset(ADAPTER_VENDOR, ADAPTER_PRODUCT);
+  led_restart_usb();
   wait(self, RESTART_MS);
   led_link_close(board.link);
   board.link.active = false;
@@ -72,15 +77,15 @@ void restart(const Thread& self) {
 
 // While frogs are in play the board is left alone, and looked at 30 s later.
 void check(const Thread& self) {
-  if (!is_due(board.next_check_ms)) return;
+  if (!is_due(board.next_check)) return;
   if (station_idle(SIDE_LEFT) && station_idle(SIDE_RIGHT)) {
     led_drain(board.link);
-    if (!led_set_type(board.link)) restart(self);
+    if (led_set_type(board.link) != 0) restart(self);
   }
-  board.next_check_ms = now_ms() + CHECK_EVERY_MS;
+  board.next_check = now_ms() + CHECK_EVERY_MS;
 }
 
-void led_body(const Thread& self, void* /*context*/) {
+void led_thread(const Thread& self, void* /*context*/) {
   while (!thread_stop_requested(self)) {
     check(self);
     send_wanted();
@@ -95,19 +100,19 @@ void want(std::uint32_t what) {
 }  // namespace
 
 void led_open() {
-  board.next_check_ms = 0;
+  board.next_check = 0;
   find_board();
 }
 
 void led_start() {
-  led_thread() = thread_start("led", THREAD_PRIORITY_NORMAL, led_body, nullptr);
+  led_thread_handle() = thread_start("led", THREAD_PRIORITY_NORMAL, led_thread, nullptr);
 }
 
 void led_close() {
-  if (led_thread() != nullptr) {
-    thread_request_stop(*led_thread());
-    thread_join(*led_thread(), JOIN_BOUND_MS);
-    led_thread() = nullptr;
+  if (led_thread_handle() != nullptr) {
+    thread_request_stop(*led_thread_handle());
+    thread_join(*led_thread_handle(), JOIN_BOUND_MS);
+    led_thread_handle() = nullptr;
   }
   led_link_close(board.link);
   board.link.active = false;

@@ -7,8 +7,8 @@
 
 #include <cstdint>
 
-// Searches the ports for a board. Start-up, behind the I/O board's search. Takes 10 ms for each
-// port on which nobody answers.
+// Searches the ports for a board. Start-up, behind the I/O board's search. Takes some 17 ms for
+// each port on which nobody answers.
 void led_open();
 // Starts the thread that feeds the board, looks after it every 30 s, and searches anew when it has
 // gone. Start-up, when the field stands.

@@ -15,11 +15,16 @@ constexpr int BAUD = 9600;
 constexpr int PORT_COUNT = 16;
 constexpr int ANSWER_MS = 10;
 constexpr std::int32_t DISPLAY_TYPE = 2;
+constexpr int COMMAND_SIZE = 6;
 
 enum LedCommand : std::uint8_t { LED_VALUE = 0x55, LED_TYPE = 0x57, LED_BLINK = 0x59 };
 
 bool send(const LedLink& link, LedCommand command, std::int32_t operand) {
-  const std::uint8_t bytes[6] = {
+  if (link.port == nullptr) {
+    errno = EBADF;
+    return false;
+  }
+  const std::uint8_t bytes[COMMAND_SIZE] = {
       0x55, command, static_cast<std::uint8_t>(operand >> 8), static_cast<std::uint8_t>(operand),
       0xAA, 0};
   return serial_write(link.port, bytes, sizeof bytes) == static_cast<int>(sizeof bytes);
@@ -29,16 +34,24 @@ unsigned last_error() {
   return static_cast<unsigned>(errno);
 }
 
-bool try_port(LedLink& link, const char* name) {
+// While a pulled I/O board's port is closed, nobody else may find it free.
+SerialPort* open_port(int n, const char* name, int* error) {
+  *error = EBUSY;
+  return n - 1 == jamma_port() ? nullptr : serial_open(name, error);
+}
+
+bool try_port(LedLink& link, int n) {
+  char name[8];
+  std::snprintf(name, sizeof name, "COM%d", n);
   log_message(io_log, "Attempting to open LED port %s", name);
   int error = 0;
-  link.port = serial_open(name, &error);
-  if (error != 0) {
+  link.port = open_port(n, name, &error);
+  if (link.port == nullptr) {
     log_error(io_log, "Open LED port failed with code 0x%x", static_cast<unsigned>(error));
   }
   log_message(io_log, "LED handle is 0x%zx", reinterpret_cast<std::uintptr_t>(link.port));
   if (link.port == nullptr) return false;
-  if (serial_configure(link.port, BAUD) && led_set_type(link)) return true;
+  if (serial_configure(link.port, BAUD, SERIAL_LINES_OFF) && led_set_type(link) == 0) return true;
   led_link_close(link);
   return false;
 }
@@ -48,11 +61,7 @@ bool try_port(LedLink& link, const char* name) {
 void led_link_open(LedLink& link) {
   link = {};
   for (int n = 1; n <= PORT_COUNT; ++n) {
-    // While a pulled I/O board's port is closed, nobody else may find it free.
-    if (n - 1 == jamma_port()) continue;
-    char name[8];
-    std::snprintf(name, sizeof name, "COM%d", n);
-    if (!try_port(link, name)) continue;
+    if (!try_port(link, n)) continue;
     link.active = true;
     log_message(io_log, "LED is ACTIVE");
     return;
@@ -60,29 +69,29 @@ void led_link_open(LedLink& link) {
 }
 
 void led_link_close(LedLink& link) {
-  if (link.port == nullptr) return;
   log_message(io_log, "Closing LED handle");
+  if (link.port == nullptr) return;
   serial_close(link.port);
   link.port = nullptr;
 }
 
-bool led_set_type(LedLink& link) {
-  if (link.port == nullptr) return false;
+int led_set_type(LedLink& link) {
   log_message(io_log, "Attempting to set LED type %d", DISPLAY_TYPE);
   if (!send(link, LED_TYPE, DISPLAY_TYPE)) {
     log_error(io_log, "Set LED type (write) failed with code 0x%x", last_error());
-    return false;
+    return -1;
   }
+  serial_drain(link.port, COMMAND_SIZE);
   clock_sleep_ms(ANSWER_MS);
   char text[33] = {};
   const int count = serial_read(link.port, text, sizeof text - 1);
   if (count < 0) {
     log_error(io_log, "Set LED type (read) failed with code 0x%x", last_error());
-    return false;
+    return -1;
   }
   log_message(io_log, "LED board returned %s", text);
   if (count == 0) log_error(io_log, "Bad or no response from LED board");
-  return count > 0;
+  return count > 0 ? 0 : -1;
 }
 
 void led_send_value(LedLink& link, std::int32_t value) {

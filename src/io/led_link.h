@@ -15,8 +15,9 @@ struct LedLink {
 void led_link_open(LedLink& link);
 void led_link_close(LedLink& link);
 
-// Tells the board its type. True if it answered within 10 ms, with whatever text.
-bool led_set_type(LedLink& link);
+// Tells the board its type. 0 if it answered within 10 ms of the last byte, with whatever text.
+// Without a port, as with one that has gone, the command can't be written.
+int led_set_type(LedLink& link);
 void led_send_value(LedLink& link, std::int32_t value);
 void led_send_blink(LedLink& link, std::int32_t on);
 

@@ -16,7 +16,7 @@ struct WatchdogLink {
 constinit WatchdogLink watchdog_link{};
 
 void feed() {
-  watchdog_feed.next_ms = now_ms() + FEED_EVERY_MS;
+  watchdog_feed.next_time = now_ms() + FEED_EVERY_MS;
   if (watchdog_device_gone()) {
     watchdog_link.open = false;
     watchdog_close_device();
@@ -28,10 +28,10 @@ void feed() {
 void search() {
   watchdog_link.open = watchdog_open_device();
   if (!watchdog_link.open) {
-    watchdog_feed.next_ms = now_ms() + SEARCH_EVERY_MS;
+    watchdog_feed.next_time = now_ms() + SEARCH_EVERY_MS;
     return;
   }
-  watchdog_feed.next_ms = now_ms();  // it is fed in the next tick
+  watchdog_feed.next_time = now_ms();  // it is fed in the next tick
   watchdog_send_word(WATCHDOG_WORD_STATUS);
 }
 
@@ -71,7 +71,7 @@ void watchdog_boot() {
 }
 
 void watchdog_heartbeat() {
-  if (is_due(watchdog_feed.next_ms) && watchdog_feed.paused == 0) {
+  if (is_due(watchdog_feed.next_time) && watchdog_feed.paused == 0) {
     if (watchdog_link.open) {
       feed();
     } else {
@@ -94,5 +94,5 @@ void watchdog_reset() {
   watchdog_close_device();
   watchdog_link = {};
   watchdog_feed.paused = 0;
-  watchdog_feed.next_ms = 0;
+  watchdog_feed.next_time = 0;
 }

@@ -18,9 +18,10 @@ enum WatchdogWord : std::uint16_t {
   WATCHDOG_WORD_RESET_HEARD = 0xC081,  // and that there has been a reset
 };
 
-struct WatchdogFeed {            // game thread
-  Shared<std::int32_t> paused;   // the operator's test holds the heartbeat back
-  Shared<std::int64_t> next_ms;  // game clock: the next heartbeat, or attempt to find a device
+struct WatchdogFeed {           // game thread
+  Shared<std::int32_t> paused;  // the operator's test holds the heartbeat back
+  Shared<std::int64_t>
+      next_time;  // ms of the game clock: the next heartbeat, or search for a device
 };
 extern WatchdogFeed watchdog_feed;
 

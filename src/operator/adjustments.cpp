@@ -1,8 +1,11 @@
 #include "operator/adjustments.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
-#include <span>
+#include <sstream>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "books/prefs.h"
@@ -12,14 +15,12 @@
 #include "operator/menu.h"
 #include "operator/payout_figures.h"
 #include "operator/resets.h"  // credits_clear
-#include "operator/settings_table.h"
+#include "operator/setting_values.h"
 #include "playfield/paytable.h"
 
 namespace {
 
-constexpr std::uintptr_t COIN_GAME_EXIT = 9;
-constexpr std::uintptr_t PAYOUT_EXIT = 10;
-constexpr std::uint32_t SETTINGS_MAX = 18;
+constexpr int HELP_FIRST_LINE = 8;
 
 // A setting with its row and its list.
 struct Adjustment {
@@ -27,44 +28,38 @@ struct Adjustment {
   MenuItem* row;
   Menu* list;
   std::vector<SettingOption> options;
-  void (*page)();
 };
 
-struct Adjustments {
-  std::uint32_t count = 0;
-  Adjustment rows[SETTINGS_MAX];
-};
-
-Adjustments& state() {
-  static Adjustments instance;
+std::vector<Adjustment>& adjustments() {
+  static std::vector<Adjustment> instance;
   return instance;
-}
-
-std::span<Adjustment> adjustments() {
-  return {state().rows, state().count};
 }
 
 // The one whose row or list this is, or null.
 template <typename T>
-Adjustment* find(T* Adjustment::* part, const T* wanted) {
-  const auto all = adjustments();
-  const auto found = std::ranges::find(all, wanted, part);
-  return found == all.end() ? nullptr : &*found;
+const Adjustment* find(T* Adjustment::* part, const T* wanted) {
+  const auto found = std::ranges::find(adjustments(), wanted, part);
+  return found == adjustments().end() ? nullptr : &*found;
 }
 
-void refresh(void (*page)()) {
+void write_page(SettingMenu menu) {
+  menu == COIN_GAME_MENU ? pane_page_coin_game() : pane_page_payout();
+}
+
+void refresh(SettingMenu menu) {
   for (const Adjustment& a : adjustments()) {
-    if (a.page == page) menu_set_item_text(a.row, "%s", setting_text(*a.setting).c_str());
+    if (a.setting->menu != menu) continue;
+    menu_set_item_text(a.row, "%s", setting_text(*a.setting).c_str());
   }
 }
 
-void apply(const Adjustment& a) {
-  const std::uint32_t effects = a.setting->effects;
+void apply(const Setting& setting) {
+  const std::uint32_t effects = setting.effects;
   if ((effects & (EFFECT_PAYTABLE | EFFECT_FIELD)) != 0) payout_recompute();
   if ((effects & EFFECT_PAYTABLE) != 0) bonus_value_reset();
   if ((effects & EFFECT_CLEAR_CREDITS) != 0) credits_clear();
   if ((effects & EFFECT_FIELD) != 0) led_update();
-  const bool coin_page = a.page == pane_page_coin_game;
+  const bool coin_page = setting.menu == COIN_GAME_MENU;
   if (coin_page) adjust_refresh_coin_rows();
   if (!coin_page || (effects & EFFECT_PAYTABLE) != 0) adjust_refresh_payout_rows();
 }
@@ -74,9 +69,9 @@ std::uintptr_t value_chosen(std::uintptr_t action, MenuItem* item) {
   const bool chosen = item != nullptr && action < a->options.size();
   if (chosen) {
     setting_choose(*a->setting, a->options[action]);
-    apply(*a);
+    apply(*a->setting);
   }
-  a->page();
+  write_page(a->setting->menu);
   menu_go_back(item);
   if (chosen) prefs_save();
   return MENU_STAY;
@@ -92,112 +87,101 @@ std::uintptr_t setting_chosen(std::uintptr_t /*action*/, MenuItem* item) {
   return menu_go_back(item);
 }
 
-Menu* build_list(const Adjustment& a, Menu* parent) {
-  const auto values = static_cast<std::uint32_t>(a.options.size());
-  Menu* list = menu_create(values + 2, value_chosen, parent, a.setting->question);
+Menu* build_list(const Setting& setting, const std::vector<SettingOption>& options, Menu* parent) {
+  const auto values = static_cast<std::uint32_t>(options.size());
+  Menu* list = menu_create(values + 2, value_chosen, parent, setting.question);
   for (std::uint32_t i = 0; i < values; ++i) {
-    menu_add_item(list, i, 0, "%s", a.options[i].text.c_str());
+    menu_add_item(list, i, 0, "%s", options[i].text.c_str());
   }
   menu_add_blank(list);
   menu_add_item(list, values, 0, "Cancel");
   return list;
 }
 
-void add_setting(Menu* menu, const Setting& setting, void (*page)()) {
-  Adjustment& a = state().rows[state().count++];
-  a.setting = &setting;
-  a.options = setting.options();
-  a.page = page;
-  a.row = menu_add_item(menu, setting.action, 0, "%s", setting_text(setting).c_str());
-  a.list = build_list(a, menu);
+void add_setting(Menu* menu, const Setting& setting) {
+  auto options = setting_options(setting);
+  MenuItem* row = menu_add_item(menu, setting.action, 0, "%s", setting_text(setting).c_str());
+  Menu* list = build_list(setting, options, menu);
+  adjustments().push_back({&setting, row, list, std::move(options)});
 }
 
-void set_disabled(const Adjustment& a, bool disabled) {
-  a.row->flags = disabled ? ITEM_DISABLED : 0U;
+// The settings at their places, a blank where there is none, and "Exit", whose action is the next
+// after them that isn't a blank's.
+Menu* build(SettingMenu which, Menu* parent, const char* title) {
+  std::erase_if(adjustments(), [&](const Adjustment& a) { return a.setting->menu == which; });
+  const std::size_t places = setting_places(which);
+  Menu* menu = menu_create(static_cast<std::uint32_t>(places) + 2, setting_chosen, parent, title);
+  for (std::size_t action = 0; action < places; ++action) {
+    if (const Setting* setting = setting_at(which, action)) {
+      add_setting(menu, *setting);
+    } else {
+      menu_add_blank(menu);
+    }
+  }
+  menu_add_blank(menu);
+  menu_add_item(menu, places, 0, "Exit");
+  return menu;
+}
+
+bool can_be_chosen(SettingNeed need) {
+  const bool tickets = pref_on(PREF_TICKET_USE);
+  const bool fixed = pref_on(PREF_FIXED_TICKET);
+  switch (need) {
+    case NEEDS_NOTHING:
+      return true;
+    case NEEDS_TICKETS:
+      return tickets;
+    case NEEDS_FIXED_TICKETS:
+      return tickets && fixed;
+    case NEEDS_TICKETS_BY_CATCH:
+      return tickets && !fixed;
+  }
+  return true;
+}
+
+void write_help(SettingMenu menu) {
+  int line = HELP_FIRST_LINE;
+  for (std::size_t action = 0; action < setting_places(menu); ++action) {
+    const Setting* setting = setting_at(menu, action);
+    if (setting == nullptr) continue;
+    std::istringstream help(setting->help);
+    for (std::string text; std::getline(help, text);) pane_set_line(line++, "%s", text.c_str());
+    ++line;
+  }
 }
 
 }  // namespace
 
-// The first menu of the two: it begins the list of adjustments anew.
 Menu* coin_game_menu_build(Menu* parent) {
-  state().count = 0;
-  const auto settings = coin_game_settings();
-  Menu* menu = menu_create(static_cast<std::uint32_t>(settings.size()) + 3, setting_chosen, parent,
-                           "Coin/Game Adjustments Menu");
-  for (const Setting& setting : settings) {
-    if (setting.pref == PREF_TIMEOUT_SECONDS) menu_add_blank(menu);
-    add_setting(menu, setting, pane_page_coin_game);
-  }
-  menu_add_blank(menu);
-  menu_add_item(menu, COIN_GAME_EXIT, 0, "Exit");
-  return menu;
+  return build(COIN_GAME_MENU, parent, "Coin/Game Adjustments Menu");
 }
 
 Menu* payout_menu_build(Menu* parent) {
-  const auto settings = payout_settings();
-  Menu* menu = menu_create(static_cast<std::uint32_t>(settings.size()) + 2, setting_chosen, parent,
-                           "Payout Adjustments Menu");
-  for (const Setting& setting : settings) add_setting(menu, setting, pane_page_payout);
-  menu_add_blank(menu);
-  menu_add_item(menu, PAYOUT_EXIT, 0, "Exit");
+  Menu* menu = build(PAYOUT_MENU, parent, "Payout Adjustments Menu");
   adjust_refresh_payout_rows();
   return menu;
 }
 
 void adjust_refresh_coin_rows() {
-  refresh(pane_page_coin_game);
+  refresh(COIN_GAME_MENU);
 }
 
 void adjust_refresh_payout_rows() {
-  refresh(pane_page_payout);
-  const bool tickets = pref_on(PREF_TICKET_USE);
-  const bool fixed = pref_on(PREF_FIXED_TICKET);
+  refresh(PAYOUT_MENU);
   for (const Adjustment& a : adjustments()) {
-    if (a.page != pane_page_payout) continue;
-    switch (a.setting->pref) {
-      case PREF_TICKET_USE:
-        break;
-      case PREF_FIXED_TICKET:
-        set_disabled(a, !tickets);
-        break;
-      case PREF_FIXED_TICKETS_PER_GAME:
-        set_disabled(a, !tickets || !fixed);
-        break;
-      default:
-        set_disabled(a, !tickets || fixed);
-        break;
-    }
+    if (a.setting->menu != PAYOUT_MENU) continue;
+    a.row->flags = can_be_chosen(a.setting->needs) ? 0U : ITEM_DISABLED;
   }
 }
 
 void pane_page_coin_game() {
   pane_page("Coin/Game Adjustments");
   pane_payout_figures(0);
-  pane_set_line(8, "Freeplay: No cost per frog");
-  pane_set_line(10, "Coin Lockout: Block additional coins beyond cost to play");
-  pane_set_line(12, "Currency Type: Display cost information in number of coins,");
-  pane_set_line(13, "  plays per card swip, or in currency denominations");
-  pane_set_line(15, "Coin Value: In dollars, euros, etc.");
-  pane_set_line(17, "Coins To Play: Cost to start a game");
-  pane_set_line(19, "Frogs Per Game: Frogs per play");
-  pane_set_line(21, "Coins Per Swipe: Number of coins added per card swipe");
-  pane_set_line(23, "Timeout (Seconds): Number of seconds game will wait before");
-  pane_set_line(24, "  automatically launching frog after inserting credit");
+  write_help(COIN_GAME_MENU);
 }
 
 void pane_page_payout() {
   pane_page("Payout Adjustments");
   pane_payout_figures(pref_int(PREF_FIXED_TICKETS_PER_GAME));
-  pane_set_line(8, "Ticket Use: Disable to remove payouts and ticket advertisement");
-  pane_set_line(10, "Fixed Ticket: Force identical payout for each play");
-  pane_set_line(12, "Fixed Tickets Per Frog: Number of tickets to pay out per play");
-  pane_set_line(13, "  when Fixed Ticket mode is active");
-  pane_set_line(15, "Payout Percent: Target payout in normal operation");
-  pane_set_line(17, "Ticket Value: Value of each ticket for use in paytable calculations");
-  pane_set_line(19, "Minimum Tickets: Minimum number of tickets to pay out each game");
-  pane_set_line(21, "Maximum Tickets: Ticket cap per game");
-  pane_set_line(23, "Bonus Value: Base jackpot value (before boost or two point adjustment)");
-  pane_set_line(25, "Boost Bonus: Double the jackpot value and double the number");
-  pane_set_line(26, "  of games to bonus");
-  pane_set_line(28, "Two Point Tickets: Tickets are double value");
+  write_help(PAYOUT_MENU);
 }

@@ -27,17 +27,17 @@ std::int32_t decimal(const char* text) {
 }
 
 FileCheck check_file(const char* name, std::int32_t size, std::int32_t crc) {
+  ReadFile* file = read_open_any_case(name);
+  if (file == nullptr) return FILE_MISSING;
   std::int32_t found_size = 0;
   std::int32_t found_crc = 0;
-  if (!crc_file_sum(name, &found_size, &found_crc)) return FILE_MISSING;
+  if (!crc_file_sum(file, &found_size, &found_crc)) return FILE_DAMAGED;
   return found_size == size && found_crc == crc ? FILES_GOOD : FILE_DAMAGED;
 }
 
 }  // namespace
 
-bool crc_file_sum(const std::string& name, std::int32_t* size, std::int32_t* crc) {
-  ReadFile* file = read_open_any_case(name.c_str());
-  if (file == nullptr) return false;
+bool crc_file_sum(ReadFile* file, std::int32_t* size, std::int32_t* crc) {
   std::vector<unsigned char> block(BLOCK);
   // zlib inverts a sum on the way in and out.
   uLong sum = ~CRC_START;
@@ -46,10 +46,11 @@ bool crc_file_sum(const std::string& name, std::int32_t* size, std::int32_t* crc
     sum = crc32_z(sum, block.data(), count);
     total += static_cast<std::uint32_t>(count);
   }
+  const bool whole = !read_failed(file);
   read_close(file);
   *size = static_cast<std::int32_t>(total);
   *crc = static_cast<std::int32_t>(~static_cast<std::uint32_t>(sum));
-  return true;
+  return whole;
 }
 
 FileCheck crc_files_check(std::string& current, void (*checked)()) {
@@ -62,6 +63,8 @@ FileCheck crc_files_check(std::string& current, void (*checked)()) {
     result = check_file(token_table[0], decimal(token_table[1]), decimal(token_table[2]));
     if (result == FILES_GOOD) checked();
   }
+  // What can't be read of the list would never be proved.
+  if (read_failed(list)) result = LIST_MISSING;
   read_close(list);
   return result;
 }

@@ -4,13 +4,16 @@
 #include <cstdint>
 #include <string>
 
-// Size and sum of a file of the installation, whatever the case of its name. False if there is
-// none. The sum is a reflected CRC-32 of polynomial 0xEDB88320 that begins with 0x63046310 and is
-// not inverted at its end.
-bool crc_file_sum(const std::string& name, std::int32_t* size, std::int32_t* crc);
+struct ReadFile;  // platform/files.h
+
+// Size and sum of an open file, which it closes. False if the file couldn't be read to its end. The
+// sum is a reflected CRC-32 of polynomial 0xEDB88320 that begins with 0x63046310 and is not
+// inverted at its end.
+bool crc_file_sum(ReadFile* file, std::int32_t* size, std::int32_t* crc);
 
 enum FileCheck { FILES_GOOD, LIST_MISSING, FILE_MISSING, FILE_DAMAGED };
 
 // Proves the files of lhpcrc.txt, in its order. `current` gets each name, as the list's reader has
-// it, before `checked` is called behind a good file. Stops at the first bad one.
+// it, before `checked` is called behind a good file. Stops at the first bad one. A list that can't
+// be read to its end is a missing one.
 FileCheck crc_files_check(std::string& current, void (*checked)());

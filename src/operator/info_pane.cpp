@@ -5,6 +5,7 @@
 
 #include "gfx/panel.h"  // gfx_rect_draw
 #include "gfx/text.h"
+#include "operator/row_text.h"
 #include "platform/shared_text.h"
 
 namespace {
@@ -54,7 +55,7 @@ void pane_draw_all() {
   std::uint32_t colour = HEADING_COLOUR;
   for (const auto& line : pane.lines) {
     const auto copy = line.copy();
-    if (copy.text[0] != '\0') text_draw(FONT_8X12, colour, X, y, "%s", copy.text);
+    if (copy.text[0] != '\0') row_text_draw(colour, X, y, copy.text);
     colour = COLOUR_WHITE;
     y += LINE_HEIGHT_PX;
   }

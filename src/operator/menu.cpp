@@ -10,6 +10,7 @@
 #include "gfx/panel.h"  // gfx_rect_draw
 #include "gfx/text.h"
 #include "io/jamma.h"  // jamma_pressed
+#include "operator/row_text.h"
 #include "sound/jps.h"
 
 namespace {
@@ -42,10 +43,10 @@ bool can_be_selected(const Menu& menu, std::uint32_t row) {
 }
 
 // From a row to the next one in a direction that can hold the selection; the row itself if none.
-std::uint32_t next_row(const Menu& menu, std::uint32_t row, bool down) {
+std::uint32_t next_row(const Menu& menu, std::uint32_t row, bool down, bool wrap) {
+  if (menu.count == 0) return row;
   const std::uint32_t begun = row;
   const std::uint32_t last = menu.count - 1;
-  const bool wrap = (menu.flags & MENU_WRAP) != 0;
   do {
     const bool at_end = row == (down ? last : 0);
     if (at_end && !wrap) return begun;
@@ -55,11 +56,12 @@ std::uint32_t next_row(const Menu& menu, std::uint32_t row, bool down) {
 }
 
 void move(Menu& menu, bool down) {
-  menu.selected = next_row(menu, menu.selected, down);
+  menu.selected = next_row(menu, menu.selected, down, (menu.flags & MENU_WRAP) != 0);
   jps_bank_play_name("menu_over");
 }
 
-void accept(Menu& menu) {
+void choose(Menu& menu) {
+  if (menu.selected >= menu.count) return;  // it is empty
   MenuItem& item = menu.items[menu.selected];
   if (item.action > LAST_ACTION) {
     auto* next = reinterpret_cast<Menu*>(item.action);  // NOLINT: a row may lead to a menu
@@ -68,6 +70,10 @@ void accept(Menu& menu) {
   } else if (menu.handler(item.action, &item) == MENU_CLOSE) {
     menu_open(nullptr);
   }
+}
+
+void accept(Menu& menu) {
+  choose(menu);
   jps_bank_play_name("menu_select");
 }
 
@@ -140,7 +146,7 @@ MenuItem* menu_add_item(Menu* menu, std::uintptr_t action, std::uint32_t flags, 
   item.menu = menu;
   item.flags = format == nullptr ? flags | ITEM_BLANK : flags;
   item.colour = menu->item_colour;
-  item.action = action;
+  item.action = format == nullptr ? 0 : action;
   if ((item.flags & ITEM_BLANK) != 0) return &item;
   std::va_list arguments;
   va_start(arguments, format);
@@ -165,8 +171,8 @@ void menus_release() {
 }
 
 void menu_open(Menu* menu) {
-  if (menu != nullptr && !can_be_selected(*menu, menu->selected)) {
-    menu->selected = next_row(*menu, menu->selected, true);
+  if (menu != nullptr && menu->count > 0 && !can_be_selected(*menu, menu->selected)) {
+    menu->selected = next_row(*menu, menu->selected, true, true);
   }
   state.current = menu;
 }
@@ -236,7 +242,7 @@ void menu_draw() {
     }
     const std::uint32_t colour =
         (flags & ITEM_DISABLED) != 0 ? (item.colour & 0x00FFFFFFU) | FAINT : item.colour.get();
-    text_draw(FONT_8X12, colour, menu->x, pen, "%s", item.text.copy().text);
+    row_text_draw(colour, menu->x, pen, item.text.copy().text);
   }
 }
 

@@ -32,7 +32,7 @@ struct MenuItem {
   Shared<std::uint32_t> flags;
   Shared<std::uint32_t> colour;  // 0xAARRGGBB
   std::uintptr_t action;         // given to the handler; above 255 the address of a Menu
-  SharedText<48> text;
+  SharedText<48> text;           // "%%" in it shows as "%"
 };
 
 using MenuHandler = std::uintptr_t (*)(std::uintptr_t action, MenuItem* item);
@@ -60,7 +60,7 @@ Menu* menu_build(Menu* parent, MenuHandler handler, const char* title,
                  std::initializer_list<const char*> rows);
 [[gnu::format(printf, 3, 4)]] void menu_set_title(Menu* menu, std::uint32_t colour,
                                                   const char* format, ...);
-// Appends a row; a null format makes an empty one. Null if all rows are taken.
+// Appends a row; a null format makes an empty one, with action 0. Null if all rows are taken.
 [[gnu::format(printf, 4, 5)]] MenuItem* menu_add_item(Menu* menu, std::uintptr_t action,
                                                       std::uint32_t flags, const char* format, ...);
 inline void menu_add_blank(Menu* menu) {
@@ -72,7 +72,7 @@ inline void menu_add_blank(Menu* menu) {
 void menus_release();
 
 // Makes a menu the current one, or closes all with null. A selection that stands on a row which
-// can't hold it moves forward to one that can. Game thread.
+// can't hold it moves forward to one that can, from the last row to the first. Game thread.
 void menu_open(Menu* menu);
 // The same with the selection on its first row.
 void menu_open_at_top(Menu* menu);

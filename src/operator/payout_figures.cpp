@@ -19,6 +19,7 @@ struct Figures {
   float achieved;  // part of the money that comes back by it
   float extra;     // tickets per frog that a bonus set by hand adds or takes away
   float extra_fraction;
+  std::int32_t shown_bonus;
   bool by_hand;
 };
 
@@ -46,8 +47,9 @@ Figures figures() {
   const std::int32_t natural = paytable[paytable_row].jackpot * paytable_factor;
   const std::int32_t bonus = pref_int(PREF_BONUS_VALUE);
   f.by_hand = bonus != natural;
-  f.extra =
-      jackpot_chance() * static_cast<float>(bonus - natural) * static_cast<float>(boost_factor);
+  f.shown_bonus = jackpot_value();
+  const auto more = static_cast<float>(std::int64_t{bonus} - natural);  // a file may ask for any
+  f.extra = jackpot_chance() * more * static_cast<float>(boost_factor);
   f.extra_fraction = part_of_money(static_cast<double>(f.extra), f.money);
   return f;
 }
@@ -59,7 +61,7 @@ double percent(float part) {
 void lines_disabled() {
   pane_set_line(2, "%-36s %d %s", "Bonus Value", 0, "(DISABLED)");
   pane_set_line(3, "%-36s %0.2f %s", "Average Ticket Payout", 0.0, "(DISABLED)");
-  pane_set_line(4, "%-36s %0.2f%% %s", "Payout Percent", 0.0, "(DISABLED)");
+  pane_set_line(4, "%-36s %0.2f%%%% %s", "Payout Percent", 0.0, "(DISABLED)");
 }
 
 void lines_fixed(const Figures& f, std::int32_t fixed_bonus) {
@@ -67,21 +69,21 @@ void lines_fixed(const Figures& f, std::int32_t fixed_bonus) {
   pane_set_line(2, "%-36s %d %s", "Bonus Value", fixed_bonus, "(FIXED)");
   pane_set_line(3, "%-36s %0.2f %s", "Average Ticket Payout", static_cast<double>(fixed),
                 "(FIXED)");
-  pane_set_line(4, "%-36s %0.2f%% %s", "Payout Percent", percent(part_of_money(fixed, f.money)),
+  pane_set_line(4, "%-36s %0.2f%%%% %s", "Payout Percent", percent(part_of_money(fixed, f.money)),
                 "(FIXED)");
 }
 
 void lines_in_table(const Figures& f) {
   const float set = pref_float(PREF_PAYOUT_PERCENT);
   if (!f.by_hand) {
-    pane_set_line(2, "%-36s %d", "Bonus Value", jackpot_value());
+    pane_set_line(2, "%-36s %d", "Bonus Value", f.shown_bonus);
     pane_set_line(3, "%-36s %0.2f", "Average Ticket Payout", f.average);
-    pane_set_line(4, "%-36s %0.2f%%", "Payout Percent", percent(set));
+    pane_set_line(4, "%-36s %0.2f%%%%", "Payout Percent", percent(set));
   } else {
-    pane_set_line(2, "%-36s %d (MANUAL)", "Bonus Value", jackpot_value());
+    pane_set_line(2, "%-36s %d (MANUAL)", "Bonus Value", f.shown_bonus);
     pane_set_line(3, "%-36s (%0.2f)", "Average Ticket Payout",
                   f.average + static_cast<double>(f.extra));
-    pane_set_line(4, "%-36s (%0.2f%%)", "Payout Percent", percent(set + f.extra_fraction));
+    pane_set_line(4, "%-36s (%0.2f%%%%)", "Payout Percent", percent(set + f.extra_fraction));
   }
 }
 
@@ -89,15 +91,15 @@ void lines_capped(const Figures& f) {
   const double set = percent(pref_float(PREF_PAYOUT_PERCENT));
   const auto wanted = static_cast<double>(f.wanted);
   if (!f.by_hand) {
-    pane_set_line(2, "%-36s %d", "Bonus Value", jackpot_value());
+    pane_set_line(2, "%-36s %d", "Bonus Value", f.shown_bonus);
     pane_set_line(3, "%-36s %0.2f (CAPPED TO %0.2f)", "Average Ticket Payout", wanted, f.average);
-    pane_set_line(4, "%-36s %0.2f%% (CAPPED TO %0.2f%%)", "Payout Percent", set,
+    pane_set_line(4, "%-36s %0.2f%%%% (CAPPED TO %0.2f%%%%)", "Payout Percent", set,
                   percent(f.achieved));
   } else {
-    pane_set_line(2, "%-36s %d (MANUAL)", "Bonus Value", jackpot_value());
+    pane_set_line(2, "%-36s %d (MANUAL)", "Bonus Value", f.shown_bonus);
     pane_set_line(3, "%-36s %0.2f (CAPPED TO (%0.2f)", "Average Ticket Payout", wanted,
                   f.average + static_cast<double>(f.extra));
-    pane_set_line(4, "%-36s %0.2f%% (CAPPED TO (%0.2f%%)", "Payout Percent", set,
+    pane_set_line(4, "%-36s %0.2f%%%% (CAPPED TO (%0.2f%%%%)", "Payout Percent", set,
                   percent(f.achieved + f.extra_fraction));
   }
 }

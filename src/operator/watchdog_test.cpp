@@ -35,7 +35,7 @@ void cancel() {
   test.deadline_ms = now_ms() + AFTER_CANCEL_MS;
   test.state = TEST_CANCELLED;
   watchdog_feed.paused = 0;
-  watchdog_feed.next_ms = test.deadline_ms.get();
+  watchdog_feed.next_time = test.deadline_ms.get();
   watchdog_send_word(WATCHDOG_WORD_LONG);
   jps_bank_play_name("menu_cancel");
 }

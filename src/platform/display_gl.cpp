@@ -52,6 +52,13 @@ void state_set() {
   glDrawBuffer(GL_BACK);
 }
 
+// What another call did wrong says nothing of the next one.
+void errors_forget() {
+  constexpr int MOST = 16;  // a lost context has errors without end
+  for (int i = 0; i < MOST && glGetError() != GL_NO_ERROR; ++i) {
+  }
+}
+
 int errors_taken() {
   return glGetError() == GL_NO_ERROR ? 0 : 1;
 }
@@ -138,6 +145,7 @@ bool dxt5_read(std::uint8_t* alpha) {
   const std::size_t size = static_cast<std::size_t>(width) * height;
   const std::unique_ptr<std::uint8_t[]> blocks(new (std::nothrow) std::uint8_t[size]);
   if (read == nullptr || blocks == nullptr) return false;
+  errors_forget();
   read(GL_TEXTURE_2D, 0, blocks.get());
   if (glGetError() != GL_NO_ERROR) return false;
   dxt5_alpha(width, height, blocks.get(), alpha);
@@ -248,6 +256,7 @@ bool display_texture_read_alpha(std::uint32_t texture, std::uint8_t* alpha) {
   if (gl.context == nullptr || texture == 0) return false;
   texture_bind(texture);
   if (dxt5_read(alpha)) return true;
+  errors_forget();
   glPixelStorei(GL_PACK_ALIGNMENT, 1);
   glGetTexImage(GL_TEXTURE_2D, 0, GL_ALPHA, GL_UNSIGNED_BYTE, alpha);
   return glGetError() == GL_NO_ERROR;
@@ -276,6 +285,7 @@ bool display_read_frame(std::uint8_t* rgb) {
   const int width = gl.window.width;
   const int height = gl.window.height;
   const std::size_t row = static_cast<std::size_t>(width) * 3;
+  errors_forget();
   glPixelStorei(GL_PACK_ALIGNMENT, 1);
   glReadBuffer(GL_BACK);
   glReadPixels(0, 0, width, height, GL_RGB, GL_UNSIGNED_BYTE, rgb);

@@ -43,11 +43,37 @@ bool is_on_drive(std::string_view name) {
 std::string name_in_any_case(const std::filesystem::path& folder, const std::string& name) {
   std::error_code failed;
   if (std::filesystem::exists(folder / name, failed)) return name;
-  for (const auto& entry : std::filesystem::directory_iterator(folder, failed)) {
-    std::string other = entry.path().filename().string();
+  const std::filesystem::directory_iterator end;
+  for (std::filesystem::directory_iterator at(folder, failed); !failed && at != end;
+       at.increment(failed)) {
+    std::string other = at->path().filename().string();
     if (strcasecmp(other.c_str(), name.c_str()) == 0) return other;
   }
   return {};
+}
+
+// Only a plain file opens: a folder of that name is no file, and a pipe would hold the caller up.
+std::FILE* plain_file_open(const char* path) {
+  const int fd = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (fd < 0) return nullptr;
+  struct stat status{};
+  std::FILE* stream =
+      fstat(fd, &status) == 0 && S_ISREG(status.st_mode) ? fdopen(fd, "rb") : nullptr;
+  if (stream == nullptr) close(fd);
+  return stream;
+}
+
+// A new file beside `path`. Whatever a power cut left there makes room; what won't, as a folder
+// with something in it, is gone round.
+int temporary_open(const std::string& path, std::string& temporary) {
+  for (const char* ending : {".new", ".new2"}) {
+    temporary = path + ending;
+    do {
+      const int fd = open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+      if (fd >= 0) return fd;
+    } while (errno == EEXIST && std::remove(temporary.c_str()) == 0);
+  }
+  return -1;
 }
 
 }  // namespace
@@ -88,7 +114,7 @@ struct ReadFile {
 
 ReadFile* read_open(const char* name) {
   const std::string path = files_path(name);
-  std::FILE* stream = path.empty() ? nullptr : std::fopen(path.c_str(), "rbe");
+  std::FILE* stream = path.empty() ? nullptr : plain_file_open(path.c_str());
   return stream == nullptr ? nullptr : new ReadFile{stream};
 }
 
@@ -104,7 +130,7 @@ ReadFile* read_open_any_case(const char* name) {
     if (match.empty()) return nullptr;
     found /= match;
   }
-  std::FILE* stream = std::fopen(found.c_str(), "rbe");
+  std::FILE* stream = plain_file_open(found.c_str());
   return stream == nullptr ? nullptr : new ReadFile{stream};
 }
 
@@ -122,6 +148,15 @@ std::size_t read_at(ReadFile* file, std::uint64_t offset, void* data, std::size_
     done += static_cast<std::size_t>(count);
   }
   return done;
+}
+
+bool read_failed(const ReadFile* file) {
+  return std::ferror(file->stream) != 0;
+}
+
+std::uint64_t read_size(const ReadFile* file) {
+  struct stat status{};
+  return fstat(fileno(file->stream), &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
 }
 
 void read_prefetch(ReadFile* file, std::uint64_t offset, std::size_t size) {
@@ -143,8 +178,8 @@ struct StoreFile {
 StoreFile* store_open(const char* name) {
   const std::string path = files_path(name);
   if (path.empty()) return nullptr;
-  const std::string temporary = path + ".new";
-  const int fd = open(temporary.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+  std::string temporary;
+  const int fd = temporary_open(path, temporary);
   if (fd < 0) return nullptr;
   return new StoreFile{fd, true, path, temporary};
 }
@@ -163,15 +198,29 @@ bool store_bytes(StoreFile* file, const void* data, std::size_t size) {
   return file->whole;
 }
 
-bool store_close(StoreFile* file) {
-  bool ok = file->whole && fsync(file->fd) == 0;
+namespace {
+
+// Puts what was written, if it is `good`, in the place of the old file.
+bool take_place(StoreFile* file, bool good) {
   close(file->fd);
-  ok = ok && rename(file->temporary.c_str(), file->path.c_str()) == 0;
-  if (ok) {
-    sync_folder(folder_of(file->path));
-  } else {
-    unlink(file->temporary.c_str());
-  }
+  const bool ok = good && rename(file->temporary.c_str(), file->path.c_str()) == 0;
+  if (!ok) unlink(file->temporary.c_str());
+  return ok;
+}
+
+}  // namespace
+
+bool store_close(StoreFile* file) {
+  const bool ok =
+      take_place(file, file->whole && fsync(file->fd) == 0) && sync_folder(folder_of(file->path));
+  delete file;
+  return ok;
+}
+
+bool note_store(const char* name, const void* data, std::size_t size) {
+  StoreFile* const file = store_open(name);
+  if (!file) return false;
+  const bool ok = take_place(file, store_bytes(file, data, size));
   delete file;
   return ok;
 }

@@ -23,7 +23,7 @@ std::string files_program_folder();
 struct ReadFile;
 struct StoreFile;
 
-// Opens for reading; null if there is no such file.
+// Opens for reading; null if there is no such file, or it is a folder or anything but a plain file.
 ReadFile* read_open(const char* name);
 // The same whatever the case of the name's letters, where lists were written on systems that don't
 // tell upper from lower case.
@@ -34,6 +34,10 @@ std::size_t read_bytes(ReadFile* file, void* data, std::size_t size);
 std::size_t read_at(ReadFile* file, std::uint64_t offset, void* data, std::size_t size);
 // Tells the system that these bytes will be read soon, so that it fetches them meanwhile.
 void read_prefetch(ReadFile* file, std::uint64_t offset, std::size_t size);
+// True if a `read_bytes` came to an error rather than to the end.
+bool read_failed(const ReadFile* file);
+// Bytes in the file, 0 if it can't be told.
+std::uint64_t read_size(const ReadFile* file);
 void read_close(ReadFile* file);
 
 // Opens a file of the books for writing, truncating. What is written goes unbuffered to a
@@ -42,6 +46,11 @@ void read_close(ReadFile* file);
 StoreFile* store_open(const char* name);
 // Writes all `size` bytes or returns false; after a failure `store_close` keeps the old file.
 bool store_bytes(StoreFile* file, const void* data, std::size_t size);
-// Brings the data to the disk, renames, and brings the folder to the disk. False if the old file
-// is still in place.
+// Brings the data to the disk, renames, and brings the folder to the disk. False if one of these
+// failed: the old file is still in place, or comes back with a power cut.
 bool store_close(StoreFile* file);
+
+// Puts a note beside the books: `size` bytes, whole or not at all, in the place of the old note. It
+// doesn't wait for the disk: a note outlives the program, not the machine's power. False if the old
+// one is still in place.
+bool note_store(const char* name, const void* data, std::size_t size);

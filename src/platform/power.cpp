@@ -4,6 +4,8 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <fstream>
+#include <string>
 
 #include "platform/environment.h"  // environment.power_reboot
 
@@ -14,4 +16,10 @@ bool power_reboot() {
   }
   sync();
   return reboot(RB_AUTOBOOT) == 0;
+}
+
+std::string power_boot_id() {
+  std::string id;
+  std::ifstream("/proc/sys/kernel/random/boot_id") >> id;
+  return id;
 }

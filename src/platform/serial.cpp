@@ -5,6 +5,8 @@
 #include <sys/eventfd.h>
 #include <sys/file.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -19,6 +21,7 @@
 #include <mutex>
 #include <string>
 #include <system_error>
+#include <thread>
 
 #include "platform/environment.h"
 
@@ -26,9 +29,11 @@ using Steady = std::chrono::steady_clock;
 
 struct SerialPort {
   std::string path;
-  int fd = -1;  // never changes: a repair puts the new device behind the same number
+  unsigned kind = 0;  // of the device that was opened first
+  int fd = -1;        // never changes: a repair puts the new device behind the same number
   int wake_fd = -1;
   std::atomic<int> baud{0};  // 0 until configured
+  std::atomic<SerialLines> lines{SERIAL_LINES_ON};
   std::atomic<bool> lost{false};
   std::mutex repair_mutex;
   Steady::time_point next_repair;  // under repair_mutex
@@ -39,6 +44,8 @@ namespace {
 constexpr auto REPAIR_EVERY = std::chrono::milliseconds(250);
 constexpr int LOST_PAUSE_MS = 100;
 constexpr auto WRITE_BOUND = std::chrono::milliseconds(100);
+constexpr auto DRAIN_BOUND = std::chrono::milliseconds(100);
+constexpr int BITS_OF_A_BYTE = 10;  // with start and stop
 
 // The device that stands for "COM1" to "COM16", or null.
 const std::string* device_of(const char* name) {
@@ -51,12 +58,32 @@ const std::string* device_of(const char* name) {
   return path.empty() ? nullptr : &path;
 }
 
+// The driver of an open device, by its number.
+unsigned device_kind(int fd) {
+  struct stat status{};
+  return fstat(fd, &status) == 0 && S_ISCHR(status.st_mode) ? major(status.st_rdev) : 0;
+}
+
+bool is_pseudo_terminal(unsigned kind) {
+  constexpr unsigned FIRST = 136;
+  constexpr unsigned LAST = 143;
+  return kind >= FIRST && kind <= LAST;
+}
+
+// Exclusive mode belongs to the terminal, not to the handle: left on, it locks us out too as long
+// as another process holds the terminal open. The far end of a pseudo-terminal does just that, and
+// a killed program can't switch it off.
+bool exclusive_set(int fd, bool on) {
+  if (is_pseudo_terminal(device_kind(fd))) return true;
+  return ioctl(fd, on ? TIOCEXCL : TIOCNXCL) == 0;
+}
+
 // Opens a device for this handle alone, or returns the negative error number. The lock is what
 // counts among our own handles and as root; the exclusive mode keeps other programs out.
 int device_open(const std::string& path) {
   const int fd = open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
   if (fd < 0) return -errno;
-  if (!isatty(fd) || flock(fd, LOCK_EX | LOCK_NB) != 0 || ioctl(fd, TIOCEXCL) != 0) {
+  if (!isatty(fd) || flock(fd, LOCK_EX | LOCK_NB) != 0 || !exclusive_set(fd, true)) {
     const int error = errno;
     close(fd);
     return -error;
@@ -64,14 +91,20 @@ int device_open(const std::string& path) {
   return fd;
 }
 
-// Exclusive mode belongs to the terminal, not to the handle: left on, it would lock us out too if
-// another process holds the terminal open.
 void device_release(int fd) {
-  ioctl(fd, TIOCNXCL);
+  exclusive_set(fd, false);
   flock(fd, LOCK_UN);
 }
 
-bool device_configure(int fd, int baud) {
+// True if the path leads to a device of the same driver as the one that was lost. Looked at before
+// it is opened, which alone would raise its lines.
+bool leads_back(const SerialPort& port) {
+  struct stat found{};
+  return stat(port.path.c_str(), &found) == 0 && S_ISCHR(found.st_mode) &&
+         major(found.st_rdev) == port.kind;
+}
+
+bool device_configure(int fd, int baud, SerialLines lines) {
   const speed_t speed = baud == 9600 ? B9600 : baud == 115200 ? B115200 : B0;
   termios state{};
   if (speed == B0 || tcgetattr(fd, &state) != 0) return false;
@@ -84,13 +117,13 @@ bool device_configure(int fd, int baud) {
   cfsetispeed(&state, speed);
   cfsetospeed(&state, speed);
   if (tcsetattr(fd, TCSANOW, &state) != 0) return false;
-  int lines = TIOCM_DTR | TIOCM_RTS;
-  ioctl(fd, TIOCMBIS, &lines);  // a pseudo-terminal has no such lines
+  int both = TIOCM_DTR | TIOCM_RTS;  // a pseudo-terminal has no such lines
+  ioctl(fd, lines == SERIAL_LINES_ON ? TIOCMBIS : TIOCMBIC, &both);
   return true;
 }
 
-// True if the port can be used. A port whose device has gone looks for it by its path again, a few
-// times a second, so that an adapter that is pulled and put back works on.
+// True if the port can be used. A port whose device has gone looks for one of its kind by its path
+// again, a few times a second, so that an adapter that is pulled and put back works on.
 bool usable(SerialPort* port) {
   if (!port->lost) return true;
   const std::unique_lock lock(port->repair_mutex, std::try_to_lock);
@@ -101,11 +134,13 @@ bool usable(SerialPort* port) {
   port->next_repair = now + REPAIR_EVERY;
 
   device_release(port->fd);
+  if (!leads_back(*port)) return false;
   const int fresh = device_open(port->path);
   if (fresh < 0) return false;
   const int baud = port->baud;
-  const bool good =
-      (baud == 0 || device_configure(fresh, baud)) && dup3(fresh, port->fd, O_CLOEXEC) == port->fd;
+  const bool good = device_kind(fresh) == port->kind &&
+                    (baud == 0 || device_configure(fresh, baud, port->lines)) &&
+                    dup3(fresh, port->fd, O_CLOEXEC) == port->fd;
   if (!good) device_release(fresh);
   close(fresh);
   port->lost = !good;
@@ -141,6 +176,7 @@ SerialPort* serial_open(const char* name, int* error) {
   }
   auto port = std::make_unique<SerialPort>();
   port->path = *path;
+  port->kind = device_kind(fd);
   port->fd = fd;
   port->wake_fd = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
   if (port->wake_fd < 0) {
@@ -152,8 +188,9 @@ SerialPort* serial_open(const char* name, int* error) {
   return port.release();
 }
 
-bool serial_configure(SerialPort* port, int baud) {
-  if (!device_configure(port->fd, baud)) return false;
+bool serial_configure(SerialPort* port, int baud, SerialLines lines) {
+  if (!device_configure(port->fd, baud, lines)) return false;
+  port->lines = lines;
   port->baud = baud;
   return true;
 }
@@ -212,6 +249,19 @@ int serial_write(SerialPort* port, const void* data, std::size_t size) {
     poll(&room, 1, static_cast<int>(left));
   }
   return static_cast<int>(size);
+}
+
+// Not tcdrain, which has no bound: an adapter that hangs would hold its caller for ever.
+void serial_drain(SerialPort* port, int bytes) {
+  const auto deadline = Steady::now() + DRAIN_BOUND;
+  int queued = 0;
+  while (ioctl(port->fd, TIOCOUTQ, &queued) == 0 && queued > 0 && Steady::now() < deadline) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  // What an adapter holds by itself shows in no queue.
+  if (port->baud == 0) return;
+  const std::int64_t bits = std::int64_t{bytes} * BITS_OF_A_BYTE;
+  std::this_thread::sleep_for(std::chrono::microseconds(bits * 1'000'000 / port->baud));
 }
 
 void serial_close(SerialPort* port) {

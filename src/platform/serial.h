@@ -10,8 +10,11 @@ struct SerialPort;
 // number, which is never 0.
 SerialPort* serial_open(const char* name, int* error);
 
-// Sets speed (9600 or 115200 baud) and framing. False if the device refuses.
-bool serial_configure(SerialPort* port, int baud);
+// The lines DTR and RTS, held on or off while the port is open.
+enum SerialLines { SERIAL_LINES_OFF, SERIAL_LINES_ON };
+
+// Sets speed (9600 or 115200 baud), framing and lines. False if the device refuses.
+bool serial_configure(SerialPort* port, int baud, SerialLines lines = SERIAL_LINES_ON);
 
 // Throws away what has arrived and what was not yet sent.
 void serial_purge(SerialPort* port);
@@ -29,5 +32,9 @@ int serial_read(SerialPort* port, void* data, std::size_t size);
 
 // Writes all bytes. Returns the count, or -1 if the port failed or didn't take them within 100 ms.
 int serial_write(SerialPort* port, const void* data, std::size_t size);
+
+// Waits until the last `bytes` written have been on the line: until the system has handed them on,
+// 100 ms at most, and then for as long as a device takes to send them.
+void serial_drain(SerialPort* port, int bytes);
 
 void serial_close(SerialPort* port);

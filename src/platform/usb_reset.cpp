@@ -25,8 +25,11 @@ bool write_digit(const std::filesystem::path& file, char digit) {
 bool usb_reset_below(const std::string& root, std::uint16_t vendor, std::uint16_t product) {
   std::error_code error;
   bool done = false;
-  for (const auto& entry : std::filesystem::directory_iterator(root, error)) {
-    const std::filesystem::path& device = entry.path();
+  std::error_code ended;  // the bus may lose a device in the midst of the walk
+  const std::filesystem::directory_iterator end;
+  for (std::filesystem::directory_iterator at(root, ended); !ended && at != end;
+       at.increment(ended)) {
+    const std::filesystem::path& device = at->path();
     if (read_hex(device / "idVendor") != vendor || read_hex(device / "idProduct") != product) {
       continue;
     }

@@ -5,16 +5,13 @@
 
 #include "frame/game_clock.h"  // now_ms, seconds_since
 #include "platform/random.h"   // random_unit
+#include "playfield/looks.h"   // CAUGHT_SECONDS
 #include "playfield/river.h"   // butterfly_update
 
 namespace {
 
 constexpr float LEFT_END_PX = -256.0F;
 constexpr float RIGHT_END_PX = 1360.0F;
-constexpr float FLAP_SECONDS = 1.2F;  // one run of the wings, and one turn of the ticket
-constexpr int FLAP_FRAMES = 32;
-constexpr int TICKET_FRAMES = 18;
-constexpr float CAUGHT_SECONDS = 2.0F;
 constexpr float PI = std::numbers::pi_v<float>;
 
 void park() {
@@ -52,39 +49,17 @@ std::int32_t path_y(std::int32_t path, float x, std::int32_t dx) {
   }
 }
 
-void ticket_turn() {
-  const float b = seconds_since(butterfly.flight_time);
-  butterfly.ticket_frame =
-      static_cast<std::int32_t>(TICKET_FRAMES * b / FLAP_SECONDS) % TICKET_FRAMES;
-}
-
 void fly() {
   butterfly.x += static_cast<float>(butterfly.dx);
   butterfly.y = path_y(butterfly.path, butterfly.x, butterfly.dx);
   if (butterfly.x > RIGHT_END_PX || butterfly.x < LEFT_END_PX) park();
 }
 
-void looks_update(float a) {
-  if (butterfly.state == BUTTERFLY_CAUGHT) {
-    butterfly.scale = 1.0F + 0.25F * a + 0.25F * std::sin(4.0F * PI * a * 0.5F);
-    const float v = std::clamp((CAUGHT_SECONDS - a) * 4.0F * 0.5F, 0.0F, 1.0F);
-    butterfly.alpha = static_cast<std::int32_t>(255.0F * v);
-    ticket_turn();
-  } else {
-    butterfly.alpha = 255;
-    butterfly.scale = std::max(butterfly.scale - 0.1F, 1.0F);
-  }
-  if (butterfly.state == BUTTERFLY_FLYING) {
-    butterfly.frame = static_cast<std::int32_t>(a * FLAP_FRAMES / FLAP_SECONDS) % FLAP_FRAMES;
-    ticket_turn();
-  }
-}
-
 }  // namespace
 
 void butterfly_update() {
   const float a = seconds_since(butterfly.state_time);
-  if (field_is_watched) looks_update(a);
+  butterfly_looks_update(a);
   switch (butterfly.state) {
     case BUTTERFLY_PARKED:
       if (a > butterfly.wait_s) take_off();

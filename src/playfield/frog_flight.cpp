@@ -8,6 +8,7 @@
 #include "gfx/panel_table.h"   // sheet_half_width
 #include "playfield/awards.h"
 #include "playfield/frog_states.h"
+#include "playfield/looks.h"    // frog_looks_update
 #include "playfield/workers.h"  // fx_splash_start
 
 namespace {
@@ -49,10 +50,9 @@ void bugs_test_lane(int side, Frog& frog, int lane) {
     return;
   }
   for (const std::int32_t cell : {bug_a, bug_b}) {
-    if (cell < 0 || cell >= LANE_CELLS || lanes[lane].eaten[cell] != 0) continue;
+    if (cell < 0 || cell >= LANE_CELLS || bug_is_eaten(lanes[lane], cell)) continue;
     award_bug(side, frog, lane, cell);
-    lanes[lane].eaten[cell] = 1;
-    eaten_cells[lane] |= std::uint64_t{1} << cell;
+    lanes[lane].eaten |= cell_bit(cell);
   }
 }
 
@@ -66,7 +66,7 @@ void bugs_test(int side, Frog& frog) {
 
 // No two frogs of a side sink on neighbouring lanes at the same time.
 void neighbours_fade(int side, const Frog& frog) {
-  for (Frog& other : station_frogs(side)) {
+  for (Frog& other : stations[side].frogs) {
     if (&other == &frog || other.state != FROG_SINKING || std::abs(other.lane - frog.lane) > 1) {
       continue;
     }
@@ -127,11 +127,8 @@ bool can_catch_butterfly(FrogState state) {
 }
 
 void frog_update(int side, Frog& frog) {
-  FrogTimes times{seconds_since(frog.state_time), 0.0F, 0.0F};
-  if (field_is_watched) {
-    times = frog_times(frog);
-    frog_looks_update(frog, times);
-  }
+  const FrogTimes times = frog_times(frog);
+  frog_looks_update(frog, times);
   if (can_catch_butterfly(frog.state)) butterfly_test(side, frog);
   bugs_test(side, frog);
   if (river_test(side, frog)) lead_cue(frog);
@@ -142,7 +139,7 @@ void frog_update(int side, Frog& frog) {
 
 void station_update(int side) {
   // Frogs come and go meanwhile, but none comes from here.
-  for (Frog& frog : station_frogs(side)) {
+  for (Frog& frog : stations[side].frogs) {
     if (frog.state != FROG_FREE) frog_update(side, frog);
   }
 }

@@ -1,6 +1,5 @@
 #include "playfield/frog_queue.h"
 
-#include <algorithm>
 #include <cstdint>
 
 #include "books/audits.h"
@@ -55,8 +54,6 @@ void frog_enqueue(int side) {
   if (place == QUEUE_PLACES) return;
   Frog* frog = free_frog(side);
   if (frog == nullptr) return;
-  Station& station = stations[side];
-  station.used = std::max(station.used.get(), static_cast<std::int32_t>(frog - station.frogs) + 1);
   frog->flags |= FROG_HIDDEN;
   frog->y = lane_y[LANE_NEAR_BANK];
   frog->x = static_cast<float>(queue_x[side][place]);

@@ -1,9 +1,7 @@
 #include "playfield/frog_states.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
-#include <numbers>
 
 #include "books/audits.h"
 #include "books/prefs.h"
@@ -11,58 +9,11 @@
 #include "gfx/panel_table.h"   // sheets
 #include "platform/random.h"   // random_unit
 #include "playfield/awards.h"
+#include "playfield/looks.h"
 
 namespace {
 
-constexpr float HOP_SECONDS = 0.35F;  // of a hop, and of a rest
-constexpr int HOP_FRAMES = 15;
-constexpr float WIN_SECONDS = 4.0F;
-constexpr float FADE_SECONDS = 0.6F;
 constexpr float IDLE_SECONDS = 2.5F;
-constexpr float RINGS_PER_SECOND = 30.0F;
-constexpr float PI = std::numbers::pi_v<float>;
-
-std::int32_t alpha_of(float v) {
-  return static_cast<std::int32_t>(255.0F * std::clamp(v, 0.0F, 1.0F));
-}
-
-float sinking_seconds(const Frog& frog) {
-  return static_cast<float>(static_cast<double>(frog.sink_ms) / 1000.0);
-}
-
-void scale_and_alpha(Frog& frog, float t) {
-  switch (frog.state) {
-    case FROG_WINNING:
-      frog.scale = 1.0F + t * 0.125F + 0.25F * std::sin(t * (16.0F * PI) * 0.25F);
-      frog.alpha = alpha_of((WIN_SECONDS - t) * 8.0F * 0.25F);
-      break;
-    case FROG_SINKING:
-      frog.scale = 1.0F + std::min(t * 0.5F, 1.0F) * 0.5F + 0.25F * std::sin(4.0F * PI * t);
-      frog.alpha = alpha_of(2.0F * (sinking_seconds(frog) - t));
-      break;
-    case FROG_FADING:
-      frog.alpha = alpha_of((FADE_SECONDS - t) / FADE_SECONDS);
-      break;
-    default:
-      frog.scale = std::max(frog.scale - 0.1F, 1.0F);
-      break;
-  }
-}
-
-// The label of a demo frog swells and fades every two seconds, and once the frog is done it ends
-// the next time that it is faint.
-void pulse_update(Frog& frog, float l) {
-  const bool ending = frog.state == FROG_SINKING || frog.state == FROG_FADING;
-  frog.pulse = ending && frog.pulse < 4
-                   ? 0
-                   : static_cast<std::int32_t>(255.0F * (0.5F + 0.5F * std::cos(PI + PI * l)));
-}
-
-void ring_frame_update(Frog& frog, float r) {
-  if (!field_is_watched) return;
-  frog.ring_frame =
-      static_cast<std::int32_t>(RINGS_PER_SECOND * r) % sheets[SHEET_GRN_RINGS].frames;
-}
 
 void frog_free(int side, Frog& frog) {
   if (frog.state == FROG_SINKING) {
@@ -75,16 +26,12 @@ void frog_free(int side, Frog& frog) {
   frog.lane = LANE_NEAR_BANK;
   frog.flags = 0;
   frog.state_time = now_ms();
-  Station& station = stations[side];
-  while (station.used > 0 && station.frogs[station.used - 1].state == FROG_FREE) {
-    station.used -= 1;
-  }
 }
 
 // --- waiting ------------------------------------------------------------------------------------
 
 bool side_in_flight(int side) {
-  return std::ranges::any_of(station_frogs(side), [](const Frog& frog) {
+  return std::ranges::any_of(stations[side].frogs, [](const Frog& frog) {
     const FrogState state = frog.state;
     return state == FROG_LAUNCHING || state == FROG_HOPPING || state == FROG_RESTING;
   });
@@ -127,7 +74,7 @@ void waiting_step(int side, Frog& frog, const FrogTimes& times) {
     frog.state_time = now_ms();
   }
   frog.frame = frame;
-  ring_frame_update(frog, times.ring);
+  frog_ring_frame(frog, times);
 }
 
 // --- in flight ----------------------------------------------------------------------------------
@@ -167,9 +114,8 @@ void hop_step(int side, Frog& frog, const FrogTimes& times) {
     frog.y = static_cast<std::int32_t>(static_cast<float>(from) -
                                        static_cast<float>(rise) * t / HOP_SECONDS);
   }
-  if (!field_is_watched) return;
-  frog.frame = static_cast<std::int32_t>(t / HOP_SECONDS * HOP_FRAMES) % HOP_FRAMES;
-  ring_frame_update(frog, times.ring);
+  frog_hop_frame(frog, times);
+  frog_ring_frame(frog, times);
 }
 
 void resting_step(Frog& frog, const FrogTimes& times) {
@@ -181,7 +127,7 @@ void resting_step(Frog& frog, const FrogTimes& times) {
     if ((frog.flags & FROG_DEMO) == 0) award_hop_cues();
     frog.state = FROG_HOPPING;
   }
-  ring_frame_update(frog, times.ring);
+  frog_ring_frame(frog, times);
 }
 
 void winning_step(int side, Frog& frog, const FrogTimes& times) {
@@ -198,14 +144,11 @@ void winning_step(int side, Frog& frog, const FrogTimes& times) {
 }  // namespace
 
 FrogTimes frog_times(const Frog& frog) {
-  return {seconds_since(frog.state_time), seconds_since(frog.ring_time),
-          seconds_since(frog.launch_time)};
+  return {seconds_since(frog.state_time), now_ms() - frog.ring_time, now_ms() - frog.launch_time};
 }
 
-void frog_looks_update(Frog& frog, const FrogTimes& times) {
-  scale_and_alpha(frog, times.state);
-  pulse_update(frog, times.launch);
-  frog.ring_alpha = frog.state == FROG_WAITING ? 255 : alpha_of(3.0F - times.launch);
+float sinking_seconds(const Frog& frog) {
+  return static_cast<float>(static_cast<double>(frog.sink_ms) / 1000.0);
 }
 
 void frog_state_step(int side, Frog& frog, const FrogTimes& times) {

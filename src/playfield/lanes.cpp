@@ -1,7 +1,6 @@
 #include "playfield/lanes.h"
 
-#include <cstdlib>
-#include <new>
+#include <cstddef>
 #include <string_view>
 
 #include "frame/game_clock.h"     // now_ms
@@ -99,8 +98,7 @@ SpriteSheet* cell_sheet(int lane, std::int32_t cell) {
 void lane_create(const LaneRow& row) {
   Lane& lane = lanes[row.lane];
   gfx_strip_create(&lane, 1, LANE_CELLS);
-  lane.eaten = new (std::nothrow) Shared<std::int32_t>[LANE_CELLS] {};
-  if (lane.eaten == nullptr) std::exit(-1);
+  lane.eaten = 0;
   lane.x = 0.0F;
   lane.y = row.y;
   lane.length = SCREEN_WIDTH_PX;
@@ -123,8 +121,6 @@ void lanes_create() {
 void lanes_free() {
   for (Lane& lane : lanes) {
     if (lane.slots == nullptr) continue;
-    delete[] lane.eaten;
-    lane.eaten = nullptr;
     gfx_strip_free(&lane);
     lane.slots = nullptr;
     lane.panels = nullptr;

@@ -18,8 +18,7 @@ struct LaneRow {
 extern const LaneRow lane_rows[];
 
 // Makes the strips of all lanes with a random scroll each, and puts the fixed objects into their
-// cells. The lanes that the paytable fills, 1 and the meadow, stay empty. Ends the process with
-// code -1 if there is no memory. Start-up.
+// cells. The lanes that the paytable fills, 1 and the meadow, stay empty. Start-up.
 void lanes_create();
 void lanes_free();
 

@@ -68,7 +68,7 @@ void ding_on_river(std::int32_t lane, std::int32_t tickets) {
 
 // Sinking frogs make room for the show.
 void sinking_hurry(int side) {
-  for (Frog& frog : station_frogs(side)) {
+  for (Frog& frog : stations[side].frogs) {
     if (frog.sink_ms <= 0) continue;
     frog.sink_ms = std::min(frog.sink_ms.get(), now_ms() - frog.state_time + SINK_AFTER_JACKPOT_MS);
   }

@@ -70,11 +70,8 @@ void bugs_seed() {
   // A bug of two points is worth twice as much, so there are half as many.
   const std::int32_t bugs = row_in_force().bugs_per_lane / (pays_points() ? 2 : 1);
   for (int lane = FIRST_MEADOW_LANE; lane <= LAST_MEADOW_LANE; ++lane) {
-    eaten_cells[lane] = 0;
-    for (int cell = 0; cell < LANE_CELLS; ++cell) {
-      lanes[lane].eaten[cell] = 0;
-      lane_cells[lane][cell] = CELL_EMPTY;
-    }
+    lanes[lane].eaten = 0;
+    for (auto& cell : lane_cells[lane]) cell = CELL_EMPTY;
     // A cell that is drawn twice counts twice, so a lane may hold fewer.
     for (int cell = 0, count = 0; count < bugs; cell = (cell + 1) % LANE_CELLS) {
       if (random_unit() >= bugs / static_cast<double>(LANE_CELLS)) continue;

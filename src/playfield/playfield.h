@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
 
 #include "frame/sides.h"
 #include "gfx/panel_table.h"  // SpriteSheet, SHEET_...
@@ -68,9 +67,8 @@ struct Frog {
 
 constexpr int FROGS_PER_STATION = 20;
 
-struct Station {
+struct Station {  // a record's place means nothing: a new frog takes the first one that is free
   Frog frogs[FROGS_PER_STATION];
-  Shared<std::int32_t> used;  // no record at or behind this one is; who looks for frogs ends here
 };
 
 constexpr int QUEUE_PLACES = 5;
@@ -95,6 +93,14 @@ enum LaneCell : std::int32_t {
   CELL_TIER1 = 4,  // gold log
   CELL_TIER2 = 5,  // gold turtle
 };
+
+// The bit of a cell in `Lane.eaten`.
+constexpr std::uint64_t cell_bit(int cell) {
+  return std::uint64_t{1} << cell;
+}
+inline bool bug_is_eaten(const Lane& lane, int cell) {
+  return (lane.eaten & cell_bit(cell)) != 0;
+}
 
 // --- butterfly, riders, effects, scenery --------------------------------------------------------
 
@@ -161,7 +167,6 @@ extern Station stations[SIDE_COUNT];
 extern FrogQueue frog_queues[SIDE_COUNT];
 extern Lane lanes[LANE_COUNT];
 extern Shared<std::int32_t> lane_cells[LANE_COUNT][LANE_CELLS];  // LaneCell
-extern std::uint64_t eaten_cells[LANE_COUNT];  // bit n: cell n is eaten; game thread
 extern Butterfly butterfly;
 extern GoldRider gold_riders[RIDER_COUNT];
 extern Effect splash_fx[SPLASH_COUNT];
@@ -172,10 +177,6 @@ extern Scenery far_bank[FAR_BANK_COUNT];  // two goals, then the left and the ri
 extern Scenery cattails[CATTAIL_COUNT];
 extern Scenery signs[SIGN_COUNT];       // left credit, price, right credit
 extern Shared<std::int32_t> lead_lane;  // lowest lane of any frog hopping or resting, else 12
-
-// Clear where nobody looks, as in the payout lab: what only the eye is given, frames, scales and
-// alphas, then stays as it is. No rule reads any of it. Set before the first tick.
-inline constinit bool field_is_watched = true;
 
 // y of a frog that sits on each lane, and x of the places in line.
 extern const std::int32_t lane_y[LANE_COUNT];
@@ -190,11 +191,6 @@ void playfield_init();
 void playfield_reset();
 // Releases pictures and lanes. At shutdown, with the game thread ended.
 void playfield_free();
-
-// The records of a side up to the last one in use. Any thread.
-inline std::span<Frog> station_frogs(int side) {
-  return {stations[side].frogs, static_cast<std::size_t>(stations[side].used.get())};
-}
 
 // True if no frog of the side is in play: each is a demo frog, or free, waiting, sinking or
 // winning. Any thread.

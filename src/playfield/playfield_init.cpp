@@ -41,7 +41,6 @@ void frog_set_up(Frog& frog, int side, std::int64_t now) {
 void stations_set_up(std::int64_t now) {
   for (int side = 0; side < SIDE_COUNT; ++side) {
     for (Frog& frog : stations[side].frogs) frog_set_up(frog, side, now);
-    stations[side].used = FROGS_PER_STATION;  // until the first frog is done
     frog_queues[side].count = 0;
     for (Shared<Frog*>& place : frog_queues[side].places) place = nullptr;
   }

@@ -7,7 +7,6 @@ Station stations[SIDE_COUNT];
 FrogQueue frog_queues[SIDE_COUNT];
 Lane lanes[LANE_COUNT];
 Shared<std::int32_t> lane_cells[LANE_COUNT][LANE_CELLS];
-std::uint64_t eaten_cells[LANE_COUNT];
 Butterfly butterfly;
 GoldRider gold_riders[RIDER_COUNT];
 Effect splash_fx[SPLASH_COUNT];
@@ -27,7 +26,6 @@ constexpr std::int32_t queue_x[SIDE_COUNT][QUEUE_PLACES] = {{212, 84, -44, -172,
 namespace {
 
 bool frog_in_play(const Frog& frog) {
-  if ((frog.flags & FROG_DEMO) != 0) return false;
   switch (frog.state) {
     case FROG_FREE:
     case FROG_WAITING:
@@ -35,7 +33,7 @@ bool frog_in_play(const Frog& frog) {
     case FROG_WINNING:
       return false;
     default:
-      return true;
+      return (frog.flags & FROG_DEMO) == 0;
   }
 }
 
@@ -46,23 +44,23 @@ bool frog_in_river(const Frog& frog) {
 }  // namespace
 
 bool station_idle(int side) {
-  return std::ranges::none_of(station_frogs(side), frog_in_play);
+  return std::ranges::none_of(stations[side].frogs, frog_in_play);
 }
 
 bool station_river_clear(int side) {
-  return std::ranges::none_of(station_frogs(side), [](const Frog& frog) {
+  return std::ranges::none_of(stations[side].frogs, [](const Frog& frog) {
     return frog_in_play(frog) && frog_in_river(frog);
   });
 }
 
 int station_live_frogs(int side) {
-  return static_cast<int>(std::ranges::count_if(station_frogs(side), frog_in_play));
+  return static_cast<int>(std::ranges::count_if(stations[side].frogs, frog_in_play));
 }
 
 void lead_lane_update() {
   std::int32_t lead = LANE_NEAR_BANK;
   for (int side = 0; side < SIDE_COUNT; ++side) {
-    for (const Frog& frog : station_frogs(side)) {
+    for (const Frog& frog : stations[side].frogs) {
       const FrogState state = frog.state;
       if (state == FROG_HOPPING || state == FROG_RESTING) lead = std::min(lead, frog.lane.get());
     }

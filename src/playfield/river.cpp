@@ -9,6 +9,7 @@
 #include "frame/game_clock.h"  // now_ms
 #include "platform/random.h"   // random_unit
 #include "playfield/lanes.h"   // lane_rows
+#include "playfield/looks.h"   // lane_looks_update
 
 namespace {
 
@@ -82,34 +83,10 @@ bool bug_returns(const Lane& lane, const LaneSlot& slot) {
   return left > SCREEN_MIDDLE_PX - 1.5F * width && left <= SCREEN_MIDDLE_PX - 0.5F * width;
 }
 
-void slot_animate(LaneSlot& slot) {
-  if (slot.kind == SLOT_EMPTY) return;
-  const std::int32_t frames = slot.sheet.get()->frames;
-  const auto elapsed = static_cast<float>((now_ms() - slot.cycle_start) * frames);
-  const std::int32_t frame = static_cast<std::int32_t>(elapsed / (slot.cycle_s * 1000.0F)) % frames;
-  if (frame == 0 && slot.frame != 0) slot.cycle_start = now_ms();
-  slot.frame = frame;
-}
-
-void bug_return(int number, int cell) {
-  lanes[number].eaten[cell] = 0;
-  eaten_cells[number] &= ~(std::uint64_t{1} << cell);
-}
-
-void bugs_return(int number) {
-  for (std::uint64_t left = eaten_cells[number]; left != 0; left &= left - 1) {
+void bugs_return(Lane& lane) {
+  for (std::uint64_t left = lane.eaten; left != 0; left &= left - 1) {
     const int cell = std::countr_zero(left);
-    if (bug_returns(lanes[number], lanes[number].slots[cell])) bug_return(number, cell);
-  }
-}
-
-void slots_update(int number) {
-  const Lane& lane = lanes[number];
-  for (int cell = 0; cell < LANE_CELLS; ++cell) {
-    LaneSlot& slot = lane.slots[cell];
-    if (lane.eaten[cell] != 0 && bug_returns(lane, slot)) bug_return(number, cell);
-    slot.active = lane.eaten[cell] == 0 ? 1 : 0;
-    slot_animate(slot);
+    if (bug_returns(lane, lane.slots[cell])) lane.eaten &= ~cell_bit(cell);
   }
 }
 
@@ -118,11 +95,8 @@ void slots_update(int number) {
 void lane_update(int number) {
   Lane& lane = lanes[number];
   if (lane.speed == 0.0F) return;
-  if (field_is_watched) {
-    slots_update(number);
-  } else {
-    bugs_return(number);
-  }
+  bugs_return(lane);
+  lane_looks_update(lane);
   const auto wrap = static_cast<float>(lane.slot_count * lane.cell_size);
   const float scroll = lane.scroll + lane.speed;
   lane.scroll = scroll > wrap ? scroll - wrap : scroll < 0.0F ? scroll + wrap : scroll;

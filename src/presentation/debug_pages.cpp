@@ -56,9 +56,10 @@ void pref_line(const PrefRow& row, int y) {
   }
 }
 
+// Fewer games than none come from a damaged file.
 double per_game(AuditIndex left_row, int side) {
   const std::int32_t games = audit_count(AUDIT_GAMES_PLAYED, side);
-  return games == 0 ? 0.0 : static_cast<double>(audit_count(left_row, side)) / games;
+  return games < 1 ? 0.0 : static_cast<double>(audit_count(left_row, side)) / games;
 }
 
 struct CatchRow {
@@ -91,7 +92,7 @@ constexpr CatchRow catch_rows[] = {
 void time_per_game_line(int side, int y, const char* text) {
   const std::int32_t games = audit_count(AUDIT_GAMES_PLAYED, side);
   char time[AUDIT_TIME_SIZE] = "";
-  if (games != 0) audit_format_time(audits[AUDIT_TIME_TOTAL_PLAYED + side].time_ms / games, time);
+  if (games > 0) audit_format_time(audits[AUDIT_TIME_TOTAL_PLAYED + side].time_ms / games, time);
   text_draw(FONT_8X12, COLOUR_WHITE, LEFT_PX, y, "%-32s %s", text, time);
 }
 

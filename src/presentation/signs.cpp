@@ -87,6 +87,7 @@ void credit_sign_draw(SignIndex index, int side) {
 // --- price --------------------------------------------------------------------------------------
 
 // A price and, in the gap of its line, what it buys: one large frog, or a small one and a number.
+// The gap is narrow before a number of two digits, so the words stand in front of the frog.
 void price_draw(const Place& sign, const char* price) {
   const std::int32_t frogs = pref_int(PREF_FROGS_PER_GAME);
   char line[64];
@@ -95,13 +96,13 @@ void price_draw(const Place& sign, const char* price) {
   } else {
     std::snprintf(line, sizeof line, "%s /    X%d", price, frogs);
   }
-  price_line_draw(sign, 50, 0, line);
   const int end = sign.x + SIGN_MIDDLE_PX + HALF_GLYPH_PX * length_of(line);
   if (frogs <= 1) {
     picture_draw(PANEL_FROGICONLRG, end - 108, sign.y);
   } else {
     picture_draw(PANEL_FROGICON, end - 84, sign.y + 29);
   }
+  price_line_draw(sign, 50, 0, line);
 }
 
 void coin_price_draw(const Place& sign) {
@@ -130,9 +131,9 @@ void swipe_worth_draw(const Place& sign) {
   } else {
     std::snprintf(line, sizeof line, "%d COINS /    X%d", pref_int(PREF_COINS_TO_PLAY), frogs);
   }
-  price_line_draw(sign, 66, 0, line);
   const int end = sign.x + SIGN_MIDDLE_PX + HALF_GLYPH_PX * length_of(line);
   picture_draw(PANEL_FROGICON, frogs <= 1 ? end - 56 : end - 84, sign.y + 45);
+  price_line_draw(sign, 66, 0, line);
 }
 
 constexpr const char* SWIPE_LINE = "SWIPE / ";

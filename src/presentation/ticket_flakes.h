@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-// Puts all flakes of a side out of use. Game thread, before the side's show begins.
+// Puts all flakes of a side out of use. Worker thread, when the side's show is over.
 void ticket_flakes_clear(int side);
 // Lets a flake fall, if one is idle: seldom, by chance, for each pass of the worker.
 void ticket_flakes_drop(int side);

@@ -43,50 +43,56 @@ constexpr int THUMB_MIDDLE = 256;
 constexpr int DIGIT_WIDTH = 58;
 constexpr int DIGIT_HEIGHT = 90;
 
-// The game thread begins a show, the worker ends it. `serial` names the show that runs and is set
-// last: a worker that still sees the one before can't end the new one.
-struct WinShow {
-  std::atomic<int> serial;  // 0: none
-  Shared<std::int32_t> flakes_on;
-  Shared<std::int64_t> start_ms, end_ms;
-  Shared<std::int32_t> frame;
-  Shared<std::int32_t> tickets;
-  Shared<std::int32_t> sheet_index;  // the thumb that rises, or the one that stands
-  Shared<std::uint32_t> colour;      // white with the show's alpha
-  Shared<float> scale, pulse;        // of the number
+struct Thumb {               // one word, so that a cell is never drawn of the other sheet
+  std::int32_t sheet_index;  // the thumb that rises, or the one that stands
+  std::int32_t frame;
+};
+constexpr Thumb FIRST_THUMB = {SHEET_THUMBS_UP, 0};
 
-  // The worker's own.
-  int worker_serial;   // the show that these belong to
-  float voice_at_s;    // when it may speak next
-  std::int32_t moves;  // moves of the flakes so far
+// The game thread begins a show and the worker ends it. Each writes words of its own: a pass of the
+// worker that began before a show was begun anew can only write what the next pass sets afresh.
+struct WinShow {
+  // Written by the game thread before `serial`.
+  Shared<std::int64_t> begin_ms, latest_end_ms;
+  Shared<std::int32_t> flakes_on;
+  Shared<std::int32_t> tickets;
+  std::atomic<int> serial;  // names the show that runs, 0: none
+
+  // Written by the worker before `worker_serial`.
+  std::int64_t start_ms, end_ms;
+  Shared<Thumb> thumb;
+  Shared<std::uint32_t> colour;    // white with the show's alpha
+  Shared<float> scale, pulse;      // of the number
+  float voice_at;                  // seconds, when it may speak next
+  std::int32_t moves;              // moves of the flakes so far
+  std::atomic<int> worker_serial;  // the show that these belong to
 };
 
 constinit WinShow shows[SIDE_COUNT]{};
 constinit int last_serial = 0;  // game thread
 
 void look_reset(WinShow& show) {
-  show.frame = 0;
-  show.sheet_index = SHEET_THUMBS_UP;
+  show.thumb = FIRST_THUMB;
   show.colour = COLOUR_WHITE;
   show.scale = 1.0F;
   show.pulse = 1.0F;
 }
 
 void thumb_step(WinShow& show, float t) {
-  if (show.sheet_index == SHEET_THUMBS_UP) {
+  if (show.thumb.get().sheet_index == SHEET_THUMBS_UP) {
     const std::int32_t frames = sheets[SHEET_THUMBS_UP].frames;
     const auto frame = static_cast<std::int32_t>(static_cast<float>(frames) * t / THUMB_RISES_S);
     show.scale = std::min(static_cast<float>(frame) / NUMBER_GROWS_FRAMES, 1.0F);
     if (frame < frames) {
-      show.frame = frame;
+      show.thumb = {SHEET_THUMBS_UP, frame};
     } else {
-      show.frame = 0;
-      show.sheet_index = SHEET_THUMBS_IDLE;
+      show.thumb = {SHEET_THUMBS_IDLE, 0};
     }
   }
-  if (show.sheet_index == SHEET_THUMBS_IDLE) {
+  if (show.thumb.get().sheet_index == SHEET_THUMBS_IDLE) {
     const std::int32_t frames = sheets[SHEET_THUMBS_IDLE].frames;
-    show.frame = static_cast<std::int32_t>(static_cast<float>(frames) * t / THUMB_IDLES_S) % frames;
+    const auto frame = static_cast<std::int32_t>(static_cast<float>(frames) * t / THUMB_IDLES_S);
+    show.thumb = {SHEET_THUMBS_IDLE, frame % frames};
     show.scale = 1.0F;
   }
   constexpr float PI = std::numbers::pi_v<float>;
@@ -94,10 +100,10 @@ void thumb_step(WinShow& show, float t) {
 }
 
 void voice_step(WinShow& show, float t, float length) {
-  if (show.voice_at_s >= t || t >= length - SPEECH_STOPS_S) return;
+  if (show.voice_at >= t || t >= length - SPEECH_STOPS_S) return;
   if (!is_due(tick_timers.next_vox_ms) || !pref_on(PREF_TICKET_USE)) return;
   cue_play("voxtickets");
-  show.voice_at_s = t + static_cast<float>(5.0 + 5.0 * random_unit());
+  show.voice_at = t + static_cast<float>(5.0 + 5.0 * random_unit());
   tick_timers.next_vox_ms = from_now_ms(2500.0, 2500.0);
 }
 
@@ -110,74 +116,105 @@ void flakes_step(int side, float t) {
   show.moves = moves;
 }
 
-void end(int side, int serial) {
-  if (!shows[side].serial.compare_exchange_strong(serial, 0)) return;  // begun anew
-  if (shows[1 - side].serial != 0) return;
+void music_begin() {
+  cue_play("jackpotbgm");
+  cue_play("jackpotcheer");
+  led_set_blink(1);
+}
+
+void music_end(int other) {
+  if (shows[other].serial != 0) return;
   cue_play("endjackpotbgm");
   cue_play("endjackpotcheer");
   led_set_blink(0);
+  if (shows[other].serial != 0) music_begin();  // its show has begun meanwhile
 }
 
-void show_step(int side) {
+// What a show of this name starts from. A restart keeps the rain and the pause of the voice.
+void worker_begin(WinShow& show, int serial) {
+  if (show.worker_serial == 0) {
+    show.voice_at = static_cast<float>(5.0 + 5.0 * random_unit());
+    show.moves = 0;
+  }
+  show.start_ms = show.begin_ms;
+  show.end_ms = show.latest_end_ms;
+  look_reset(show);
+  show.worker_serial = serial;
+}
+
+void worker_end(int side, int serial) {
+  WinShow& show = shows[side];
+  if (!show.serial.compare_exchange_strong(serial, 0)) return;  // begun anew
+  show.worker_serial = 0;
+  ticket_flakes_clear(side);
+  music_end(1 - side);
+}
+
+// One pass over the side's show.
+void win_show_worker(int side) {
   WinShow& show = shows[side];
   const int serial = show.serial;
   if (serial == 0) return;
+  if (show.worker_serial != serial) worker_begin(show, serial);
   const float t = seconds_since(show.start_ms);
   const auto length = static_cast<float>(show.end_ms - show.start_ms) / 1000.0F;
-  if (t >= length + FADE_OUT_S) return end(side, serial);
-  if (show.worker_serial == 0) show.voice_at_s = static_cast<float>(5.0 + 5.0 * random_unit());
-  show.worker_serial = serial;
+  if (t >= length + FADE_OUT_S) return worker_end(side, serial);
   thumb_step(show, t);
   if (t >= length) {
     const float alpha = 255.0F * (1.0F - (t - length) / FADE_OUT_S);
     show.colour = faded(COLOUR_WHITE, static_cast<std::int32_t>(alpha));
   } else {
     voice_step(show, t, length);
-    const bool paid_out = t > PAID_OUT_AFTER_S && ticket_status.tickets_owed[side] == 0;
-    if (paid_out && show.serial == serial) show.end_ms = now_ms();
+    if (t > PAID_OUT_AFTER_S && ticket_status.tickets_owed[side] == 0) show.end_ms = now_ms();
   }
   flakes_step(side, t);
 }
 
-void number_draw(int side, const WinShow& show) {
+struct Look {
+  Thumb thumb;
+  std::uint32_t colour;
+  float size;  // of the number
+};
+
+// Until the worker has come along, a new show looks as it begins.
+Look look_of(const WinShow& show, int serial) {
+  if (show.worker_serial != serial) return {FIRST_THUMB, COLOUR_WHITE, 1.0F};
+  return {show.thumb, show.colour, show.scale * show.pulse};
+}
+
+void number_draw(int side, std::int32_t tickets, const Look& look) {
   char digits[12];
-  std::snprintf(digits, sizeof digits, "%d", show.tickets.get());
-  const float size = show.scale * show.pulse;
-  const float half = static_cast<float>(std::strlen(digits)) * DIGIT_WIDTH / 2.0F * size;
+  std::snprintf(digits, sizeof digits, "%d", tickets);
+  const float half = static_cast<float>(std::strlen(digits)) * DIGIT_WIDTH / 2.0F * look.size;
   const auto x = static_cast<float>(THUMB_X[side] + THUMB_MIDDLE) - half;
-  const float y = 426.0F - DIGIT_HEIGHT / 2.0F * (size - 1.0F);
+  const float y = 426.0F - DIGIT_HEIGHT / 2.0F * (look.size - 1.0F);
   const auto draw = [&](std::uint32_t colour, float shift) {
     text_draw_scaled(FONT_58X90, colour, static_cast<int>(x + shift), static_cast<int>(y + shift),
-                     size, size, "%s", digits);
+                     look.size, look.size, "%s", digits);
   };
-  const auto alpha = static_cast<std::int32_t>(show.colour >> 24U);
+  const auto alpha = static_cast<std::int32_t>(look.colour >> 24U);
   draw(faded(COLOUR_BLACK, alpha), 4.0F);
   draw(faded(COLOUR_WHITE, alpha), 0.0F);
 }
 
 }  // namespace
 
+// The side is taken before anything is heard of it: the other side's show, if it ends in this very
+// moment, then leaves the music and the LED board to this one.
 void win_show_start(int side, int tickets) {
+  WinShow& show = shows[side];
+  show.flakes_on = pref_on(PREF_TICKET_USE) ? 1 : 0;
+  show.tickets = tickets;
+  show.begin_ms = now_ms();
+  show.latest_end_ms = now_ms() + (ticket_status.ticket_error[side] ? SHOW_WITH_FAULT_MS : SHOW_MS);
+  show.serial = ++last_serial;
+
   ticket_dings(0, tickets);
-  cue_play("jackpotbgm");
-  cue_play("jackpotcheer");
-  led_set_blink(1);
+  music_begin();
   if (is_due(tick_timers.next_vox_ms)) {
     cue_play("voxwin");
     tick_timers.next_vox_ms = from_now_ms(2500.0, 2500.0);
   }
-  WinShow& show = shows[side];
-  if (show.serial == 0) {
-    ticket_flakes_clear(side);
-    show.worker_serial = 0;
-    show.moves = 0;
-  }
-  look_reset(show);
-  show.flakes_on = pref_on(PREF_TICKET_USE) ? 1 : 0;
-  show.tickets = tickets;
-  show.start_ms = now_ms();
-  show.end_ms = now_ms() + (ticket_status.ticket_error[side] ? SHOW_WITH_FAULT_MS : SHOW_MS);
-  show.serial = ++last_serial;
 }
 
 bool win_show_active(int side) {
@@ -185,17 +222,19 @@ bool win_show_active(int side) {
 }
 
 void win_show_step() {
-  for (int side = 0; side < SIDE_COUNT; ++side) show_step(side);
+  for (int side = 0; side < SIDE_COUNT; ++side) win_show_worker(side);
 }
 
 void win_show_draw() {
   for (int side = 0; side < SIDE_COUNT; ++side) {
     const WinShow& show = shows[side];
-    if (show.serial == 0) continue;
+    const int serial = show.serial;
+    if (serial == 0) continue;
+    const Look look = look_of(show, serial);
     ticket_flakes_draw(side);
-    cell_draw(static_cast<SheetIndex>(show.sheet_index.get()), show.frame, THUMB_X[side], THUMB_Y,
-              show.colour);
-    if (pref_on(PREF_TICKET_USE)) number_draw(side, show);
+    cell_draw(static_cast<SheetIndex>(look.thumb.sheet_index), look.thumb.frame, THUMB_X[side],
+              THUMB_Y, look.colour);
+    if (pref_on(PREF_TICKET_USE)) number_draw(side, show.tickets, look);
   }
 }
 
@@ -203,8 +242,6 @@ void win_show_reset() {
   for (int side = 0; side < SIDE_COUNT; ++side) {
     shows[side].serial = 0;
     shows[side].worker_serial = 0;
-    shows[side].moves = 0;
-    look_reset(shows[side]);
     ticket_flakes_clear(side);
   }
 }

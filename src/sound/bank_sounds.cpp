@@ -12,7 +12,7 @@ namespace {
 constexpr std::uint16_t PCM = 1, EXTENSIBLE = 0xFFFE;
 
 // What is wrong with a sound, or null. The driver's mixing converts nothing but what it names here.
-const char* fault_of(const WaveInfo& info, ReadFile* file, std::uint32_t data_offset) {
+const char* fault_of(const WaveInfo& info) {
   const JpsWaveFormat& format = info.format;
   if (format.format_tag != PCM && format.format_tag != EXTENSIBLE) return "it is not plain PCM";
   if (format.channels != 1 && format.channels != 2) return "it has neither 1 nor 2 channels";
@@ -20,11 +20,19 @@ const char* fault_of(const WaveInfo& info, ReadFile* file, std::uint32_t data_of
   if (format.sample_rate < 100 || format.sample_rate > 100000) {
     return "its sample rate is not in the range 100-100000";
   }
-  if (info.data_size == 0) return "it holds no samples";
-  std::uint8_t last;
-  const std::uint64_t end = std::uint64_t{data_offset} + info.data_size;
-  if (read_at(file, end - 1, &last, 1) != 1) return "the file ends before its samples do";
-  return nullptr;
+  return info.data_size == 0 ? "it holds no samples" : nullptr;
+}
+
+// A writer that was cut off, or that couldn't know the size ahead, leaves one that the file doesn't
+// hold. What is there is played.
+void hold_to_file(WaveInfo& info, ReadFile* file, std::uint32_t data_offset, const char* path) {
+  const std::uint64_t size = read_size(file);
+  const std::uint64_t there = size > data_offset ? size - data_offset : 0;
+  if (info.data_size <= there) return;
+  std::printf(
+      "jps_parse_addsound(): Warning! %s: its head tells of %u bytes of samples, %u are there\n",
+      path, info.data_size, static_cast<std::uint32_t>(there));
+  info.data_size = static_cast<std::uint32_t>(there);
 }
 
 bool streams(StreamMode mode, std::uint32_t data_size) {
@@ -37,7 +45,8 @@ bool load(JpsSound& sound, StreamMode mode, const char* path) {
   std::uint32_t data_offset = 0;
   const char* fault = "it is no wave file";
   if (read_wav_header(info, sound.file, data_offset)) {
-    fault = fault_of(info, sound.file, data_offset);
+    hold_to_file(info, sound.file, data_offset, path);
+    fault = fault_of(info);
   }
   if (fault != nullptr) {
     std::printf("jps_parse_addsound(): ERROR! %s: %s\n", path, fault);
@@ -60,7 +69,7 @@ JpsSound* jps_parse_addsound(const std::string& folder, std::string_view name, J
     return nullptr;
   }
   const std::string path = folder + std::string(name);
-  ReadFile* const file = read_open(path.c_str());
+  ReadFile* const file = read_open_any_case(path.c_str());
   if (file == nullptr) return nullptr;
   JpsSound& sound = bank.sounds[bank.sound_count];
   sound = {};

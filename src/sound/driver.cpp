@@ -9,6 +9,7 @@
 #include "platform/sound_device.h"
 #include "platform/thread.h"
 #include "sound/buffer.h"
+#include "sound/complaints.h"
 #include "sound/mixer.h"
 #include "sound/stream.h"
 
@@ -32,8 +33,13 @@ struct Driver {
 
 constinit Driver state;
 
-std::recursive_mutex& sound_lock() {
-  static std::recursive_mutex lock;
+struct Lock {
+  std::recursive_mutex mutex;
+  int depth = 0;  // under the mutex: how often its thread holds it
+};
+
+Lock& sound_lock() {
+  static Lock lock;
   return lock;
 }
 
@@ -121,7 +127,16 @@ void transition_loop(const Thread& self, void* /*context*/) {
 
 }  // namespace
 
-SoundLock::SoundLock() : guard_(sound_lock()) {}
+SoundLock::SoundLock() {
+  sound_lock().mutex.lock();
+  ++sound_lock().depth;
+}
+
+SoundLock::~SoundLock() {
+  const bool last = --sound_lock().depth == 0;
+  sound_lock().mutex.unlock();
+  if (last) jps_complaints_lock_is_free();
+}
 
 JpsTrack& jpsdrvr_track(int n) {
   return state.tracks[n];
@@ -129,22 +144,26 @@ JpsTrack& jpsdrvr_track(int n) {
 
 int jpsdrvr_init() {
   jpsdrvr_shutdown();
-  const SoundLock lock;
-  mixer_reset();
-  streams_reset();
-  for (JpsTrack& track : state.tracks) track = JpsTrack{};
-  for (JpsSound& row : state.duplicates) row.buffer = nullptr;
+  {
+    const SoundLock lock;
+    mixer_reset();
+    streams_reset();
+    for (JpsTrack& track : state.tracks) track = JpsTrack{};
+    for (JpsSound& row : state.duplicates) row.buffer = nullptr;
+  }
+  // Without the lock: both print what they have to say. Nobody uses the driver before it is up.
   if (!sound_device_open(mixer_render)) {
-    std::printf("jpsdrvr_init(): ERROR! Couldn't create dsound interface\n");
+    std::puts("jpsdrvr_init(): ERROR! Couldn't create dsound interface");
     return -1;
   }
   state.transition_thread =
       thread_start("transition", THREAD_PRIORITY_TIME_CRITICAL, transition_loop, nullptr);
   if (!state.transition_thread) {
-    std::printf("jpsdrvr_init(): ERROR! Couldn't create transition thread!\n");
+    std::puts("jpsdrvr_init(): ERROR! Couldn't create transition thread!");
     sound_device_close();
     return -1;
   }
+  const SoundLock lock;
   state.up = true;
   return 0;
 }

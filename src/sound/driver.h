@@ -7,7 +7,6 @@
 #pragma once
 
 #include <cstdint>
-#include <mutex>
 
 #include "sound/key.h"
 
@@ -55,13 +54,13 @@ struct JpsTrack {
 };
 
 // Holds the one lock over players, banks and tracks while it lives. A thread may hold it many
-// times.
+// times. What is complained of meanwhile (sound/complaints.h) is printed behind the last.
 class SoundLock {
  public:
   SoundLock();
-
- private:
-  std::lock_guard<std::recursive_mutex> guard_;
+  ~SoundLock();
+  SoundLock(const SoundLock&) = delete;
+  SoundLock& operator=(const SoundLock&) = delete;
 };
 
 // Track `n`, 0 to 15. Hold the lock while using it.

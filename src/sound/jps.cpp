@@ -6,6 +6,7 @@
 
 #include "platform/clock.h"
 #include "platform/thread.h"
+#include "sound/complaints.h"
 #include "sound/driver.h"
 #include "sound/player.h"
 #include "sound/playlist_parser.h"
@@ -27,23 +28,25 @@ Jps& jps() {
 void run_timer(const Thread& self, void* /*context*/) {
   while (!thread_stop_requested(self)) {
     jps_update_all();
+    jps_complaints_print();
     clock_sleep_ms(1);
   }
 }
 
 }  // namespace
 
-bool jps_init() {
+int jps_init() {
   jps_players_reset();
   if (jpsdrvr_init() != 0) {
     std::puts("jps_init(): ERROR! Could not init sound hardware!");
-    return false;
+    return -1;
   }
   jps().timer = thread_start("sound timer", THREAD_PRIORITY_NORMAL, run_timer, nullptr);
+  jps_complaints_have_a_thread(jps().timer != nullptr);
   if (jps().timer == nullptr) {
     std::puts("ERROR! Couldn't create timer thread... playlister may not play sounds correctly");
   }
-  return true;
+  return 0;
 }
 
 void jps_shutdown() {
@@ -52,6 +55,7 @@ void jps_shutdown() {
     thread_join(*jps().timer, TIMER_STOP_BOUND_MS);
     jps().timer = nullptr;
   }
+  jps_complaints_have_a_thread(false);
   jps_banks_free();
   jpsdrvr_shutdown();
 }

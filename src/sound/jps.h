@@ -3,8 +3,12 @@
 
 #include <cstdint>
 
-// Plays a named playlist of the game's bank. Returns the mask of the tracks that took it, 0 with no
-// bank loaded or no such name. Never waits. Any thread.
+// Starts a playlist of a loaded bank; its commands at time 0 have run when this returns. The answer
+// is the mask of the driver's tracks that it took, 0 if there is no such bank or name, no free
+// player or no track to be had. Of `volume` the low 8 bits count. Never waits for the mixing. Any
+// thread.
+std::uint32_t jps_bank_play_name(const char* bank, const char* name, int volume = 255);
+// The same in the game's bank.
 std::uint32_t jps_bank_play_name(const char* name);
 
 // Multiplies the frequency of each of the 16 tracks in the mask, unless it would leave 100 to
@@ -21,8 +25,8 @@ void jps_stop_all();
 // Master volume, held to 0 to 255.
 void jps_set_master_volume(int volume);
 
-// Brings sound up, or returns false: the game then runs in silence.
-bool jps_init();
+// Brings sound up. 0, or -1 after a message: the game then runs in silence.
+int jps_init();
 void jps_shutdown();
 
 // Loads the bank of playlists. False if there is none.

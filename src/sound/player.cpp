@@ -1,23 +1,20 @@
 #include "sound/player.h"
 
 #include <algorithm>
-#include <cstdarg>
-#include <cstdio>
 #include <iterator>
 
 #include "platform/clock.h"
+#include "sound/complaints.h"
+#include "sound/jps.h"
 #include "sound/markers.h"
 #include "sound/player_steps.h"
 
 namespace {
 
 constexpr int COMMANDS_PER_UPDATE = 100;
-constexpr int COMPLAINTS_PER_SECOND = 20;
 
 struct Players {
   JpsPlayer rows[JPS_PLAYERS];
-  std::int64_t complaint_second;
-  int complaints;  // in that second
 };
 
 constinit Players players{};
@@ -52,7 +49,7 @@ void run_due(JpsPlayer& player, float t) {
     jps_player_exec(command_at(player), player, t);
     if (player.playlist == nullptr) return;
     if (past_the_end(player)) {
-      jps_player_complain("jps_player_update(): ERROR! Premature end of playlist encountered\n");
+      jps_complain("jps_player_update(): ERROR! Premature end of playlist encountered\n");
       jps_player_stop(player);
       return;
     }
@@ -65,19 +62,6 @@ void run_due(JpsPlayer& player, float t) {
 
 float jps_clock_s() {
   return static_cast<float>(clock_ms()) / 1000.0F;
-}
-
-void jps_player_complain(const char* format, ...) {
-  const std::int64_t second = clock_ms() / 1000;
-  if (players.complaint_second != second) {
-    players.complaint_second = second;
-    players.complaints = 0;
-  }
-  if (++players.complaints > COMPLAINTS_PER_SECOND) return;
-  std::va_list arguments;
-  va_start(arguments, format);
-  std::vprintf(format, arguments);
-  va_end(arguments);
 }
 
 void jps_player_stop(JpsPlayer& player) {
@@ -100,7 +84,7 @@ void jps_player_update(JpsPlayer& player, float t) {
     return;
   }
   if (past_the_end(player)) {
-    jps_player_complain("jps_player_update(): ERROR! Exceeded end of list\n");
+    jps_complain("jps_player_update(): ERROR! Exceeded end of list\n");
     jps_player_stop(player);
     return;
   }
@@ -108,7 +92,7 @@ void jps_player_update(JpsPlayer& player, float t) {
     run_armed(player, t);
     if (player.playlist == nullptr) return;
     if (past_the_end(player)) {
-      jps_player_complain("jps_player_update(): ERROR! Premature end of playlist encountered\n");
+      jps_complain("jps_player_update(): ERROR! Premature end of playlist encountered\n");
       jps_player_stop(player);
       return;
     }
@@ -121,7 +105,7 @@ std::uint32_t jps_bank_play_name(const char* bank_name, const char* name, int vo
   const SoundLock lock;
   const JpsBank* const bank = jps_bank_find(bank_name);
   if (bank == nullptr) {
-    jps_player_complain("jps_bank_play_name(): ERROR! Bank '%s' not loaded\n", bank_name);
+    jps_complain("jps_bank_play_name(): ERROR! Bank '%s' not loaded\n", bank_name);
     return 0;
   }
   const JpsPlaylist* const playlist = jps_find_playlist(*bank, jps_key(name));
@@ -168,6 +152,7 @@ void jps_players_reset() {
   const SoundLock lock;
   players = {};
   jps_markers_reset();
+  jps_complaints_reset();
 }
 
 int jps_players_running() {

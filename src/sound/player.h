@@ -35,10 +35,7 @@ struct JpsPlayer {
   std::uint32_t volume;  // asked for at the start, 0 to 255
 };
 
-// Starts a playlist of a registered bank; its commands at time 0 have run when this returns. The
-// answer is the mask of driver tracks it took, 0 if there is no such name, no free player or no
-// track to be had. Of `volume` the low 8 bits count. Never waits for the mixing. Any thread.
-std::uint32_t jps_bank_play_name(const char* bank_name, const char* name, int volume = 255);
+// As jps_bank_play_name (sound/jps.h), by the playlist's number in a bank, registered or not.
 std::uint32_t jps_bank_play(const JpsBank& bank, std::int32_t number, int volume = 255);
 
 // Steps all players to the clock's present time. Any thread.

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <iterator>
 
+#include "sound/complaints.h"
 #include "sound/markers.h"
 #include "sound/player_steps.h"
 
@@ -78,7 +79,7 @@ int run_setvol(const JpsCommand& command, JpsPlayer& player, float&) {
 int run_loopstart(const JpsCommand& command, JpsPlayer& player, float&) {
   const auto free = std::ranges::find(player.loops, 0, &JpsLoop::remaining);
   if (free == std::end(player.loops)) {
-    jps_player_complain("jps_opcode_func_loopstart(): ERROR! Loop overflow\n");
+    jps_complain("jps_opcode_func_loopstart(): ERROR! Loop overflow\n");
     return JPS_FAILED;
   }
   *free = {player.pc, command.count};
@@ -93,10 +94,9 @@ bool find_loopstart(const JpsPlayer& player, std::uint32_t& index) {
     if (opcode == JPS_LOOPEND) ++open;
     if (opcode == JPS_LOOPSTART && open-- == 0) return true;
   }
-  jps_player_complain(
-      open > 0 ? "jps_opcode_func_loopend(): ERROR! non-matching loops, ignoring\n"
-               : "jps_opcode_func_loopend(): ERROR! LOOPEND without matching LOOPSTART... "
-                 "ignoring\n");
+  jps_complain(open > 0 ? "jps_opcode_func_loopend(): ERROR! non-matching loops, ignoring\n"
+                        : "jps_opcode_func_loopend(): ERROR! LOOPEND without matching LOOPSTART... "
+                          "ignoring\n");
   return false;
 }
 
@@ -107,7 +107,7 @@ int run_loopend(const JpsCommand&, JpsPlayer& player, float& t) {
     return row.remaining != 0 && row.start_pc == start;
   });
   if (loop == std::end(player.loops)) {
-    jps_player_complain("ERROR! Couldn't find matching loop struct\n");
+    jps_complain("ERROR! Couldn't find matching loop struct\n");
     return JPS_FAILED;
   }
   jump(player, start, t);
@@ -130,7 +130,7 @@ int run_unduck(const JpsCommand& command, JpsPlayer& player, float&) {
     jps_ramp_add(player, command.track, volume, command.seconds);
     return JPS_DONE;
   }
-  jps_player_complain("jps_opcode_func_unduck(): ERROR! Couldn't find matching duck call\n");
+  jps_complain("jps_opcode_func_unduck(): ERROR! Couldn't find matching duck call\n");
   return JPS_FAILED;
 }
 
@@ -228,7 +228,7 @@ int jps_player_exec(const JpsCommand& command, JpsPlayer& player, float& t) {
   if (known) {
     result = OPCODES[command.opcode].run(command, player, t);
   } else {
-    jps_player_complain("jps_player_exec(): ERROR! Invalid opcode '0x%0x'\n", command.opcode);
+    jps_complain("jps_player_exec(): ERROR! Invalid opcode '0x%0x'\n", command.opcode);
   }
   ++player.pc;
   return result;

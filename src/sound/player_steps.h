@@ -39,7 +39,3 @@ void jps_ramps_drop(JpsPlayer& player, int track);
 // A sound of the group by chance and weight that is none of the latest picks; null if chance picks
 // none.
 JpsSound* jps_group_pick(JpsGroup& group);
-
-// Prints a line about a playlist that went wrong. A script can go wrong a thousand times a second,
-// so only the first lines of each second are printed.
-[[gnu::format(printf, 1, 2)]] void jps_player_complain(const char* format, ...);

@@ -151,8 +151,7 @@ bool playlist_take_sum(PlaylistParse& parse, PlaylistOperands& operands, const c
   if (!operands.take(text)) return playlist_refuse(parse, "%s", missing);
   std::string_view unknown;
   if (!playlist_expression(text, parse.constants, value, unknown)) {
-    std::printf("'%s'[%i]: INVALID SYMBOL: '%.*s'\n", parse.path, parse.lines.number,
-                width(unknown), unknown.data());
+    std::printf("INVALID SYMBOL: '%.*s'\n", width(unknown), unknown.data());
     ++parse.messages;
   }
   return true;

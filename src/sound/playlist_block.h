@@ -53,6 +53,7 @@ bool playlist_take_seconds(PlaylistParse& parse, PlaylistOperands& operands, con
                            float& seconds);
 bool playlist_take_string(PlaylistParse& parse, PlaylistOperands& operands, const char* missing,
                           std::string_view& string);
-// An expression; one that names an unknown constant has its message and a value of its own.
+// An expression; one that names an unknown constant has a message, which no line number stands
+// before, and a value that ranges refuse: where no range is checked, tell the line.
 bool playlist_take_sum(PlaylistParse& parse, PlaylistOperands& operands, const char* missing,
                        std::int32_t& value);

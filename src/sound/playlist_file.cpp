@@ -38,7 +38,9 @@ bool take_priority_and_mask(PlaylistParse& parse, PlaylistOperands& operands,
     playlist_refuse(parse, "no trackmask arg");
     return true;
   }
+  const int messages = parse.messages;
   if (!playlist_take_sum(parse, operands, "", value)) return false;
+  if (parse.messages != messages) playlist_refuse(parse, "trackmask has an unknown name in it");
   if (value == 0) return playlist_refuse(parse, "trackmask must be non-zero");
   if (value < 0 || value > 0xFFFF) {
     return playlist_refuse(parse, "trackmask must be in the range 0x1-0xFFFF");
@@ -162,10 +164,15 @@ bool parse_constant(PlaylistParse& parse, PlaylistOperands& operands, JpsCommand
                              name.data());
     }
   }
+  const int messages = parse.messages;
   PlaylistOperands value_operand(rest);
   std::int32_t value = 0;
   if (!playlist_take_sum(parse, value_operand, "CONSTANT needs a value behind its name", value)) {
     return false;
+  }
+  if (parse.messages != messages) {
+    playlist_refuse(parse, "constant '%.*s' has an unknown name in its value", width(name),
+                    name.data());
   }
   constants.rows[constants.count++] = {name, value};
   return true;

@@ -8,6 +8,7 @@
 
 #include "platform/files.h"
 #include "sound/buffer.h"
+#include "sound/complaints.h"
 #include "sound/mixer.h"
 #include "sound/stream_ring.h"
 
@@ -119,7 +120,7 @@ bool stream_want(JpsSound& sound, StreamRead& read) {
   const VoicePosition at = voice_position(ring.track);
   const bool more_to_come = ring.loop || ring.filled < sound.length;
   if (more_to_come && at.write > ring.filled) {
-    std::printf("fill_buffer(): WARNING! not filling fast enough\n");
+    jps_complain("fill_buffer(): WARNING! not filling fast enough\n");
   }
   // From the write cursor on around to the play position, whichever lap that is on.
   const auto play = static_cast<std::uint32_t>(at.play % JPS_STREAM_BUFFER);

@@ -12,8 +12,10 @@
 #include "art/animation.h"
 #include "art/file_list.h"
 #include "art/render.h"
+#include "art/render_jobs.h"
 #include "art/source_key.h"
 #include "tests/art/picture_files.h"
+#include "tests/plain_user.h"
 
 namespace fs = std::filesystem;
 using namespace art;
@@ -100,6 +102,21 @@ TEST_F(Files, ListHoldsTheSumsThatTheBootCheckReckons) {
   EXPECT_EQ(file_list_write(dir_ / "nowhere"), -1);
 }
 
+// A program that was copied by half is as bad as half a picture.
+TEST_F(Files, ListHoldsThePrograms) {
+  write("lilyhop", "a program");
+  write("notes.txt", "no program");
+  fs::permissions(dir_ / "lilyhop", fs::perms::owner_exec, fs::perm_options::add);
+  const fs::path elsewhere = fs::path(dir_).concat(".images");
+  fs::rename(dir_ / "images", elsewhere);  // a build tree's own out/ has links to the pictures
+  fs::create_directory_symlink(elsewhere, dir_ / "images");
+  write("images/b.tga", "b");
+  EXPECT_EQ(file_list_write(dir_), 2);
+  fs::remove_all(elsewhere);
+  EXPECT_EQ(text("lhpcrc.txt"), "images\\b.tga 1 " + std::to_string(slow_crc("b")) +
+                                    "\nlilyhop 9 " + std::to_string(slow_crc("a program")) + "\n");
+}
+
 TEST_F(Files, DrawsOnlyWhatIsOutOfDateAndAlwaysTheSame) {
   const CatalogueEntry row = catalogue_find("lily_bonus_txt"), bugs = catalogue_find("anim_splash");
   ASSERT_TRUE(row.row && bugs.row);
@@ -125,6 +142,29 @@ TEST_F(Files, DrawsOnlyWhatIsOutOfDateAndAlwaysTheSame) {
   write("", "");
   std::ofstream(dir_) << "a file where the folder should be";
   EXPECT_FALSE(render_files(dir_, {row}, false, nullptr));
+}
+
+TEST_F(Files, APlaceThatTakesNoFilesIsToldOnceAndNothingIsDrawn) {
+  write("file", "");
+  int drawn = 0;
+  const auto draw = [&](const std::string&) { return ++drawn > 0; };
+  const std::vector<RenderJob> jobs = {{"images/a.tga", "1", 1, draw},
+                                       {"images/b.tga", "1", 1, draw}};
+  testing::internal::CaptureStderr();
+  EXPECT_FALSE(render_jobs(dir_ / "file", jobs, true, "pictures", nullptr));
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            (dir_ / "file/.art").string() + ": Not a directory\n");
+  fs::create_directory(dir_ / "shut");
+  chmod((dir_ / "shut").c_str(), 0555);
+  {
+    const PlainUser user(dir_);
+    ASSERT_TRUE(user.changed());
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(render_jobs(dir_ / "shut", jobs, false, "pictures", nullptr));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              (dir_ / "shut/.art").string() + ": Permission denied\n");
+  }
+  EXPECT_EQ(drawn, 0);
 }
 
 TEST_F(Files, KeysFollowTheSourcesThatAPictureIsMadeFrom) {

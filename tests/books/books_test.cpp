@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
+#include <limits>
 #include <string>
 #include <tuple>
 
@@ -195,18 +196,55 @@ TEST_F(Books, BootZeroesOnlyWhatCountsSinceBoot) {
   }
 }
 
+TEST_F(Books, ACounterAtItsEndStaysThere) {
+  constexpr std::int32_t MOST = std::numeric_limits<std::int32_t>::max();
+  constexpr std::int64_t LONGEST = std::numeric_limits<std::int64_t>::max();
+  audits[AUDIT_BOOT_COUNT].count = MOST;
+  audits[AUDIT_BUGS].count = std::numeric_limits<std::int32_t>::min();
+  audits[AUDIT_TIME_GAME_ON].time_ms = LONGEST;
+  histogram[SIDE_LEFT][7] = std::numeric_limits<std::uint32_t>::max();
+  audits_save();
+  audits_load();
+  audit_add(AUDIT_BUGS, -1);
+  audits_tick({17, {true, true}, {0, 0}, 0});
+  histogram_count(SIDE_LEFT, 7);
+  EXPECT_EQ(audit_count(AUDIT_BOOT_COUNT), MOST);
+  EXPECT_EQ(audit_count(AUDIT_BUGS), std::numeric_limits<std::int32_t>::min());
+  EXPECT_EQ(audits[AUDIT_TIME_GAME_ON].time_ms, LONGEST);
+  EXPECT_EQ(histogram[SIDE_LEFT][7], std::numeric_limits<std::uint32_t>::max());
+}
+
 // A file that can't be written is skipped: the others are stored, and nothing stops.
 TEST_F(Books, UnwritableFileIsSkipped) {
-  std::filesystem::create_directory(drive.file("audits.new"));
-  std::filesystem::create_directory(drive.file("prefs.new"));
+  std::filesystem::create_directories(drive.file("audits/full"));
+  std::filesystem::create_directories(drive.file("prefs/full"));
   audits[AUDIT_BUGS].count = 9;
   audits_save();
   prefs_save();
-  EXPECT_FALSE(drive.has("audits"));
-  EXPECT_FALSE(drive.has("prefs"));
+  EXPECT_TRUE(drive.has("audits/full"));
+  EXPECT_TRUE(drive.has("prefs/full"));
+  EXPECT_FALSE(drive.has("audits.new"));
   EXPECT_EQ(drive.read("audbak").size(), AUDITS_SIZE);
   EXPECT_EQ(drive.read("prefbak").size(), PREFS_SIZE);
   EXPECT_EQ(drive.read("histo").size(), HISTO_SIZE);
+}
+
+// What lies where the temporary file is to be doesn't keep the books from being stored.
+TEST_F(Books, ATemporaryNameInUseIsClearedOrGoneRound) {
+  std::filesystem::create_directory(drive.file("prefs.new"));
+  std::filesystem::create_directories(drive.file("audits.new/somebody's"));
+  drive.write("audbak.new", std::string(9999, 'x'));
+  drive.write("elsewhere", "not a book");
+  std::filesystem::create_symlink(drive.file("elsewhere"), drive.file("prefbak.new"));
+  prefs_load();
+  audits_load();
+  for (const char* name : {"prefs", "prefbak"}) EXPECT_EQ(drive.read(name).size(), PREFS_SIZE);
+  for (const char* name : {"audits", "audbak"}) EXPECT_EQ(drive.read(name).size(), AUDITS_SIZE);
+  EXPECT_EQ(drive.read("elsewhere"), "not a book");
+  for (const char* name : {"prefs.new", "prefbak.new", "audits.new2", "audbak.new"}) {
+    EXPECT_FALSE(drive.has(name)) << name;
+  }
+  EXPECT_TRUE(drive.has("audits.new/somebody's"));
 }
 
 TEST_F(Books, NamesDoNotLeaveTheirRoot) {

@@ -1,11 +1,15 @@
 // The power goes at every write, fsync and rename of a store. What had not been brought to the disk
 // by then is lost: files that were written and not synced are cut in half. The next start has to
 // read the books from before or after, whole.
+#include <dirent.h>
+#include <dlfcn.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdint>
 #include <filesystem>
 #include <map>
@@ -13,6 +17,7 @@
 #include <system_error>
 
 #include "books/audits.h"
+#include "books/book_file.h"
 #include "books/prefs.h"
 #include "platform/files.h"
 #include "tests/temp_folder.h"
@@ -28,6 +33,13 @@ namespace {
 int steps_seen = 0;
 int cut_at = -1;  // the step at which the power goes; -1: never
 std::map<std::string, bool> unsynced;
+bool folders_fail =
+    false;  // they aren't brought to the disk, and behind a file's name no other comes
+
+bool is_folder(int fd) {
+  struct stat status{};
+  return fstat(fd, &status) == 0 && S_ISDIR(status.st_mode);
+}
 
 std::string path_of(int fd) {
   return std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(fd));
@@ -66,7 +78,24 @@ ssize_t __wrap_write(int fd, const void* data, size_t size) {
 int __wrap_fsync(int fd) {
   if (step()) power_cut();
   unsynced[path_of(fd)] = false;
+  if (folders_fail && is_folder(fd)) {
+    errno = EIO;
+    return -1;
+  }
   return __real_fsync(fd);
+}
+
+// The library's folder iterators come here too.
+dirent* readdir(DIR* folder) {
+  static const auto real = reinterpret_cast<dirent* (*)(DIR*)>(dlsym(RTLD_NEXT, "readdir"));
+  static bool file_seen = false;
+  if (folders_fail && file_seen) {
+    errno = EIO;
+    return nullptr;
+  }
+  dirent* const entry = real(folder);
+  file_seen = entry != nullptr && entry->d_name[0] != '.';
+  return entry;
 }
 
 int __wrap_rename(const char* from, const char* to) {
@@ -148,6 +177,26 @@ TEST(PowerCut, EveryStepLeavesTheBooksWhole) {
     EXPECT_TRUE(cell == 1 || cell == 2);
     EXPECT_EQ(histogram[1][1399], cell);
   }
+}
+
+TEST(FailingFolder, AStoreThatTheFolderMayLoseIsToldAsFailed) {
+  TempFolder drive;
+  files_use_roots(drive.path(), drive.path());
+  ASSERT_TRUE(book_store(R"(d:\prefs)", "030P", "old", 3));
+  folders_fail = true;
+  EXPECT_FALSE(book_store(R"(d:\prefs)", "030P", "new", 3));
+  folders_fail = false;
+  EXPECT_EQ(drive.read("prefs"), "030Pnew");
+}
+
+TEST(FailingFolder, ANameLookedForInAnyCaseIsNotFoundThere) {
+  TempFolder drive;
+  files_use_roots(drive.path(), drive.path());
+  drive.write("one", "1");
+  drive.write("two", "2");
+  folders_fail = true;
+  EXPECT_NO_THROW(EXPECT_EQ(read_open_any_case(R"(d:\THREE)"), nullptr));
+  folders_fail = false;
 }
 
 }  // namespace

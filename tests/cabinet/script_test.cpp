@@ -18,6 +18,8 @@
 #include <string>
 
 #include "cabinet/cabinet.h"
+#include "tests/plain_user.h"
+#include "tests/temp_folder.h"
 
 namespace {
 
@@ -48,6 +50,30 @@ TEST(ScriptParser, NamesTheLineAndWhatItWanted) {
   EXPECT_EQ(error_of("wait soon\n"),
             "s:1: it is \"wait MS\" or \"wait until CONDITION [within MS]\"");
   EXPECT_EQ(error_of("expect a == 1\nlet a = 1\n"), "s:1: there is no reading \"a\"");
+}
+
+TEST(CabinetPaths, WrongOnesAreOneLine) {
+  const TempFolder folder;
+  folder.write("secret", "mark\n");
+  std::filesystem::create_directory(folder.file("shut"));
+  chmod(folder.file("secret").c_str(), 0);
+  chmod(folder.file("shut").c_str(), 0555);
+  const PlainUser user(folder.path());
+  ASSERT_TRUE(user.changed());
+  Script script;
+  for (const char* name : {"none", "shut", "secret", "secret/below"}) {
+    EXPECT_EQ(script_load(folder.file(name), script), folder.file(name) + " can't be read");
+  }
+  static Cabinet cabinet;
+  cabinet.options.drive = folder.file("shut");
+  EXPECT_EQ(cabinet_open(cabinet), folder.file("shut") + ": Permission denied");
+  cabinet.options.drive = folder.file("secret");
+  EXPECT_EQ(cabinet_open(cabinet), folder.file("secret") + ": Not a directory");
+
+  char program[] = "cabinet", dashes[] = "--", nothing[] = "";
+  char* words[] = {program, dashes, nothing};
+  Options options;
+  EXPECT_EQ(options_read(3, words, options), "GAME can't be \"\"");
 }
 
 // A cabinet without a game; the test holds the far end of the cable.

@@ -1,5 +1,6 @@
 #include "tests/fakes/jamma_fake.h"
 
+#include <algorithm>
 #include <iterator>
 #include <memory>
 
@@ -98,6 +99,20 @@ std::int32_t jamma_command(std::int32_t command, std::intptr_t a, std::intptr_t 
     default:
       return 0;
   }
+}
+
+bool jamma_board_counters(std::uint8_t (&counters)[COUNTER_COUNT]) {
+  if (!jamma_fake.open || !jamma_fake.synced) return false;
+  std::copy(std::begin(jamma_fake.counters), std::end(jamma_fake.counters), counters);
+  return true;
+}
+
+bool jamma_tickets_reported() {
+  return jamma_fake.open && jamma_fake.tickets_reported;
+}
+
+void jamma_tickets_ask(int side) {
+  ++jamma_fake.tickets_asked[side];
 }
 
 std::uint32_t jamma_presses_pending(JammaPress press) {

@@ -22,11 +22,14 @@ struct JammaFake {
   std::uint32_t flags = 0;
   std::int32_t tickets_owed[2] = {}, tickets_queued[2] = {};
   std::uint32_t pending[PRESS_COUNT] = {};
+  bool synced = true, tickets_reported = false;  // jamma_board_counters, jamma_tickets_reported
+  std::uint8_t counters[COUNTER_COUNT] = {};
   JammaInputs inputs{};
 
   // What it was told, in order. Commands that only read (dips, inputs, flags, tickets) are noted
   // if `note_reads` is set; reads and clears of presses are not.
   bool note_reads = false;
+  int tickets_asked[2] = {};  // jamma_tickets_ask
   JammaFakeCall calls[4096] = {};
   std::size_t call_count = 0;
   std::size_t calls_lost = 0;  // more than the table holds

@@ -25,8 +25,13 @@ int jps_fake_count(const std::string& name) {
 }
 
 std::uint32_t jps_bank_play_name(const char* name) {
-  const std::lock_guard guard(lock);
-  jps_fake.played.emplace_back(name);
+  std::function<void(const std::string&)> on_play;
+  {
+    const std::lock_guard guard(lock);
+    jps_fake.played.emplace_back(name);
+    on_play = jps_fake.on_play;
+  }
+  if (on_play) on_play(name);
   return 1;
 }
 
@@ -47,8 +52,8 @@ void jps_set_master_volume(int volume) {
   const std::lock_guard guard(lock);
   jps_fake.master_volume = volume;
 }
-bool jps_init() {
-  return true;
+int jps_init() {
+  return 0;
 }
 void jps_shutdown() {}
 bool jps_bank_load(const char* /*name*/) {

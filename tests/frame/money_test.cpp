@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -182,6 +183,106 @@ TEST_F(Money, ADamagedCountOfOwedTicketsIsNotPaid) {
   tickets_restore();
   EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 0), 0);
   EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 1), 1023);
+}
+
+// The books are those of a program that was ended in the middle of a payout. A board that stayed up
+// pays on by itself; one that lost its count has to be told.
+TEST_F(Money, OwedTicketsAreOrderedAgainUnlessTheBoardStayedUp) {
+  struct Case {
+    const char* what;
+    void (*meanwhile)();
+    int ordered, asked;
+    std::uint8_t coin_counter = 2;
+  };
+  const Case cases[] = {
+      {"nothing happened", [] {}, 0, 1},
+      {"players pressed on", [] { jamma_fake.counters[COUNTER_P1S] += 6; }, 0, 1},
+      {"the board restarted", [] { jamma_fake.counters[COUNTER_C1] = 0; }, 22, 0},
+      {"the machine lost its power", [] { headless_boot_id = "another"; }, 22, 0},
+      {"a board that counted nothing looks like one that restarted", [] {}, 22, 0, 0},
+      {"no counters yet", [] { jamma_fake.synced = false; }, 22, 0},
+      {"it did, and the board says it pays",
+       [] {
+         headless_boot_id = "another";
+         jamma_fake.tickets_reported = true;
+       },
+       0, 1},
+      {"the dispenser jammed, as the board has said", [] { jamma_fake.flags = LEFT_TICKET_FAULT; },
+       0, 0},
+  };
+  for (const Case& row : cases) {
+    SCOPED_TRACE(row.what);
+    jamma_fake_reset();
+    headless_boot_id = "boot";
+    audits[AUDIT_TICKETS_OWED].count = 0;
+    jamma_fake.counters[COUNTER_C1] = row.coin_counter;
+    tickets_restore();
+    jamma_fake.tickets_owed[0] = 22;
+    tickets_poll();
+    jamma_fake.tickets_owed[0] = 0;  // the board that the next run meets hasn't spoken yet
+    ticket_status.tickets_owed[0] = 0;
+    row.meanwhile();
+    jamma_fake_forget_calls();
+    tickets_restore();
+    EXPECT_EQ(jamma_fake_count(JAMMA_ADD_TICKETS), 2U);
+    EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 0), row.ordered);
+    EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 1), 0);
+    EXPECT_EQ(jamma_fake.tickets_asked[0], row.asked);
+    EXPECT_EQ(jamma_fake.tickets_asked[1], 0);
+    std::filesystem::remove(drive.file("audits"));
+    tickets_poll();
+    EXPECT_EQ(drive.has("audits"), row.ordered == 0) << "a board that owes nothing is on the books";
+  }
+}
+
+TEST_F(Money, TicketsThatTheBoardWasYetToBeToldOfAreOrderedAfterARestart) {
+  jamma_fake.counters[COUNTER_C1] = 2;
+  tickets_restore();
+  jamma_fake.tickets_owed[1] = 1023;
+  jamma_fake.tickets_queued[1] = 977;
+  tickets_poll();
+  jamma_fake_forget_calls();
+  tickets_restore();
+  EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 1), 977);
+  jamma_fake.tickets_owed[1] = jamma_fake.tickets_queued[1] = 0;  // all were cleared
+  tickets_poll();
+  jamma_fake_forget_calls();
+  tickets_restore();
+  EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 1), 0);
+
+  std::filesystem::resize_file(drive.file("board"), 30);  // a note that is cut off says nothing
+  audits[AUDIT_TICKETS_OWED + 1].count = 5;
+  jamma_fake_forget_calls();
+  tickets_restore();
+  EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 1), 5);
+}
+
+// No file of the books is checked either.
+TEST_F(Money, DamagedBooksKeepNoMoneyBack) {
+  for (int side = 0; side < SIDE_COUNT; ++side) {
+    audits[AUDIT_CURRENT_CREDITS + side].count = -100;
+    audits[AUDIT_CURRENT_COINS + side].count = std::numeric_limits<std::int32_t>::min();
+  }
+  audits_save();
+  audits_load();
+  coin(SIDE_LEFT);
+  EXPECT_EQ(credits(0), 1);
+  EXPECT_EQ(credits(1) + coins(1), 0);
+}
+
+TEST_F(Money, AFullCountOfCoinsOrCreditsStaysFull) {
+  constexpr std::int32_t MOST = std::numeric_limits<std::int32_t>::max();
+  prefs[PREF_FROGS_PER_GAME].int_value = 2;
+  audits[AUDIT_CURRENT_COINS].count = MOST;
+  audits[AUDIT_COIN_DROPS].count = MOST;
+  audits[AUDIT_SERVICE_CREDITS].count = MOST;
+  coin(SIDE_LEFT);
+  jamma_fake.pending[PRESS_SRV] = 1;
+  tick();
+  EXPECT_EQ(coins(0), 0);
+  EXPECT_EQ(credits(0), MOST);
+  EXPECT_EQ(audit_count(AUDIT_COIN_DROPS, 0), MOST);
+  EXPECT_EQ(audit_count(AUDIT_SERVICE_CREDITS), MOST);
 }
 
 TEST_F(Money, StartTakesOneCreditAndLaunchesOneFrog) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <string>
 
 #include "books/prefs.h"
 #include "frame/game_clock.h"
@@ -15,6 +16,20 @@
 #include "presentation/win_show_start.h"
 #include "tests/fakes/jps_fake.h"
 #include "tests/plain_sheets.h"
+
+namespace {
+
+int blink = 0;  // what the LED board was told last
+
+}  // namespace
+
+extern "C" {  // NOLINTBEGIN: the linker's names
+void __real__Z13led_set_blinki(int on);
+void __wrap__Z13led_set_blinki(int on) {
+  blink = on;
+  __real__Z13led_set_blinki(on);
+}
+}  // NOLINTEND
 
 namespace {
 
@@ -39,6 +54,7 @@ class WinShow : public testing::Test {
   }
   ~WinShow() override {
     win_show_reset();
+    jps_fake.on_play = nullptr;
     for (int side = 0; side < SIDE_COUNT; ++side) {
       ticket_status.tickets_owed[side] = 0;
       ticket_status.ticket_error[side] = 0;
@@ -118,6 +134,37 @@ TEST_F(WinShow, TheMusicEndsWithTheLaterOfTwo) {
   EXPECT_EQ(end_of(SIDE_RIGHT), 24000 + FADE_MS);
   EXPECT_EQ(jps_fake_count("endjackpotbgm"), 1);
   EXPECT_EQ(jps_fake_count("endjackpotcheer"), 1);
+}
+
+// The shows' worker and the game thread meet in the middle of each other's work.
+TEST_F(WinShow, OneEndsWhileTheOtherBegins_MusicAndBlinkAreTheNewOnes) {
+  const auto last_music = [] {
+    std::string last;
+    for (const std::string& name : jps_fake.played) {
+      if (name.ends_with("jackpotbgm")) last = name;
+    }
+    return last;
+  };
+  win_show_start(SIDE_RIGHT, 100);
+  at(0);
+  game_clock.now_ms = BEGUN_MS + 20000 + FADE_MS;
+  jps_fake.on_play = [](const std::string& name) {
+    if (name == "jackpotbgm") win_show_step();  // which ends the right one
+  };
+  win_show_start(SIDE_LEFT, 100);
+  EXPECT_FALSE(win_show_active(SIDE_RIGHT));
+  EXPECT_EQ(last_music(), "jackpotbgm");
+  EXPECT_EQ(blink, 1);
+
+  game_clock.now_ms += 20000 + FADE_MS;
+  jps_fake.on_play = [](const std::string& name) {
+    if (name == "endjackpotbgm") win_show_start(SIDE_RIGHT, 100);
+  };
+  win_show_step();  // which ends the left one
+  EXPECT_FALSE(win_show_active(SIDE_LEFT));
+  EXPECT_TRUE(win_show_active(SIDE_RIGHT));
+  EXPECT_EQ(last_music(), "jackpotbgm");
+  EXPECT_EQ(blink, 1);
 }
 
 TEST_F(WinShow, NoFrogIsLaunchedOnItsSideMeanwhile) {

@@ -102,13 +102,65 @@ TEST(BitmapReader, LooksIndexesUpInTheColourTable) {
 
 TEST(BitmapReader, StretchesDeepColoursTo24Bits) {
   Header sixteen{.width = 2, .height = 1, .depth = 16};
-  EXPECT_EQ(decoded(bitmap(sixteen, {0x00, 0x7C, 0x1F, 0x02})), "ff0000 0083ff");
+  EXPECT_EQ(decoded(bitmap(sixteen, {0x00, 0x7C, 0x1F, 0x02})), "ff0000 0084ff");
+  for (std::uint32_t level = 0; level < 32; ++level) {  // repeated, so that the steps are even
+    Header blue{.width = 1, .height = 1, .depth = 16};
+    char hex[8];
+    std::snprintf(hex, sizeof hex, "0000%02x", level << 3 | level >> 2);
+    EXPECT_EQ(decoded(bitmap(blue, {static_cast<std::uint8_t>(level), 0, 0, 0})), hex);
+  }
   Bytes masks;
   for (const std::uint32_t mask : {0xF800U, 0x07E0U, 0x001FU}) put32(masks, mask);
   Header fields{.width = 1, .height = 1, .depth = 16, .compression = 3, .colours = masks};
   EXPECT_EQ(decoded(bitmap(fields, {0xE0, 0x07, 0, 0})), "00ff00");
+  EXPECT_EQ(decoded(bitmap(fields, {0x20, 0x04, 0, 0})), "008600") << "33 of 63";
+  masks.clear();
+  for (const std::uint32_t mask : {0x3FF00000U, 0x00000001U, 0x0000FF00U}) put32(masks, mask);
+  Header wide{.width = 1, .height = 1, .depth = 32, .compression = 3, .colours = masks};
+  EXPECT_EQ(decoded(bitmap(wide, {0x01, 0x80, 0x00, 0x20})), "80ff80") << "10 bits, 1 and 8";
   Header deep{.width = 1, .height = 1, .depth = 32};
   EXPECT_EQ(decoded(bitmap(deep, {1, 2, 3, 77})), "030201") << "the fourth byte says nothing";
+}
+
+TEST(BitmapReader, UnpacksRuns) {
+  const Bytes colours = {0, 0, 0x10, 0, 0, 0, 0x11, 0, 0, 0, 0x12, 0, 0, 0, 0x13, 0};  // reds
+  Header eight{.width = 4, .height = 3, .depth = 8, .compression = 1, .colours_used = 4};
+  eight.colours = colours;
+  const auto reds = [](const std::string& pixels) {
+    std::string text;
+    for (std::size_t i = 0; i < pixels.size(); i += 7) text += pixels[i + 1];
+    return text;
+  };
+  // A run, plain pixels with their padding, one of them with a move behind it, and a run that would
+  // leave the picture.
+  const Bytes code = {3, 1, 1, 2, 0, 0,        // bottom row
+                      0, 3, 3, 2, 1, 0, 0, 0,  // row above, its last pixel left out
+                      0, 2, 2, 0, 9, 3, 0, 1};
+  EXPECT_EQ(reds(decoded(bitmap(eight, code))), "111232100033");
+  Header four = eight;
+  four.depth = 4;
+  four.compression = 2;
+  const Bytes code4 = {3, 0x12, 1, 0x20, 0, 0, 0, 4, 0x32, 0x10, 0, 0, 0, 2, 0, 0, 4, 0x30, 0, 1};
+  EXPECT_EQ(reds(decoded(bitmap(four, code4))), "121232103030");
+  for (std::size_t size = 0; size < code.size(); ++size) {
+    const Bytes cut(code.begin(), code.begin() + static_cast<std::ptrdiff_t>(size));
+    EXPECT_EQ(decoded(bitmap(eight, cut)), "failed") << size;
+  }
+  Header top_down = eight;
+  top_down.height = -3;
+  EXPECT_EQ(decoded(bitmap(top_down, code)), "failed") << "runs go upwards only";
+}
+
+// A header may ask for more than any machine has.
+TEST(BitmapReader, AllocatesNothingForAPictureThatTheFileCannotHold) {
+  BitmapImage image{};
+  for (const Header& header :
+       {Header{.width = 32768, .height = 32768},
+        Header{.width = 32768, .height = 32768, .depth = 8, .compression = 1}}) {
+    const Bytes file = bitmap(header, {0, 1});
+    EXPECT_EQ(bitmap_decode(file.data(), file.size(), image), BITMAP_NOT_CONVERTED);
+    EXPECT_EQ(image.pixels.capacity(), 0U);
+  }
 }
 
 TEST(BitmapReader, RefusesWhatItCannotDeliver) {
@@ -134,13 +186,16 @@ TEST(BitmapReader, TellsWhyInBoxes) {
   Bytes unknown = bitmap({}, rows24);
   unknown[14] = 39;
   folder.write("images/odd.bmp", unknown);
+  folder.write("images/jpeg.bmp", bitmap({.compression = 4}, rows24));
   BitmapImage image{};
   headless_display.boxes.clear();
   EXPECT_FALSE(bitmap_read(R"(images\odd.bmp)", image));
   EXPECT_FALSE(bitmap_read(R"(images\none.bmp)", image));
-  const std::vector<std::string> told = {"Error: Unknown DIB file format.",
-                                         "Error: Failed to open DIB file images\\odd.bmp.\n",
-                                         "Error: Failed to open DIB file images\\none.bmp.\n"};
+  EXPECT_FALSE(bitmap_read(R"(images\jpeg.bmp)", image));
+  const std::vector<std::string> told = {
+      "Error: Unknown DIB file format.", "Error: Failed to open DIB file images\\odd.bmp.\n",
+      "Error: Failed to open DIB file images\\none.bmp.\n", "Error: Image file conversion error.",
+      "Error: Failed to open DIB file images\\jpeg.bmp.\n"};
   EXPECT_EQ(headless_display.boxes, told);
 }
 

@@ -128,4 +128,39 @@ TEST(Coverage, HoldsOnRandomPictures) {
   }
 }
 
+// The cells of a game's sheets, and more. A plan that is made anew lies elsewhere.
+TEST(FillPlan, CellsWhoseHashesMeetAreAllKept) {
+  constexpr std::uint32_t FIRST = 2000;  // textures of no other test
+  Picture picture(1024, 1024);
+  picture.fill(0, 0, 1024, 1024, 255);
+  const Coverage coverage = picture.coverage();
+  const auto each_cell = [&](const auto& see) {
+    for (std::uint32_t sheet = FIRST; sheet < FIRST + 20; ++sheet) {
+      for (std::int32_t cell = 0; cell < 64; ++cell) {
+        see(fill_plan_recall(sheet, coverage, {cell % 8 * 128, cell / 8 * 128, 128, 128}));
+      }
+    }
+  };
+  std::vector<const FillPiece*> first;
+  each_cell([&](const FillPlan& plan) { first.push_back(plan.pieces.data()); });
+  std::size_t kept = 0;
+  std::size_t at = 0;
+  each_cell([&](const FillPlan& plan) { kept += plan.pieces.data() == first[at++] ? 1 : 0; });
+  EXPECT_EQ(kept, first.size());
+}
+
+// More plans than there are places, and more pieces than the pool has: all stay right.
+TEST(FillPlan, AFullTableStartsAnew) {
+  Picture picture(1024, 1024);
+  picture.fill(0, 0, 512, 512, 255);
+  const Coverage coverage = picture.coverage();
+  for (std::int32_t round = 0; round < 40000; ++round) {
+    const PixelRect rect{round % 200, round / 200, 300, 300};
+    const FillPlan& plan = fill_plan_recall(3000, coverage, rect);
+    ASSERT_FALSE(plan.pieces.empty()) << round;
+    const FillPiece& piece = plan.pieces[0];
+    ASSERT_TRUE(piece.opaque && piece.x == rect.x && piece.y == rect.y) << round;
+  }
+}
+
 }  // namespace

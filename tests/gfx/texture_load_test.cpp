@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -43,6 +44,21 @@ TEST(TgaReader, RefusesOtherKindsAloudAndShortFilesSilently) {
   EXPECT_FALSE(tga_read(R"(images\short.tga)", image));
   EXPECT_FALSE(tga_read(R"(images\none.tga)", image));
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
+TEST(TgaReader, AllocatesNothingForAPictureThatTheFileCannotHold) {
+  const PictureFolder folder;
+  for (const int side : {8000, 65535}) {
+    Bytes file = tga_bytes(0, 0, numbered);
+    for (const std::size_t at : {12U, 14U}) {
+      file[at] = side & 0xFF;
+      file[at + 1] = static_cast<std::uint8_t>(side >> 8);
+    }
+    folder.write("images/large.tga", file);
+    TgaImage image{};
+    EXPECT_FALSE(tga_read(R"(images\large.tga)", image));
+    EXPECT_EQ(image.pixels.capacity(), 0U) << side;
+  }
 }
 
 struct Loaded {

@@ -112,6 +112,19 @@ TEST_F(Pixels, APngComesThroughCompression) {
   EXPECT_EQ(seen.at(32, 60), 0x0000FFU);
 }
 
+// Blocks are read as they are, and quickly, whatever another call left behind.
+TEST_F(Pixels, AnErrorOfAnotherCallDoesNotChangeWhatIsReadBack) {
+  const auto paint = [](int x, int) { return static_cast<std::uint32_t>(x) << 25 | 0xFFFFFFU; };
+  const GlTexture* texture = load("s.png", png_bytes(128, 64, paint));
+  std::vector<std::uint8_t> alphas[2];
+  for (int wrong = 0; wrong < 2; ++wrong) {
+    if (wrong != 0) display_texture_create(-1, 1, PIXELS_RGBA, nullptr);
+    alphas[wrong].resize(std::size_t{128} * 64);
+    ASSERT_TRUE(display_texture_read_alpha(texture->id, alphas[wrong].data()));
+  }
+  EXPECT_EQ(alphas[0], alphas[1]);
+}
+
 TEST_F(Pixels, ATintMultipliesAndItsAlphaFades) {
   const GlTexture* texture = quartered();
   const Shot seen = shot([&] {

@@ -1,7 +1,9 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <mutex>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -205,8 +207,15 @@ TEST_F(Outputs, AFaultKeepsTheCountAndTheNextAwardCommandsAll) {
   EXPECT_FALSE(flag(RIGHT_TICKET_FAULT));
 }
 
+constexpr char STATUS[] = "s00ffffff00";
+
+Frames ticket_frames(Frames frames) {
+  std::erase_if(frames, [](const std::string& frame) { return frame[0] != 'T'; });
+  return frames;
+}
+
 // It has forgotten its outputs and what it had to pay.
-TEST_F(Outputs, ARestartedBoardIsToldAgain) {
+TEST_F(Outputs, RestartedBoardIsSentOutputsAndTicketsOwed) {
   jamma_command(JAMMA_SET_LAMP, 10, 0xFFF);
   jamma_command(JAMMA_SET_LAMP, 1, 0xFFF);
   jamma_command(JAMMA_SET_LAMP, 1, 0);
@@ -227,40 +236,127 @@ TEST_F(Outputs, ARestartedBoardIsToldAgain) {
   EXPECT_EQ(sent(), (Frames{"C0081", "S", "Pafff", "T812e"}));
   say({counters({}, 0x00)});
   EXPECT_EQ(sent(), (Frames{"C0081", "S"}));
+
+  jamma_command(JAMMA_PULSE_COIN_METER, 0, 1);
+  watch(250);  // its coil is on
+  say({"*R"});
+  EXPECT_EQ(sent(), (Frames{"C0081", "S", "Pafff", "H10", "T812e"}));
 }
 
-// While the cable was out, words were lost. What the board never answered is told again; what it
-// had answered, it may have paid unheard.
-TEST_F(Outputs, WhatADeadLineLostIsToldAgain) {
-  const char* status = "s00ffffff00";
-  say({status});
+// What the board had answered it may have paid unheard; what it never answered it never heard.
+TEST_F(Outputs, UnansweredTicketsAndOutputsAreSentAgainAfterAnOutage) {
+  say({STATUS});
   jamma_command(JAMMA_ADD_TICKETS, 1, 30);
-  round();
+  jamma_command(JAMMA_PULSE_COIN_METER, 0, 1);
+  watch(300);
   say({"t081e"});
-  headless_clock_advance(6000);
   jamma_command(JAMMA_SET_LAMP, 10, 0xFFF);
   jamma_command(JAMMA_ADD_TICKETS, 0, 12);  // a start
   jamma_command(JAMMA_ADD_TICKETS, 1, 3);   // more for one that runs
-  round();
-  EXPECT_EQ(sent(), (Frames{"T881e", "Pafff", "s", "T800c", "T0803"}));
-  say({status});
-  EXPECT_EQ(sent(), Frames{}) << "no question went unanswered";
-  headless_clock_advance(9000);
-  say({status});
+  watch(15000);                             // three questions; the last one is answered
+  say({STATUS});
   Frames frames = sent();
   EXPECT_EQ(std::count(frames.begin(), frames.end(), "Pafff"), 1);
   EXPECT_EQ(std::count(frames.begin(), frames.end(), "P1000"), 1);
-  std::erase_if(frames, [](const std::string& frame) { return frame[0] != 'T'; });
-  EXPECT_EQ(frames, (Frames{"T800c", "T0803"}));
-  EXPECT_EQ(jamma_command(JAMMA_GET_TICKETS_OWED, 0), 12);
+  EXPECT_EQ(std::count(frames.begin(), frames.end(), "H00"), 1) << "the left coin meter's coil";
+  EXPECT_EQ(frames.back(), "s") << "asks at once";
+  EXPECT_EQ(ticket_frames(frames), Frames{}) << "two more answers may be for old questions";
+  jamma_command(JAMMA_ADD_TICKETS, 0, 5);  // waits until it is known what was lost
+  say({STATUS});
+  say({STATUS});
+  EXPECT_EQ(sent(), (Frames{"s", "s"}));
+  say({STATUS});
+  EXPECT_EQ(sent(), (Frames{"T800c", "T0803", "T0005"}));
+  EXPECT_EQ(jamma_command(JAMMA_GET_TICKETS_OWED, 0), 17);
   EXPECT_EQ(jamma_command(JAMMA_GET_TICKETS_OWED, 1), 33);
 
-  say({"t000c", "t0808"});
-  headless_clock_advance(30000);
-  say({status});
-  frames = sent();
-  EXPECT_EQ(std::count_if(frames.begin(), frames.end(), [](auto& f) { return f[0] == 'T'; }), 0)
-      << "both were answered";
+  say({"t0011", "t0808"});
+  watch(30000);
+  for (int answer = 0; answer < 9; ++answer) {
+    say({STATUS});
+    EXPECT_EQ(ticket_frames(sent()), Frames{}) << "all were answered";
+  }
+}
+
+TEST_F(Outputs, NoTicketsAreSentAgainForOneLostAnswerALateBoardOrASteppedClock) {
+  const auto expect_no_tickets = [this](int ms) {
+    for (const auto& [at, frame] : watch(ms)) EXPECT_NE(frame[0], 'T') << frame << " at " << at;
+  };
+  say({STATUS});
+  jamma_command(JAMMA_ADD_TICKETS, 0, 12);
+  round();
+  EXPECT_EQ(ticket_frames(sent()), Frames{"T800c"});
+  expect_no_tickets(10000);  // the first answer is lost
+  say({STATUS});
+  headless_calendar_set(2000000000);
+  expect_no_tickets(5000);
+  say({STATUS});
+  headless_calendar_set(1000000000);
+  expect_no_tickets(5000);
+  say({STATUS});
+  expect_no_tickets(8000);  // late
+  say({STATUS});
+  // So late that it looks like an outage; then comes all it had to say, in order.
+  expect_no_tickets(15000);
+  say({STATUS, STATUS, "t000c", STATUS, STATUS, STATUS, STATUS});
+  expect_no_tickets(5000);
+  for (int answer = 0; answer < 5; ++answer) {
+    say({STATUS});
+    expect_no_tickets(1);
+  }
+}
+
+TEST_F(Outputs, TicketsClearedWhileABoardRestartsStayCleared) {
+  jamma_command(JAMMA_ADD_TICKETS, 0, 300);
+  round();
+  sent();
+  std::unique_lock lock(link->ticket_mutex);  // as JAMMA_CLEAR_TICKETS holds it
+  std::thread pump([this] { say({"*R"}); });
+  clock_sleep_ms(50);  // a pump that doesn't wait for the lock has sent T812c by then
+  link->tickets_owed[0] = 0;
+  lock.unlock();
+  pump.join();
+  EXPECT_EQ(sent(), (Frames{"C0081", "S"}));
+}
+
+TEST_F(Outputs, AStopThatAnOutageLostIsSentAgain) {
+  say({STATUS});
+  jamma_command(JAMMA_ADD_TICKETS, 0, 12);
+  round();
+  say({"t000b"});
+  jamma_command(JAMMA_CLEAR_TICKETS, 0);
+  watch(15000);
+  Frames told;
+  for (int answer = 0; answer < 4; ++answer) {
+    say({STATUS});
+    for (const std::string& frame : ticket_frames(sent())) told.push_back(frame);
+  }
+  EXPECT_EQ(told, Frames{"T8000"});
+}
+
+// For a board that an earlier run of the program gave tickets to.
+TEST_F(Outputs, AskingForTicketsOrdersNone) {
+  std::uint8_t raw[COUNTER_COUNT] = {};
+  EXPECT_FALSE(jamma_board_counters(raw)) << "no S frame yet";
+  say({counters({{COUNTER_C1, 5}, {COUNTER_TST, 12}})});
+  ASSERT_TRUE(jamma_board_counters(raw));
+  EXPECT_EQ(raw[COUNTER_C1], 5);
+  EXPECT_EQ(raw[COUNTER_TST], 12);
+  EXPECT_FALSE(jamma_tickets_reported());
+
+  jamma_tickets_ask(0);
+  jamma_tickets_ask(1);
+  EXPECT_EQ(sent(), (Frames{"T0000", "T0800"}));
+  say({"t0000"});
+  EXPECT_FALSE(jamma_tickets_reported());
+  say({"t0904"});
+  EXPECT_TRUE(jamma_tickets_reported());
+  EXPECT_EQ(jamma_command(JAMMA_GET_TICKETS_OWED, 0), 0);
+  EXPECT_EQ(jamma_command(JAMMA_GET_TICKETS_OWED, 1), 260);
+  jamma_command(JAMMA_ADD_TICKETS, 0, 7);
+  jamma_command(JAMMA_ADD_TICKETS, 1, 7);
+  round();
+  EXPECT_EQ(sent(), (Frames{"T8007", "T0807"})) << "one stands, the other runs";
 }
 
 TEST_F(Outputs, NegativeCountsChangeNothing) {

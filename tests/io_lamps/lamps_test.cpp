@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <vector>
 
@@ -97,6 +98,18 @@ TEST_F(Lamps, EffectsHaveTheirCurves) {
   EXPECT_EQ(effect(5), (std::vector<int>{200, 300, 400, 400, 400}));
   lamp_set(LAMP_LEFT_PODIUM, LAMP_FADE, 50, 0, -100);
   EXPECT_EQ(effect(2), (std::vector<int>{0, 0}));
+}
+
+TEST_F(Lamps, NoSuchLamp_ChangesNothing) {
+  for (const int number : {7, 8, 255, -1}) {
+    const auto lamp = static_cast<Lamp>(number);
+    for (std::int32_t operation = LAMP_OFF; operation <= LAMP_DELAY + 1; ++operation) {
+      lamp_set(lamp, operation, 4095, 0, 1, 0);
+    }
+    EXPECT_EQ(lamp_value(lamp), 0);
+  }
+  effect(3);
+  EXPECT_EQ(frames_, 0);
 }
 
 // One that goes on stands at each end for a step more: an end is where a breath ends and where the

@@ -2,6 +2,7 @@
 #include "io/led_board.h"
 
 #include <gtest/gtest.h>
+#include <sys/ioctl.h>
 
 #include <atomic>
 #include <cstdint>
@@ -10,6 +11,7 @@
 #include <fstream>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <thread>
 #include <utility>
@@ -27,6 +29,7 @@
 #include "playfield/playfield.h"
 #include "tests/fakes/jamma_fake.h"
 #include "tests/fakes/pty.h"
+#include "tests/io_lamps/serial_lines.h"
 #include "tests/plain_sheets.h"
 #include "tests/temp_folder.h"
 
@@ -147,6 +150,36 @@ TEST_F(Led, TheIoBoardsPortIsItsOwnEvenWhileItIsClosed) {
   EXPECT_EQ(io_board.types, 0);
 }
 
+TEST_F(Led, TheTimeForAnAnswerBeginsWhenTheBytesHaveLeft) {
+  static Pty* slow = nullptr;
+  Pty pty;
+  slow = &pty;
+  environment.com[0] = pty.path();
+  serial_lines_seen.left = [] { slow->send("LED\r\n"); };
+  led_open();
+  serial_lines_seen.left = nullptr;
+  EXPECT_TRUE(led_active());
+}
+
+TEST_F(Led, ItsPortsLinesStayOffAndOthersAreHeldOn) {
+  constexpr int BOTH = TIOCM_DTR | TIOCM_RTS;
+  Board led;
+  environment.com[0] = led.path();
+  serial_lines_seen.raised = serial_lines_seen.lowered = 0;
+  search();
+  EXPECT_TRUE(led_active());
+  EXPECT_EQ(serial_lines_seen.lowered, BOTH);
+  EXPECT_EQ(serial_lines_seen.raised, 0);
+  Pty io_board;
+  environment.com[1] = io_board.path();
+  int error = 0;
+  SerialPort* const port = serial_open("COM2", &error);
+  ASSERT_NE(port, nullptr);
+  EXPECT_TRUE(serial_configure(port, 115200));
+  EXPECT_EQ(serial_lines_seen.raised, BOTH);
+  serial_close(port);
+}
+
 TEST_F(Led, AnyAnswerMakesItTheBoard) {
   Board led("?");
   environment.com[0] = led.path();
@@ -172,6 +205,38 @@ TEST_F(Led, TheSearchTellsABenchOfEachHandle) {
             std::string::npos)
       << heard;
   EXPECT_TRUE(heard.ends_with("LED board returned LED v1\r\n\nLED is ACTIVE\n")) << heard;
+}
+
+TEST_F(Led, WithoutAPortABenchIsToldOfEveryTry) {
+  static std::mutex mutex;
+  static std::string heard;
+  heard.clear();
+  const auto text = [] {
+    const std::lock_guard guard(mutex);
+    return heard;
+  };
+  io_log.callback = [](int kind, const char* line) {
+    const std::lock_guard guard(mutex);
+    heard += std::string(kind == LOG_ERROR ? "! " : "") + line + "\n";
+  };
+  environment.com[0] = "/dev/null";  // held for the I/O board, which is pulled
+  jamma_fake.port = 0;
+  led_open();
+  const std::string searched = text();
+  EXPECT_TRUE(
+      searched.starts_with("Attempting to open LED port COM1\n"
+                           "! Open LED port failed with code 0x10\nLED handle is 0x0\n"
+                           "Attempting to open LED port COM2\n"
+                           "! Open LED port failed with code 0x13\nLED handle is 0x0\n"))
+      << searched;
+  led_start();
+  const std::string again =
+      "Attempting to set LED type 2\n! Set LED type (write) failed with code 0x9\n"
+      "Restarting LED board\nClosing LED handle\nLED is INACTIVE\n" +
+      searched;
+  EXPECT_TRUE(soon([&] { return text().starts_with(searched + again); }, 20000)) << text();
+  led_close();
+  io_log.callback = nullptr;
 }
 
 TEST_F(Led, ItShowsTheBonusAndBlinks) {

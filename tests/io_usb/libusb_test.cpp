@@ -89,7 +89,7 @@ class Libusb : public testing::Test {
 TEST_F(Libusb, FindsFeedsAndHears) {
   EmulatedDevice& stranger = plug(2, 0x1D6B, 0x0002);
   EmulatedDevice& device = plug(3);
-  watchdog_feed.next_ms = 1000;
+  watchdog_feed.next_time = 1000;
   watchdog_boot();
   EXPECT_TRUE(hears(device, ACKNOWLEDGE));
   EXPECT_EQ(device.count("claim"), 1) << device.requests();
@@ -137,7 +137,7 @@ TEST_F(Libusb, GoneAndBack) {
   EXPECT_EQ(open_nodes(), 0);
   EmulatedDevice& again = plug(6);
   clock_sleep_ms(200);  // for the system's message to reach libusb
-  watchdog_feed.next_ms = 50'000;
+  watchdog_feed.next_time = 50'000;
   tick(50'001);
   EXPECT_EQ(again.heard(), std::vector<Bytes>{STATUS});
 }
@@ -146,7 +146,7 @@ TEST_F(Libusb, AStalledReadResetsTheDevice) {
   EmulatedDevice& device = plug(7);
   watchdog_boot();
   EXPECT_TRUE(hears(device, ACKNOWLEDGE));
-  watchdog_feed.next_ms = 1000;
+  watchdog_feed.next_time = 1000;
   device.fail_read(EPIPE);
   for (int i = 0; i < 500 && device.count("reset") == 0; ++i) {
     watchdog_heartbeat();

@@ -123,7 +123,7 @@ TEST_F(Watchdog, PausedItReadsButDoesNotFeed) {
   tick(90'000);
   EXPECT_EQ(device->words(), (Words{0xC080}));
   watchdog_feed.paused = 0;
-  watchdog_feed.next_ms = 91'000;
+  watchdog_feed.next_time = 91'000;
   tick(91'000);
   EXPECT_TRUE(device->words().empty());
   tick(91'017);

@@ -1,9 +1,15 @@
 #include <gtest/gtest.h>
 #include <sched.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <atomic>
+#include <cerrno>
+#include <csignal>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <string>
 
 #include "platform/clock.h"
@@ -156,4 +162,73 @@ TEST_F(SerialLine, AHungUpPortFailsWithoutSpinning) {
   EXPECT_LE(rounds, 7);
   serial_wake(port);
   EXPECT_EQ(serial_wait(port, -1), 0);
+}
+
+namespace {
+
+// What a program of an ordinary user gets that opens COM1, and is then killed.
+int error_of_a_killed_user() {
+  const pid_t child = fork();
+  if (child == 0) {
+    constexpr uid_t NOBODY = 65534;
+    if (geteuid() == 0 && (setgid(NOBODY) != 0 || setuid(NOBODY) != 0)) _exit(EXIT_FAILURE);
+    int error = 0;
+    if (serial_open("COM1", &error) == nullptr) _exit(error);
+    kill(getpid(), SIGKILL);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 0;
+}
+
+// True if a byte gets through while a lost port may look for its device a few times.
+bool repaired(SerialPort* port) {
+  const std::int64_t end = clock_ms() + 800;
+  while (clock_ms() < end) {
+    if (serial_write(port, "x", 1) == 1) return true;
+    clock_sleep_ms(20);
+  }
+  return false;
+}
+
+}  // namespace
+
+TEST(Serial, AKilledProgramLeavesItsPortToTheNextThoughItsFarEndHoldsIt) {
+  Pty pty;
+  const int held = open(pty.path().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+  ASSERT_GE(held, 0);
+  ASSERT_EQ(chmod(pty.path().c_str(), 0666), 0);
+  environment.com[0] = pty.path();
+  for (int start = 0; start < 3; ++start) EXPECT_EQ(error_of_a_killed_user(), 0) << start;
+  int error = 0;
+  SerialPort* const port = serial_open("COM1", &error);
+  ASSERT_NE(port, nullptr);
+  EXPECT_EQ(error_of_a_killed_user(), EWOULDBLOCK) << "in use";
+  serial_close(port);
+  close(held);
+  environment.com[0].clear();
+}
+
+TEST(Serial, ALostPortTakesOnlyADeviceOfItsKind) {
+  const std::string device = testing::TempDir() + "lilyhop_port_" + std::to_string(getpid());
+  const auto lead_to = [&device](const std::string& path) {
+    unlink(device.c_str());
+    ASSERT_EQ(symlink(path.c_str(), device.c_str()), 0);
+  };
+  Pty first;
+  lead_to(first.path());
+  environment.com[0] = device;
+  int error = 0;
+  SerialPort* const port = serial_open("COM1", &error);
+  ASSERT_NE(port, nullptr);
+  lead_to("/dev/ptmx");  // a terminal to all appearance, with another driver
+  first.unplug();
+  EXPECT_FALSE(repaired(port));
+  const Pty second;
+  lead_to(second.path());
+  EXPECT_TRUE(repaired(port));
+  EXPECT_EQ(second.receive(1000).substr(0, 1), "x");
+  serial_close(port);
+  unlink(device.c_str());
+  environment.com[0].clear();
 }

@@ -16,6 +16,7 @@
 #include "lab/lab_clock.h"
 #include "lab/run.h"
 #include "lab/settings.h"
+#include "playfield/looks.h"
 #include "presentation/win_show.h"
 
 namespace {
@@ -112,7 +113,7 @@ TEST_F(LabBooks, ACabinetThatIsDrawnKeepsTheSameBooks) {
 
     const auto drawn = std::make_unique<Sums>();
     boot_begin(plan);
-    field_is_watched = true;
+    looks_set_watched(true);
     while (boot_step(drawn->awards)) {
       for (Lane& lane : lanes) {
         if (lane.cell_size > 1) gfx_strip_draw(&lane);

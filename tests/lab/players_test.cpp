@@ -165,7 +165,7 @@ TEST_F(LabPlayers, ScreensShowWhatIsOnThem) {
   const RingCell at = memory_ring(11, memory_place(11, 340.0F));
   lane_cells[11][at.number] = CELL_BUG;
   EXPECT_TRUE(screen_shows(11, 340.0F, cell) && cell == CELL_BUG);
-  lanes[11].eaten[at.number] = 1;
+  lanes[11].eaten |= cell_bit(at.number);
   EXPECT_TRUE(screen_shows(11, 340.0F, cell) && cell == CELL_EMPTY);
 }
 

@@ -14,7 +14,9 @@
 #include "lab/options.h"
 #include "lab/settings.h"
 #include "lab/sweep.h"
+#include "lab/text.h"
 #include "platform/files.h"
+#include "tests/plain_user.h"
 #include "tests/temp_folder.h"
 
 namespace {
@@ -68,6 +70,10 @@ TEST(LabOptions, WrongOnesSayWhatToDo) {
       {{"run", "--set", "Coins To Play=1.5"}, "it takes a whole number, On or Off"},
       {{"run", "--set", "Coins To Play=0"}, "must be 1 or more: nothing could be bought"},
       {{"run", "--row", "45"}, "the paytable has rows 0 to 44"},
+      {{"run", "--html", ""}, "--html can't be \"\""},
+      {{"sweep", "--state", ""}, "--state can't be \"\""},
+      {{"run", "--state", "x"}, "\"--state\" is for sweep"},
+      {{"run", "--prefs", ""}, "--prefs can't be \"\""},
       {{"run", "--prefs", "/no/such/place"}, "there is no such file or folder"}};
   for (const auto& [words, text] : cases) {
     LabOptions options;
@@ -101,6 +107,24 @@ TEST(LabOptions, ACabinetsDriveIsReadAndLeftAsItIs) {
   const auto sums = std::make_unique<Sums>();
   ASSERT_TRUE(run_play({20, 1, {}}, 1, *sums, {}));
   EXPECT_FALSE(drive.has("audits")) << "a run stores nothing";
+}
+
+TEST(LabPaths, WhatMayNotBeReadOrWrittenIsSaidBeforeThePlay) {
+  const TempFolder folder;
+  folder.write("secret", "030P");
+  std::filesystem::create_directory(folder.file("shut"));
+  for (const char* name : {"secret", "shut"}) chmod(folder.file(name).c_str(), 0);
+  const PlainUser user(folder.path());
+  ASSERT_TRUE(user.changed());
+  for (const char* name : {"secret", "shut", "shut/prefs"}) {
+    EXPECT_EQ(settings_load(folder.file(name)), folder.file(name) + ": Permission denied");
+    EXPECT_EQ(text_try_file(folder.file(name)),
+              folder.file(name) + ": can't be written: " +
+                  (std::string(name) == "shut" ? "Is a directory" : "Permission denied"));
+  }
+  folder.write("page.html", "old");
+  EXPECT_EQ(text_try_file(folder.file("page.html")), "");
+  EXPECT_EQ(folder.read("page.html"), "old");
 }
 
 void expect_stands_alone(const std::string& page) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <random>
+#include <string>
 #include <utility>
 
 #include "lab/results.h"
@@ -81,6 +82,29 @@ TEST(LabStatistics, FixedTicketsGiveExactFigures) {
   EXPECT_NEAR(ends, 1.0, 1e-9);
   EXPECT_GT(r.lanes_climbed, 7.0);
   EXPECT_LE(r.lanes_climbed, 12.0);
+}
+
+// None in 40 frogs: 0.95 to the power of 1/40 of them would have missed at 7.2% a frog.
+TEST(LabStatistics, NoJackpotSeenLeavesABound) {
+  settings_reset();
+  const auto sums = std::make_unique<Sums>();
+  const RunPlan plan{20, 1, {}};
+  ASSERT_TRUE(run_play(plan, 1, *sums, {}));
+  ASSERT_EQ(sums_jackpots(*sums), 0);
+  const Results r = results_of(plan, *sums);
+  EXPECT_NEAR(std::pow(1.0 - r.jackpots_at_most, 40), 0.05, 1e-9);
+  EXPECT_NE(results_table(r, *sums).find(
+                "games to bonus    no jackpot fell: 13.86 or more (at most 0.07216 a frog, "
+                "95%); the menu says 126.62 ("),
+            std::string::npos)
+      << results_table(r, *sums);
+  const std::string json = results_json(r, *sums);
+  EXPECT_NE(json.find("\"jackpots_per_frog\": {\"mean\": 0, \"half_width_95\": null}"),
+            std::string::npos);
+  EXPECT_NE(json.find("\"jackpots_per_frog_at_most_95\": 0.0721"), std::string::npos);
+
+  sums->awards.of_kind[SIDE_LEFT][AWARD_JACKPOT] = 1;
+  EXPECT_EQ(results_table(results_of(plan, *sums), *sums).find("no jackpot"), std::string::npos);
 }
 
 }  // namespace

@@ -19,6 +19,7 @@
 #include "lab/boot.h"
 #include "lab/settings.h"
 #include "platform/random.h"
+#include "playfield/looks.h"
 
 namespace {
 
@@ -102,7 +103,7 @@ TEST(LabThread, PlaysARecordedListAsTheGameThreadDid) {
   settings_reset();
   const auto recorded = std::make_unique<Reel>();
   switch_on();
-  field_is_watched = true;
+  looks_set_watched(true);
   recording = recorded.get();
   ASSERT_TRUE(game_threads_start());
   while (!recorded->done) std::this_thread::sleep_for(std::chrono::milliseconds(1));

@@ -1,6 +1,7 @@
 // Settings: what a choice writes and sets in motion, and the figures that follow from it.
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <limits>
 #include <string>
 
@@ -160,6 +161,12 @@ TEST_F(Adjustments, WhatIsWantedIsReckonedInTheFloatsOfThePage) {
     pane_page_payout();
     EXPECT_FALSE(line("Average").empty()) << damaged;
   }
+}
+
+TEST_F(Adjustments, BonusFarOutOfRange_TakesAwayWhatItSays) {
+  prefs[PREF_BONUS_VALUE].int_value = std::numeric_limits<std::int32_t>::min();
+  pane_page_payout();
+  EXPECT_NE(line("Average").find("(-"), std::string::npos) << line("Average");
 }
 
 TEST_F(Adjustments, TwoPointsAndBoostMoveTheBonusThatIsShown) {

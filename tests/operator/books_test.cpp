@@ -53,6 +53,9 @@ TEST_F(Books, DamagedCountsAreShownToo) {
   choose("System");
   EXPECT_EQ(line("Time Per Frog"), "Time Per Frog                             -              -");
   EXPECT_EQ(line("Frogs Played  "), "Frogs Played                             -1              0");
+  audits[AUDIT_TICKETS].count = 5;
+  choose("Payout");
+  EXPECT_EQ(line("Tickets Per Frog"), "Tickets Per Frog                      0.000          0.000");
 }
 
 TEST_F(Books, EachResetClearsItsOwn) {

@@ -107,6 +107,28 @@ TEST_F(BootCheckTest, EachFailureIsTold) {
   EXPECT_EQ(check(), FILE_MISSING);
 }
 
+TEST_F(BootCheckTest, AFolderIsNotAFile) {
+  std::filesystem::create_directory(program.path() + "/lhpcrc.txt");
+  EXPECT_EQ(check(), LIST_MISSING);
+  std::filesystem::remove(program.path() + "/lhpcrc.txt");
+  std::filesystem::create_directory(program.path() + "/a.bin");
+  for (const char* list : {"a.bin 0 1661231888\n", "a.bin 9 9\n"}) {
+    install("lhpcrc.txt", list);
+    EXPECT_EQ(check(), FILE_MISSING) << list;
+  }
+}
+
+// The first page of a process's memory opens, and every read of it fails.
+TEST_F(BootCheckTest, AReadErrorIsNotTheEndOfAFile) {
+  const char* const unreadable = "/proc/self/mem";
+  std::filesystem::create_symlink(unreadable, program.path() + "/lhpcrc.txt");
+  EXPECT_EQ(check(), LIST_MISSING);
+  std::filesystem::remove(program.path() + "/lhpcrc.txt");
+  std::filesystem::create_symlink(unreadable, program.path() + "/a.bin");
+  install("lhpcrc.txt", "a.bin 0 1661231888\n");  // what an empty file has
+  EXPECT_EQ(check(), FILE_DAMAGED);
+}
+
 TEST_F(BootCheckTest, ANewBuildAsksForTheCheckAndARestartDoesNot) {
   install("a.bin", "x");
   install("lhpcrc.txt", listed("a.bin", "x"));

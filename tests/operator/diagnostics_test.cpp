@@ -181,7 +181,7 @@ TEST_F(Diagnostics, TheWatchdogTestCountsDownAndIsCancelledOrFails) {
   press(PRESS_P2S);
   EXPECT_TRUE(shows("WATCHDOG TEST CANCELED - Hit Test or Right Start to exit"));
   EXPECT_EQ(watchdog_feed.paused, 0);
-  EXPECT_EQ(watchdog_feed.next_ms, now_ms() + 1000);
+  EXPECT_EQ(watchdog_feed.next_time, now_ms() + 1000);
   press(PRESS_TST);
   EXPECT_EQ(selected(), "Watchdog Test");
 

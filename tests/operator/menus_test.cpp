@@ -12,6 +12,7 @@
 #include "frame/game_mode.h"
 #include "frame/render_frame.h"
 #include "operator/boot_check.h"
+#include "operator/info_pane.h"
 #include "operator/main_menu.h"
 #include "operator/menu.h"
 #include "operator/test_screen.h"
@@ -148,6 +149,58 @@ TEST_F(Menus, ABoxNeverShrinks) {
   EXPECT_EQ(menu->width, 35 * 8);
   EXPECT_EQ(menu_add_item(menu, 1, 0, "too many"), nullptr);
   EXPECT_EQ(menu->count, 1U);
+}
+
+TEST_F(Menus, RowWithoutText_IsBlankAndHasAction0) {
+  Menu* menu = menu_create(1, [](std::uintptr_t, MenuItem*) { return MENU_STAY; });
+  const MenuItem* item = menu_add_item(menu, 7, 0, nullptr);
+  EXPECT_EQ(item->action, 0U);
+  EXPECT_EQ(item->flags, std::uint32_t{ITEM_BLANK});
+}
+
+TEST_F(Menus, PercentSignsOfRowsAndLines_ShowAsInAFormat) {
+  Menu* menu = menu_create(3, [](std::uintptr_t, MenuItem*) { return MENU_STAY; });
+  menu_add_item(menu, 0, 0, "%s", "paid 40%% of it");
+  menu_set_item_text(menu_add_item(menu, 1, 0, "x"), "%d%%%%", 7);
+  menu_add_item(menu, 2, 0, "%s", "100% or %s%n");  // such words may come from a file
+  menu_open(menu);
+  EXPECT_EQ(rows(), (Lines{"paid 40% of it", "7%", "100% or %s%n"}));
+  pane_page("%s", "40%%");
+  pane_set_line(3, "%s", "50%% and %s");
+  EXPECT_EQ(line("40"), "40%");
+  EXPECT_EQ(line("50"), "50% and %s");
+}
+
+TEST_F(Menus, SelectionOnABlankLastRow_MovesToTheFirstThatHoldsItWithoutWrapToo) {
+  Menu* menu = menu_create(3, [](std::uintptr_t, MenuItem*) { return MENU_STAY; });
+  menu->flags &= ~MENU_WRAP;
+  menu_add_item(menu, 0, ITEM_DISABLED, "faint");
+  menu_add_item(menu, 1, 0, "stands");
+  menu_add_blank(menu);
+  menu->selected = 2;
+  menu_open(menu);
+  EXPECT_EQ(menu->selected, 1U);
+  press(PRESS_VLD);
+  EXPECT_EQ(menu->selected, 1U) << "the buttons don't move it past the end";
+}
+
+TEST_F(Menus, EmptyMenu_TakesEveryButton) {
+  static int chosen = 0;
+  Menu* menu = menu_create(0, [](std::uintptr_t action, MenuItem* item) {
+    chosen += action != MENU_CLOSE || item != nullptr ? 1 : 0;
+    return MENU_STAY;
+  });
+  menu->parent = menu_current();
+  menu_open(menu);
+  for (const JammaPress button : {PRESS_VLU, PRESS_VLD, PRESS_P1S, PRESS_TST, PRESS_P2S}) {
+    press(button);
+    EXPECT_EQ(menu_current(), menu);
+    EXPECT_EQ(menu->selected, 0U);
+  }
+  EXPECT_TRUE(rows().empty());
+  EXPECT_EQ(chosen, 0);
+  press(PRESS_SRV);
+  EXPECT_EQ(rows()[0], "Main Menu");
 }
 
 // Drawing looks at whatever stands, while the game thread changes it. For the thread sanitizer.

@@ -86,14 +86,14 @@ TEST_F(Flight, BugsAreReachedFromAHopButNotFromTheLaunch) {
   EXPECT_EQ(frog.base_tickets, 0);
   stations_tick();
   EXPECT_EQ(frog.base_tickets, 1);
-  EXPECT_EQ(lanes[11].eaten[380 / 140], 1);
+  EXPECT_TRUE(bug_is_eaten(lanes[11], 380 / 140));
   for (int i = 0; i < MANY_TICKS && frog.state == FROG_RESTING; ++i) stations_tick();
   ASSERT_EQ(frog.state, FROG_HOPPING);
   EXPECT_EQ(frog.base_tickets, 1);
   stations_tick();
   EXPECT_EQ(frog.lane, 11);
   EXPECT_EQ(frog.base_tickets, 2) << "the lane ahead, from the air";
-  EXPECT_EQ(lanes[10].eaten[380 / 148], 1);
+  EXPECT_TRUE(bug_is_eaten(lanes[10], 380 / 148));
   EXPECT_EQ(audit_count(AUDIT_BUGS, SIDE_LEFT), 2);
 }
 

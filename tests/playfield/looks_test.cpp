@@ -9,7 +9,7 @@
 #include "gfx/panel_table.h"
 #include "playfield/awards.h"
 #include "playfield/frog_queue.h"
-#include "playfield/frog_states.h"
+#include "playfield/looks.h"
 #include "tests/fakes/jps_fake.h"
 #include "tests/playfield/field.h"
 
@@ -54,29 +54,29 @@ TEST_F(Looks, ScaleAndAlphaFollowTheStatesTime) {
     frog.sink_ms = row.sink_ms;
     frog.scale = HELD;
     frog.alpha = KEPT;
-    frog_looks_update(frog, {row.t, 0.0F, 0.0F});
+    frog_looks_update(frog, {row.t, 0, 0});
     EXPECT_NEAR(frog.scale, row.scale, 1e-4F);
     EXPECT_EQ(frog.alpha, row.alpha);
   }
   frog.state = FROG_HOPPING;
   frog.scale = 1.05F;
-  frog_looks_update(frog, {0.1F, 0.0F, 0.0F});
+  frog_looks_update(frog, {0.1F, 0, 0});
   EXPECT_EQ(frog.scale, 1.0F);
 }
 
 TEST_F(Looks, TheRingsFadeInTheThirdSecondOfTheFlight) {
   const struct {
     FrogState state;
-    float launched;
+    std::int64_t launched_ms;
     int alpha;
-  } rows[] = {{FROG_WAITING, 9.0F, 255}, {FROG_LAUNCHING, 0.0F, 255}, {FROG_HOPPING, 2.0F, 255},
-              {FROG_HOPPING, 2.5F, 127}, {FROG_RESTING, 2.5F, 127},   {FROG_RESTING, 3.0F, 0},
-              {FROG_RESTING, 9.0F, 0}};
+  } rows[] = {{FROG_WAITING, 9000, 255}, {FROG_LAUNCHING, 0, 255},  {FROG_HOPPING, 2000, 255},
+              {FROG_HOPPING, 2500, 127}, {FROG_RESTING, 2500, 127}, {FROG_RESTING, 3000, 0},
+              {FROG_RESTING, 9000, 0}};
   Frog& frog = stations[SIDE_RIGHT].frogs[0];
   for (const auto& row : rows) {
     frog.state = row.state;
-    frog_looks_update(frog, {0.0F, 0.0F, row.launched});
-    EXPECT_EQ(frog.ring_alpha, row.alpha) << row.state << ' ' << row.launched;
+    frog_looks_update(frog, {0.0F, 0, row.launched_ms});
+    EXPECT_EQ(frog.ring_alpha, row.alpha) << row.state << ' ' << row.launched_ms;
   }
 }
 

@@ -98,7 +98,7 @@ TEST_F(Paytable, BugsAreSeededForEveryRow) {
     prefs[PREF_TWO_POINT_TICKETS].int_value = points;
     for (const PaytableRow& row : paytable) {
       paytable_row = row.row;
-      for (int cell = 0; cell < LANE_CELLS; ++cell) lanes[9].eaten[cell] = 1;
+      lanes[9].eaten = cell_bit(LANE_CELLS) - 1;
       bugs_seed();
       const int asked = row.bugs_per_lane / (points == 0 ? 1 : 2);
       for (int lane = 7; lane <= 11; ++lane) {
@@ -112,7 +112,7 @@ TEST_F(Paytable, BugsAreSeededForEveryRow) {
           ASSERT_EQ(slot.kind == SLOT_ANIMATED, bug);
           ASSERT_EQ(slot.sheet != nullptr, bug);
           ASSERT_EQ(slot.active, bug ? 1 : 0);
-          ASSERT_EQ(lanes[lane].eaten[cell], 0);
+          ASSERT_FALSE(bug_is_eaten(lanes[lane], cell));
         }
       }
     }

@@ -95,6 +95,27 @@ TEST_F(Queue, ReadinessFollowsModeShowRecordsAndFlight) {
   EXPECT_EQ(frog.state, FROG_LAUNCHING);
 }
 
+// A record's place says nothing, nor does what was played before.
+TEST_F(Queue, AFrogInTheLastRecord_IsSeenAfterOthersHaveEnded) {
+  clear_field();
+  Frog& played = frog_on(SIDE_LEFT, 5);
+  drown(played);
+  for (int i = 0; played.state != FROG_FREE && i < MANY_TICKS; ++i) stations_tick();
+  ASSERT_EQ(played.state, FROG_FREE);
+
+  Frog& last = stations[SIDE_LEFT].frogs[FROGS_PER_STATION - 1];
+  last.lane = 4;
+  last.y = lane_y[4];
+  last.state = FROG_HOPPING;
+  last.state_time = now_ms();
+  EXPECT_FALSE(station_idle(SIDE_LEFT));
+  EXPECT_FALSE(station_river_clear(SIDE_LEFT));
+  EXPECT_EQ(station_live_frogs(SIDE_LEFT), 1);
+  stations_tick(175);
+  EXPECT_EQ(lead_lane, 4);
+  EXPECT_EQ(last.y, (lane_y[4] + lane_y[3]) / 2) << "it flies on";
+}
+
 TEST_F(Queue, TheLeadIsTheFarthestFrogThatHopsOrRests) {
   lead_lane_update();
   EXPECT_EQ(lead_lane, 12);

@@ -98,12 +98,12 @@ TEST_F(River, EatenBugsComeBackJustLeftOfTheMiddle) {
     lane_cells[lane][5] = CELL_BUG;
     const bool runs_left = lanes[lane].speed > 0.0F;
     turn_to(lane, 5, runs_left ? 900 : 300, runs_left ? 1000 : 400);
-    lanes[lane].eaten[5] = 1;
+    lanes[lane].eaten |= cell_bit(5);
     LaneSlot& slot = lanes[lane].slots[5];
     lane_update(lane);
     EXPECT_EQ(slot.active, 0);
     int ticks = 0;
-    while (lanes[lane].eaten[5] != 0 && ++ticks < 2000) {
+    while (bug_is_eaten(lanes[lane], 5) && ++ticks < 2000) {
       gfx_strip_draw(&lanes[lane]);
       lane_update(lane);
     }
@@ -116,15 +116,15 @@ TEST_F(River, EatenBugsComeBackJustLeftOfTheMiddle) {
 TEST_F(River, EatenBugsComeBackOffTheScreen) {
   for (const int x : {-96, 1360}) {
     lanes[7].slots[0].x = x;
-    lanes[7].eaten[0] = 1;
+    lanes[7].eaten |= cell_bit(0);
     lane_update(7);
-    EXPECT_EQ(lanes[7].eaten[0], 0) << x;
+    EXPECT_FALSE(bug_is_eaten(lanes[7], 0)) << x;
   }
   for (const int x : {-95, 1359, 536, 633}) {
     lanes[7].slots[0].x = x;
-    lanes[7].eaten[0] = 1;
+    lanes[7].eaten |= cell_bit(0);
     lane_update(7);
-    EXPECT_EQ(lanes[7].eaten[0], 1) << x;
+    EXPECT_TRUE(bug_is_eaten(lanes[7], 0)) << x;
   }
 }
 

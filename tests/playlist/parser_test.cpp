@@ -1,5 +1,6 @@
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -406,8 +407,7 @@ TEST_F(Parser, ConstantsAndSums) {
   parse(
       "CONSTANT A 100\nCONSTANT B A+0x10 ; more\nPLAYLIST 1, 'x', B, A\n"
       "SETVOL 0, B-A, 0\nSETVOL 0, LOUD, 0\nEND\n");
-  EXPECT_EQ(printed,
-            "[5]: INVALID SYMBOL: 'LOUD'\n" + error(5, "Volume must be in the range 0-255"));
+  EXPECT_EQ(printed, "INVALID SYMBOL: 'LOUD'\n" + error(5, "Volume must be in the range 0-255"));
   EXPECT_EQ(bank->playlists[0].priority, 116);
   EXPECT_EQ(bank->playlists[0].track_mask, 100);
   EXPECT_EQ(bank->commands[0].value, 16);
@@ -416,8 +416,20 @@ TEST_F(Parser, ConstantsAndSums) {
   for (int i = 0; i < 65; ++i) many += "CONSTANT N" + std::to_string(i) + " 1\n";
   parse(many);
   EXPECT_EQ(printed, error(65, "Too many constants (must not be greater than 64)"));
+  parse("CONSTANT C A\nPLAYLIST 1, 'x', 1, C+D\nEND\n");
+  EXPECT_EQ(printed, "INVALID SYMBOL: 'A'\n" +
+                         error(1, "constant 'C' has an unknown name in its value") +
+                         "INVALID SYMBOL: 'D'\n" + error(2, "trackmask has an unknown name in it"));
   parse("PLAYLIST 1, 'x', A, 1\n");
   EXPECT_NE(printed.find("INVALID SYMBOL: 'A'"), std::string::npos) << "of the last file";
+}
+
+TEST_F(Parser, FindsWavesInAnyCase) {
+  std::filesystem::create_directory(folder.file("sounds/Vox"));
+  wave("Vox/Deep", 0.1, LOUD);
+  parse_lines("PLAY 0, 'LOUD.WAV', 1\nPLAYS 0, 'vox\\deep.Wav', 1\nPLAY 0, 'lou.wav', 1\n");
+  EXPECT_EQ(printed, error(4, "couldn't open sound file 'lou.wav'"));
+  EXPECT_EQ(bank->sound_count, 2U);
 }
 
 TEST_F(Parser, StreamsBySizeAndByItsFirstUse) {

@@ -16,6 +16,7 @@
 #include "platform/headless/sound_capture.h"
 #include "sound/bank.h"
 #include "sound/driver.h"
+#include "sound/jps.h"
 #include "sound/player.h"
 #include "sound/playlist_parser.h"
 #include "tests/playlist/waves.h"

@@ -8,6 +8,7 @@
 #include <string>
 
 #include "sound/game_playlists.h"
+#include "tests/plain_user.h"
 #include "tests/playlist/stage.h"
 #include "tools/playlist/check.h"
 #include "tools/playlist/render.h"
@@ -53,7 +54,7 @@ TEST_F(Tool, ChecksAScript) {
   EXPECT_EQ(printed,
             folder.file("pls.txt") + ": 46 playlists, 2 sounds, 0 groups; 0 errors, 0 unused\n");
 
-  EXPECT_TRUE(check(whole_game() + "GROUP 'g', 0\nSOUND 'vox/soft.wav', 1\nEND\n"));
+  EXPECT_TRUE(check(whole_game() + "GROUP 'g', 0\nSOUND 'VOX/Soft.wav', 1\nEND\n"));
   EXPECT_NE(printed.find("unused: line 91: group 'g'\nunused: loud.wav\n"), std::string::npos);
 
   std::string lacking = whole_game();
@@ -76,7 +77,33 @@ TEST_F(Tool, ChecksAScript) {
   EXPECT_FALSE(check(whole_game() + "PLAYLIST 1, 'x', 1, 1\nLABEL 'here'\nGOTO 'there'\nEND\n"));
   EXPECT_NE(printed.find("line 93: GOTO 'there', but its playlist has no such LABEL\n"),
             std::string::npos);
-  EXPECT_FALSE(check_playlist_file(folder.file("none.txt")));
+}
+
+TEST_F(Tool, NamesWhatItCantRead) {
+  const std::string sounds = "PLAYLIST 1, 'all', 1, 1\nPLAY 0, 'loud.wav', 1\nEND\n";
+  std::filesystem::create_directory(folder.file("vox/shut"));
+  folder.write("secret.txt", sounds);
+  for (const char* name : {"vox/shut", "secret.txt"}) chmod(folder.file(name).c_str(), 0);
+  const auto complaint = [this](const std::string& name) {
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(check_playlist_file(folder.file(name)));
+    EXPECT_FALSE(render_playlists({folder.file(name), {{"all", 0}}, 1, folder.file("never.wav")}));
+    return testing::internal::GetCapturedStderr();
+  };
+  const auto twice = [this](const std::string& name, const std::string& why) {
+    const std::string line = "playlist: " + folder.file(name) + ": " + why + "\n";
+    return line + line;
+  };
+  const PlainUser user(folder.path());
+  ASSERT_TRUE(user.changed());
+  EXPECT_EQ(complaint("none.txt"), twice("none.txt", "No such file or directory"));
+  EXPECT_EQ(complaint("vox"), twice("vox", "Is a directory"));
+  EXPECT_EQ(complaint("secret.txt"), twice("secret.txt", "Permission denied"));
+  EXPECT_TRUE(check(whole_game() + sounds)) << printed;
+  EXPECT_NE(printed.find("not read: " + folder.file("vox/shut") +
+                         ": Permission denied\nunused: vox/soft.wav\n"),
+            std::string::npos)
+      << printed;
 }
 
 TEST_F(Tool, RendersWhatThePlayerPlays) {
@@ -103,6 +130,11 @@ TEST_F(Tool, RendersWhatThePlayerPlays) {
   EXPECT_NEAR(level(0.6), SOFT, 2);
   EXPECT_NEAR(level(1.9), SOFT, 2);
   EXPECT_FALSE(render_playlists({options.script, {{"none", 0}}, 1, folder.file("x.wav")}));
+  testing::internal::CaptureStdout();
+  EXPECT_FALSE(render_playlists({options.script, {{"loud", 20}}, 1, folder.file("x.wav")}));
+  EXPECT_EQ(testing::internal::GetCapturedStdout(),
+            "'loud' at 20.000 s would never be asked for: --for ends it at 1.000 s\n");
+  EXPECT_FALSE(std::filesystem::exists(folder.file("x.wav")));
   EXPECT_FALSE(render_playlists({options.script, {{"loud", 0}}, 1, folder.file("no/x.wav")}));
 }
 

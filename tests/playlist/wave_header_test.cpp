@@ -56,8 +56,6 @@ TEST_F(WaveHeader, DamagedFilesAreNamedAndRefused) {
       {with(wave_format(1, 44100, 0)), "its samples have neither 8 nor 16 bits"},
       {with(wave_format(1, 44100, 24)), "its samples have neither 8 nor 16 bits"},
       {riff(wave_chunk("fmt ", wave_format()) + wave_chunk("data", "")), "it holds no samples"},
-      {riff(wave_chunk("fmt ", wave_format()) + "data" + le32(0xFFFFFFFF) + "few"),
-       "the file ends before its samples do"},
   };
   for (const auto& [bytes, reason] : files) {
     folder.write("sounds/bad.wav", bytes);
@@ -77,4 +75,36 @@ TEST_F(WaveHeader, DamagedFilesAreNamedAndRefused) {
   std::filesystem::create_directory(folder.file("sounds/folder.wav"));
   parse_lines("PLAY 0, 'folder.wav', 1\n");
   EXPECT_EQ(bank->sound_count, 0U);
+}
+
+TEST_F(WaveHeader, AFileThatIsShorterThanItSaysPlaysWhatIsThere) {
+  const std::string whole = flat_wave(0.1, LOUD);  // 8820 bytes of samples
+  const auto warned = [](const char* name, const char* bytes) {
+    return "jps_parse_addsound(): Warning! sounds\\" + std::string(name) + ": its head tells of " +
+           bytes + " are there\n";
+  };
+  folder.write("sounds/cut.wav", whole.substr(0, whole.size() - 4421));
+  std::string endless = whole;
+  endless.replace(40, 4, le32(0xFFFFFFFF));
+  folder.write("sounds/endless.wav", endless);
+  ASSERT_NE(parse("PLAYLIST 1, 'x', 1, 1\nSETVOL 0, 255, 0\nPLAY 0, 'cut.wav', 1\nEND\n"
+                  "PLAYLIST 2, 'y', 1, 1\nSETVOL 0, 255, 0\nPLAYS 0, 'endless.wav', 1\nEND\n"),
+            nullptr);
+  EXPECT_EQ(printed, warned("cut.wav", "8820 bytes of samples, 4399") +
+                         warned("endless.wav", "4294967295 bytes of samples, 8820"));
+  EXPECT_EQ(messages, 0);
+  EXPECT_EQ(bank->sounds[0].length, 4398U) << "a byte is no sample";
+  EXPECT_EQ(bank->sounds[1].length, 8820U);
+  for (const char* name : {"x", "y"}) {
+    EXPECT_EQ(play(name), 1U);
+    EXPECT_NEAR(level_after_ms(40), LOUD, 2) << name;
+    EXPECT_EQ(level_after_ms(100), 0) << name;
+  }
+
+  folder.write("sounds/cut.wav", whole.substr(0, 44));
+  parse_lines("PLAY 0, 'cut.wav', 1\n");
+  EXPECT_TRUE(printed.starts_with(warned("cut.wav", "8820 bytes of samples, 0") +
+                                  "jps_parse_addsound(): ERROR! sounds\\cut.wav: it holds no "
+                                  "samples\n"))
+      << printed;
 }

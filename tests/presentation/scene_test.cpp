@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -277,6 +279,11 @@ TEST_F(Scene, DebugPagesShowTheBooks) {
   EXPECT_EQ(places(drawn, "Bugs Per Game Left               1.500   2.500"), "16,96");
   EXPECT_EQ(places(drawn, "Time Per Game Left               1:23.50"), "16,320");
   EXPECT_EQ(places(drawn, "Time Per Game Right              "), "16,336");
+  audits[AUDIT_GAMES_PLAYED].count = -1;  // from a damaged file
+  audits[AUDIT_TIME_TOTAL_PLAYED].time_ms = std::numeric_limits<std::int64_t>::min();
+  drawn = seen(debug_page_draw);
+  EXPECT_EQ(places(drawn, "Bugs Per Game Left               0.000   0.000"), "16,96");
+  EXPECT_EQ(places(drawn, "Time Per Game Left               "), "16,320");
   debug_page = DEBUG_AUDITS_2;
   drawn = seen(debug_page_draw);
   EXPECT_TRUE(has(drawn, "AUDITS 2"));
@@ -285,6 +292,8 @@ TEST_F(Scene, DebugPagesShowTheBooks) {
   debug_page = DEBUG_PREFS;
   drawn = seen(debug_page_draw);
   EXPECT_EQ(places(drawn, "Payout Percent                   0.400"), "16,272");
+  std::memset(prefs[PREF_FREEPLAY].name, 'x', sizeof prefs[PREF_FREEPLAY].name);  // without its end
+  EXPECT_EQ(places(seen(debug_page_draw), std::string(32, 'x') + " 0"), "16,48");
   histogram[SIDE_RIGHT][251] = 3;
   debug_page = DEBUG_HISTOGRAM_1 + 1;
   drawn = seen(debug_page_draw);

@@ -1,5 +1,6 @@
 #include "presentation/signs.h"
 
+#include <algorithm>
 #include <limits>
 #include <string>
 #include <vector>
@@ -82,6 +83,23 @@ TEST_F(Signs, SayThePrice) {
   EXPECT_EQ(line("$0.75 /       ", "frogiconlrg"), "670,654");
   price(CURRENCY_EURO, 4, 5);
   EXPECT_EQ(line("@1.00 /    X5", "frogicon"), "687,683");
+}
+
+// Before a number of two digits the gap is narrower than the frog.
+TEST_F(Signs, PriceWithANumberOfFrogs_IsNotCoveredByTheFrog) {
+  const auto frog_is_behind = [this](const char* line) {
+    const std::vector<Drawn> drawn = seen(signs_draw);
+    const auto at = [&drawn](const char* what) {
+      return std::ranges::find(drawn, what, &Drawn::what) - drawn.begin();
+    };
+    EXPECT_TRUE(has(drawn, line)) << line;
+    EXPECT_LT(at("frogicon"), at(line));
+  };
+  price(CURRENCY_COINS, 1, 10);
+  frog_is_behind("1 COIN /    X10");
+  price(CURRENCY_SWIPES, 2, 10);
+  set(PREF_COINS_PER_SWIPE, 3);
+  frog_is_behind("2 COINS /    X10");
 }
 
 TEST_F(Signs, SayWhatASwipeBuys) {

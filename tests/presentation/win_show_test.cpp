@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
+#include <utility>
 #include <vector>
 
 #include "books/prefs.h"
@@ -10,6 +12,20 @@
 #include "frame/ticket_status.h"
 #include "presentation/win_show_start.h"
 #include "tests/presentation/stage.h"
+
+namespace {
+
+std::function<void()> between;  // called at the next draw of chance, once
+
+}  // namespace
+
+extern "C" {  // NOLINTBEGIN: the linker's names
+double __real__Z11random_unitv();
+double __wrap__Z11random_unitv() {
+  if (between) std::exchange(between, nullptr)();
+  return __real__Z11random_unitv();
+}
+}  // NOLINTEND
 
 namespace {
 
@@ -46,6 +62,21 @@ TEST_F(WinShowSeen, TheThumbRisesThenStands) {
   const std::vector<Drawn> drawn = seen(win_show_draw);
   EXPECT_FALSE(has(drawn, "anim_thumbs_up"));
   EXPECT_EQ(places(drawn, "anim_thumbs_idle"), "764,128");
+}
+
+TEST_F(WinShowSeen, BegunAnewDuringALatePass_RisesFromItsStart) {
+  win_show_start(SIDE_LEFT, 100);
+  game_clock.now_ms += 5000;
+  between = [] { win_show_start(SIDE_LEFT, 200); };
+  win_show_step();
+  ASSERT_EQ(between, nullptr);
+  EXPECT_TRUE(has(seen(win_show_draw), "anim_thumbs_up"));
+  at(5100);
+  std::vector<Drawn> drawn = seen(win_show_draw);
+  EXPECT_TRUE(has(drawn, "anim_thumbs_up"));
+  EXPECT_FALSE(has(drawn, "anim_thumbs_idle"));
+  at(6400);
+  EXPECT_TRUE(has(seen(win_show_draw), "anim_thumbs_idle"));
 }
 
 TEST_F(WinShowSeen, TheNumberGrowsInAndBreathesRoundItsMiddle) {

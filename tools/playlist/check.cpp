@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <set>
 #include <string_view>
 #include <vector>
 
@@ -87,29 +88,49 @@ int unused_groups(const std::vector<ScriptName>& names) {
   return unused;
 }
 
+// A script may name a file with either kind of slash, and in any case.
+std::string plain_name(std::string name) {
+  std::ranges::transform(name, name.begin(), [](unsigned char c) {
+    return static_cast<char>(c == '/' ? '\\' : std::tolower(c));
+  });
+  return name;
+}
+
 bool is_wave(const fs::path& path) {
-  std::string extension = path.extension().string();
-  std::ranges::transform(extension, extension.begin(),
-                         [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return extension == ".wav";
+  return plain_name(path.string()).ends_with(".wav");
 }
 
-// A script may name a file with either kind of slash.
-bool knows_sound(const JpsBank& bank, std::string relative) {
-  if (jps_find_sound(bank, jps_key(relative)) != nullptr) return true;
-  std::ranges::replace(relative, '/', '\\');
-  return jps_find_sound(bank, jps_key(relative)) != nullptr;
+// The files that are played.
+std::set<std::string> played_files(const JpsBank& bank, const std::vector<ScriptName>& names) {
+  std::set<std::string> played;
+  for (const ScriptName& sound : names) {
+    if (sound.kind == NameKind::SOUND && jps_find_sound(bank, jps_key(sound.name)) != nullptr) {
+      played.insert(plain_name(sound.name));
+    }
+  }
+  return played;
 }
 
-int unused_waves(const JpsBank& bank, const std::string& file) {
+// Collects the names of the waves in a folder and those below. One that can't be read is told of:
+// what lies there isn't counted.
+void collect_waves(const fs::path& folder, const fs::path& root, std::vector<std::string>& names) {
+  std::error_code failed, ignored;
+  for (fs::directory_iterator at(folder, failed), end; !failed && at != end; at.increment(failed)) {
+    if (at->is_directory(ignored) && !at->is_symlink(ignored)) {
+      collect_waves(at->path(), root, names);
+    } else if (is_wave(at->path())) {
+      names.push_back(at->path().lexically_relative(root).string());
+    }
+  }
+  if (failed) std::printf("not read: %s: %s\n", folder.c_str(), failed.message().c_str());
+}
+
+int unused_waves(const std::set<std::string>& played, const std::string& file) {
   std::error_code failed;
   const fs::path folder = fs::weakly_canonical(file, failed).parent_path();
   std::vector<std::string> unused;
-  for (const auto& entry : fs::recursive_directory_iterator(folder, failed)) {
-    if (!is_wave(entry.path())) continue;
-    const std::string relative = entry.path().lexically_relative(folder).string();
-    if (!knows_sound(bank, relative)) unused.push_back(relative);
-  }
+  collect_waves(folder, folder, unused);
+  std::erase_if(unused, [&](const std::string& name) { return played.contains(plain_name(name)); });
   std::ranges::sort(unused);
   for (const std::string& name : unused) std::printf("unused: %s\n", name.c_str());
   return static_cast<int>(unused.size());
@@ -124,7 +145,7 @@ bool check_playlist_file(const std::string& file) {
   const std::vector<ScriptName> names = script_names(text_of(file));
   const int errors =
       stage.messages + mistaken_names(names) + lost_jumps(names) + missing_playlists(*bank);
-  const int unused = unused_groups(names) + unused_waves(*bank, file);
+  const int unused = unused_groups(names) + unused_waves(played_files(*bank, names), file);
   std::printf("%s: %u playlists, %u sounds, %u groups; %d errors, %d unused\n", file.c_str(),
               bank->playlist_count, bank->sound_count, bank->group_count, errors, unused);
   return errors == 0;

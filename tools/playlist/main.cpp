@@ -29,7 +29,7 @@ constexpr const char* HELP =
     "docs/playlists.md tells the language.\n";
 
 int usage_error(const std::string& what) {
-  std::fprintf(stderr, "playlist: %s\n\n%s", what.c_str(), HELP);
+  std::fprintf(stderr, "playlist: %s; see playlist --help\n", what.c_str());
   return EXIT_USAGE;
 }
 
@@ -43,11 +43,12 @@ bool seconds(const char* text, double least, double& value) {
 bool request(const std::string& text, RenderRequest& asked) {
   const std::size_t at = text.rfind('@');
   asked.name = text.substr(0, at);
-  return at == std::string::npos || seconds(text.c_str() + at + 1, 0, asked.at_s);
+  return !asked.name.empty() &&
+         (at == std::string::npos || seconds(text.c_str() + at + 1, 0, asked.at_s));
 }
 
 int run_check(int count, char** words) {
-  if (count != 1) return usage_error("check takes one file");
+  if (count != 1 || *words[0] == '\0') return usage_error("check takes one file");
   return check_playlist_file(words[0]) ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
@@ -64,6 +65,8 @@ int run_render(int count, char** words) {
       ++i;
     } else if (word.starts_with("-")) {
       return usage_error("there is no option " + word);
+    } else if (word.empty()) {
+      return usage_error("an empty word names neither a file nor a playlist");
     } else if (options.script.empty()) {
       options.script = word;
     } else if (RenderRequest asked; request(word, asked)) {

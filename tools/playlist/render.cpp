@@ -54,12 +54,22 @@ std::string decibels(const std::vector<std::int16_t>& samples) {
   return text;
 }
 
-// All names are there?
+int milliseconds(double seconds) {
+  return static_cast<int>(std::lround(seconds * 1000));
+}
+
+// Whether all names are there, and asked for before the end.
 bool has_all(const JpsBank& bank, const RenderOptions& options) {
   for (const RenderRequest& request : options.requests) {
-    if (jps_find_playlist(bank, jps_key(request.name)) != nullptr) continue;
-    std::printf("%s has no playlist '%s'\n", options.script.c_str(), request.name.c_str());
-    return false;
+    if (jps_find_playlist(bank, jps_key(request.name)) == nullptr) {
+      std::printf("%s has no playlist '%s'\n", options.script.c_str(), request.name.c_str());
+      return false;
+    }
+    if (milliseconds(request.at_s) >= milliseconds(options.for_s)) {
+      std::printf("'%s' at %.3f s would never be asked for: --for ends it at %.3f s\n",
+                  request.name.c_str(), request.at_s, options.for_s);
+      return false;
+    }
   }
   return true;
 }
@@ -67,7 +77,7 @@ bool has_all(const JpsBank& bank, const RenderOptions& options) {
 // Asks for what is due in this millisecond.
 void ask(const JpsBank& bank, const RenderOptions& options, int ms) {
   for (const RenderRequest& request : options.requests) {
-    if (static_cast<int>(request.at_s * 1000) != ms) continue;
+    if (milliseconds(request.at_s) != ms) continue;
     const JpsPlaylist* const playlist = jps_find_playlist(bank, jps_key(request.name));
     const std::uint32_t tracks = jps_bank_play(bank, playlist->number);
     if (tracks != 0 || playlist->tracks_needed == 0) continue;
@@ -76,7 +86,7 @@ void ask(const JpsBank& bank, const RenderOptions& options, int ms) {
 }
 
 std::vector<std::int16_t> hear(const JpsBank& bank, const RenderOptions& options) {
-  const int length_ms = static_cast<int>(options.for_s * 1000);
+  const int length_ms = milliseconds(options.for_s);
   std::vector<std::int16_t> samples;
   samples.reserve(static_cast<std::size_t>(length_ms + 1) * RATE / 1000 * CHANNELS);
   for (int ms = 0; ms < length_ms; ++ms) {

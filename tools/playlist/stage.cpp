@@ -1,5 +1,10 @@
 #include "tools/playlist/stage.h"
 
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <filesystem>
 
 #include "platform/files.h"
@@ -8,6 +13,17 @@
 #include "sound/driver.h"
 #include "sound/player.h"
 #include "sound/playlist_parser.h"
+
+namespace {
+
+// Why a file can't be read; null: it can.
+const char* hindrance(const std::string& file) {
+  std::error_code failed;
+  if (euidaccess(file.c_str(), R_OK) != 0) return std::strerror(errno);
+  return std::filesystem::is_directory(file, failed) ? std::strerror(EISDIR) : nullptr;
+}
+
+}  // namespace
 
 SoundStage::SoundStage() {
   // With the host's root for the program's folder, an absolute path is a name that the game's files
@@ -24,6 +40,10 @@ SoundStage::~SoundStage() {
 }
 
 JpsBank* SoundStage::parse(const std::string& file) {
+  if (const char* why = hindrance(file)) {
+    std::fprintf(stderr, "playlist: %s: %s\n", file.c_str(), why);
+    return nullptr;
+  }
   std::error_code failed;
   const auto path = std::filesystem::weakly_canonical(file, failed);
   return playlist_parse(failed ? file.c_str() : path.c_str(), &messages);

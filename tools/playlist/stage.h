@@ -12,7 +12,8 @@ class SoundStage {
   SoundStage(const SoundStage&) = delete;
   SoundStage& operator=(const SoundStage&) = delete;
 
-  // Parses a file of the host, which prints what is wrong with it. Null if it can't be opened.
+  // Parses a file of the host, which prints what is wrong with it. Null, after a line on standard
+  // error, if it can't be read.
   JpsBank* parse(const std::string& file);
 
   int messages = 0;  // of the file parsed last

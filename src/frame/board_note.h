@@ -1,0 +1,22 @@
+// A note beside the books, of the board that tickets were handed to. A program that was ended in
+// the middle of a payout leaves a board that pays on, so its next start must not order those
+// tickets again. After a power cut, which took the board's count with it, it must. The note tells
+// the two apart: it names the power-up of the machine and holds the board's own counters, which
+// start anew with the board. Game thread.
+#pragma once
+
+#include <cstdint>
+
+#include "frame/sides.h"
+
+struct BoardNote {
+  bool stayed_up = false;  // the board on the line is the one of the note, and has its count yet
+  std::int32_t tickets_queued[SIDE_COUNT]{};  // what it was still to be told
+};
+
+// What the note says. Once, after the link has come up.
+BoardNote board_note_read();
+
+// Keeps the note true while the board owes tickets or is still to be told of some. Each tick,
+// before the books are stored.
+void board_note_keep(bool owes, const std::int32_t (&tickets_queued)[SIDE_COUNT]);
