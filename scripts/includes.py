@@ -13,60 +13,124 @@ FOLDERS = ("src", "cabinet", "lab", "art", "tools", "tests", "bench")
 
 # What stands behind std::, by the header that is asked for.
 NAMES = {
-    "algorithm": "all_of any_of clamp copy copy_n count count_if fill fill_n find find_if max "
-                 "max_element min min_element minmax_element none_of remove_if replace shift_right "
-                 "sort stable_sort swap_ranges",
-    "array": "array",
-    "atomic": "atomic atomic_ref memory_order_acq_rel memory_order_acquire memory_order_relaxed "
-              "memory_order_release",
-    "bit": "bit_cast countr_zero popcount",
-    "cctype": "isalnum isalpha isdigit isprint isspace isupper tolower toupper",
-    "charconv": "from_chars",
+    "algorithm": "adjacent_find all_of any_of binary_search clamp copy copy_backward copy_if "
+                 "copy_n count count_if equal equal_range fill fill_n find find_first_of find_if "
+                 "find_if_not for_each for_each_n generate generate_n is_sorted "
+                 "lexicographical_compare lower_bound max max_element merge min min_element "
+                 "minmax minmax_element mismatch move_backward next_permutation none_of "
+                 "nth_element partial_sort partition remove_if replace replace_if reverse rotate "
+                 "search set_difference set_intersection set_union shift_left shift_right shuffle "
+                 "sort stable_partition stable_sort swap_ranges transform unique upper_bound",
+    "any": "any any_cast",
+    "array": "array to_array",
+    "atomic": "atomic atomic_bool atomic_flag atomic_int atomic_ref atomic_signal_fence "
+              "atomic_thread_fence memory_order memory_order_acq_rel memory_order_acquire "
+              "memory_order_relaxed memory_order_release memory_order_seq_cst",
+    "barrier": "barrier",
+    "bit": "bit_cast bit_ceil bit_floor bit_width countl_one countl_zero countr_one countr_zero "
+           "endian has_single_bit popcount rotl rotr",
+    "bitset": "bitset",
+    "cctype": "isalnum isalpha isdigit isprint ispunct isspace isupper isxdigit tolower toupper",
+    "charconv": "chars_format from_chars from_chars_result to_chars to_chars_result",
     "chrono": "chrono",
-    "cmath": "abs acos asin atan2 ceil copysign cos exp expm1 fabs floor fmax fmin fmod hypot isfinite "
-             "isinf llround log log10 lrint lround pow round sin sqrt tan tanh trunc",
-    "condition_variable": "condition_variable",
+    "cmath": "acos asin asinh atan atan2 cbrt ceil copysign cos cosh erf exp exp2 expm1 fabs "
+             "floor fma fmax fmin fmod hypot isfinite isinf isnan ldexp lerp llround log log10 "
+             "log1p log2 lrint lround modf nearbyint nextafter pow remainder rint round signbit "
+             "sin sinh sqrt tan tanh trunc",
+    "concepts": "convertible_to derived_from floating_point integral invocable same_as",
+    "condition_variable": "condition_variable condition_variable_any cv_status",
     "csignal": "raise sig_atomic_t signal",
     "cstdarg": "va_list",
-    "cstddef": "byte ptrdiff_t",
-    "cstdint": "int8_t int16_t int32_t int64_t intptr_t uint8_t uint16_t uint32_t uint64_t "
+    "cstddef": "byte max_align_t nullptr_t ptrdiff_t to_integer",
+    "cstdint": "int16_t int32_t int64_t int8_t intptr_t uint16_t uint32_t uint64_t uint8_t "
                "uintptr_t",
-    "cstdio": "FILE fclose ferror fflush fopen fprintf fputc fputs fread fwrite perror printf puts "
-              "setvbuf snprintf sscanf vprintf vsnprintf",
-    "cstdlib": "_Exit abort atoi exit free getenv strtod strtof strtol strtoll system",
-    "cstring": "memcmp memcpy memset strchr strcmp strcpy strcspn strerror strlen strncmp strncpy "
-               "strrchr strstr",
-    "ctime": "time time_t",
+    "cstdio": "FILE fclose ferror fflush fgetc fgets fopen fprintf fputc fputs fread freopen "
+              "fscanf fseek ftell fwrite getchar perror printf putc putchar puts rename rewind "
+              "scanf setvbuf snprintf sprintf sscanf tmpfile ungetc vfprintf vprintf vsnprintf",
+    "cstdlib": "_Exit abort atexit atof atoi atol calloc div exit free getenv malloc qsort "
+               "quick_exit realloc strtod strtof strtol strtold strtoll strtoul strtoull system",
+    "cstring": "memchr memcmp memcpy memmove memset strcat strchr strcmp strcpy strcspn strerror "
+               "strlen strncat strncmp strncpy strpbrk strrchr strspn strstr strtok",
+    "ctime": "clock difftime gmtime localtime mktime strftime time time_t tm",
+    "cwchar": "mbstate_t wcslen",
     "deque": "deque",
+    "exception": "current_exception exception exception_ptr rethrow_exception set_terminate "
+                 "terminate uncaught_exceptions",
     "filesystem": "filesystem",
     "fstream": "ifstream ofstream",
-    "functional": "function",
-    "future": "async future future_status launch promise",
+    "functional": "bind cref equal_to function greater hash invoke less minus multiplies negate "
+                  "not_fn plus ref reference_wrapper",
+    "future": "async future future_status launch packaged_task promise shared_future",
     "initializer_list": "initializer_list",
-    "iterator": "istreambuf_iterator",
+    "iomanip": "get_time put_time quoted setfill setprecision setw",
+    "iostream": "cerr cin clog cout",
+    "istream": "iostream istream",
+    "iterator": "advance back_inserter distance front_inserter inserter istream_iterator "
+                "istreambuf_iterator iterator_traits make_move_iterator make_reverse_iterator "
+                "next ostream_iterator ostreambuf_iterator prev reverse_iterator ssize",
+    "latch": "latch",
     "limits": "numeric_limits",
     "list": "list",
-    "map": "map",
-    "memory": "construct_at destroy_at make_shared make_unique shared_ptr unique_ptr weak_ptr",
-    "mutex": "call_once lock_guard mutex once_flag recursive_mutex try_to_lock unique_lock",
-    "new": "bad_alloc nothrow",
+    "map": "map multimap",
+    "memory": "addressof align allocator allocator_traits assume_aligned construct_at "
+              "default_delete destroy destroy_at destroy_n dynamic_pointer_cast "
+              "enable_shared_from_this make_shared make_unique shared_ptr static_pointer_cast "
+              "to_address uninitialized_copy uninitialized_fill unique_ptr weak_ptr",
+    "mutex": "adopt_lock call_once defer_lock lock lock_guard mutex once_flag recursive_mutex "
+             "scoped_lock timed_mutex try_lock try_to_lock unique_lock",
+    "new": "align_val_t bad_alloc get_new_handler hardware_destructive_interference_size launder "
+           "nothrow set_new_handler",
     "numbers": "numbers",
-    "numeric": "iota",
-    "optional": "optional",
-    "random": "mt19937 mt19937_64",
-    "ratio": "micro milli",
-    "set": "set",
-    "span": "span",
-    "sstream": "istringstream ostringstream",
-    "stdexcept": "runtime_error",
-    "string": "getline stod stoi string string_literals to_string",
-    "string_view": "string_view",
-    "system_error": "errc error_code generic_category",
-    "thread": "this_thread thread",
-    "tuple": "tuple",
-    "type_traits": "is_trivially_copyable_v",
-    "utility": "exchange move pair swap",
-    "vector": "erase erase_if vector",
+    "numeric": "accumulate adjacent_difference exclusive_scan gcd inclusive_scan inner_product "
+               "iota lcm midpoint partial_sum reduce transform_reduce",
+    "optional": "make_optional nullopt nullopt_t optional",
+    "ostream": "endl ends flush",
+    "queue": "priority_queue queue",
+    "random": "bernoulli_distribution default_random_engine discrete_distribution "
+              "exponential_distribution minstd_rand mt19937 mt19937_64 normal_distribution "
+              "poisson_distribution random_device seed_seq uniform_int_distribution "
+              "uniform_real_distribution",
+    "ratio": "kilo mega nano ratio",
+    "regex": "regex regex_match regex_replace regex_search smatch",
+    "semaphore": "binary_semaphore counting_semaphore",
+    "set": "multiset set",
+    "shared_mutex": "shared_lock shared_mutex",
+    "source_location": "source_location",
+    "span": "as_bytes as_writable_bytes dynamic_extent span",
+    "sstream": "istringstream ostringstream stringbuf stringstream",
+    "stack": "stack",
+    "stdexcept": "domain_error invalid_argument length_error logic_error out_of_range "
+                 "overflow_error range_error runtime_error underflow_error",
+    "stop_token": "stop_source stop_token",
+    "streambuf": "streambuf",
+    "string": "basic_string char_traits getline stod stof stoi stol stold stoll stoul stoull "
+              "string string_literals to_string u16string u32string u8string wstring",
+    "string_view": "basic_string_view string_view string_view_literals",
+    "system_error": "errc error_category error_condition generic_category make_error_code "
+                    "system_category system_error",
+    "thread": "jthread this_thread thread",
+    "tuple": "apply forward_as_tuple ignore make_tuple tie tuple tuple_element tuple_size "
+             "tuple_size_v",
+    "type_traits": "add_const_t add_pointer_t alignment_of_v common_type_t conditional_t "
+                   "conjunction_v decay_t disjunction_v enable_if_t extent_v false_type "
+                   "integral_constant invoke_result_t is_arithmetic_v is_array_v is_base_of_v "
+                   "is_class_v is_const_v is_constant_evaluated is_convertible_v "
+                   "is_copy_constructible_v is_default_constructible_v is_empty_v is_enum_v "
+                   "is_floating_point_v is_integral_v is_invocable_v "
+                   "is_nothrow_move_constructible_v is_pointer_v is_reference_v is_same_v "
+                   "is_signed_v is_standard_layout_v is_trivial_v is_trivially_copyable_v "
+                   "is_trivially_destructible_v is_unsigned_v is_void_v make_signed_t "
+                   "make_unsigned_t remove_const_t remove_cv_t remove_cvref_t remove_extent_t "
+                   "remove_pointer_t remove_reference_t true_type type_identity_t "
+                   "underlying_type_t void_t",
+    "typeinfo": "type_info",
+    "unordered_map": "unordered_map unordered_multimap",
+    "unordered_set": "unordered_multiset unordered_set",
+    "utility": "as_const cmp_equal cmp_greater cmp_less declval exchange forward in_place "
+               "in_place_t in_range index_sequence integer_sequence make_index_sequence make_pair "
+               "move move_if_noexcept piecewise_construct swap",
+    "variant": "get_if holds_alternative monostate variant visit",
+    "vector": "vector",
 }
 # Names that several headers have; the first is the one to include if there is none.
 CONTAINERS = ["array", "deque", "list", "map", "set", "span", "string", "string_view", "vector"]
@@ -75,6 +139,9 @@ STREAMS = ["fstream", "iostream", "sstream"]
 SHARED = {
     "abs": ["cmath", "cstdlib"],
     "begin": ["iterator"] + CONTAINERS,
+    "data": ["iterator"] + CONTAINERS,
+    "empty": ["iterator"] + CONTAINERS,
+    "get": ["tuple", "array", "utility", "variant"],
     "end": ["iterator"] + CONTAINERS,
     "erase": ERASABLE,
     "erase_if": ERASABLE + ["map", "set"],
