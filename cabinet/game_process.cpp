@@ -37,6 +37,7 @@ constexpr std::int64_t QUIT_MS = 5000;
     }
   }
   std::vector<char*> arguments;
+  arguments.reserve(game.command.size() + 1);
   for (const std::string& word : game.command) arguments.push_back(const_cast<char*>(word.c_str()));
   arguments.push_back(nullptr);
   execvp(arguments[0], arguments.data());
