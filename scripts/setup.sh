@@ -9,7 +9,7 @@ BUILD_PACKAGES="g++ cmake ninja-build pkg-config ccache git ca-certificates
   libsdl2-dev libsoil-dev libgl-dev libgl1-mesa-dri libcairo2-dev libpango1.0-dev libpng-dev zlib1g-dev
   flite1-dev libebur128-dev libsndfile1-dev
   libusb-1.0-0-dev libumockdev-dev libgtest-dev libbenchmark-dev fonts-cherrybomb fonts-dejavu-core fontconfig
-  libcpp-httplib-dev nlohmann-json3-dev libturbojpeg0-dev libxcb1-dev libxcb-shm0-dev"
+  libcpp-httplib-dev nlohmann-json3-dev libturbojpeg0-dev libxcb1-dev libxcb-shm0-dev libxcb-randr0-dev"
 DISPLAY_PACKAGES="xvfb imagemagick x11-utils"
 CHECK_PACKAGES="clang-format clang-tidy python3 xdotool libsdl2-mixer-dev libopenal-dev umockdev chromium"
 

@@ -2,12 +2,17 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "platform/display.h"
 
 struct HeadlessDisplay {
   DisplaySize window{0, 0};
+  bool fullscreen = false;
+  std::vector<DisplaySize> modes_asked;
+  std::vector<DisplayModeResult> mode_results;  // of these, in turn; OK behind the last
+  bool answer_yes = false;   // to a box that asks
   std::uint64_t frames = 0;  // begun
   std::uint64_t quads = 0;   // drawn
   std::uint32_t textures = 0;
