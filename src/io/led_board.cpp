@@ -36,7 +36,7 @@ struct LedBoard {
 };
 constinit LedBoard board{};
 
-std::shared_ptr<Thread>& led_thread() {
+std::shared_ptr<Thread>& led_thread_handle() {
   static std::shared_ptr<Thread> instance;
   return instance;
 }
@@ -100,18 +100,24 @@ void led_open() {
 }
 
 void led_start() {
-  led_thread() = thread_start("led", THREAD_PRIORITY_NORMAL, led_body, nullptr);
+  led_thread_handle() = thread_start("led", THREAD_PRIORITY_NORMAL, led_body, nullptr);
+}
+
+bool led_stop() {
+  std::shared_ptr<Thread>& thread = led_thread_handle();
+  if (thread == nullptr) return true;
+  thread_request_stop(*thread);
+  if (!thread_join(*thread, JOIN_BOUND_MS)) return false;
+  thread = nullptr;
+  return true;
 }
 
 void led_close() {
-  if (led_thread() != nullptr) {
-    thread_request_stop(*led_thread());
-    thread_join(*led_thread(), JOIN_BOUND_MS);
-    led_thread() = nullptr;
-  }
+  if (!led_stop()) return;
   led_link_close(board.link);
   board.link.active = false;
   board.active = 0;
+  log_message(io_log, "LED is INACTIVE");
 }
 
 bool led_active() {

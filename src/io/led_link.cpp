@@ -60,8 +60,8 @@ void led_link_open(LedLink& link) {
 }
 
 void led_link_close(LedLink& link) {
-  if (link.port == nullptr) return;
   log_message(io_log, "Closing LED handle");
+  if (link.port == nullptr) return;
   serial_close(link.port);
   link.port = nullptr;
 }
