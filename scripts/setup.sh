@@ -18,7 +18,7 @@ BUILD_PACKAGES="g++ $(compiler_package) cmake ninja-build pkg-config ccache git 
   libsdl2-dev libsoil-dev libgl-dev libgl1-mesa-dri libcairo2-dev libpango1.0-dev libpng-dev zlib1g-dev
   flite1-dev libebur128-dev libsndfile1-dev
   libusb-1.0-0-dev libumockdev-dev libgtest-dev libbenchmark-dev fonts-cherrybomb fonts-dejavu-core fontconfig
-  libcpp-httplib-dev libssl-dev nlohmann-json3-dev libturbojpeg0-dev libxcb1-dev libxcb-shm0-dev"
+  libcpp-httplib-dev libssl-dev nlohmann-json3-dev libturbojpeg0-dev libxcb1-dev libxcb-shm0-dev libxcb-randr0-dev"
 DISPLAY_PACKAGES="xvfb imagemagick x11-utils"
 # One version of the tools that Debian 12 and 13 both have, so that they agree everywhere.
 CHECK_PACKAGES="clang-format-19 clang-tidy-19 python3 xdotool libsdl2-mixer-dev libopenal-dev umockdev chromium"

@@ -12,7 +12,7 @@ AppWindow app_window = {LAYOUT_WIDTH, LAYOUT_HEIGHT, 1};
 namespace {
 
 constexpr const char* TITLE = "SlyApp";
-constexpr int SMALLEST_WINDOW = 80;
+constexpr int SMALLEST_WINDOW = 80;  // a side, in pixels
 constexpr DisplaySize FALLBACK = {1920, 1080};
 
 struct SizeOption {
@@ -75,10 +75,12 @@ void app_parse_command_line(const char* line) {
 
 bool app_create_window() {
   if (app_window.fullscreen != 0 && !choose_mode()) return false;
-  const bool full = app_window.fullscreen != 0;
-  const int width =
-      full ? app_window.screen_width : std::max(app_window.screen_width, SMALLEST_WINDOW);
-  const int height =
-      full ? app_window.screen_height : std::max(app_window.screen_height, SMALLEST_WINDOW);
-  return display_open_window(TITLE, width, height, full);
+  return display_open_window(TITLE, app_window.screen_width, app_window.screen_height,
+                             app_window.fullscreen != 0);
+}
+
+void app_resize_window() {
+  if (app_window.fullscreen != 0) return;
+  display_resize_window(std::max(app_window.screen_width, SMALLEST_WINDOW),
+                        std::max(app_window.screen_height, SMALLEST_WINDOW));
 }

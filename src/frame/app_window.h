@@ -16,3 +16,6 @@ void app_parse_command_line(const char* line);
 
 // Display mode and window. False if there can be none, or the operator says No.
 bool app_create_window();
+
+// Gives a window with a frame its size, 80 x 80 at least. Nothing when the game owns the screen.
+void app_resize_window();

@@ -16,6 +16,7 @@
 #include "operator/boot_check.h"
 #include "operator/main_menu.h"  // menus_build
 #include "platform/clock.h"      // clock_calendar_s
+#include "platform/display.h"    // display_restore_mode
 #include "platform/random.h"     // random_seed
 #include "playfield/playfield.h"
 #include "presentation/volume.h"
@@ -55,6 +56,7 @@ int Game_Init() {
   playfield_init();
   attract_begin();
   if (!game_threads_start()) {  // nothing would move: whoever started the program may do so again
+    display_restore_mode();
     std::fprintf(stderr, "Game_Init: the machine gives the game no thread\n");
     std::_Exit(1);
   }
@@ -63,14 +65,20 @@ int Game_Init() {
 }
 
 int Game_Shutdown() {
-  game_threads_stop();
+  const bool led_ended = led_stop();
+  if (!game_threads_stop()) {
+    // A store of the books from here could run into one of the thread's own. They are on the disk
+    // as of the last money that moved.
+    std::fprintf(stderr, "Game_Shutdown: the game thread doesn't end and is left alone\n");
+    return 0;
+  }
   playfield_free();
-  led_close();
+  if (led_ended) led_close();
   menus_free();
   text_fonts_free();
   jps_shutdown();
   prefs_save();
   audits_save();
   JammaShutdown();
-  return 1;
+  return led_ended ? 1 : 0;
 }

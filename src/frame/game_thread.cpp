@@ -14,13 +14,13 @@ namespace {
 
 constexpr int JOIN_BOUND_MS = 2000;  // a store of the books may be under way
 
-struct GameThreads {
-  std::shared_ptr<Thread> game;
-  std::shared_ptr<Thread> workers;
-};
+std::shared_ptr<Thread>& game_thread_handle() {
+  static std::shared_ptr<Thread> instance;
+  return instance;
+}
 
-GameThreads& threads() {
-  static GameThreads instance;
+std::shared_ptr<Thread>& workers_thread_handle() {
+  static std::shared_ptr<Thread> instance;
   return instance;
 }
 
@@ -44,22 +44,24 @@ void workers_thread(const Thread& self, void* /*context*/) {
   }
 }
 
-void stop(std::shared_ptr<Thread>& thread) {
-  if (thread == nullptr) return;
+bool stop(std::shared_ptr<Thread>& thread) {
+  if (thread == nullptr) return true;
   thread_request_stop(*thread);
-  thread_join(*thread, JOIN_BOUND_MS);
+  if (!thread_join(*thread, JOIN_BOUND_MS)) return false;
   thread = nullptr;
+  return true;
 }
 
 }  // namespace
 
 bool game_threads_start() {
-  threads().workers = thread_start("workers", THREAD_PRIORITY_NORMAL, workers_thread, nullptr);
-  threads().game = thread_start("game", THREAD_PRIORITY_NORMAL, game_thread, nullptr);
-  return threads().workers != nullptr && threads().game != nullptr;
+  workers_thread_handle() =
+      thread_start("workers", THREAD_PRIORITY_NORMAL, workers_thread, nullptr);
+  game_thread_handle() = thread_start("game", THREAD_PRIORITY_NORMAL, game_thread, nullptr);
+  return workers_thread_handle() != nullptr && game_thread_handle() != nullptr;
 }
 
-void game_threads_stop() {
-  stop(threads().game);
-  stop(threads().workers);
+bool game_threads_stop() {
+  const bool game_ended = stop(game_thread_handle());
+  return stop(workers_thread_handle()) && game_ended;
 }

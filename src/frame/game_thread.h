@@ -5,5 +5,6 @@
 // Starts both. False if the machine gives no thread. Start-up, last of all.
 bool game_threads_start();
 
-// Asks both to stop and waits for them. Main thread, at shutdown.
-void game_threads_stop();
+// Asks both to stop and waits two seconds for each. False if one still runs: what it may touch must
+// not be freed then. Main thread, at shutdown.
+bool game_threads_stop();

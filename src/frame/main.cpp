@@ -1,5 +1,6 @@
 // The process: environment, window, context, subsystems, main loop, and the orderly way out.
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <string_view>
 
@@ -9,6 +10,7 @@
 #include "gfx/frame.h"
 #include "operator/boot_check.h"  // build_stamp
 #include "platform/clock.h"
+#include "platform/display.h"
 #include "platform/environment.h"
 #include "platform/files.h"
 #include "platform/thread.h"
@@ -33,11 +35,16 @@ int main(int argc, char** argv) {
   app_parse_command_line(line.c_str());
 
   if (!app_create_window()) return 0;
+  app_resize_window();
   thread_pin_to_one_processor();
   gfx_context_create(LAYOUT_WIDTH, LAYOUT_HEIGHT);
   build_stamp = {__DATE__, __TIME__};
   Game_Init();
   main_loop();
-  Game_Shutdown();
+  if (Game_Shutdown() == 0) {
+    display_restore_mode();
+    std::fflush(stdout);
+    std::_Exit(1);
+  }
   return 0;
 }

@@ -29,8 +29,8 @@ constexpr Lamp OFF_ORDER[LAMP_COUNT] = {LAMP_MARQUEE_3,   LAMP_MARQUEE_2,   LAMP
                                         LAMP_RIGHT_PODIUM};
 
 struct MarqueePattern {
-  std::int32_t timer_ticks;
-  bool running;
+  std::int32_t marquee_timer;  // ticks
+  bool marquee_running;
 };
 
 struct Lamps {  // game thread
@@ -68,14 +68,14 @@ void side_update(int side) {
 
 // True when it is time for another pattern; the last one is then taken off the lamps.
 bool pattern_is_over(MarqueePattern& pattern) {
-  if (pattern.timer_ticks <= 0) {
+  if (pattern.marquee_timer <= 0) {
     for (const Lamp lamp : MARQUEE) {
       lamp_set(lamp, LAMP_OFF);
       lamp_set(lamp, LAMP_NO_REPEAT);
     }
-    pattern.running = false;
-  } else if (pattern.running) {
-    --pattern.timer_ticks;
+    pattern.marquee_running = false;
+  } else if (pattern.marquee_running) {
+    --pattern.marquee_timer;
     return false;
   }
   return true;

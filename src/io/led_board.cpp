@@ -108,15 +108,21 @@ void led_start() {
   led_thread_handle() = thread_start("led", THREAD_PRIORITY_NORMAL, led_thread, nullptr);
 }
 
+bool led_stop() {
+  std::shared_ptr<Thread>& thread = led_thread_handle();
+  if (thread == nullptr) return true;
+  thread_request_stop(*thread);
+  if (!thread_join(*thread, JOIN_BOUND_MS)) return false;
+  thread = nullptr;
+  return true;
+}
+
 void led_close() {
-  if (led_thread_handle() != nullptr) {
-    thread_request_stop(*led_thread_handle());
-    thread_join(*led_thread_handle(), JOIN_BOUND_MS);
-    led_thread_handle() = nullptr;
-  }
+  if (!led_stop()) return;
   led_link_close(board.link);
   board.link.active = false;
   board.active = 0;
+  log_message(io_log, "LED is INACTIVE");
 }
 
 bool led_active() {

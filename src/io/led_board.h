@@ -13,7 +13,9 @@ void led_open();
 // Starts the thread that feeds the board, looks after it every 30 s, and searches anew when it has
 // gone. Start-up, when the field stands.
 void led_start();
-// Ends the thread and closes the port. Shutdown.
+// Ends the thread. False if it doesn't end in three seconds: the port is its own then. Shutdown.
+bool led_stop();
+// Closes the port, behind led_stop or with it. Shutdown.
 void led_close();
 
 // The number on the display, held to 0 to 65535. Any thread; dropped while there is no board.

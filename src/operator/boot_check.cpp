@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -12,6 +13,7 @@
 #include "io/watchdog_link.h"  // watchdog_boot
 #include "operator/file_sums.h"
 #include "operator/text_lines.h"
+#include "platform/display.h"  // display_restore_mode
 #include "platform/files.h"
 
 namespace {
@@ -70,12 +72,20 @@ void draw_frame() {
   gfx_frame_run(check.draw);
 }
 
+volatile std::sig_atomic_t signal_met = 0;
+
 // There is no way past a bad installation: neither Esc nor a closed window is looked at. A
-// signal still ends the process, and at once: the books are on the disk.
+// signal still ends the process behind the next frame: the books are on the disk, and a desk gets
+// its display mode back.
 [[noreturn]] void halt() {
-  std::signal(SIGTERM, SIG_DFL);
-  std::signal(SIGINT, SIG_DFL);
-  for (;;) draw_frame();
+  for (const int number : {SIGTERM, SIGINT}) {
+    std::signal(number, [](int met) { signal_met = met; });
+  }
+  while (signal_met == 0) draw_frame();
+  display_restore_mode();
+  std::signal(signal_met, SIG_DFL);
+  std::raise(signal_met);
+  std::abort();
 }
 
 void files_check() {

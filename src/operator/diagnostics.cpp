@@ -25,10 +25,17 @@ enum SoundTestMode { SOUND_NONE, SOUND_MUSIC, SOUND_EFFECT, SOUND_100_HZ, SOUND_
 constexpr std::int32_t LED_ALL_SEGMENTS = 8888;
 constexpr std::int32_t PAN_FULL = 10000;  // hundredths of a decibel: the other side is silent
 
+struct LampTestState {
+  bool marquee_on, start_on, podium_on;
+};
+struct LedTestState {
+  bool on, blink;
+};
+
 struct Diagnostics {  // game thread
   Menu *menu, *lamps, *led, *sound, *tickets;
-  bool marquee_on, start_on, podium_on;
-  bool led_on, led_blink;
+  LampTestState lamp_test;
+  LedTestState led_test;
   SoundTestMode sound_mode;
 };
 constinit Diagnostics state{};
@@ -39,11 +46,11 @@ void lamps_set(std::initializer_list<Lamp> lamps, bool on) {
 
 void all_lamps_off() {
   for (int lamp = 0; lamp < LAMP_COUNT; ++lamp) lamp_set(static_cast<Lamp>(lamp), LAMP_OFF);
-  state.marquee_on = state.start_on = state.podium_on = false;
+  state.lamp_test = {};
 }
 
 void led_dark() {
-  state.led_on = state.led_blink = false;
+  state.led_test = {};
   led_set_value(0);
   led_set_blink(0);
 }
@@ -106,16 +113,16 @@ std::uintptr_t diagnostics_chosen(std::uintptr_t action, MenuItem* item) {
 std::uintptr_t lamps_chosen(std::uintptr_t action, MenuItem* item) {
   switch (action) {
     case 0:
-      state.marquee_on = !state.marquee_on;
-      lamps_set({LAMP_MARQUEE_3, LAMP_MARQUEE_2, LAMP_MARQUEE_1}, state.marquee_on);
+      state.lamp_test.marquee_on = !state.lamp_test.marquee_on;
+      lamps_set({LAMP_MARQUEE_3, LAMP_MARQUEE_2, LAMP_MARQUEE_1}, state.lamp_test.marquee_on);
       return MENU_STAY;
     case 1:
-      state.start_on = !state.start_on;
-      lamps_set({LAMP_LEFT_START, LAMP_RIGHT_START}, state.start_on);
+      state.lamp_test.start_on = !state.lamp_test.start_on;
+      lamps_set({LAMP_LEFT_START, LAMP_RIGHT_START}, state.lamp_test.start_on);
       return MENU_STAY;
     case 2:
-      state.podium_on = !state.podium_on;
-      lamps_set({LAMP_LEFT_PODIUM, LAMP_RIGHT_PODIUM}, state.podium_on);
+      state.lamp_test.podium_on = !state.lamp_test.podium_on;
+      lamps_set({LAMP_LEFT_PODIUM, LAMP_RIGHT_PODIUM}, state.lamp_test.podium_on);
       return MENU_STAY;
     default:
       all_lamps_off();
@@ -126,12 +133,12 @@ std::uintptr_t lamps_chosen(std::uintptr_t action, MenuItem* item) {
 std::uintptr_t led_chosen(std::uintptr_t action, MenuItem* item) {
   switch (action) {
     case 0:
-      state.led_on = !state.led_on;
-      led_set_value(state.led_on ? LED_ALL_SEGMENTS : 0);
+      state.led_test.on = !state.led_test.on;
+      led_set_value(state.led_test.on ? LED_ALL_SEGMENTS : 0);
       return MENU_STAY;
     case 1:
-      state.led_blink = !state.led_blink;
-      led_set_blink(state.led_blink ? 1 : 0);
+      state.led_test.blink = !state.led_test.blink;
+      led_set_blink(state.led_test.blink ? 1 : 0);
       return MENU_STAY;
     default:
       led_dark();

@@ -10,36 +10,48 @@
 
 namespace {
 
-constexpr int X = 712;
-constexpr int Y = 32;
-constexpr int WIDTH = 616;
 constexpr int LINE_HEIGHT_PX = 16;
-constexpr int CAPACITY = 44;
 constexpr int MARGIN_PX = 8;
-constexpr std::uint32_t BACK_COLOUR = 0x80000000;
+constexpr int CAPACITY = 44;
 constexpr std::uint32_t HEADING_COLOUR = 0xFF00C000;
 
-struct InfoPane {
-  Shared<std::int32_t> visible;
-  SharedText<120> lines[PANE_LINES];
+struct PaneLine {
+  SharedText<120> text;
+  std::uint32_t colour;  // 0xAARRGGBB
 };
-constinit InfoPane pane{};
+
+struct InfoPane {
+  std::int32_t x, y, width, height;  // of the text, layout pixels
+  Shared<std::int32_t> visible;
+  std::uint32_t default_colour, back_colour;
+  std::uint32_t head, tail;  // the first line and the one behind the last
+  PaneLine lines[CAPACITY];
+};
+
+InfoPane pane_built() {
+  InfoPane pane{712, 32,         616, LINE_HEIGHT_PX * CAPACITY, 0, COLOUR_WHITE, 0x80000000,
+                0,   PANE_LINES, {}};
+  for (PaneLine& line : pane.lines) line.colour = pane.default_colour;
+  pane.lines[0].colour = HEADING_COLOUR;
+  return pane;
+}
+InfoPane pane = pane_built();
 
 }  // namespace
 
 void pane_page(const char* heading, ...) {
-  for (auto& line : pane.lines) line.set("");
+  for (PaneLine& line : pane.lines) line.text.set("");
   std::va_list arguments;
   va_start(arguments, heading);
-  pane.lines[0].format(heading, arguments);
+  pane.lines[0].text.format(heading, arguments);
   va_end(arguments);
 }
 
-void pane_set_line(int line, const char* format, ...) {
-  if (line < 0 || line >= PANE_LINES) return;
+void pane_set_line(int line_number, const char* format, ...) {
+  if (line_number < 0 || line_number >= PANE_LINES) return;
   std::va_list arguments;
   va_start(arguments, format);
-  pane.lines[line].format(format, arguments);
+  pane.lines[line_number].text.format(format, arguments);
   va_end(arguments);
 }
 
@@ -49,15 +61,12 @@ void pane_show(bool visible) {
 
 void pane_draw_all() {
   if (pane.visible == 0) return;
-  gfx_rect_draw(X - MARGIN_PX, Y - MARGIN_PX, WIDTH + 2 * MARGIN_PX,
-                LINE_HEIGHT_PX * CAPACITY + 2 * MARGIN_PX, BACK_COLOUR, BACK_COLOUR);
-  int y = Y;
-  std::uint32_t colour = HEADING_COLOUR;
-  for (const auto& line : pane.lines) {
-    const auto copy = line.copy();
-    if (copy.text[0] != '\0') row_text_draw(colour, X, y, copy.text);
-    colour = COLOUR_WHITE;
-    y += LINE_HEIGHT_PX;
+  gfx_rect_draw(pane.x - MARGIN_PX, pane.y - MARGIN_PX, pane.width + 2 * MARGIN_PX,
+                pane.height + 2 * MARGIN_PX, pane.back_colour, pane.back_colour);
+  int y = pane.y;
+  for (std::uint32_t n = pane.head; n != pane.tail; ++n, y += LINE_HEIGHT_PX) {
+    const PaneLine& line = pane.lines[n];
+    row_text_draw(line.colour, pane.x, y, line.text.copy().text);
   }
 }
 

@@ -8,7 +8,7 @@ constexpr int PANE_LINES = 43;
 [[gnu::format(printf, 1, 2)]] void pane_page(const char* heading, ...);
 // Writes line 0, the heading, to 42; other numbers change nothing. At most 119 characters.
 // "%%" in what stands there then shows as "%".
-[[gnu::format(printf, 2, 3)]] void pane_set_line(int line, const char* format, ...);
+[[gnu::format(printf, 2, 3)]] void pane_set_line(int line_number, const char* format, ...);
 
 void pane_show(bool visible);
 

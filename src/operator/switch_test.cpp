@@ -25,12 +25,12 @@ constexpr SwitchRow SWITCHES[SLOTS] = {
     {"CREDIT", COUNTER_SRV},  {"VOL -", COUNTER_VLD},
 };
 
-struct SwitchTest {
+struct SwitchTestState {
   Shared<std::int32_t> held[SLOTS], seen[SLOTS];
   bool rising[SLOTS];          // has had its sound; kept between runs of the test
   std::int64_t service_ticks;  // adds up over several pushes
 };
-constinit SwitchTest test{};
+constinit SwitchTestState test{};
 
 // Without a board nothing is down.
 bool is_down(const JammaInputs* inputs, int slot) {

@@ -19,14 +19,21 @@ enum DisplayModeResult {  // the outcomes of a change of the display mode
   DISPLAY_MODE_BAD_PARAM = -5,
 };
 
-// Asks for a full screen of this size. A display that can't change its mode but is at least that
-// large gives a window without a frame in place of it, as a desk has it.
+// Asks the display for a mode of this size and answers what it did: DISPLAY_MODE_BAD_MODE if it has
+// no such mode, DISPLAY_MODE_FAILED if it has one and refuses it; the old mode then stays in force.
+// Before the window is opened. A display that can't change its mode has the one it shows.
 DisplayModeResult display_set_mode(int width, int height);
 
-// Makes the one window. `fullscreen` gives it no frame. False if there can be none.
+// Puts back the mode that the first change found. The end of the process does it too, but for
+// std::_Exit and signals.
+void display_restore_mode();
+
+// Makes the one window. `fullscreen`: it has no frame and fills the display, whatever the size of
+// that. False if there can be none.
 bool display_open_window(const char* title, int width, int height, bool fullscreen);
 
 DisplaySize display_window_size();
+// Not with `fullscreen`: the window keeps its size then.
 void display_resize_window(int width, int height);
 
 struct DisplayEvents {

@@ -14,13 +14,10 @@ namespace {
 struct Window {
   SDL_Window* window = nullptr;
   bool has_gl = false;
-  bool change_mode = false;  // `mode` is to be set together with the window
-  SDL_DisplayMode mode{};
+  SDL_Cursor* cursor = nullptr;
 };
 
 constinit Window state;
-
-constexpr int WINDOW_FLOOR_PX = 80;  // least side of a window that somebody may size by hand
 
 // A box must have somebody who can answer it. On a desk that's the person whose session it is; a
 // virtual screen or a cabinet's bare one has nobody, and the program would wait for ever.
@@ -40,6 +37,7 @@ void window_event(const SDL_WindowEvent& event, DisplayEvents& seen) {
       seen.moved = true;
       break;
     case SDL_WINDOWEVENT_FOCUS_GAINED:
+      SDL_SetCursor(state.cursor);
       SDL_ShowCursor(SDL_DISABLE);
       break;
     case SDL_WINDOWEVENT_FOCUS_LOST:
@@ -82,29 +80,6 @@ bool display_sdl_video() {
   return false;
 }
 
-DisplayModeResult display_set_mode(int width, int height) {
-  if (width <= 0 || height <= 0) return DISPLAY_MODE_BAD_PARAM;
-  SDL_DisplayMode desktop{};
-  if (!display_sdl_video() || SDL_GetDesktopDisplayMode(0, &desktop) != 0) {
-    return DISPLAY_MODE_FAILED;
-  }
-  state.change_mode = false;
-  if (desktop.w == width && desktop.h == height) return DISPLAY_MODE_OK;
-  const int count = SDL_GetNumDisplayModes(0);
-  for (int i = 0; i < count && !state.change_mode; ++i) {
-    SDL_DisplayMode mode{};
-    if (SDL_GetDisplayMode(0, i, &mode) == 0 && mode.w == width && mode.h == height) {
-      state.mode = mode;  // the modes are sorted: the first of a size is its best
-      state.change_mode = true;
-    }
-  }
-  const bool fits = desktop.w >= width && desktop.h >= height;
-  if (state.change_mode || fits) return DISPLAY_MODE_OK;
-  std::fprintf(stderr, "A screen of %d x %d was asked for; the display (%s) has %d x %d.\n", width,
-               height, SDL_GetCurrentVideoDriver(), desktop.w, desktop.h);
-  return DISPLAY_MODE_BAD_MODE;
-}
-
 bool display_open_window(const char* title, int width, int height, bool fullscreen) {
   if (!display_sdl_video()) return false;
   SDL_GL_SetAttribute(SDL_GL_DOUBLEBUFFER, 1);
@@ -113,18 +88,16 @@ bool display_open_window(const char* title, int width, int height, bool fullscre
   SDL_GL_SetAttribute(SDL_GL_BLUE_SIZE, 8);
   SDL_GL_SetAttribute(SDL_GL_DEPTH_SIZE, 16);
   std::uint32_t flags = SDL_WINDOW_SHOWN;
-  flags |= fullscreen ? SDL_WINDOW_BORDERLESS : SDL_WINDOW_RESIZABLE;
+  // The display has its mode by now, so the window takes it as it is.
+  flags |= fullscreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : SDL_WINDOW_RESIZABLE;
   state.window = SDL_CreateWindow(title, 0, 0, width, height, flags | SDL_WINDOW_OPENGL);
   state.has_gl = state.window != nullptr;
   // Without a pixel format there is still a window; what is missing is told with the context.
   if (!state.has_gl) state.window = SDL_CreateWindow(title, 0, 0, width, height, flags);
   if (state.window == nullptr) return false;
-  if (fullscreen && state.change_mode) {
-    SDL_SetWindowDisplayMode(state.window, &state.mode);
-    SDL_SetWindowFullscreen(state.window, SDL_WINDOW_FULLSCREEN);
-  }
   SDL_RaiseWindow(state.window);
-  SDL_SetCursor(SDL_CreateSystemCursor(SDL_SYSTEM_CURSOR_HAND));
+  state.cursor = SDL_CreateSystemCursor(SDL_SYSTEM_CURSOR_HAND);
+  SDL_SetCursor(state.cursor);
   if (fullscreen) SDL_ShowCursor(SDL_DISABLE);
   return true;
 }
@@ -136,9 +109,7 @@ DisplaySize display_window_size() {
 }
 
 void display_resize_window(int width, int height) {
-  if (state.window == nullptr) return;
-  SDL_SetWindowSize(state.window, std::max(width, WINDOW_FLOOR_PX),
-                    std::max(height, WINDOW_FLOOR_PX));
+  if (state.window != nullptr) SDL_SetWindowSize(state.window, width, height);
 }
 
 DisplayEvents display_poll_events() {

@@ -26,9 +26,9 @@ struct EffectCounters {  // the next record of each ring
 constinit EffectCounters next_effect{};
 
 // A ring doesn't look whether its next record is idle: the oldest effect makes room.
-template <int count>
-Effect& take_next(Effect (&ring)[count], int& next, const EffectRow& row, int x, int y) {
-  Effect& effect = ring[next];
+template <typename Fx, int count>
+Fx& take_next(Fx (&ring)[count], int& next, const EffectRow& row, int x, int y) {
+  Fx& effect = ring[next];
   next = (next + 1) % count;
   effect.sheet_index = row.sheet;
   effect.x = x;
@@ -43,8 +43,8 @@ void effect_start(Effect& effect) {
   effect.frame = 0;
 }
 
-template <int count>
-void ring_step(Effect (&ring)[count], const EffectRow& row) {
+template <typename Fx, int count>
+void ring_step(Fx (&ring)[count], const EffectRow& row) {
   const std::int64_t now = now_ms();
   for (Effect& effect : ring) {
     const std::int32_t frames = sheets[row.sheet].frames;
@@ -53,21 +53,19 @@ void ring_step(Effect (&ring)[count], const EffectRow& row) {
   }
 }
 
-template <int count>
-void ring_reset(Effect (&ring)[count], const EffectRow& row) {
+template <typename Fx, int count>
+void ring_reset(Fx (&ring)[count], const EffectRow& row) {
   for (Effect& effect : ring) {
     effect.sheet_index = row.sheet;
     effect.frame = -1;
     effect.x = 0;
     effect.y = 0;
-    effect.lane = 0;
-    effect.rider = 0;
     effect.start = LONG_AGO_MS;
   }
 }
 
 void hearts_follow() {
-  for (Effect& heart : heart_fx) {
+  for (HeartFx& heart : heart_fx) {
     if (heart.frame < 0) continue;
     const GoldRider& rider = gold_riders[heart.rider];
     heart.x = rider.x + HEART_OFFSET_PX;
@@ -78,7 +76,7 @@ void hearts_follow() {
 }  // namespace
 
 void fx_splash_start(int x, int y, int lane) {
-  Effect& effect = take_next(splash_fx, next_effect.splash, SPLASH, x, y);
+  SplashFx& effect = take_next(splash_fx, next_effect.splash, SPLASH, x, y);
   effect.lane = lane;
   effect_start(effect);
 }
@@ -88,7 +86,7 @@ void fx_spark_start(int x, int y) {
 }
 
 void fx_heart_start(int rider, int x, int y) {
-  Effect& effect = take_next(heart_fx, next_effect.heart, HEART, x, y);
+  HeartFx& effect = take_next(heart_fx, next_effect.heart, HEART, x, y);
   effect.rider = rider;
   effect_start(effect);
 }
@@ -105,4 +103,6 @@ void effects_reset() {
   ring_reset(splash_fx, SPLASH);
   ring_reset(spark_fx, SPARK);
   ring_reset(heart_fx, HEART);
+  for (SplashFx& splash : splash_fx) splash.lane = 0;
+  for (HeartFx& heart : heart_fx) heart.rider = 0;
 }

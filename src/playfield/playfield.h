@@ -135,13 +135,19 @@ struct GoldRider {                   // stands on a gold object; filled in drawi
   Shared<std::int64_t> start;
 };
 
-struct Effect {  // a splash, spark or heart; frame -1 while idle
+struct Effect {  // frame -1 while idle
   Shared<std::int32_t> sheet_index;
   Shared<std::int32_t> frame;
   Shared<std::int32_t> x, y;
-  Shared<std::int32_t> lane;   // splashes
-  Shared<std::int32_t> rider;  // hearts: the GoldRider they rise from
   Shared<std::int64_t> start;  // game clock of the start
+};
+
+struct SplashFx : Effect {
+  Shared<std::int32_t> lane;
+};
+struct SparkFx : Effect {};
+struct HeartFx : Effect {
+  Shared<std::int32_t> rider;  // the GoldRider it rises from
 };
 
 struct Scenery {
@@ -169,9 +175,9 @@ extern Lane lanes[LANE_COUNT];
 extern Shared<std::int32_t> lane_cells[LANE_COUNT][LANE_CELLS];  // LaneCell
 extern Butterfly butterfly;
 extern GoldRider gold_riders[RIDER_COUNT];
-extern Effect splash_fx[SPLASH_COUNT];
-extern Effect spark_fx[SPARK_COUNT];
-extern Effect heart_fx[HEART_COUNT];
+extern SplashFx splash_fx[SPLASH_COUNT];
+extern SparkFx spark_fx[SPARK_COUNT];
+extern HeartFx heart_fx[HEART_COUNT];
 extern Scenery plants[PLANT_COUNT];
 extern Scenery far_bank[FAR_BANK_COUNT];  // two goals, then the left and the right lily pad
 extern Scenery cattails[CATTAIL_COUNT];

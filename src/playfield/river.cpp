@@ -21,54 +21,59 @@ constexpr float SCREEN_MIDDLE_PX = 680.0F;
 constexpr float WANDER[RIVER_LANES] = {-0.5F, 1.0F, -0.75F, 0.5F, -0.25F};
 
 struct River {
-  float from[RIVER_LANES], to[RIVER_LANES];  // speeds at the ends of the present change
-  std::int64_t change_start, change_at;
+  // Speeds at the ends of the present change.
+  float river_speed_from[RIVER_LANES], river_speed_to[RIVER_LANES];
+  std::int64_t river_change_start, river_change_at;
   bool started;
 };
-constinit River river{};
+constinit River state{};
 
-float base_speed(int i) {
+float river_speed_base(int i) {
   return lane_rows[FIRST_RIVER_LANE + i].speed;
 }
 
 void period_begin(float clock) {
   // The same for all five lanes, it wanders with the clock.
   const float u = std::sin(clock);
-  std::copy(std::begin(river.to), std::end(river.to), river.from);
-  river.change_start = now_ms();
+  std::ranges::copy(state.river_speed_to, state.river_speed_from);
+  state.river_change_start = now_ms();
   // A frog in the river holds the speeds; look again within a second.
   if (!station_river_clear(SIDE_LEFT) || !station_river_clear(SIDE_RIGHT)) {
-    river.change_at = from_now_ms(500.0, 500.0);
+    state.river_change_at = from_now_ms(500.0, 500.0);
     return;
   }
-  for (int i = 0; i < RIVER_LANES; ++i) river.to[i] = base_speed(i) + WANDER[i] * u;
-  river.change_at = from_now_ms(15000.0, 15000.0);
+  for (int i = 0; i < RIVER_LANES; ++i) {
+    state.river_speed_to[i] = river_speed_base(i) + WANDER[i] * u;
+  }
+  state.river_change_at = from_now_ms(15000.0, 15000.0);
 }
 
 }  // namespace
 
 void river_reset(std::int64_t change_at) {
-  river = {};
-  for (int i = 0; i < RIVER_LANES; ++i) river.from[i] = river.to[i] = base_speed(i);
-  river.change_at = change_at;
+  state = {};
+  for (int i = 0; i < RIVER_LANES; ++i) {
+    state.river_speed_from[i] = state.river_speed_to[i] = river_speed_base(i);
+  }
+  state.river_change_at = change_at;
 }
 
 void river_speed_step() {
-  if (!river.started) {
-    river.started = true;
-    river.change_start = now_ms();
+  if (!state.started) {
+    state.started = true;
+    state.river_change_start = now_ms();
   }
   const auto clock = static_cast<float>(now_ms());
-  const auto start = static_cast<float>(river.change_start);
-  const auto end = static_cast<float>(river.change_at);
+  const auto start = static_cast<float>(state.river_change_start);
+  const auto end = static_cast<float>(state.river_change_at);
   const float held = std::min(std::max(clock, start), end);
   for (int i = 0; i < RIVER_LANES; ++i) {
-    const float from = river.from[i];
-    const float to = river.to[i];
+    const float from = state.river_speed_from[i];
+    const float to = state.river_speed_to[i];
     lanes[FIRST_RIVER_LANE + i].speed =
         end == start ? to : from + (to - from) * (held - start) / (end - start);
   }
-  if (now_ms() > river.change_at) period_begin(clock);
+  if (now_ms() > state.river_change_at) period_begin(clock);
 }
 
 namespace {

@@ -12,10 +12,10 @@ constexpr const char* DING_NAMES[] = {"ding08", "ding07", "ding06", "ding05", "d
 // The game thread asks, the worker counts. In order, not relaxed: the worker must see the lane and
 // the count of the request that it saw.
 struct Dings {
-  std::atomic<int> lane, count, played;
-  std::atomic<bool> retarget, busy;
+  std::atomic<int> ding_lane, ding_count, ding_played;
+  std::atomic<bool> ding_retarget, ding_busy;
 };
-constinit Dings ding{};
+constinit Dings asked{};
 
 struct Run {  // the worker's own
   bool started, waiting;
@@ -25,16 +25,16 @@ struct Run {  // the worker's own
 constinit Run run{};
 
 void run_take() {
-  ding.retarget = false;
-  run.lane = ding.lane;
-  run.count = ding.count;
-  ding.played = 0;
+  asked.ding_retarget = false;
+  run.lane = asked.ding_lane;
+  run.count = asked.ding_count;
+  asked.ding_played = 0;
 }
 
 // True once the wait behind a sound is over. A new run ends it early, and the wait that it cut
 // short counts as the first of the new run.
 bool wait_over(std::int64_t now_ms) {
-  if (ding.retarget) {
+  if (asked.ding_retarget) {
     run_take();
     return true;
   }
@@ -44,22 +44,22 @@ bool wait_over(std::int64_t now_ms) {
 }  // namespace
 
 void ticket_dings(int lane, int count) {
-  if (!ding.busy) {
-    ding.lane = lane;
-    ding.count = count;
-    ding.busy = true;
-  } else if (ding.count - ding.played <= count) {
-    ding.lane = lane;
-    ding.count = count;
-    ding.retarget = true;
+  if (!asked.ding_busy) {
+    asked.ding_lane = lane;
+    asked.ding_count = count;
+    asked.ding_busy = true;
+  } else if (asked.ding_count - asked.ding_played <= count) {
+    asked.ding_lane = lane;
+    asked.ding_count = count;
+    asked.ding_retarget = true;
   }
 }
 
 void ticket_dings_step(std::int64_t now_ms) {
   if (!run.started) {
     // A request that came in just as a run ended starts one of its own.
-    if (!ding.busy && !ding.retarget) return;
-    ding.busy = true;
+    if (!asked.ding_busy && !asked.ding_retarget) return;
+    asked.ding_busy = true;
     run.started = true;
     run.waiting = false;
     run_take();
@@ -67,11 +67,11 @@ void ticket_dings_step(std::int64_t now_ms) {
   if (run.waiting) {
     if (!wait_over(now_ms)) return;
     run.waiting = false;
-    ding.played = ding.played + 1;
+    asked.ding_played = asked.ding_played + 1;
   }
-  if (ding.played >= run.count) {
+  if (asked.ding_played >= run.count) {
     run.started = false;
-    ding.busy = false;
+    asked.ding_busy = false;
     return;
   }
   cue_play(DING_NAMES[run.lane]);
@@ -80,10 +80,10 @@ void ticket_dings_step(std::int64_t now_ms) {
 }
 
 void ticket_dings_reset() {
-  ding.lane = 0;
-  ding.count = 0;
-  ding.played = 0;
-  ding.retarget = false;
-  ding.busy = false;
+  asked.ding_lane = 0;
+  asked.ding_count = 0;
+  asked.ding_played = 0;
+  asked.ding_retarget = false;
+  asked.ding_busy = false;
   run = {};
 }

@@ -91,6 +91,22 @@ void pad_breathe(int pad, double phase) {
   scenery.y = static_cast<std::int32_t>(static_cast<float>(far_bank_rows[pad].y) - grown);
 }
 
+void scenery_worker_plants() {
+  scenery_step(plants, plant_rows);
+}
+void scenery_worker_far_bank() {
+  scenery_step(far_bank, far_bank_rows);
+  const auto now = static_cast<double>(now_ms());
+  pad_breathe(LEFT_PAD, now * 0.00075 * PI);
+  pad_breathe(RIGHT_PAD, (now + 666.0) * 0.0007 * PI);
+}
+void scenery_worker_cattails() {
+  scenery_step(cattails, cattail_rows);
+}
+void scenery_worker_signs() {
+  scenery_step(signs, sign_rows);
+}
+
 void rider_step(GoldRider& rider, std::int64_t now, float shrink) {
   const std::int32_t sheet = rider.sheet_index;
   const std::int64_t start = rider.start;
@@ -107,7 +123,7 @@ void rider_step(GoldRider& rider, std::int64_t now, float shrink) {
   rider.scale = std::max(rider.scale - shrink, 1.0F);
 }
 
-void riders_step() {
+void gold_rider_worker() {
   const std::int64_t now = now_ms();
   const auto shrink =
       static_cast<float>(static_cast<double>(now - riders_last_ms) / 1000.0 * 20.0 * 0.1);
@@ -132,14 +148,11 @@ void riders_reset() {
 }  // namespace
 
 void workers_step() {
-  scenery_step(plants, plant_rows);
-  scenery_step(far_bank, far_bank_rows);
-  const auto now = static_cast<double>(now_ms());
-  pad_breathe(LEFT_PAD, now * 0.00075 * PI);
-  pad_breathe(RIGHT_PAD, (now + 666.0) * 0.0007 * PI);
-  scenery_step(cattails, cattail_rows);
-  scenery_step(signs, sign_rows);
-  riders_step();
+  scenery_worker_plants();
+  scenery_worker_far_bank();
+  scenery_worker_cattails();
+  scenery_worker_signs();
+  gold_rider_worker();
   effects_step();
 }
 

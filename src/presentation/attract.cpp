@@ -35,10 +35,17 @@ constexpr int BOARD_ROWS = 32;  // what can be won, again and again, before the 
 constexpr AttractRow LAST_ROWS[] = {{ITEM_ORB, 2.0F}, {ITEM_MAKER, 2.0F}, {ITEM_LOGO, 4.0F}};
 constexpr int ROW_COUNT = BOARD_ROWS + 3;
 
-constexpr AttractRow script_row(int step) {
-  if (step >= BOARD_ROWS) return LAST_ROWS[step - BOARD_ROWS];
-  return {step % 2 == 0 ? ITEM_JACKPOT : ITEM_EAT_BUGS, 4.0F};
-}
+struct AttractScript {
+  AttractRow rows[ROW_COUNT];
+};
+constexpr AttractScript script = [] {
+  AttractScript made{};
+  for (int row = 0; row < BOARD_ROWS; ++row) {
+    made.rows[row] = {row % 2 == 0 ? ITEM_JACKPOT : ITEM_EAT_BUGS, 4.0F};
+  }
+  std::ranges::copy(LAST_ROWS, made.rows + BOARD_ROWS);
+  return made;
+}();
 
 constexpr std::int64_t FIRST_START_MS = 15000;
 constexpr std::int64_t AFTER_PLAY_MS = 60000;
@@ -63,7 +70,7 @@ struct AttractState {  // written by the game thread, read by the drawing
 constinit AttractState attract{0, FIRST_START_MS, 0, 0, 0, 0, OFF_SCREEN_X, BOARD_Y, 255};
 
 AttractItem present_item() {
-  return script_row(attract.step).item;
+  return script.rows[attract.step].item;
 }
 
 void hide() {
@@ -76,7 +83,8 @@ void hide() {
 // The picture is off the screen before it becomes another one.
 void next_row() {
   hide();
-  attract.start_ms = now_ms() + static_cast<std::int64_t>(script_row(attract.step).gap_s * 1000.0F);
+  attract.start_ms =
+      now_ms() + static_cast<std::int64_t>(script.rows[attract.step].gap_s * 1000.0F);
   attract.step = (attract.step + 1) % ROW_COUNT;
 }
 

@@ -83,16 +83,16 @@ void lanes_draw() {
   for (int lane = 0; lane < LANE_COUNT; ++lane) {
     gfx_strip_draw(&lanes[lane]);
     lane_golds_draw(lane, riders);
-    for (const Effect& splash : splash_fx) {
+    for (const SplashFx& splash : splash_fx) {
       if (splash.lane == lane) effect_draw(splash);
     }
   }
 }
 
 void hearts_draw() {
-  for (const Effect& heart : heart_fx) effect_draw(heart);
+  for (const HeartFx& heart : heart_fx) effect_draw(heart);
 }
 
 void sparks_draw() {
-  for (const Effect& spark : spark_fx) effect_draw(spark);
+  for (const SparkFx& spark : spark_fx) effect_draw(spark);
 }

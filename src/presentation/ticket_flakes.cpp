@@ -16,8 +16,8 @@ constexpr std::int32_t GONE_BELOW_Y = 800;
 struct TicketFlake {
   Shared<std::int32_t> active;
   Shared<std::int32_t> x, y;
-  Shared<float> rotation;     // degrees
-  float age_s, vx, vy, spin;  // worker thread
+  Shared<float> rotation;   // degrees
+  float age, vx, vy, spin;  // age in seconds; worker thread
 };
 
 constinit TicketFlake flakes[SIDE_COUNT][FLAKES]{};
@@ -38,7 +38,7 @@ void ticket_flakes_clear(int side) {
     flake.x = -256;
     flake.y = -128;
     flake.rotation = 0.0F;
-    flake.age_s = flake.vx = flake.vy = flake.spin = 0.0F;
+    flake.age = flake.vx = flake.vy = flake.spin = 0.0F;
   }
 }
 
@@ -46,7 +46,7 @@ void ticket_flakes_drop(int side) {
   if (random_unit() >= DROP_CHANCE) return;
   for (TicketFlake& flake : flakes[side]) {
     if (flake.active != 0) continue;
-    flake.age_s = 0.0F;
+    flake.age = 0.0F;
     flake.x = HALF_WIDTH_PX * side + part_of(552);
     flake.y = -64 - part_of(64);
     flake.vx = chance(0.0, 64.0);
@@ -62,10 +62,10 @@ void ticket_flakes_move(int side, float dt_s) {
   for (TicketFlake& flake : flakes[side]) {
     if (flake.active == 0) continue;
     flake.x = static_cast<std::int32_t>(static_cast<float>(flake.x) + flake.vx * dt_s);
-    flake.y = static_cast<std::int32_t>(static_cast<float>(flake.y) + flake.vy * dt_s +
-                                        FALL * flake.age_s);
+    flake.y =
+        static_cast<std::int32_t>(static_cast<float>(flake.y) + flake.vy * dt_s + FALL * flake.age);
     flake.rotation = flake.rotation + flake.spin * dt_s;
-    flake.age_s += dt_s;
+    flake.age += dt_s;
     if (flake.y > GONE_BELOW_Y) flake.active = 0;
   }
 }

@@ -5,9 +5,11 @@
 #include <string>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 #include "frame/app_window.h"
 #include "platform/environment.h"
+#include "platform/headless/display_record.h"
 #include "platform/tokens.h"
 
 namespace {
@@ -40,6 +42,47 @@ TEST(CommandLine, DisplayModes) {
   EXPECT_EQ(parse("-1024x768 -fs"), std::pair(1024, 768));
   EXPECT_EQ(parse("-640x480 -1920X1080 -unknown"), std::pair(1920, 1080));
   EXPECT_EQ(parse(("-640x480 " + std::string(260, 'y')).c_str()), std::pair(1360, 768));
+}
+
+// Modes asked for as "WxH", then "full" or "window" with its size, or "none".
+std::string opened(std::vector<DisplayModeResult> results, bool answer_yes, const char* line = "") {
+  headless_display = {};
+  headless_display.mode_results = std::move(results);
+  headless_display.answer_yes = answer_yes;
+  app_window = {1360, 768, 1};
+  app_parse_command_line(line);
+  const bool open = app_create_window();
+  if (open) app_resize_window();
+  const auto text = [](DisplaySize size) {
+    return std::to_string(size.width) + "x" + std::to_string(size.height) + " ";
+  };
+  std::string told;
+  for (const DisplaySize& asked : headless_display.modes_asked) told += text(asked);
+  if (!open) return told + "none";
+  return told + text(headless_display.window) + (headless_display.fullscreen ? "full" : "window");
+}
+
+TEST(AppWindow, ModesAreAskedForInTurnAndOnlyThenTheOperator) {
+  constexpr auto OK = DISPLAY_MODE_OK;
+  constexpr auto REFUSED = DISPLAY_MODE_FAILED;
+  EXPECT_EQ(opened({OK}, false), "1360x768 1360x768 full");
+  EXPECT_EQ(opened({OK}, false, "-1024x768 -fs"), "1024x768 1024x768 full");
+  EXPECT_EQ(opened({REFUSED, OK}, false), "1360x768 1920x1080 1920x1080 full");
+  EXPECT_TRUE(headless_display.boxes.empty());
+  EXPECT_EQ(opened({REFUSED, REFUSED}, true), "1360x768 1920x1080 1920x1080 window");
+  EXPECT_EQ(opened({REFUSED, REFUSED}, false), "1360x768 1920x1080 none");
+  EXPECT_EQ(headless_display.boxes.back(), "ERROR: Program Will Now Close.");
+
+  for (const auto& [result, why] :
+       {std::pair{DISPLAY_MODE_BAD_PARAM, "Mode Contained An Invalid Param."},
+        {DISPLAY_MODE_BAD_FLAGS, "Mode Contained Invalid Flags."},
+        {DISPLAY_MODE_BAD_MODE, "Mode Is Not Supported."},
+        {DISPLAY_MODE_FAILED, "Mode Failed."}}) {
+    opened({DISPLAY_MODE_BAD_MODE, result}, true);
+    ASSERT_EQ(headless_display.boxes.size(), 1U);
+    EXPECT_EQ(headless_display.boxes[0], std::string("ERROR: The Requested Fullscreen ") + why +
+                                             "\nUse Windowed Mode Instead?");
+  }
 }
 
 class EnvironmentTest : public testing::Test {

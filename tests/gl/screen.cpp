@@ -1,53 +1,32 @@
 #include "tests/gl/screen.h"
 
-#include <sys/prctl.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <csignal>
 #include <cstdlib>
-#include <string>
+#include <memory>
 
 #include "gfx/frame.h"
 #include "platform/display.h"
+#include "tests/gl/x_server.h"
 
 namespace {
 
-pid_t server = 0;
+std::unique_ptr<XServer> server;
 
 }  // namespace
 
 bool screen_start() {
   if (std::getenv("DISPLAY") != nullptr) return true;
-  int ends[2];
-  if (pipe(ends) != 0) return false;
-  server = fork();
-  if (server == 0) {
-    prctl(PR_SET_PDEATHSIG, SIGTERM);  // it goes with a test that dies
-    dup2(ends[1], 3);
-    execlp("Xvfb", "Xvfb", "-displayfd", "3", "-screen", "0", "1920x1200x24", "-nolisten", "tcp",
-           nullptr);
-    _exit(127);
-  }
-  close(ends[1]);
-  std::string number;  // the server writes it when it is ready
-  char c = 0;
-  while (read(ends[0], &c, 1) == 1 && c != '\n') number += c;
-  close(ends[0]);
-  if (server < 0 || number.empty()) return false;
-  setenv("DISPLAY", (":" + number).c_str(), 1);
+  server = std::make_unique<XServer>(DisplaySize{1920, 1200});
+  if (server->name().empty()) return false;
+  setenv("DISPLAY", server->name().c_str(), 1);
   return true;
 }
 
 void screen_stop() {
-  if (server <= 0) return;
-  kill(server, SIGTERM);
-  waitpid(server, nullptr, 0);
-  server = 0;
+  server = nullptr;
 }
 
 bool screen_open() {
-  static const bool open = display_open_window("test", LAYOUT_WIDTH, LAYOUT_HEIGHT, true) &&
+  static const bool open = display_open_window("test", LAYOUT_WIDTH, LAYOUT_HEIGHT, false) &&
                            gfx_context_create(LAYOUT_WIDTH, LAYOUT_HEIGHT) == 1;
   return open;
 }

@@ -240,6 +240,23 @@ TEST_F(Led, WithoutAPortABenchIsToldOfEveryTry) {
   io_log.callback = nullptr;
 }
 
+TEST_F(Led, TheEndIsToldToABenchWithAndWithoutABoard) {
+  static std::string heard;
+  constexpr const char* END = "Closing LED handle\nLED is INACTIVE\n";
+  Board led;
+  environment.com[1] = led.path();
+  search();
+  ASSERT_TRUE(led_active());
+  io_log.callback = [](int /*kind*/, const char* text) { heard += std::string(text) + "\n"; };
+  heard.clear();
+  led_close();
+  EXPECT_EQ(heard, END);
+  heard.clear();
+  led_close();
+  EXPECT_EQ(heard, END) << "no port is open";
+  io_log.callback = nullptr;
+}
+
 TEST_F(Led, ItShowsTheBonusAndBlinks) {
   Board led;
   environment.com[0] = led.path();

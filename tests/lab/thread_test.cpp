@@ -2,6 +2,7 @@
 // and pressed again in the lab.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdint>
@@ -11,6 +12,7 @@
 #include <vector>
 
 #include "frame/game_clock.h"
+#include "frame/game_init.h"
 #include "frame/game_thread.h"
 #include "frame/lockouts.h"
 #include "frame/tick.h"
@@ -18,8 +20,10 @@
 #include "lab/board.h"
 #include "lab/boot.h"
 #include "lab/settings.h"
+#include "platform/files.h"
 #include "platform/random.h"
 #include "playfield/looks.h"
+#include "tests/temp_folder.h"
 
 namespace {
 
@@ -80,11 +84,20 @@ void moment_step(Reel& reel) {
 
 }  // namespace
 
+namespace {
+std::atomic<bool> hang = false;  // the game thread, in the middle of a tick
+std::atomic<bool> hangs = false;
+}  // namespace
+
 extern "C" {  // NOLINTBEGIN: the linker's names
 void __real__Z21jamma_update_lockoutsv();
 void __wrap__Z21jamma_update_lockoutsv() {
   for (Reel* reel : {recording, playing}) {
     if (reel != nullptr && !reel->done) moment_step(*reel);
+  }
+  while (hang) {
+    hangs = true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
   __real__Z21jamma_update_lockoutsv();
 }
@@ -131,6 +144,28 @@ TEST(LabThread, PlaysARecordedListAsTheGameThreadDid) {
                         sizeof played->at_end.books.histogram),
             0);
   EXPECT_EQ(recorded->draw_at_end, played->draw_at_end) << "chance has gone the same way";
+}
+
+TEST(GameShutdown, AThreadThatDoesNotEndKeepsWhatItMayTouch) {
+  const TempFolder drive;
+  files_use_roots(drive.path(), drive.path());
+  settings_reset();
+  switch_on();
+  hang = true;
+  ASSERT_TRUE(game_threads_start());
+  while (!hangs) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  const auto has_slots = [](const Lane& lane) { return lane.slots != nullptr; };
+  const auto strips = std::count_if(std::begin(lanes), std::end(lanes), has_slots);
+  ASSERT_GT(strips, 0);
+  EXPECT_EQ(Game_Shutdown(), 0);
+  EXPECT_EQ(std::count_if(std::begin(lanes), std::end(lanes), has_slots), strips);
+  EXPECT_FALSE(drive.has("audits"))
+      << "nor is a store begun that could meet one of the thread's own";
+  hang = false;
+  EXPECT_TRUE(game_threads_stop()) << "it ends when it can";
+  EXPECT_EQ(Game_Shutdown(), 1);
+  EXPECT_TRUE(drive.has("audits"));
+  files_use_roots("", "");
 }
 
 }  // namespace

@@ -156,7 +156,7 @@ TEST_F(BootCheckTest, NoButtonLeadsPastABadInstallation) {
       if (++frames == 50) std::raise(SIGTERM);
     });
   };
-  EXPECT_EXIT(boot(), testing::KilledBySignal(SIGTERM), "");
+  EXPECT_EXIT(boot(), testing::KilledBySignal(SIGTERM), "the display mode is put back");
 }
 
 TEST_F(BootCheckTest, TheVersionIsTwoLines) {

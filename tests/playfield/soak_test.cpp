@@ -167,7 +167,7 @@ TEST_F(Soak, ThreeThreadsShareTheField) {
         sum += rider.scale + static_cast<float>(rider.frame);
       }
       for (const Frog& frog : stations[SIDE_LEFT].frogs) sum += frog.x + frog.scale;
-      for (const Effect& heart : heart_fx) sum += static_cast<float>(heart.frame + heart.x);
+      for (const HeartFx& heart : heart_fx) sum += static_cast<float>(heart.frame + heart.x);
       sum += butterfly.x + static_cast<float>(butterfly.frame) + far_bank[2].scale;
       std::this_thread::yield();
     }

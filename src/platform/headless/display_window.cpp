@@ -6,12 +6,9 @@
 
 HeadlessDisplay headless_display;
 
-DisplayModeResult display_set_mode(int width, int height) {
-  return width > 0 && height > 0 ? DISPLAY_MODE_OK : DISPLAY_MODE_BAD_PARAM;
-}
-
-bool display_open_window(const char* /*title*/, int width, int height, bool /*fullscreen*/) {
+bool display_open_window(const char* /*title*/, int width, int height, bool fullscreen) {
   headless_display.window = {width, height};
+  headless_display.fullscreen = fullscreen;
   return true;
 }
 
@@ -27,8 +24,8 @@ DisplayEvents display_poll_events() {
   return {headless_display.quit, false};
 }
 
-bool display_message_box(const char* title, const char* text, bool /*yes_no*/) {
+bool display_message_box(const char* title, const char* text, bool yes_no) {
   headless_display.boxes.push_back(std::string(title) + ": " + text);
   std::fprintf(stderr, "%s: %s\n", title, text);
-  return false;
+  return yes_no && headless_display.answer_yes;
 }

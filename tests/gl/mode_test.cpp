@@ -1,0 +1,218 @@
+// The mode of the display and the window in it, on X servers that have one mode or another.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <xcb/randr.h>
+#include <xcb/xcb.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <string>
+
+#include "platform/display.h"
+#include "tests/gl/own_screen.h"
+#include "tests/gl/x_server.h"
+
+namespace {
+
+struct Free {
+  void operator()(void* memory) const { std::free(memory); }
+};
+template <typename T>
+std::unique_ptr<T, Free> owned(T* reply) {
+  return std::unique_ptr<T, Free>(reply);
+}
+
+constexpr std::uint32_t CLEARED = 0x004020;  // what a frame begins with
+
+// A server's one monitor, seen and changed from outside of the game.
+class Monitor {
+ public:
+  explicit Monitor(DisplaySize size) : server(size) {
+    setenv("DISPLAY", server.name().c_str(), 1);
+    x = xcb_connect(server.name().c_str(), nullptr);
+    root = xcb_setup_roots_iterator(xcb_get_setup(x)).data->root;
+    const auto resources = owned(xcb_randr_get_screen_resources_current_reply(
+        x, xcb_randr_get_screen_resources_current(x, root), nullptr));
+    crtc = *xcb_randr_get_screen_resources_current_crtcs(resources.get());
+    output = *xcb_randr_get_screen_resources_current_outputs(resources.get());
+  }
+  ~Monitor() { xcb_disconnect(x); }
+  Monitor(const Monitor&) = delete;
+  Monitor& operator=(const Monitor&) = delete;
+
+  xcb_randr_mode_t add(DisplaySize size) const {
+    const std::string name = std::to_string(size.width) + "x" + std::to_string(size.height);
+    xcb_randr_mode_info_t info{};
+    info.width = static_cast<std::uint16_t>(size.width);
+    info.height = static_cast<std::uint16_t>(size.height);
+    info.name_len = static_cast<std::uint16_t>(name.size());
+    const auto reply = owned(xcb_randr_create_mode_reply(
+        x, xcb_randr_create_mode(x, root, info, info.name_len, name.c_str()), nullptr));
+    const auto error =
+        owned(xcb_request_check(x, xcb_randr_add_output_mode_checked(x, output, reply->mode)));
+    EXPECT_EQ(error, nullptr) << name;
+    return reply->mode;
+  }
+
+  void show(xcb_randr_mode_t mode, int at_x) const {
+    const auto reply = owned(xcb_randr_set_crtc_config_reply(
+        x,
+        xcb_randr_set_crtc_config(x, crtc, 0, 0, static_cast<std::int16_t>(at_x), 0, mode,
+                                  XCB_RANDR_ROTATION_ROTATE_0, 1, &output),
+        nullptr));
+    ASSERT_TRUE(reply);
+    ASSERT_EQ(reply->status, 0);
+  }
+
+  [[nodiscard]] std::string mode() const {
+    const auto info =
+        owned(xcb_randr_get_crtc_info_reply(x, xcb_randr_get_crtc_info(x, crtc, 0), nullptr));
+    return std::to_string(info->width) + "x" + std::to_string(info->height);
+  }
+
+  [[nodiscard]] std::string screen() const {
+    const auto size = owned(xcb_get_geometry_reply(x, xcb_get_geometry(x, root), nullptr));
+    return std::to_string(size->width) + "x" + std::to_string(size->height);
+  }
+
+  // Waits until the whole screen has one colour. False if it doesn't come.
+  [[nodiscard]] bool filled(std::uint32_t colour) const {
+    for (int i = 0; i < 200; ++i) {
+      if (has_colour(colour)) return true;
+      usleep(50'000);
+    }
+    return false;
+  }
+
+ private:
+  [[nodiscard]] bool has_colour(std::uint32_t colour) const {
+    const auto size = owned(xcb_get_geometry_reply(x, xcb_get_geometry(x, root), nullptr));
+    const auto image = owned(xcb_get_image_reply(
+        x, xcb_get_image(x, XCB_IMAGE_FORMAT_Z_PIXMAP, root, 0, 0, size->width, size->height, ~0U),
+        nullptr));
+    if (!image) return false;
+    const auto* pixels = reinterpret_cast<const std::uint32_t*>(xcb_get_image_data(image.get()));
+    const int count = xcb_get_image_data_length(image.get()) / 4;
+    return count == size->width * size->height &&
+           std::all_of(pixels, pixels + count, [=](auto p) { return (p & 0xFFFFFF) == colour; });
+  }
+
+  XServer server;
+  xcb_connection_t* x = nullptr;
+  xcb_window_t root = 0;
+  xcb_randr_crtc_t crtc = 0;
+  xcb_randr_output_t output = 0;
+};
+
+// The game's window in a process of its own: what a display has been told ends with the process.
+class Game {
+ public:
+  explicit Game(const char* arguments) {
+    int to[2];
+    int from[2];
+    if (pipe(to) != 0 || pipe(from) != 0) return;
+    process = fork();
+    if (process == 0) {
+      dup2(to[0], STDIN_FILENO);
+      dup2(from[1], STDOUT_FILENO);
+      for (const int end : {to[0], to[1], from[0], from[1]}) close(end);
+      setenv("CI", "1", 1);  // there is nobody to answer a question, also on a desk
+      execl("/proc/self/exe", "test_gl", OWN_SCREEN, arguments, nullptr);
+      _exit(127);
+    }
+    close(to[0]);
+    close(from[1]);
+    in = to[1];
+    char c = 0;
+    while (!shown() && read(from[0], &c, 1) == 1) said += c;
+    close(from[0]);
+  }
+  ~Game() {
+    if (process > 0) end();
+  }
+  Game(const Game&) = delete;
+  Game& operator=(const Game&) = delete;
+
+  [[nodiscard]] bool shown() const { return said.ends_with("shown\n"); }
+
+  void end() {
+    close(in);
+    waitpid(process, nullptr, 0);
+    process = -1;
+  }
+
+ private:
+  pid_t process = -1;
+  int in = -1;
+  std::string said;
+};
+
+class DisplayMode : public testing::Test {
+ protected:
+  DisplayMode() {
+    unsetenv("SDL_VIDEODRIVER");
+    if (const char* name = std::getenv("DISPLAY")) display = name;
+  }
+  ~DisplayMode() override {
+    if (display.empty()) {
+      unsetenv("DISPLAY");
+    } else {
+      setenv("DISPLAY", display.c_str(), 1);
+    }
+  }
+
+ private:
+  std::string display;
+};
+
+TEST_F(DisplayMode, TheAskedOneIsTakenFilledAndPutBack) {
+  const Monitor monitor({1920, 1080});
+  monitor.add({1360, 768});
+  Game game("");
+  ASSERT_TRUE(game.shown());
+  EXPECT_EQ(monitor.mode(), "1360x768");
+  EXPECT_EQ(monitor.screen(), "1360x768");
+  EXPECT_TRUE(monitor.filled(CLEARED));
+  game.end();
+  EXPECT_EQ(monitor.mode(), "1920x1080");
+  EXPECT_EQ(monitor.screen(), "1920x1080");
+}
+
+TEST_F(DisplayMode, WithoutTheAskedOneTheLargeOneIsTakenAndFilled) {
+  const Monitor monitor({1920, 1080});
+  for (const char* arguments : {"", "-1024x768 -fs"}) {
+    const Game game(arguments);
+    ASSERT_TRUE(game.shown());
+    EXPECT_EQ(monitor.mode(), "1920x1080");
+    EXPECT_TRUE(monitor.filled(CLEARED)) << arguments;
+  }
+}
+
+TEST_F(DisplayMode, WithNeitherAndNobodyToAskThereIsNoWindow) {
+  const Monitor monitor({2048, 1152});
+  const Game game("");
+  EXPECT_FALSE(game.shown());
+  EXPECT_EQ(monitor.mode(), "2048x1152");
+}
+
+// The monitor stands so far to the right that the screen would have to be wider than it can be.
+TEST_F(DisplayMode, OneThatIsListedAndRefusedIsNotTaken) {
+  const Monitor monitor({1920, 1080});
+  monitor.add({1360, 768});
+  monitor.add({800, 600});
+  monitor.show(monitor.add({1024, 768}), 800);
+  EXPECT_EQ(display_set_mode(1360, 768), DISPLAY_MODE_FAILED);
+  EXPECT_EQ(monitor.mode(), "1024x768") << "the old mode stays in force";
+  EXPECT_EQ(display_set_mode(1280, 720), DISPLAY_MODE_BAD_MODE);
+  EXPECT_EQ(display_set_mode(0, 720), DISPLAY_MODE_BAD_PARAM);
+  EXPECT_EQ(display_set_mode(800, 600), DISPLAY_MODE_OK);
+  EXPECT_EQ(monitor.mode(), "800x600");
+  display_restore_mode();
+  EXPECT_EQ(monitor.mode(), "1024x768");
+}
+
+}  // namespace
