@@ -69,7 +69,7 @@ TEST_F(Signs, ShowCreditsAsFrogs) {
 }
 
 TEST_F(Signs, SayThePrice) {
-  const auto line = [this](const char* what, const char* icon) {
+  const auto line = [](const char* what, const char* icon) {
     const std::vector<Drawn> drawn = seen(signs_draw);
     const int n = static_cast<int>(std::string(what).size());
     EXPECT_EQ(first(drawn, what).x, 552 + 128 - 7 * n + 2) << what;
@@ -87,7 +87,7 @@ TEST_F(Signs, SayThePrice) {
 
 // Before a number of two digits the gap is narrower than the frog.
 TEST_F(Signs, PriceWithANumberOfFrogs_IsNotCoveredByTheFrog) {
-  const auto frog_is_behind = [this](const char* line) {
+  const auto frog_is_behind = [](const char* line) {
     const std::vector<Drawn> drawn = seen(signs_draw);
     const auto at = [&drawn](const char* what) {
       return std::ranges::find(drawn, what, &Drawn::what) - drawn.begin();
