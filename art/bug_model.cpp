@@ -1,6 +1,7 @@
 #include "art/bug_model.h"
 
 #include <cmath>
+#include <initializer_list>
 
 #include "art/palette.h"
 

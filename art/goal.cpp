@@ -1,6 +1,7 @@
 #include "art/goal.h"
 
 #include <cmath>
+#include <initializer_list>
 
 #include "art/flora.h"
 #include "art/palette.h"

@@ -1,5 +1,6 @@
 // The marks of the game's (invented) makers.
 #include <cmath>
+#include <initializer_list>
 
 #include "art/catalogue.h"
 #include "art/clay.h"

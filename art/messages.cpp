@@ -1,5 +1,6 @@
 // Labels, prompts, speech and faults.
 #include <cmath>
+#include <initializer_list>
 
 #include "art/catalogue.h"
 #include "art/palette.h"

@@ -1,6 +1,7 @@
 // Green things: the foliage at the screen's edges, cattails, lily pads, grass and the stones that
 // the frogs start from.
 #include <cmath>
+#include <initializer_list>
 #include <span>
 
 #include "art/catalogue.h"

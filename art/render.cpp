@@ -28,8 +28,9 @@ bool render_files(const std::string& outdir, const std::vector<CatalogueEntry>& 
     std::string& key = keys[family];
     if (key.empty()) key = source_key(family->source);
     const double pixels = static_cast<double>(row->frames) * row->cell_width * row->cell_height;
-    jobs.push_back({std::string("images/") + row->name, key, pixels,
-                    [row = row](const std::string& path) { return write_picture(*row, path); }});
+    jobs.push_back(
+        {std::string("images/") + row->name, key, pixels,
+         [picture = row](const std::string& path) { return write_picture(*picture, path); }});
   }
   return render_jobs(outdir, std::move(jobs), again, "pictures", log);
 }

@@ -1,5 +1,6 @@
 // Wood with words: the three signs at the screen's foot and the board of the attract sequence.
 #include <cmath>
+#include <initializer_list>
 
 #include "art/catalogue.h"
 #include "art/palette.h"

@@ -1,5 +1,6 @@
 // Paper tickets, on which the game writes numbers.
 #include <cmath>
+#include <initializer_list>
 
 #include "art/catalogue.h"
 #include "art/palette.h"

@@ -1,5 +1,7 @@
 #include "lab/expert.h"
 
+#include <initializer_list>
+
 #include "lab/climb.h"
 
 namespace {

@@ -158,6 +158,10 @@ SHARED = {
     "size_t": ["cstddef", "cstdio", "cstdlib", "cstring", "ctime"],
     "streamsize": ["ios"] + STREAMS,
 }
+# A loop over a list in braces uses initializer_list without its name.
+LIST_LOOP = re.compile(r"\bfor \([^;{}]*: \{")
+LIST_HEADERS = ["initializer_list", "algorithm", "array", "deque", "list", "map", "set", "string",
+                "utility", "vector"]
 # Names without std::, most of them macros.
 PLAIN = {
     "assert": "cassert", "errno": "cerrno", "offsetof": "cstddef", "va_end": "cstdarg",
@@ -196,6 +200,8 @@ def missing(path, table):
     used = code(text)
     names = {f"std::{name}": table.get(name, []) for name in re.findall(r"\bstd::(\w+)", used)}
     names |= {name: [PLAIN[name]] for name in re.findall(r"\b\w+\b", used) if name in PLAIN}
+    if LIST_LOOP.search(used):
+        names["a list in braces"] = LIST_HEADERS
     return [(name, headers) for name, headers in sorted(names.items())
             if not set(headers) & set(have)]
 

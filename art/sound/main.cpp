@@ -68,8 +68,8 @@ bool render(const std::string& outdir, const std::vector<Entry>& sounds, bool ag
   jobs.reserve(sounds.size() + 1);
   for (const auto& [family, row] : sounds)
     jobs.push_back({std::string("sounds/") + row->name + ".wav", key_of(*family), family->cost,
-                    [row = row](const std::string& path) {
-                      return wave_write(art::sound::catalogue_render(*row), path);
+                    [sound = row](const std::string& path) {
+                      return wave_write(art::sound::catalogue_render(*sound), path);
                     }});
   if (!again)
     jobs.push_back(

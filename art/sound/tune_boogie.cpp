@@ -1,4 +1,6 @@
 // "Bug Boogie": a fast twelve-bar blues with an organ, a reed and everybody's hands.
+#include <initializer_list>
+
 #include "art/sound/catalogue.h"
 #include "art/sound/theme.h"
 

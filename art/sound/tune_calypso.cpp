@@ -1,5 +1,7 @@
 // "Pond Calypso": steel pan and marimba by a warm pond. The first tune, and the theme at its
 // plainest.
+#include <initializer_list>
+
 #include "art/sound/catalogue.h"
 #include "art/sound/frog_voice.h"
 #include "art/sound/theme.h"

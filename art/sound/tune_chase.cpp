@@ -1,5 +1,7 @@
 // "Heron!": somebody hungry is behind the frog. The theme in minor and in a hurry; the operator
 // hears it when setting the volume, so all of the range is in it.
+#include <initializer_list>
+
 #include "art/sound/catalogue.h"
 #include "art/sound/theme.h"
 

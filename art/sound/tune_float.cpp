@@ -1,5 +1,7 @@
 // "Sunny Float": on a leaf in the sun, with ukulele, whistle and a lazy shuffle. The theme at half
 // pace.
+#include <initializer_list>
+
 #include "art/sound/catalogue.h"
 #include "art/sound/theme.h"
 

@@ -1,4 +1,6 @@
 // "Lily Strut": funk from the swamp, with a clavinet, a growling bass, brass and a jaw harp.
+#include <initializer_list>
+
 #include "art/sound/catalogue.h"
 #include "art/sound/frog_voice.h"
 #include "art/sound/theme.h"

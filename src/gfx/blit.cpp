@@ -1,6 +1,7 @@
 #include "gfx/blit.h"
 
 #include <cmath>
+#include <initializer_list>
 #include <numbers>
 
 #include "gfx/fill_plan.h"

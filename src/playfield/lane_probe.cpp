@@ -1,4 +1,5 @@
 #include <cstdint>
+#include <initializer_list>
 
 #include "gfx/panel_table.h"  // sheet_half_width
 #include "playfield/frog_flight.h"

@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 #include <optional>
 
 #include "tests/art/picture_files.h"

@@ -1,4 +1,5 @@
 #include <cstdint>
+#include <initializer_list>
 
 #include "books/audits.h"
 #include "books/prefs.h"

@@ -1,6 +1,7 @@
 #include "playfield/frog_queue.h"
 
 #include <cstdint>
+#include <initializer_list>
 
 #include "books/audits.h"
 #include "frame/game_clock.h"

@@ -2,6 +2,7 @@
 // each other and with what the dispensers were told.
 #include <atomic>
 #include <cstdint>
+#include <initializer_list>
 #include <thread>
 
 #include "books/audits.h"
