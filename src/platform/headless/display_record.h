@@ -12,9 +12,9 @@ struct HeadlessDisplay {
   bool fullscreen = false;
   std::vector<DisplaySize> modes_asked;
   std::vector<DisplayModeResult> mode_results;  // of these, in turn; OK behind the last
-  bool answer_yes = false;   // to a box that asks
-  std::uint64_t frames = 0;  // begun
-  std::uint64_t quads = 0;   // drawn
+  bool answer_yes = false;                      // to a box that asks
+  std::uint64_t frames = 0;                     // begun
+  std::uint64_t quads = 0;                      // drawn
   std::uint32_t textures = 0;
   bool unscaled = true;  // the window has the size of the layout
   bool quit = false;     // somebody closes the window, or types Esc
