@@ -26,7 +26,7 @@ constexpr PrefRow text(std::uint32_t index, const char* name) {
   return row(index, PREF_SHOWS_TEXT, name, 0, 0.0F);
 }
 
-constexpr PrefRow BUILT_IN[PREF_COUNT] = {
+constexpr Prefs BUILT_IN = {
     whole(0, "Freeplay", 0),
     whole(1, "Coins To Play", 1),
     whole(2, "Frogs Per Game", 1),
@@ -63,7 +63,7 @@ constexpr bool rows_in_order() {
 static_assert(rows_in_order());
 
 // Word by word where others may be reading.
-void put_built_in(PrefRow* table) {
+void put_built_in(Prefs& table) {
   for (const PrefRow& from : BUILT_IN) {
     PrefRow& to = table[from.index];
     to.index = from.index;
@@ -77,8 +77,8 @@ void put_built_in(PrefRow* table) {
 
 }  // namespace
 
-PrefRow prefs[PREF_COUNT];
-PrefRow prefs_defaults[PREF_COUNT];
+Prefs prefs;
+Prefs prefs_defaults;
 
 const char currency_codes[17][8] = {"USD", "AUD", "CAD", "EUR", "GBP", "DEM", "FRF", "JPY", "NLG",
                                     "ITL", "CHF", "BRL", "DKK", "MXN", "RUR", "KRW", "CNY"};

@@ -178,7 +178,7 @@ inline constinit bool field_is_watched = true;
 
 // y of a frog that sits on each lane, and x of the places in line.
 extern const std::int32_t lane_y[LANE_COUNT];
-extern const std::int32_t queue_x[SIDE_COUNT][QUEUE_PLACES];
+extern const std::int32_t QUEUE_X[SIDE_COUNT][QUEUE_PLACES];
 
 // Sets the whole field up: loads the pictures, fills the sheets, then `playfield_reset`. The
 // threads that carry the small workers, and the sound that start-up begins with, are the caller's.
