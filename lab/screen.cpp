@@ -82,7 +82,7 @@ float screen_speed(int lane) {
 }
 
 float screen_frog_middle(int side) {
-  return static_cast<float>(queue_x[side][0] + FROG_MIDDLE_PX);
+  return static_cast<float>(QUEUE_X[side][0] + FROG_MIDDLE_PX);
 }
 
 LaneCell memory_cell(int lane, int number) {

@@ -31,7 +31,7 @@ void name_row(AuditRow& row, const Audit& audit, int side) {
 }
 
 // Word by word where others may be reading.
-void put_built_in(AuditRow* table) {
+void put_built_in(Audits& table) {
   for (const Audit& audit : AUDITS) {
     for (int side = 0; side < audit.sides; ++side) {
       AuditRow& row = table[audit.row + side];
@@ -44,8 +44,8 @@ void put_built_in(AuditRow* table) {
 }
 
 struct TickState {
-  std::int64_t last_tick;
-  std::int64_t last_save;
+  std::int64_t audit_last_tick;
+  std::int64_t audit_last_save;
   std::uint32_t checksum_failures_seen;
 };
 
@@ -89,9 +89,9 @@ void count_time(const AuditsTick& tick, std::int64_t dt) {
 
 }  // namespace
 
-AuditRow audits[AUDIT_COUNT];
-AuditRow audit_defaults[AUDIT_COUNT];
-Shared<std::uint32_t> histogram[SIDE_COUNT][HISTOGRAM_CELLS];
+Audits audits;
+Audits audit_defaults;
+Histogram histogram;
 
 void audits_reset() {
   put_built_in(audits);
@@ -137,8 +137,8 @@ void audits_tick_reset() {
 }
 
 void audits_tick(const AuditsTick& tick) {
-  const std::int64_t dt = tick.now_ms - tick_state.last_tick;
-  tick_state.last_tick = tick.now_ms;
+  const std::int64_t dt = tick.now_ms - tick_state.audit_last_tick;
+  tick_state.audit_last_tick = tick.now_ms;
   if (dt < LONGEST_TICK_MS) count_time(tick, dt);
 
   if (tick.checksum_failures > tick_state.checksum_failures_seen) {
@@ -149,12 +149,12 @@ void audits_tick(const AuditsTick& tick) {
   }
 
   // A store takes the disk for a moment, so it waits until nobody plays.
-  if (tick.now_ms - tick_state.last_save >= STORE_EVERY_MS) {
+  if (tick.now_ms - tick_state.audit_last_save >= STORE_EVERY_MS) {
     if (tick.idle[SIDE_LEFT] && tick.idle[SIDE_RIGHT]) {
       audits_save();
-      tick_state.last_save = tick.now_ms;
+      tick_state.audit_last_save = tick.now_ms;
     } else {
-      tick_state.last_save += STORE_RETRY_MS;
+      tick_state.audit_last_save += STORE_RETRY_MS;
     }
   }
 }

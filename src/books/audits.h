@@ -21,9 +21,12 @@ enum AuditFlags : std::uint32_t { AUDIT_IS_FLOAT = 0x10, AUDIT_IS_TIME = 0x20 };
 
 constexpr int HISTOGRAM_CELLS = 1400;
 
-extern AuditRow audits[AUDIT_COUNT];          // one writer: start-up, then the game thread
-extern AuditRow audit_defaults[AUDIT_COUNT];  // the built-in rows, from audits_load on
-extern Shared<std::uint32_t> histogram[SIDE_COUNT][HISTOGRAM_CELLS];
+using Audits = AuditRow[AUDIT_COUNT];
+using Histogram = Shared<std::uint32_t>[SIDE_COUNT][HISTOGRAM_CELLS];
+
+extern Audits audits;          // one writer: start-up, then the game thread
+extern Audits audit_defaults;  // the built-in rows, from audits_load on
+extern Histogram histogram;    // how many frogs of a side paid so many tickets
 
 // Loads "d:\audits", else "d:\audbak", and "d:\histo", counts the boot, zeroes the rows since boot
 // and money below nothing, and stores all three files. Start-up.

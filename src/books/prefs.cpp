@@ -25,7 +25,7 @@ constexpr PrefRow row_of(const Setting& setting) {
 }
 
 // Word by word where others may be reading.
-void put_built_in(PrefRow* table) {
+void put_built_in(Prefs& table) {
   for (const Setting& setting : SETTINGS) {
     const PrefRow from = row_of(setting);
     PrefRow& to = table[from.index];
@@ -40,8 +40,8 @@ void put_built_in(PrefRow* table) {
 
 }  // namespace
 
-PrefRow prefs[PREF_COUNT];
-PrefRow prefs_defaults[PREF_COUNT];
+Prefs prefs;
+Prefs prefs_defaults;
 
 const char currency_codes[17][8] = {"USD", "AUD", "CAD", "EUR", "GBP", "DEM", "FRF", "JPY", "NLG",
                                     "ITL", "CHF", "BRL", "DKK", "MXN", "RUR", "KRW", "CNY"};

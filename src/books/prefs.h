@@ -29,8 +29,10 @@ enum CurrencyUnit {
   CURRENCY_SWIPES = 3
 };
 
-extern PrefRow prefs[PREF_COUNT];           // one writer: start-up, then the game thread
-extern PrefRow prefs_defaults[PREF_COUNT];  // the built-in rows, from prefs_load on
+using Prefs = PrefRow[PREF_COUNT];
+
+extern Prefs prefs;           // one writer: start-up, then the game thread
+extern Prefs prefs_defaults;  // the built-in rows, from prefs_load on
 extern const char currency_codes[17][8];
 
 // Loads the table from "d:\prefs", else "d:\prefbak", else keeps the built-in rows, and stores both

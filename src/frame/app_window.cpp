@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "gfx/frame.h"  // LAYOUT_WIDTH
+#include "gfx/frame.h"  // LAYOUT_WIDTH, gfx_projection_set
 #include "platform/display.h"
 #include "platform/tokens.h"
 
@@ -77,6 +77,11 @@ bool app_create_window() {
   if (app_window.fullscreen != 0 && !choose_mode()) return false;
   return display_open_window(TITLE, app_window.screen_width, app_window.screen_height,
                              app_window.fullscreen != 0);
+}
+
+void app_window_proc(const DisplayEvents& events) {
+  if (events.moved) gfx_projection_set(LAYOUT_WIDTH, LAYOUT_HEIGHT);
+  if (events.quit) app_window.quit = true;
 }
 
 void app_resize_window() {

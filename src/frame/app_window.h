@@ -3,9 +3,12 @@
 
 #include <cstdint>
 
+struct DisplayEvents;
+
 struct AppWindow {
   std::int32_t screen_width, screen_height;  // asked of the display
   std::int32_t fullscreen;
+  bool quit = false;  // somebody ended the program
 };
 
 extern AppWindow app_window;
@@ -16,6 +19,9 @@ void app_parse_command_line(const char* line);
 
 // Display mode and window. False if there can be none, or the operator says No.
 bool app_create_window();
+
+// Takes what has come in at the window: a quit, and that the picture has to fit it anew.
+void app_window_proc(const DisplayEvents& events);
 
 // Gives a window with a frame its size, 80 x 80 at least. Nothing when the game owns the screen.
 void app_resize_window();

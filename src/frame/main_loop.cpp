@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "frame/app_window.h"
 #include "frame/game_clock.h"  // last_render_ms
 #include "frame/render_frame.h"
 #include "gfx/frame.h"
@@ -15,9 +16,8 @@ void main_loop() {
   std::int64_t frames = 0;
   std::int64_t first_ms = 0;
   for (;;) {
-    const DisplayEvents events = display_poll_events();
-    if (events.moved) gfx_projection_set(LAYOUT_WIDTH, LAYOUT_HEIGHT);
-    if (events.quit) break;
+    app_window_proc(display_poll_events());
+    if (app_window.quit) break;
     const std::int64_t now = clock_ms();
     if (static_cast<double>(game_clock.last_render_ms) + FRAME_MS > static_cast<double>(now)) {
       clock_sleep_ms(1);

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <initializer_list>
 #include <numbers>
+#include <utility>
 
 #include "gfx/fill_plan.h"
 #include "gfx/texture.h"
@@ -66,12 +67,15 @@ void corners_set(const Target& target, DisplayQuad& quad) {
 void source_set(const GlTexture& texture, const PixelRect& rect, bool flip, DisplayQuad& quad) {
   const auto padded_w = static_cast<float>(gfx_padded_size(texture.width));
   const auto padded_h = static_cast<float>(gfx_padded_size(texture.height));
-  const float left = static_cast<float>(rect.x) / padded_w;
-  const float right = static_cast<float>(rect.x + rect.width) / padded_w;
-  quad.u[0] = quad.u[3] = flip ? right : left;
-  quad.u[1] = quad.u[2] = flip ? left : right;
-  quad.v[0] = quad.v[1] = static_cast<float>(rect.y) / padded_h;
-  quad.v[2] = quad.v[3] = static_cast<float>(rect.y + rect.height) / padded_h;
+  float tex_u0 = static_cast<float>(rect.x) / padded_w;
+  float tex_u1 = static_cast<float>(rect.x + rect.width) / padded_w;
+  const float tex_v0 = static_cast<float>(rect.y) / padded_h;
+  const float tex_v1 = static_cast<float>(rect.y + rect.height) / padded_h;
+  if (flip) std::swap(tex_u0, tex_u1);
+  quad.u[0] = quad.u[3] = tex_u0;
+  quad.u[1] = quad.u[2] = tex_u1;
+  quad.v[0] = quad.v[1] = tex_v0;
+  quad.v[2] = quad.v[3] = tex_v1;
 }
 
 // Each texel falls on the middle of one window pixel: pieces of the picture can be drawn as quads

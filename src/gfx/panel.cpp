@@ -156,10 +156,12 @@ void gfx_panel_draw(Panel panel) {
 }
 
 void gfx_frame_draw(Panel* panel, int columns, int rows, int /*frames*/, int frame, int x, int y) {
-  panel->src_w = panel->width / columns;
-  panel->src_h = panel->height / rows;
-  panel->src_x = panel->src_w * (frame % columns);
-  panel->src_y = panel->src_h * (frame / columns);
+  const std::int32_t cell_w = panel->width / columns;
+  const std::int32_t cell_h = panel->height / rows;
+  panel->src_w = cell_w;
+  panel->src_h = cell_h;
+  panel->src_x = cell_w * (frame % columns);
+  panel->src_y = cell_h * (frame / columns);
   panel->x = x;
   panel->y = y;
   gfx_panel_draw(*panel);

@@ -23,8 +23,12 @@ constexpr std::size_t VERSION_MOST = 18;  // characters of a version line
 constexpr int X = 16;
 constexpr int LINE_HEIGHT_PX = 16;
 
-struct BootCheck {  // main thread
+struct BootCheckFlags {  // what the screen says is wrong
   bool list_missing, file_missing, file_damaged;
+};
+
+struct BootCheck {  // main thread
+  BootCheckFlags flags;
   void (*draw)();
 };
 constinit BootCheck check{};
@@ -88,12 +92,10 @@ volatile std::sig_atomic_t signal_met = 0;
   std::abort();
 }
 
-void files_check() {
+void crc_file_check() {
   game_mode = MODE_BOOT_CHECK;
-  const FileCheck result = crc_files_check(current_file(), draw_frame);
-  check.list_missing = result == LIST_MISSING;
-  check.file_missing = result == FILE_MISSING;
-  check.file_damaged = result == FILE_DAMAGED;
+  const FileCheck result = file_list_check(current_file(), draw_frame);
+  check.flags = {result == LIST_MISSING, result == FILE_MISSING, result == FILE_DAMAGED};
   if (result != FILES_GOOD) halt();
   game_mode = MODE_PLAY;
 }
@@ -121,7 +123,7 @@ void boot_check_and_version(void (*draw)()) {
   read_version();
   note_build();
   if (pref_int(PREF_CHECK_CRC) == 0) return;
-  files_check();
+  crc_file_check();
   prefs[PREF_CHECK_CRC].int_value = 0;
   prefs_save();
 }
@@ -129,7 +131,7 @@ void boot_check_and_version(void (*draw)()) {
 void crc_check_draw() {
   int pen = 16;
   text_draw(FONT_8X12, COLOUR_WHITE, X, pen, "Running CRC Check...");
-  if (check.list_missing) {
+  if (check.flags.list_missing) {
     red_box(80, "*   CRC FILE MISSING!   *");
     pen = 160;
   }
@@ -137,9 +139,9 @@ void crc_check_draw() {
   text_draw(FONT_8X12, COLOUR_WHITE, X, c, "Checking files...");
   text_draw(FONT_8X12, COLOUR_WHITE, X, c + 32, "%s", current_file().c_str());
   pen = c + 32;
-  if (check.file_missing) {
+  if (check.flags.file_missing) {
     red_box(c + 96, "*     FILE MISSING!     *");
     pen = c + 176;
   }
-  if (check.file_damaged) red_box(pen + 64, "*     FILE DAMAGED!     *");
+  if (check.flags.file_damaged) red_box(pen + 64, "*     FILE DAMAGED!     *");
 }

@@ -53,7 +53,7 @@ bool crc_file_sum(ReadFile* file, std::int32_t* size, std::int32_t* crc) {
   return whole;
 }
 
-FileCheck crc_files_check(std::string& current, void (*checked)()) {
+FileCheck file_list_check(std::string& current, void (*checked)()) {
   ReadFile* list = read_open_any_case(LIST_NAME);
   if (list == nullptr) return LIST_MISSING;
   FileCheck result = FILES_GOOD;

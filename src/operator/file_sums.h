@@ -16,4 +16,4 @@ enum FileCheck { FILES_GOOD, LIST_MISSING, FILE_MISSING, FILE_DAMAGED };
 // Proves the files of lhpcrc.txt, in its order. `current` gets each name, as the list's reader has
 // it, before `checked` is called behind a good file. Stops at the first bad one. A list that can't
 // be read to its end is a missing one.
-FileCheck crc_files_check(std::string& current, void (*checked)());
+FileCheck file_list_check(std::string& current, void (*checked)());

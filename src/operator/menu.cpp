@@ -24,7 +24,7 @@ constexpr JammaPress MENU_PRESSES[] = {PRESS_P1S, PRESS_P2S, PRESS_C1,  PRESS_C2
 
 struct MenuState {
   std::atomic<Menu*> current;  // written by the game thread, drawn by the main thread
-  bool wait_test;              // the held Test button has not been let go yet
+  bool menu_wait_test;         // the held Test button has not been let go yet
 };
 constinit MenuState state{};
 
@@ -196,15 +196,15 @@ Menu* menu_current() {
 }
 
 void menu_wait_for_test() {
-  state.wait_test = true;
+  state.menu_wait_test = true;
 }
 
 void menu_input() {
   Menu* menu = state.current;
   if (menu == nullptr) return;
-  if (state.wait_test) {
+  if (state.menu_wait_test) {
     if (!jamma_pressed(PRESS_TST)) return;
-    state.wait_test = false;
+    state.menu_wait_test = false;
     jamma_presses_clear(PRESS_TST);
   }
   if (jamma_pressed(PRESS_TST) || jamma_pressed(PRESS_P2S)) return accept(*menu);
@@ -248,5 +248,5 @@ void menu_draw() {
 
 void menu_reset() {
   state.current = nullptr;
-  state.wait_test = false;
+  state.menu_wait_test = false;
 }

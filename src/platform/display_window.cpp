@@ -88,12 +88,13 @@ bool display_open_window(const char* title, int width, int height, bool fullscre
   SDL_GL_SetAttribute(SDL_GL_BLUE_SIZE, 8);
   SDL_GL_SetAttribute(SDL_GL_DEPTH_SIZE, 16);
   std::uint32_t flags = SDL_WINDOW_SHOWN;
-  // The display has its mode by now, so the window takes it as it is.
+  // The primary monitor has its mode by now, so the window takes it as it is.
+  const int corner = fullscreen ? static_cast<int>(SDL_WINDOWPOS_CENTERED_DISPLAY(0)) : 0;
   flags |= fullscreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : SDL_WINDOW_RESIZABLE;
-  state.window = SDL_CreateWindow(title, 0, 0, width, height, flags | SDL_WINDOW_OPENGL);
+  state.window = SDL_CreateWindow(title, corner, corner, width, height, flags | SDL_WINDOW_OPENGL);
   state.has_gl = state.window != nullptr;
   // Without a pixel format there is still a window; what is missing is told with the context.
-  if (!state.has_gl) state.window = SDL_CreateWindow(title, 0, 0, width, height, flags);
+  if (!state.has_gl) state.window = SDL_CreateWindow(title, corner, corner, width, height, flags);
   if (state.window == nullptr) return false;
   SDL_RaiseWindow(state.window);
   state.cursor = SDL_CreateSystemCursor(SDL_SYSTEM_CURSOR_HAND);

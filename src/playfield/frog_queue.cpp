@@ -56,7 +56,7 @@ void frog_enqueue(int side) {
   if (frog == nullptr) return;
   frog->flags |= FROG_HIDDEN;
   frog->y = lane_y[LANE_NEAR_BANK];
-  frog->x = static_cast<float>(queue_x[side][place]);
+  frog->x = static_cast<float>(QUEUE_X[side][place]);
   frog->scale = 1.0F;
   frog->state_time = now_ms();
   frog->queue_pos = place;
@@ -84,7 +84,7 @@ void frog_launch(int side, bool demo) {
 
   tick_timers.award_done[side] = 0;
   Frog& frog = *frog_queue_pop(side);
-  frog.x = static_cast<float>(queue_x[side][0]);
+  frog.x = static_cast<float>(QUEUE_X[side][0]);
   frog.y = lane_y[LANE_NEAR_BANK];
   frog.state = FROG_LAUNCHING;
   frog.state_time = now_ms();

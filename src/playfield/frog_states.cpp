@@ -21,7 +21,7 @@ void frog_free(int side, Frog& frog) {
     frog.frame = 0;
   }
   frog.state = FROG_FREE;
-  frog.x = static_cast<float>(queue_x[side][0]);
+  frog.x = static_cast<float>(QUEUE_X[side][0]);
   frog.y = lane_y[LANE_NEAR_BANK];
   frog.lane = LANE_NEAR_BANK;
   frog.flags = 0;
@@ -82,7 +82,7 @@ void waiting_step(int side, Frog& frog, const FrogTimes& times) {
 void queue_close_up(int side) {
   FrogQueue& queue = frog_queues[side];
   for (int place = 0; place < queue.count; ++place) {
-    queue.places[place].get()->x = static_cast<float>(queue_x[side][place]);
+    queue.places[place].get()->x = static_cast<float>(QUEUE_X[side][place]);
   }
 }
 
@@ -96,7 +96,7 @@ void landing(int side, Frog& frog) {
     award_landing_cue();
   }
   if (frog.lane <= LANE_FAR_BANK) {
-    frog.x = static_cast<float>(queue_x[side][0]);
+    frog.x = static_cast<float>(QUEUE_X[side][0]);
     frog.lane = LANE_FAR_BANK;
     frog.state = FROG_WINNING;
     award_jackpot(side, frog);

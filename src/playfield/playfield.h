@@ -186,7 +186,7 @@ extern Shared<std::int32_t> lead_lane;  // lowest lane of any frog hopping or re
 
 // y of a frog that sits on each lane, and x of the places in line.
 extern const std::int32_t lane_y[LANE_COUNT];
-extern const std::int32_t queue_x[SIDE_COUNT][QUEUE_PLACES];
+extern const std::int32_t QUEUE_X[SIDE_COUNT][QUEUE_PLACES];
 
 // Sets the whole field up: loads the pictures, fills the sheets, then `playfield_reset`. The
 // threads that carry the small workers, and the sound that start-up begins with, are the caller's.

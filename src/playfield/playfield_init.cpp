@@ -17,7 +17,7 @@ namespace {
 void frog_set_up(Frog& frog, int side, std::int64_t now) {
   frog.flags = FROG_HIDDEN;
   frog.sheet = &sheets[SHEET_GFROG];
-  frog.x = static_cast<float>(queue_x[side][0]);
+  frog.x = static_cast<float>(QUEUE_X[side][0]);
   frog.y = lane_y[LANE_NEAR_BANK];
   frog.state = FROG_FREE;
   frog.state_time = now;

@@ -20,7 +20,7 @@ constinit Shared<std::int32_t> lead_lane{LANE_NEAR_BANK};
 
 constexpr std::int32_t lane_y[LANE_COUNT] = {-202, -152, -96, -40, 16,  72, 128,
                                              184,  240,  296, 352, 408, 464};
-constexpr std::int32_t queue_x[SIDE_COUNT][QUEUE_PLACES] = {{212, 84, -44, -172, -300},
+constexpr std::int32_t QUEUE_X[SIDE_COUNT][QUEUE_PLACES] = {{212, 84, -44, -172, -300},
                                                             {892, 1020, 1148, 1276, 1404}};
 
 namespace {

@@ -47,7 +47,7 @@ class BootCheckTest : public testing::Test {
            std::to_string(static_cast<std::int32_t>(crc)) + "\n";
   }
   FileCheck check() {
-    return crc_files_check(current, [] { ++frames; });
+    return file_list_check(current, [] { ++frames; });
   }
 
   TempFolder drive, program;
