@@ -151,6 +151,7 @@ TEST(GameShutdown, AThreadThatDoesNotEndKeepsWhatItMayTouch) {
   files_use_roots(drive.path(), drive.path());
   settings_reset();
   switch_on();
+  hangs = false;
   hang = true;
   ASSERT_TRUE(game_threads_start());
   while (!hangs) std::this_thread::sleep_for(std::chrono::milliseconds(1));
