@@ -9,6 +9,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <utility>
@@ -32,6 +33,16 @@ std::string open_signals(Cabinet& cabinet) {
   return cabinet.signals < 0 ? std::string("signals: ") + std::strerror(errno) : std::string();
 }
 
+std::string sound_path(const Cabinet& cabinet) {
+  return cabinet.keys.folder + "/sound";
+}
+
+// The window's sound stays on the sound card of this machine if it has one.
+bool sound_is_ours(const Options& options) {
+  if (options.sound != SOUND_AUTO) return options.sound == SOUND_PAGE;
+  return options.page && std::getenv("LILYHOP_SOUND") == nullptr && !sound_card_is_there();
+}
+
 void describe_game(Cabinet& cabinet) {
   const Options& options = cabinet.options;
   GameProcess& game = cabinet.game;
@@ -40,6 +51,9 @@ void describe_game(Cabinet& cabinet) {
                       {"LILYHOP_KEYS", "unix:" + cabinet.keys.path},
                       {"LILYHOP_POWER", "off"},
                       {"LILYHOP_USBIO", options.no_usb ? "" : "unix:" + cabinet.usb.path}};
+  if (cabinet.sound != nullptr) {
+    game.environment.emplace_back("LILYHOP_SOUND", "unix:" + sound_path(cabinet));
+  }
   // No port of the machine but the cabinet's own may be probed.
   for (int port = 1; port <= 16; ++port) {
     std::string path;
@@ -146,6 +160,11 @@ std::string cabinet_open(Cabinet& cabinet) {
     std::string error = usb_port_open(cabinet.usb, cabinet.keys.folder);
     if (!error.empty()) return error;
   }
+  if (sound_is_ours(options)) {
+    std::string error;
+    cabinet.sound = sound_port_open(sound_path(cabinet), error);
+    if (cabinet.sound == nullptr) return error;
+  }
   line_faults_seed(cabinet.cable.to_host, options.seed);
   line_faults_seed(cabinet.cable.to_board, options.seed + 1);
   Board& board = cabinet.board;
@@ -163,7 +182,8 @@ std::string cabinet_open(Cabinet& cabinet) {
 void cabinet_close(Cabinet& cabinet) {
   page_close(cabinet);
   game_kill(cabinet.game);
-  usb_port_close(cabinet.usb);  // its socket lies in the keys' folder
+  usb_port_close(cabinet.usb);  // its socket and the sound's lie in the keys' folder
+  sound_port_close(std::exchange(cabinet.sound, nullptr));
   keys_close(cabinet.keys);
   cable_close(cabinet.cable);
   cable_close(cabinet.led_cable);

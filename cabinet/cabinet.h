@@ -14,6 +14,7 @@
 #include "cabinet/led_display.h"
 #include "cabinet/options.h"
 #include "cabinet/page.h"
+#include "cabinet/sound_port.h"
 #include "cabinet/usb_port.h"
 
 struct Cabinet {
@@ -25,6 +26,7 @@ struct Cabinet {
   Cable led_cable;
   UsbPort usb;
   Keys keys;
+  SoundPort* sound = nullptr;  // null: the sound goes elsewhere
   Page page;
   GameProcess game;
   std::map<std::string, double> names;  // what scripts noted with "let"

@@ -2,9 +2,12 @@
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
 #include <httplib.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include <atomic>
+#include <cstring>
 #include <filesystem>
 #include <functional>
 #include <nlohmann/json.hpp>
@@ -19,12 +22,16 @@ namespace {
 
 class PageTest : public testing::Test {
  protected:
-  void SetUp() override {
+  void SetUp() override { begin(SOUND_PAGE); }
+  void TearDown() override { end(); }
+
+  void begin(SoundWay sound) {
     std::string folder = testing::TempDir() + "page-XXXXXX";
     ASSERT_NE(mkdtemp(folder.data()), nullptr);
     cabinet.options.drive = folder;
     cabinet.options.no_game = cabinet.options.page = true;
     cabinet.options.page_port = 0;
+    cabinet.options.sound = sound;
     ASSERT_EQ(cabinet_open(cabinet), "");
     address = page_address(cabinet.page);
     address.pop_back();  // httplib wants none behind the port
@@ -33,7 +40,7 @@ class PageTest : public testing::Test {
       while (!ending) cabinet_turn(cabinet, 50);
     });
   }
-  void TearDown() override {
+  void end() {
     stop();
     cabinet_close(cabinet);
     std::filesystem::remove_all(cabinet.options.drive);
@@ -170,6 +177,107 @@ TEST_F(PageTest, SaysWhyThereIsNoPicture) {
   EXPECT_EQ(state["picture_trouble"], "the game isn't running");
   EXPECT_EQ(state["led"]["value"], -1);
   EXPECT_EQ(state["lamps"].size(), static_cast<std::size_t>(LAMP_CHANNELS));
+}
+
+// The game's end of the sound.
+struct Voice {
+  explicit Voice(const std::string& path) : file(socket(AF_UNIX, SOCK_SEQPACKET, 0)) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    EXPECT_EQ(connect(file, reinterpret_cast<sockaddr*>(&address), sizeof address), 0) << path;
+  }
+  ~Voice() { close(file); }
+  // Says 512 frames that tell their numbers; what was sent.
+  std::string say(std::int64_t frame, std::size_t cut = 0) const {
+    std::string packet(SOUND_PORT_HEAD + 2048, '\0');
+    const std::int64_t time_us = frame * 7;
+    const std::int32_t frames = 512;
+    std::memcpy(packet.data(), &frame, 8);
+    std::memcpy(packet.data() + 8, &time_us, 8);
+    std::memcpy(packet.data() + 16, &frames, 4);
+    for (int i = 0; i < 1024; ++i) {
+      const auto sample = static_cast<std::int16_t>(frame + i);
+      std::memcpy(packet.data() + SOUND_PORT_HEAD + 2 * i, &sample, 2);
+    }
+    packet.resize(packet.size() - cut);
+    EXPECT_EQ(send(file, packet.data(), packet.size(), 0), static_cast<ssize_t>(packet.size()));
+    return packet;
+  }
+  int file;
+};
+
+// Reads `/sound` until as many bytes of packets with frames in them have come.
+std::string listen_to(const std::string& address, std::size_t bytes,
+                      const std::function<void()>& begun) {
+  std::string heard;
+  httplib::Client client(address);
+  client.set_read_timeout(5);
+  bool first = true;
+  client.Get("/sound", [&](const char* data, std::size_t size) {
+    heard.append(data, size);
+    const std::string no_frames(SOUND_PORT_HEAD, '\0');
+    while (heard.compare(0, no_frames.size(), no_frames) == 0) {
+      heard.erase(0, no_frames.size());
+      if (std::exchange(first, false)) begun();
+    }
+    return heard.size() < bytes;
+  });
+  return heard;
+}
+
+TEST_F(PageTest, SoundComesAsTheGameSentItToAllWhoListen) {
+  const std::string path = cabinet.keys.folder + "/sound";
+  std::string sent, heard[2];
+  std::atomic<int> listening = 0;
+  std::thread listeners[2];
+  for (int i : {0, 1}) {
+    listeners[i] =
+        std::thread([&, i] { heard[i] = listen_to(address, 5 * 2072, [&] { ++listening; }); });
+  }
+  while (listening < 2) std::this_thread::yield();
+  {
+    const Voice game(path);
+    game.say(0, 2);  // no whole packet
+    for (int i = 0; i < 3; ++i) sent += game.say(i * 512);
+  }
+  const Voice next_game(path);
+  for (int i = 0; i < 2; ++i) sent += next_game.say(i * 512);
+  for (std::thread& listener : listeners) listener.join();
+  EXPECT_TRUE(heard[0] == sent);
+  EXPECT_TRUE(heard[1] == sent);
+  const json state = watch("p", [](const json&) { return true; });
+  EXPECT_TRUE(state["sound"]);
+}
+
+TEST_F(PageTest, AListenerThatIsLateGoesOnWithTheNewest) {
+  const Voice game(cabinet.keys.folder + "/sound");
+  EXPECT_EQ(sound_port_next(*cabinet.sound, 0, 0), nullptr);
+  game.say(0);
+  long number = 0;
+  while (number == 0) {  // the thread takes it
+    const auto block = sound_port_next(*cabinet.sound, -1, 5000);
+    ASSERT_NE(block, nullptr);
+    number = block->number;
+  }
+  for (int i = 1; i <= 100; ++i) game.say(i * 512);
+  long newest = 1;
+  for (std::shared_ptr<const SoundBlock> block;
+       (block = sound_port_next(*cabinet.sound, newest, newest < 101 ? 5000 : 0));) {
+    newest = block->number;
+  }
+  EXPECT_EQ(newest, 101);
+  EXPECT_EQ(sound_port_next(*cabinet.sound, 1, 0)->number, 101) << "forgotten";
+  EXPECT_EQ(sound_port_next(*cabinet.sound, 90, 0)->frame, 90 * 512) << "the next one";
+}
+
+TEST_F(PageTest, WithoutASoundOfItsOwnThePageIsTold) {
+  end();
+  cabinet = Cabinet{};
+  ending = false;
+  begin(SOUND_CARD);
+  EXPECT_EQ(httplib::Client(address).Get("/sound")->status, 404);
+  EXPECT_FALSE(watch("p", [](const json&) { return true; }).at("sound"));
 }
 
 TEST_F(PageTest, EndsWhileAPageIsOpen) {
