@@ -92,8 +92,9 @@ void send_states(PageServer& server, const Request& request, Response& response)
 void send_sound(PageServer& server, Response& response) {
   if (server.sound == nullptr) return refuse(response, 404, "the sound doesn't come here");
   response.set_chunked_content_provider(
-      "application/octet-stream", [&link = server.link, &sound = *server.sound, number = 0L](
-                                      std::size_t, httplib::DataSink& sink) mutable {
+      "application/octet-stream",
+      [&link = server.link, &sound = *server.sound, number = sound_port_newest(*server.sound)](
+          std::size_t, httplib::DataSink& sink) mutable {
         std::string packets;
         auto block = sound_port_next(sound, number, SOUND_WAIT_MS);
         for (; block; block = sound_port_next(sound, number, 0)) {

@@ -139,12 +139,15 @@ void sound_port_close(SoundPort* port) {
 std::shared_ptr<const SoundBlock> sound_port_next(SoundPort& port, long number, int wait_ms) {
   std::unique_lock lock(port.mutex);
   const auto is_newer = [&] { return !port.blocks.empty() && port.blocks.back()->number > number; };
-  // One who has just come wants what is made from now on.
-  if (number == 0 && !port.blocks.empty()) number = port.blocks.back()->number;
   if (!port.came.wait_for(lock, std::chrono::milliseconds(wait_ms), is_newer)) return nullptr;
   const long oldest = port.blocks.front()->number;
   if (number + 1 < oldest) return port.blocks.back();
   return port.blocks[static_cast<std::size_t>(number + 1 - oldest)];
+}
+
+long sound_port_newest(SoundPort& port) {
+  const std::lock_guard lock(port.mutex);
+  return port.blocks.empty() ? 0 : port.blocks.back()->number;
 }
 
 bool sound_card_is_there() {

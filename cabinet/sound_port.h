@@ -29,9 +29,11 @@ SoundPort* sound_port_open(const std::string& path, std::string& error);
 // Ends it. Nobody may listen any more.
 void sound_port_close(SoundPort* port);
 
-// The block after number `number`, or the next that comes if that is 0. If it has been forgotten,
-// which is after half a second, the newest one. Waits at most `wait_ms`, and returns null if there
-// was none. Any thread.
+// The number of the newest block, where a listener begins; 0 if there is none. Any thread.
+long sound_port_newest(SoundPort& port);
+
+// The block after number `number`, or the newest if that has been forgotten, which is after half a
+// second. Waits at most `wait_ms`, and returns null if there was none. Any thread.
 std::shared_ptr<const SoundBlock> sound_port_next(SoundPort& port, long number, int wait_ms);
 
 // Whether this machine has something that sounds: a sound card or a sound server.
