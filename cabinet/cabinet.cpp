@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <utility>
 #include <vector>
 
@@ -40,6 +41,7 @@ std::string sound_path(const Cabinet& cabinet) {
 // The window's sound stays on the sound card of this machine if it has one.
 bool sound_is_ours(const Options& options) {
   if (options.sound != SOUND_AUTO) return options.sound == SOUND_PAGE;
+  if (!options.record.empty()) return true;
   return options.page && std::getenv("LILYHOP_SOUND") == nullptr && !sound_card_is_there();
 }
 
@@ -47,6 +49,7 @@ void describe_game(Cabinet& cabinet) {
   const Options& options = cabinet.options;
   GameProcess& game = cabinet.game;
   if (!options.no_game) game.command = options.game;
+  game.log = options.log;
   game.environment = {{"LILYHOP_DRIVE_D", options.drive},
                       {"LILYHOP_KEYS", "unix:" + cabinet.keys.path},
                       {"LILYHOP_POWER", "off"},
@@ -148,6 +151,7 @@ std::string cabinet_open(Cabinet& cabinet) {
   std::error_code failed;
   std::filesystem::create_directories(options.drive, failed);
   if (failed) return options.drive + ": " + failed.message();
+  if (!options.log.empty() && !std::ofstream(options.log)) return options.log + " can't be written";
   if (std::string error = open_signals(cabinet); !error.empty()) return error;
   if (!options.no_board) {
     if (std::string error = cable_open(cabinet.cable); !error.empty()) return error;
@@ -176,10 +180,18 @@ std::string cabinet_open(Cabinet& cabinet) {
   board.counts.restarts = 0;
   board.to_host.clear();  // nobody listens yet
   describe_game(cabinet);
-  return options.page ? page_open(cabinet) : std::string();
+  std::string error;
+  if (options.page) error = page_open(cabinet);
+  if (!error.empty() || options.record.empty()) return error;
+  if (cabinet.sound == nullptr) return "--record needs --sound page";
+  cabinet.recording =
+      recording_start(options.record, *cabinet.sound, page_picture(cabinet.page), error);
+  return error;
 }
 
 void cabinet_close(Cabinet& cabinet) {
+  const std::string trouble = recording_stop(std::exchange(cabinet.recording, nullptr));
+  if (!trouble.empty()) std::fprintf(stderr, "cabinet: %s\n", trouble.c_str());
   page_close(cabinet);
   game_kill(cabinet.game);
   usb_port_close(cabinet.usb);  // its socket and the sound's lie in the keys' folder

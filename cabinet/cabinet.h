@@ -14,6 +14,7 @@
 #include "cabinet/led_display.h"
 #include "cabinet/options.h"
 #include "cabinet/page.h"
+#include "cabinet/recording.h"
 #include "cabinet/sound_port.h"
 #include "cabinet/usb_port.h"
 
@@ -27,6 +28,7 @@ struct Cabinet {
   UsbPort usb;
   Keys keys;
   SoundPort* sound = nullptr;  // null: the sound goes elsewhere
+  Recording* recording = nullptr;
   Page page;
   GameProcess game;
   std::map<std::string, double> names;  // what scripts noted with "let"

@@ -28,6 +28,8 @@ struct Options {
   bool help = false;
   double for_seconds = 0;  // 0: until it is ended
   std::string script;
+  std::string record;  // a file that gets sound, and the picture; empty: none
+  std::string log;     // gets what the game prints; empty: the terminal does
   std::uint32_t seed = 1;
   std::uint8_t firmware = 0x51;
   std::vector<std::string> game;  // the program and its arguments

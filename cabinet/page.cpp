@@ -79,6 +79,10 @@ std::string page_address(const Page& page) {
   return "http://127.0.0.1:" + std::to_string(page_server_port(*page.threads->server)) + "/";
 }
 
+PagePicture* page_picture(const Page& page) {
+  return page.threads ? page.threads->picture : nullptr;
+}
+
 int page_wake(const Page& page) {
   return page.threads ? page.threads->link.wake : -1;
 }

@@ -9,11 +9,14 @@
 #include <atomic>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <nlohmann/json.hpp>
 #include <thread>
 
 #include "cabinet/cabinet.h"
+#include "cabinet/greeting.h"
+#include "cabinet/media_files.h"
 #include "cabinet/page_server.h"
 
 using nlohmann::json;
@@ -252,14 +255,10 @@ TEST_F(PageTest, SoundComesAsTheGameSentItToAllWhoListen) {
 
 TEST_F(PageTest, AListenerThatIsLateGoesOnWithTheNewest) {
   const Voice game(cabinet.keys.folder + "/sound");
+  EXPECT_EQ(sound_port_newest(*cabinet.sound), 0);
   EXPECT_EQ(sound_port_next(*cabinet.sound, 0, 0), nullptr);
   game.say(0);
-  long number = 0;
-  while (number == 0) {  // the thread takes it
-    const auto block = sound_port_next(*cabinet.sound, -1, 5000);
-    ASSERT_NE(block, nullptr);
-    number = block->number;
-  }
+  EXPECT_EQ(sound_port_next(*cabinet.sound, 0, 5000)->number, 1);
   for (int i = 1; i <= 100; ++i) game.say(i * 512);
   long newest = 1;
   for (std::shared_ptr<const SoundBlock> block;
@@ -271,6 +270,73 @@ TEST_F(PageTest, AListenerThatIsLateGoesOnWithTheNewest) {
   EXPECT_EQ(sound_port_next(*cabinet.sound, 90, 0)->frame, 90 * 512) << "the next one";
 }
 
+std::uint32_t number_at(const std::string& bytes, std::size_t at) {
+  std::uint32_t number = 0;
+  std::memcpy(&number, bytes.data() + at, 4);
+  return number;
+}
+
+std::string contents(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+TEST_F(PageTest, ARecordingHoldsTheSoundAndSilenceForWhatWasLost) {
+  const std::string path = cabinet.options.drive + "/show.wav";
+  std::string error;
+  EXPECT_EQ(recording_start(path + "x", *cabinet.sound, nullptr, error), nullptr);
+  EXPECT_NE(std::exchange(error, {}), "");
+  Recording* const recording = recording_start(path, *cabinet.sound, nullptr, error);
+  ASSERT_EQ(error, "");
+  const Voice game(cabinet.keys.folder + "/sound");
+  const std::string first = game.say(512 * 10), second = game.say(512 * 12);
+  // The rest fills the stream's own store, so that the first ones are on the disk.
+  for (int i = 0; i < 40; ++i) game.say(512 * (13 + i));
+  while (std::filesystem::file_size(path) < 44 + 3 * 2048) std::this_thread::yield();
+  EXPECT_EQ(recording_stop(recording), "");
+  const std::string file = contents(path);
+  ASSERT_GT(file.size(), 44U + 3 * 2048);
+  EXPECT_EQ(file.substr(0, 4) + file.substr(8, 8), "RIFFWAVEfmt ");
+  EXPECT_EQ(number_at(file, 4), file.size() - 8);
+  EXPECT_EQ(number_at(file, 24), 44100U);
+  EXPECT_EQ(number_at(file, 40), file.size() - 44);
+  EXPECT_EQ(file.compare(44, 2048, first, SOUND_PORT_HEAD), 0);
+  EXPECT_EQ(file.compare(44 + 2048, 2048, std::string(2048, '\0')), 0);
+  EXPECT_EQ(file.compare(44 + 4096, 2048, second, SOUND_PORT_HEAD), 0);
+}
+
+TEST(AviFile, IsAListOfChunksThatItsIndexFinds) {
+  const std::string path = testing::TempDir() + "show.avi";
+  const std::int16_t sound[4] = {1, 2, 3, 4};
+  AviFile avi(path, 1360, 768, 25);
+  avi.add_picture("odd");
+  avi.add_sound(sound, 2);
+  avi.add_picture("");
+  avi.close();
+  const std::string file = contents(path);
+  std::filesystem::remove(path);
+  EXPECT_EQ(file.substr(0, 4) + file.substr(8, 4), "RIFFAVI ");
+  ASSERT_EQ(number_at(file, 4), file.size() - 8);
+  // From list to list, as players go.
+  std::size_t at = 12, movi = 0;
+  for (; at < file.size() && file.compare(at, 4, "idx1") != 0; at += 8 + number_at(file, at + 4)) {
+    ASSERT_EQ(file.substr(at, 4), "LIST") << at;
+    if (file.compare(at + 8, 4, "movi") == 0) movi = at + 8;
+  }
+  ASSERT_NE(movi, 0U);
+  ASSERT_EQ(number_at(file, at + 4), 3 * 16U);
+  ASSERT_EQ(at + 8 + 3 * 16, file.size());
+  const std::pair<std::string, std::string> chunks[] = {
+      {"00dc", "odd"}, {"01wb", {reinterpret_cast<const char*>(sound), 8}}, {"00dc", ""}};
+  for (std::size_t i = 0; i < 3; ++i) {
+    const std::size_t entry = at + 8 + 16 * i, chunk = movi + number_at(file, entry + 8);
+    EXPECT_EQ(file.substr(entry, 4), chunks[i].first);
+    EXPECT_EQ(file.substr(chunk, 4), chunks[i].first);
+    EXPECT_EQ(number_at(file, chunk + 4), chunks[i].second.size());
+    EXPECT_EQ(file.substr(chunk + 8, chunks[i].second.size()), chunks[i].second);
+  }
+}
+
 TEST_F(PageTest, WithoutASoundOfItsOwnThePageIsTold) {
   end();
   cabinet = Cabinet{};
@@ -278,6 +344,36 @@ TEST_F(PageTest, WithoutASoundOfItsOwnThePageIsTold) {
   begin(SOUND_CARD);
   EXPECT_EQ(httplib::Client(address).Get("/sound")->status, 404);
   EXPECT_FALSE(watch("p", [](const json&) { return true; }).at("sound"));
+}
+
+TEST_F(PageTest, TheGreetingTellsAStrangerWhereToLookAndWhatToPress) {
+  stop();
+  unsetenv("SSH_CONNECTION");
+  std::string text = greeting_text(cabinet);
+  EXPECT_NE(text.find(page_address(cabinet.page)), std::string::npos);
+  for (const char* word : {"5 or 6", "1 or 2", "SOUND", "help"}) {
+    EXPECT_NE(text.find(word), std::string::npos) << word;
+  }
+  EXPECT_LE(std::count(text.begin(), text.end(), '\n'), 6);
+  setenv("SSH_CONNECTION", "10.0.0.1 5000 10.0.0.2 22", 1);
+  text = greeting_text(cabinet);
+  const std::string number = std::to_string(port);
+  EXPECT_NE(text.find("ssh -L " + number + ":127.0.0.1:" + number + " "), std::string::npos)
+      << text;
+  unsetenv("SSH_CONNECTION");
+}
+
+TEST_F(PageTest, WhatTheGamePrintsIsKeptAndNamedWhenItEndsBadly) {
+  stop();
+  GameProcess& game = cabinet.game;
+  cabinet.options.log = game.log = cabinet.options.drive + "/game.log";
+  game.command = {"sh", "-c", "echo said; echo noise >&2; exit 3"};
+  ASSERT_EQ(game_start(game), "");
+  while (!game_watch(game, cabinet_now_ms())) std::this_thread::yield();
+  EXPECT_EQ(contents(game.log), "said\nnoise\n");
+  EXPECT_EQ(farewell_text(cabinet, game_verdict(game)),
+            "The game ended with exit code 3; what it said is in " + game.log + ".\n");
+  EXPECT_EQ(farewell_text(cabinet, 0), "");
 }
 
 TEST_F(PageTest, EndsWhileAPageIsOpen) {
