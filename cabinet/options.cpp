@@ -168,8 +168,8 @@ and the game started against it. GAME is the lilyhop beside this program, if it 
   --seed N         chance begins here: line faults, counters after a restart. 1
   --page [PORT]    serve the cabinet's face to browsers of this machine; the port is 8768 if that is
                    free, 0 takes any free one
-  --sound WAY      the game's sound goes to the "page" or to the sound "card" (where LILYHOP_SOUND says);
-                   otherwise to the page if there is one and this machine has no sound card
+  --sound WAY      the game's sound goes to the "page" or to the sound "card", which is where
+                   LILYHOP_SOUND says; otherwise to the page if there is one and no sound card
   --record FILE    keep the sound in FILE.wav, or sound and picture in FILE.avi, which needs --page
   --log FILE       what the game prints goes there, and not to the terminal
   --script FILE    do what the file says; exit code 0 if all it expects came true, else 1

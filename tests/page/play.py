@@ -119,7 +119,7 @@ def prove_output(page, address):
 
 
 def see_what_cannot_sound(page, address):
-    page.call("Page.addScriptToEvaluateOnNewDocument", source="delete AudioContext.prototype.audioWorklet;")
+    page.call("Page.addScriptToEvaluateOnNewDocument", source="delete BaseAudioContext.prototype.audioWorklet;")
     page.call("Page.navigate", url=address)
     page.wait("document.querySelector('#speaker.without #no-sound')?.textContent.includes('AudioWorklet')")
 
