@@ -9,8 +9,10 @@
 #include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <utility>
 #include <vector>
 
@@ -32,14 +34,29 @@ std::string open_signals(Cabinet& cabinet) {
   return cabinet.signals < 0 ? std::string("signals: ") + std::strerror(errno) : std::string();
 }
 
+std::string sound_path(const Cabinet& cabinet) {
+  return cabinet.keys.folder + "/sound";
+}
+
+// The window's sound stays on the sound card of this machine if it has one.
+bool sound_is_ours(const Options& options) {
+  if (options.sound != SOUND_AUTO) return options.sound == SOUND_PAGE;
+  if (!options.record.empty()) return true;
+  return options.page && std::getenv("LILYHOP_SOUND") == nullptr && !sound_card_is_there();
+}
+
 void describe_game(Cabinet& cabinet) {
   const Options& options = cabinet.options;
   GameProcess& game = cabinet.game;
   if (!options.no_game) game.command = options.game;
+  game.log = options.log;
   game.environment = {{"LILYHOP_DRIVE_D", options.drive},
                       {"LILYHOP_KEYS", "unix:" + cabinet.keys.path},
                       {"LILYHOP_POWER", "off"},
                       {"LILYHOP_USBIO", options.no_usb ? "" : "unix:" + cabinet.usb.path}};
+  if (cabinet.sound != nullptr) {
+    game.environment.emplace_back("LILYHOP_SOUND", "unix:" + sound_path(cabinet));
+  }
   // No port of the machine but the cabinet's own may be probed.
   for (int port = 1; port <= 16; ++port) {
     std::string path;
@@ -137,6 +154,7 @@ std::string cabinet_open(Cabinet& cabinet) {
   if (euidaccess(options.drive.c_str(), R_OK | W_OK | X_OK) != 0) {
     return options.drive + ": " + std::strerror(errno);
   }
+  if (!options.log.empty() && !std::ofstream(options.log)) return options.log + " can't be written";
   if (std::string error = open_signals(cabinet); !error.empty()) return error;
   if (!options.no_board) {
     if (std::string error = cable_open(cabinet.cable); !error.empty()) return error;
@@ -149,6 +167,11 @@ std::string cabinet_open(Cabinet& cabinet) {
     std::string error = usb_port_open(cabinet.usb, cabinet.keys.folder);
     if (!error.empty()) return error;
   }
+  if (sound_is_ours(options)) {
+    std::string error;
+    cabinet.sound = sound_port_open(sound_path(cabinet), error);
+    if (cabinet.sound == nullptr) return error;
+  }
   line_faults_seed(cabinet.cable.to_host, options.seed);
   line_faults_seed(cabinet.cable.to_board, options.seed + 1);
   Board& board = cabinet.board;
@@ -160,13 +183,22 @@ std::string cabinet_open(Cabinet& cabinet) {
   board.counts.restarts = 0;
   board.to_host.clear();  // nobody listens yet
   describe_game(cabinet);
-  return options.page ? page_open(cabinet) : std::string();
+  std::string error;
+  if (options.page) error = page_open(cabinet);
+  if (!error.empty() || options.record.empty()) return error;
+  if (cabinet.sound == nullptr) return "--record needs --sound page";
+  cabinet.recording =
+      recording_start(options.record, *cabinet.sound, page_picture(cabinet.page), error);
+  return error;
 }
 
 void cabinet_close(Cabinet& cabinet) {
+  const std::string trouble = recording_stop(std::exchange(cabinet.recording, nullptr));
+  if (!trouble.empty()) std::fprintf(stderr, "cabinet: %s\n", trouble.c_str());
   page_close(cabinet);
   game_kill(cabinet.game);
-  usb_port_close(cabinet.usb);  // its socket lies in the keys' folder
+  usb_port_close(cabinet.usb);  // its socket and the sound's lie in the keys' folder
+  sound_port_close(std::exchange(cabinet.sound, nullptr));
   keys_close(cabinet.keys);
   cable_close(cabinet.cable);
   cable_close(cabinet.led_cable);

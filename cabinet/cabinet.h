@@ -14,6 +14,8 @@
 #include "cabinet/led_display.h"
 #include "cabinet/options.h"
 #include "cabinet/page.h"
+#include "cabinet/recording.h"
+#include "cabinet/sound_port.h"
 #include "cabinet/usb_port.h"
 
 struct Cabinet {
@@ -25,6 +27,8 @@ struct Cabinet {
   Cable led_cable;
   UsbPort usb;
   Keys keys;
+  SoundPort* sound = nullptr;  // null: the sound goes elsewhere
+  Recording* recording = nullptr;
   Page page;
   GameProcess game;
   std::map<std::string, double> names;  // what scripts noted with "let"

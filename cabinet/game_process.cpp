@@ -29,6 +29,10 @@ constexpr std::int64_t QUIT_MS = 5000;
   close_range(STDERR_FILENO + 1, ~0U, 0);
   const int null = open("/dev/null", O_RDONLY | O_CLOEXEC);
   if (null >= 0) dup2(null, STDIN_FILENO);
+  if (!game.log.empty()) {
+    const int log = open(game.log.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
+    for (const int file : {STDOUT_FILENO, STDERR_FILENO}) dup2(log, file);
+  }
   for (const auto& [name, value] : game.environment) {
     if (value.empty()) {
       unsetenv(name.c_str());

@@ -11,6 +11,7 @@
 struct GameProcess {
   std::vector<std::string> command;
   std::vector<std::pair<std::string, std::string>> environment;  // an empty value: not set
+  std::string log;  // a file that what it prints is added to; empty: the terminal gets it
   pid_t pid = -1;
   bool running = false;
   bool end_ordered = false;  // it was asked to quit, or killed

@@ -8,6 +8,7 @@
 
 #include "cabinet/cabinet.h"
 #include "cabinet/commands.h"
+#include "cabinet/greeting.h"
 #include "cabinet/script.h"
 #include "cabinet/status.h"
 
@@ -107,9 +108,7 @@ int main(int argc, char** argv) {
     }
   }
   if (std::string error = cabinet_open(cabinet); !error.empty()) return complain(error);
-  if (!options.no_board) std::printf("the board is on %s\n", cabinet.cable.path.c_str());
-  if (options.page)
-    std::printf("the cabinet's face is at %s\n", page_address(cabinet.page).c_str());
+  std::fputs(greeting_text(cabinet).c_str(), stdout);
   std::fflush(stdout);
   Status status;
   status_open(status, cabinet);
@@ -122,6 +121,7 @@ int main(int argc, char** argv) {
     if (!options.no_game) error = cabinet_start_game(cabinet);
     code = error.empty() ? run(cabinet, status) : complain(error);
     status_close(status);
+    if (error.empty()) std::fputs(farewell_text(cabinet, code).c_str(), stdout);
   }
   cabinet_close(cabinet);
   return code;

@@ -39,8 +39,17 @@ bool take_value(Options& options, const std::string& name, const std::string& va
   if (name == "--drive") {
     options.drive = value;
     good = !value.empty();
+  } else if (name == "--sound") {
+    options.sound = value == "page" ? SOUND_PAGE : SOUND_CARD;
+    good = value == "page" || value == "card";
   } else if (name == "--script") {
     options.script = value;
+    good = !value.empty();
+  } else if (name == "--record") {
+    options.record = value;
+    good = !value.empty();
+  } else if (name == "--log") {
+    options.log = value;
     good = !value.empty();
   } else if (name == "--com") {
     good = number(value, 1, 16, n);
@@ -160,6 +169,10 @@ and the game started against it. GAME is the lilyhop beside this program, if it 
   --seed N         chance begins here: line faults, counters after a restart. 1
   --page [PORT]    serve the cabinet's face to browsers of this machine; the port is 8768 if that is
                    free, 0 takes any free one
+  --sound WAY      the game's sound goes to the "page" or to the sound "card", which is where
+                   LILYHOP_SOUND says; otherwise to the page if there is one and no sound card
+  --record FILE    keep the sound in FILE.wav, or sound and picture in FILE.avi, which needs --page
+  --log FILE       what the game prints goes there, and not to the terminal
   --script FILE    do what the file says; exit code 0 if all it expects came true, else 1
   --for SECONDS    ask the game to quit after this time
   --no-board       the game finds no port with an I/O board

@@ -5,6 +5,12 @@
 #include <string>
 #include <vector>
 
+enum SoundWay {
+  SOUND_AUTO,  // to the page, if there is one and this machine has no sound card
+  SOUND_PAGE,
+  SOUND_CARD,  // where LILYHOP_SOUND says
+};
+
 struct Options {
   std::string drive;  // folder that stands for the game's drive d:
   bool drive_is_temporary = false;
@@ -16,11 +22,14 @@ struct Options {
   bool no_game = false;
   bool page = false;   // the cabinet's face is served to browsers
   int page_port = -1;  // there; -1: the usual one if it is free, 0: any
+  SoundWay sound = SOUND_AUTO;
   bool quiet = false;
   bool verbose = false;
   bool help = false;
   double for_seconds = 0;  // 0: until it is ended
   std::string script;
+  std::string record;  // a file that gets sound, and the picture; empty: none
+  std::string log;     // gets what the game prints; empty: the terminal does
   std::uint32_t seed = 1;
   std::uint8_t firmware = 0x51;
   std::vector<std::string> game;  // the program and its arguments

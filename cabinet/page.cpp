@@ -56,8 +56,8 @@ std::string page_open(Cabinet& cabinet) {
   std::string error = page_link_open(threads->link);
   if (!error.empty()) return error;
   threads->picture = page_picture_start(threads->link);
-  threads->server =
-      page_server_start(threads->link, *threads->picture, cabinet.options.page_port, error);
+  threads->server = page_server_start({threads->link, *threads->picture, cabinet.sound},
+                                      cabinet.options.page_port, error);
   if (error.empty()) {
     cabinet.page.threads = std::move(threads);
   } else {
@@ -80,6 +80,10 @@ void page_close(Cabinet& cabinet) {
 std::string page_address(const Page& page) {
   if (!page.threads) return {};
   return "http://127.0.0.1:" + std::to_string(page_server_port(*page.threads->server)) + "/";
+}
+
+PagePicture* page_picture(const Page& page) {
+  return page.threads ? page.threads->picture : nullptr;
 }
 
 int page_wake(const Page& page) {

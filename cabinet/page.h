@@ -11,6 +11,7 @@
 #include "cabinet/keys.h"
 
 struct Cabinet;
+struct PagePicture;
 struct PageThreads;
 
 struct Page {
@@ -25,6 +26,9 @@ void page_close(Cabinet& cabinet);
 
 // Its address; empty if there is no page.
 std::string page_address(const Page& page);
+
+// Its picture; null if there is no page.
+PagePicture* page_picture(const Page& page);
 
 // A file descriptor that is readable when the page wants something, -1 if there is no page.
 int page_wake(const Page& page);

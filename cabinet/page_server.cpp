@@ -14,10 +14,11 @@ using httplib::Request;
 using httplib::Response;
 
 struct PageServer {
-  PageServer(PageLink& page_link, PagePicture& page_picture)
-      : link(page_link), picture(page_picture) {}
+  explicit PageServer(PageSources sources)
+      : link(sources.link), picture(sources.picture), sound(sources.sound) {}
   PageLink& link;
   PagePicture& picture;
+  SoundPort* sound;
   httplib::Server http;
   int port = 0;
   std::thread thread;
@@ -28,6 +29,7 @@ namespace {
 constexpr const char* LOOPBACK = "127.0.0.1";
 constexpr int STATE_WAIT_MS = 1000;  // then a sign of life; a page that has gone is noticed by it
 constexpr int PICTURE_WAIT_MS = 1000;
+constexpr int SOUND_WAIT_MS = 250;     // then a sign of life as well
 constexpr int STATE_GAP_MS = 45;       // about 20 a second at most
 constexpr int THREADS = 32;            // one for each connection; a browser holds six at most
 constexpr int KEEP_ALIVE_SECONDS = 1;  // the end waits as long for connections that nobody uses
@@ -89,6 +91,31 @@ void send_states(PageServer& server, const Request& request, Response& response)
       [&link, page](bool) { page_link_leave(link, page); });
 }
 
+// Packets of sound as they came from the game, for as long as the listener stays.
+void send_sound(PageServer& server, Response& response) {
+  if (server.sound == nullptr) return refuse(response, 404, "the sound doesn't come here");
+  response.set_chunked_content_provider(
+      "application/octet-stream",
+      [&link = server.link, &sound = *server.sound, number = sound_port_newest(*server.sound)](
+          std::size_t, httplib::DataSink& sink) mutable {
+        std::string packets;
+        auto block = sound_port_next(sound, number, SOUND_WAIT_MS);
+        for (; block; block = sound_port_next(sound, number, 0)) {
+          number = block->number;
+          packets += block->packet;
+        }
+        if (page_link_closing(link)) return false;
+        if (packets.empty()) packets.assign(SOUND_PORT_HEAD, '\0');  // a packet of no frames
+        return sink.write(packets.data(), packets.size());
+      });
+}
+
+void send_time(Response& response) {
+  using namespace std::chrono;
+  const auto time = duration_cast<microseconds>(steady_clock::now().time_since_epoch());
+  response.set_content(std::to_string(time.count()), TEXT);
+}
+
 void answer(Response& response, const PageReply& reply) {
   if (!reply.error.empty()) return refuse(response, 400, reply.error);
   response.set_content(reply.said, TEXT);
@@ -132,6 +159,9 @@ void add_routes(PageServer& server) {
   http.Get("/picture", [&server](const Request& request, Response& response) {
     send_picture(server, request, response);
   });
+  http.Get("/sound",
+           [&server](const Request&, Response& response) { send_sound(server, response); });
+  http.Get("/time", [](const Request&, Response& response) { send_time(response); });
   http.Get("/state", [&server](const Request& request, Response& response) {
     send_states(server, request, response);
   });
@@ -164,8 +194,8 @@ void set_limits(httplib::Server& http) {
 
 // A server at that port of the loopback, at any free one if it is 0; null if it is taken. Each try
 // takes a server of its own: the library's binds once, and not at all after a try that failed.
-std::unique_ptr<PageServer> bound_server(PageLink& link, PagePicture& picture, int port) {
-  auto server = std::make_unique<PageServer>(link, picture);
+std::unique_ptr<PageServer> bound_server(const PageSources& sources, int port) {
+  auto server = std::make_unique<PageServer>(sources);
   set_limits(server->http);
   add_routes(*server);
   if (port == 0) {
@@ -192,9 +222,9 @@ std::string page_server_refuses(const std::string& host, const std::string& orig
   return {};
 }
 
-PageServer* page_server_start(PageLink& link, PagePicture& picture, int port, std::string& error) {
-  std::unique_ptr<PageServer> server = bound_server(link, picture, port < 0 ? PAGE_PORT : port);
-  if (!server && port < 0) server = bound_server(link, picture, 0);
+PageServer* page_server_start(PageSources sources, int port, std::string& error) {
+  std::unique_ptr<PageServer> server = bound_server(sources, port < 0 ? PAGE_PORT : port);
+  if (!server && port < 0) server = bound_server(sources, 0);
   if (!server) {
     error = "the page can't have port " + std::to_string(port) +
             "; another program has it, choose another or leave it out";

@@ -125,6 +125,7 @@ std::string page_state_text(const Cabinet& cabinet, const std::string& picture_t
       {"devices",
        {board_device(cabinet), led_device(cabinet), watchdog_device(cabinet), usb_device(cabinet),
         books_device(cabinet)}},
+      {"sound", cabinet.sound != nullptr},
       {"stored_at", stored_at(cabinet)},
   };
   return state.dump(-1, ' ', false, json::error_handler_t::replace);

@@ -43,6 +43,22 @@ bool read_usbio(std::string& error) {
   return true;
 }
 
+bool read_sound(std::string& error) {
+  const std::string value = variable("LILYHOP_SOUND");
+  environment.sound_socket = socket_path(value);
+  if (value.empty() || value == "sdl") {
+    environment.sound = SOUND_SDL;
+  } else if (value == "none") {
+    environment.sound = SOUND_NONE;
+  } else if (!environment.sound_socket.empty()) {
+    environment.sound = SOUND_SOCKET;
+  } else {
+    error = complaint("LILYHOP_SOUND", value, "must be sdl, none or unix:PATH");
+    return false;
+  }
+  return true;
+}
+
 }  // namespace
 
 bool environment_read(std::string& error) {
@@ -64,7 +80,7 @@ bool environment_read(std::string& error) {
     }
   }
 
-  if (!read_usbio(error)) return false;
+  if (!read_usbio(error) || !read_sound(error)) return false;
 
   const std::string power = variable("LILYHOP_POWER");
   if (!power.empty() && power != "off" && power != "reboot") {

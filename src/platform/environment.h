@@ -4,12 +4,15 @@
 #include <string>
 
 enum UsbIoKind { USBIO_NONE, USBIO_LIBUSB, USBIO_SOCKET };
+enum SoundKind { SOUND_SDL, SOUND_NONE, SOUND_SOCKET };
 
 struct Environment {
   std::string drive_d;  // folder that stands for d:
   std::string com[16];  // device that stands for "COM1" to "COM16"; empty: no such port
   UsbIoKind usbio = USBIO_NONE;
-  std::string usbio_socket;   // with USBIO_SOCKET
+  std::string usbio_socket;  // with USBIO_SOCKET
+  SoundKind sound = SOUND_SDL;
+  std::string sound_socket;   // with SOUND_SOCKET
   bool power_reboot = false;  // an ordered reboot reaches the machine
   std::string keys_socket;    // keys pressed in the window go there; empty: nowhere
 };

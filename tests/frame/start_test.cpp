@@ -90,8 +90,8 @@ class EnvironmentTest : public testing::Test {
   EnvironmentTest() { clear(); }
   ~EnvironmentTest() override { clear(); }
   static void clear() {
-    for (const char* name :
-         {"LILYHOP_DRIVE_D", "LILYHOP_COM3", "LILYHOP_USBIO", "LILYHOP_POWER", "LILYHOP_KEYS"}) {
+    for (const char* name : {"LILYHOP_DRIVE_D", "LILYHOP_COM3", "LILYHOP_USBIO", "LILYHOP_SOUND",
+                             "LILYHOP_POWER", "LILYHOP_KEYS"}) {
       unsetenv(name);
     }
   }
@@ -107,6 +107,7 @@ TEST_F(EnvironmentTest, DefaultsAreSafeOnADesk) {
   EXPECT_EQ(environment.drive_d, "/tmp/x/lilyhop");
   for (const auto& port : environment.com) EXPECT_EQ(port, "");
   EXPECT_EQ(environment.usbio, USBIO_NONE);
+  EXPECT_EQ(environment.sound, SOUND_SDL);
   EXPECT_FALSE(environment.power_reboot);
 }
 
@@ -114,17 +115,21 @@ TEST_F(EnvironmentTest, ValuesAndComplaints) {
   setenv("LILYHOP_DRIVE_D", "/tmp/d", 1);
   setenv("LILYHOP_COM3", "/dev/pts/7", 1);
   setenv("LILYHOP_USBIO", "unix:/tmp/s", 1);
+  setenv("LILYHOP_SOUND", "unix:/tmp/b", 1);
   setenv("LILYHOP_POWER", "reboot", 1);
   setenv("LILYHOP_KEYS", "unix:/tmp/k", 1);
   EXPECT_EQ(read(), "");
   EXPECT_EQ(environment.drive_d, "/tmp/d");
   EXPECT_EQ(environment.com[2], "/dev/pts/7");
   EXPECT_EQ(environment.usbio_socket, "/tmp/s");
+  EXPECT_EQ(environment.sound, SOUND_SOCKET);
+  EXPECT_EQ(environment.sound_socket, "/tmp/b");
   EXPECT_TRUE(environment.power_reboot);
   EXPECT_EQ(environment.keys_socket, "/tmp/k");
 
   for (const auto& [name, wrong, allowed] : {std::tuple{"LILYHOP_COM3", "COM3", "path of a device"},
                                              {"LILYHOP_USBIO", "usb", "libusb, none or unix:PATH"},
+                                             {"LILYHOP_SOUND", "alsa", "sdl, none or unix:PATH"},
                                              {"LILYHOP_POWER", "on", "off or reboot"},
                                              {"LILYHOP_KEYS", "/tmp/k", "unix:PATH"}}) {
     const char* const set = getenv(name);

@@ -12,49 +12,21 @@ import time
 import urllib.request
 
 
-class Browser:
-    """One tab. `width` and `height` are the page's, in pixels."""
+class Tab:
+    """One tab. `width` and `height` are the page's, in pixels. `free`: its scripts may be joined by
+    some of the test's own."""
 
-    def __init__(self, address, width=1366, height=768):
-        self.profile = tempfile.mkdtemp(prefix="lilyhop-browser-")
-        self.process = subprocess.Popen(
-            ["chromium", "--headless=new", "--no-sandbox", "--disable-gpu", "--no-first-run",
-             "--remote-debugging-port=0", f"--user-data-dir={self.profile}", "about:blank"],
-            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True)
+    def __init__(self, tab_address, address, width, height, free):
         self.sequence = 0
         self.errors = []  # what the page's scripts complained of
-        try:
-            self.open(address, width, height)
-        except BaseException:  # nobody will close what was never handed out
-            self.process.kill()
-            shutil.rmtree(self.profile, ignore_errors=True)
-            raise
-
-    def open(self, address, width, height):
-        self.socket = connect(self.tab_address())
+        self.socket = connect(tab_address)
         self.call("Runtime.enable")
         self.call("Page.enable")
         self.size(width, height)
+        if free:
+            self.call("Page.setBypassCSP", enabled=True)
         self.call("Page.navigate", url=address)
         self.wait(f"location.href === {json.dumps(address)} && document.readyState === 'complete'")
-
-    def __enter__(self):
-        return self
-
-    def __exit__(self, *_):
-        self.close()
-
-    def tab_address(self):
-        port_file = os.path.join(self.profile, "DevToolsActivePort")
-        until = time.monotonic() + 60
-        while time.monotonic() < until:
-            try:
-                port = int(open(port_file).readline())
-                tabs = json.load(urllib.request.urlopen(f"http://127.0.0.1:{port}/json", timeout=10))
-                return next(tab["webSocketDebuggerUrl"] for tab in tabs if tab["type"] == "page")
-            except (OSError, ValueError, StopIteration):
-                time.sleep(0.1)
-        raise RuntimeError("chromium doesn't start")
 
     def size(self, width, height, touch=False):
         self.call("Emulation.setDeviceMetricsOverride", width=width, height=height,
@@ -115,6 +87,49 @@ class Browser:
         picture = self.call("Page.captureScreenshot", format="png")["data"]
         with open(path, "wb") as file:
             file.write(base64.b64decode(picture))
+
+
+class Browser(Tab):
+    """A browser of its own, with one tab, and more if `tab` is called."""
+
+    def __init__(self, address, width=1366, height=768, free=False):
+        self.profile = tempfile.mkdtemp(prefix="lilyhop-browser-")
+        self.process = subprocess.Popen(
+            ["chromium", "--headless=new", "--no-sandbox", "--disable-gpu", "--no-first-run",
+             "--remote-debugging-port=0", f"--user-data-dir={self.profile}", "about:blank"],
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True)
+        try:
+            super().__init__(self.tab_address(), address, width, height, free)
+        except BaseException:  # nobody will close what was never handed out
+            self.process.kill()
+            shutil.rmtree(self.profile, ignore_errors=True)
+            raise
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        self.close()
+
+    def port(self):
+        return int(open(os.path.join(self.profile, "DevToolsActivePort")).readline())
+
+    def tab_address(self):
+        until = time.monotonic() + 60
+        while time.monotonic() < until:
+            try:
+                tabs = json.load(urllib.request.urlopen(f"http://127.0.0.1:{self.port()}/json", timeout=10))
+                return next(tab["webSocketDebuggerUrl"] for tab in tabs if tab["type"] == "page")
+            except (OSError, ValueError, StopIteration):
+                time.sleep(0.1)
+        raise RuntimeError("chromium doesn't start")
+
+    def tab(self, address, width=1366, height=768):
+        """Another tab of the same browser."""
+        new = urllib.request.Request(f"http://127.0.0.1:{self.port()}/json/new", method="PUT")
+        with urllib.request.urlopen(new, timeout=10) as reply:
+            tab_address = json.load(reply)["webSocketDebuggerUrl"]
+        return Tab(tab_address, address, width, height, False)
 
     def close(self):
         try:

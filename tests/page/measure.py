@@ -1,11 +1,15 @@
 #!/usr/bin/env python3
-"""measure.py OUT OBJ [SECONDS]: how fast, how late and how dear the page's picture is. First the
-lag, with a window that shows the time; then SECONDS of play of the real game, both sides at once.
+"""measure.py OUT OBJ [SECONDS]: how fast, how late and how dear the page's picture and sound are.
+First the lag, with a stand-in for the game whose window shows the time and which sounds at each whole
+second; then SECONDS of play of the real game, both sides at once, with a compiler at work beside it.
 No test: the figures are for reading."""
 
+import contextlib
 import os
+import subprocess
 import sys
 import time
+import urllib.request
 
 from browser import Browser
 from cabinet import Cabinet
@@ -32,6 +36,32 @@ WATCH = """
 })()
 """
 
+# Each onset of a tone at the node before the loudspeaker: when it is heard, in Date.now()'s time.
+LISTEN = """
+(async () => {
+  const ear = `registerProcessor("ear", class extends AudioWorkletProcessor {
+    constructor() { super(); this.silent = 0; }
+    process([input]) {
+      const samples = input[0] ?? [];
+      for (let i = 0; i < samples.length; ++i) {
+        if (Math.abs(samples[i]) < 0.05) ++this.silent;
+        else { if (this.silent > 4410) this.port.postMessage(currentTime + i / sampleRate); this.silent = 0; }
+      }
+      return true;
+    }
+  })`;
+  await sound.context.audioWorklet.addModule(`data:text/javascript,${encodeURIComponent(ear)}`);
+  const node = new AudioWorkletNode(sound.context, "ear", {numberOfOutputs: 0});
+  window.heard = [];
+  const epoch = Date.now() - performance.now();
+  node.port.onmessage = ({data}) => {
+    const stamp = sound.context.getOutputTimestamp();
+    heard.push(epoch + stamp.performanceTime + (data - stamp.contextTime) * 1000);
+  };
+  sound.gain.connect(node);
+})()
+"""
+
 
 def processor_seconds(pid):
     fields = open(f"/proc/{pid}/stat").read().rpartition(")")[2].split()
@@ -54,16 +84,54 @@ def report(name, seen, seconds):
 
 
 def measure_lag(out, obj):
-    with Cabinet(out, "--", f"{obj}/tests/page/page_clock") as cabinet:
-        with Browser(cabinet.address) as page:
-            page.wait("pictureRate > 0", 30)
+    with Cabinet(out, "--sound", "page", "--", f"{obj}/tests/page/page_clock") as cabinet:
+        with Browser(cabinet.address, free=True) as page:
+            page.wait("pictureRate > 0 && state.sound", 30)
+            page.click("#sound")
+            page.wait("sound.report?.playing")
             page.value(WATCH % "true")
-            time.sleep(20)
-            seen = page.value("seen")
-    report("clock", seen, 20)
+            page.value(LISTEN)
+            time.sleep(60)
+            seen, heard = page.value("seen"), page.value("heard")
+            shown = page.value("find('#delay').textContent")
+    report("clock", seen, 60)
     lags = [lag for _, lag in seen]
-    print(f"lag behind the window: {percentile(lags, 0.5)} ms median, "
+    print(f"picture behind the window: {percentile(lags, 0.5)} ms median, "
           f"{percentile(lags, 0.99)} ms 99th percentile, {max(lags)} ms at most")
+    lags = [time % 1000 for time in heard]
+    print(f"sound behind the second: {len(lags)} tones, {percentile(lags, 0.5):.0f} ms median, "
+          f"{percentile(lags, 0.99):.0f} ms 99th percentile, {max(lags):.0f} ms at most; "
+          f"the page says \"{shown}\"")
+
+
+def measure_sound_alone(out, obj, seconds=30):
+    """What the sound costs the cabinet, without a browser."""
+    with Cabinet(out, "--sound", "page", "--", f"{obj}/tests/page/page_clock") as cabinet:
+        pid = cabinet.process.pid
+        shares = []
+        for listen in (False, True):
+            with urllib.request.urlopen(cabinet.address + "sound") if listen else contextlib.nullcontext() as stream:
+                begun, before = time.monotonic(), processor_seconds(pid)
+                while time.monotonic() - begun < seconds:
+                    if listen:
+                        stream.read1(65536)
+                    else:
+                        time.sleep(0.1)
+                shares.append((processor_seconds(pid) - before) / seconds)
+    print(f"cabinet: {shares[1] * 100:.1f}% of a processor with a listener, {shares[0] * 100:.1f}% without")
+
+
+@contextlib.contextmanager
+def compiler():
+    """Compiles on every processor, again and again."""
+    loop = "while :; do c++ -std=c++20 -O2 -I. -Isrc -c cabinet/commands.cpp -o /dev/null; done"
+    loops = [subprocess.Popen(["sh", "-c", loop], start_new_session=True) for _ in range(os.cpu_count())]
+    try:
+        yield
+    finally:
+        for process in loops:
+            os.killpg(process.pid, 15)
+            process.wait()
 
 
 def play(page, seconds):
@@ -78,8 +146,10 @@ def play(page, seconds):
 
 
 def measure_play(out, seconds):
-    with Cabinet(out) as cabinet, Browser(cabinet.address) as page:
+    with Cabinet(out, "--sound", "page") as cabinet, Browser(cabinet.address) as page, compiler():
         page.wait("state?.sides[0].takes_coins && pictureRate > 0", 60)
+        page.click("#sound")
+        page.wait("sound.report?.playing")
         page.value(WATCH % "false")
         pids = {"cabinet": cabinet.process.pid, "game": game_of(cabinet.process.pid)}
         before = {name: processor_seconds(pid) for name, pid in pids.items()}
@@ -88,9 +158,13 @@ def measure_play(out, seconds):
         for name, pid in pids.items():
             share = (processor_seconds(pid) - before[name]) / took
             print(f"{name}: {share * 100:.0f}% of a processor")
+        print(page.value("(({gaps, lost, cuts, store}) => `sound: ${gaps} gaps, ${lost} frames lost, "
+                         "${cuts} cuts, ${Math.round(store)} ms in store, "
+                         "${Math.round(sound.delay)} ms late`)(sound.report)"))
         sides = page.value("state.sides.map(s => [s.audits['Games Played'], s.paper_out])")
         print(f"games and tickets, left and right: {sides}; errors of the page: {page.errors}")
 
 
 measure_lag(*sys.argv[1:3])
+measure_sound_alone(*sys.argv[1:3])
 measure_play(sys.argv[1], float(sys.argv[3]) if len(sys.argv) > 3 else 300)

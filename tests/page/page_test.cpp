@@ -2,20 +2,28 @@
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
 #include <httplib.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <functional>
+#include <iterator>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <thread>
 #include <utility>
 
 #include "cabinet/cabinet.h"
+#include "cabinet/greeting.h"
+#include "cabinet/media_files.h"
 #include "cabinet/page_server.h"
 
 using nlohmann::json;
@@ -24,12 +32,16 @@ namespace {
 
 class PageTest : public testing::Test {
  protected:
-  void SetUp() override {
+  void SetUp() override { begin(SOUND_PAGE); }
+  void TearDown() override { end(); }
+
+  void begin(SoundWay sound) {
     std::string folder = testing::TempDir() + "page-XXXXXX";
     ASSERT_NE(mkdtemp(folder.data()), nullptr);
     cabinet.options.drive = folder;
     cabinet.options.no_game = cabinet.options.page = true;
     cabinet.options.page_port = 0;
+    cabinet.options.sound = sound;
     ASSERT_EQ(cabinet_open(cabinet), "");
     address = page_address(cabinet.page);
     address.pop_back();  // httplib wants none behind the port
@@ -38,7 +50,7 @@ class PageTest : public testing::Test {
       while (!ending) cabinet_turn(cabinet, 50);
     });
   }
-  void TearDown() override {
+  void end() {
     stop();
     cabinet_close(cabinet);
     std::filesystem::remove_all(cabinet.options.drive);
@@ -175,6 +187,200 @@ TEST_F(PageTest, SaysWhyThereIsNoPicture) {
   EXPECT_EQ(state["picture_trouble"], "the game isn't running");
   EXPECT_EQ(state["led"]["value"], -1);
   EXPECT_EQ(state["lamps"].size(), static_cast<std::size_t>(LAMP_CHANNELS));
+}
+
+// The game's end of the sound.
+struct Voice {
+  explicit Voice(const std::string& path) : file(socket(AF_UNIX, SOCK_SEQPACKET, 0)) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    EXPECT_EQ(connect(file, reinterpret_cast<sockaddr*>(&address), sizeof address), 0) << path;
+  }
+  ~Voice() { close(file); }
+  // Says 512 frames that tell their numbers; what was sent.
+  std::string say(std::int64_t frame, std::size_t cut = 0) const {
+    std::string packet(SOUND_PORT_HEAD + 2048, '\0');
+    const std::int64_t time_us = frame * 7;
+    const std::int32_t frames = 512;
+    std::memcpy(packet.data(), &frame, 8);
+    std::memcpy(packet.data() + 8, &time_us, 8);
+    std::memcpy(packet.data() + 16, &frames, 4);
+    for (int i = 0; i < 1024; ++i) {
+      const auto sample = static_cast<std::int16_t>(frame + i);
+      std::memcpy(packet.data() + SOUND_PORT_HEAD + 2 * i, &sample, 2);
+    }
+    packet.resize(packet.size() - cut);
+    EXPECT_EQ(send(file, packet.data(), packet.size(), 0), static_cast<ssize_t>(packet.size()));
+    return packet;
+  }
+  int file;
+};
+
+// Reads `/sound` until as many bytes of packets with frames in them have come.
+std::string listen_to(const std::string& address, std::size_t bytes,
+                      const std::function<void()>& begun) {
+  std::string heard;
+  httplib::Client client(address);
+  client.set_read_timeout(5);
+  bool first = true;
+  client.Get("/sound", [&](const char* data, std::size_t size) {
+    heard.append(data, size);
+    const std::string no_frames(SOUND_PORT_HEAD, '\0');
+    while (heard.compare(0, no_frames.size(), no_frames) == 0) {
+      heard.erase(0, no_frames.size());
+      if (std::exchange(first, false)) begun();
+    }
+    return heard.size() < bytes;
+  });
+  return heard;
+}
+
+TEST_F(PageTest, SoundComesAsTheGameSentItToAllWhoListen) {
+  const std::string path = cabinet.keys.folder + "/sound";
+  std::string sent, heard[2];
+  std::atomic<int> listening = 0;
+  std::thread listeners[2];
+  for (int i : {0, 1}) {
+    listeners[i] =
+        std::thread([&, i] { heard[i] = listen_to(address, 5 * 2072, [&] { ++listening; }); });
+  }
+  while (listening < 2) std::this_thread::yield();
+  {
+    const Voice game(path);
+    game.say(0, 2);  // no whole packet
+    for (int i = 0; i < 3; ++i) sent += game.say(i * 512);
+  }
+  const Voice next_game(path);
+  for (int i = 0; i < 2; ++i) sent += next_game.say(i * 512);
+  for (std::thread& listener : listeners) listener.join();
+  EXPECT_TRUE(heard[0] == sent);
+  EXPECT_TRUE(heard[1] == sent);
+  const json state = watch("p", [](const json&) { return true; });
+  EXPECT_TRUE(state["sound"]);
+}
+
+TEST_F(PageTest, AListenerThatIsLateGoesOnWithTheNewest) {
+  const Voice game(cabinet.keys.folder + "/sound");
+  EXPECT_EQ(sound_port_newest(*cabinet.sound), 0);
+  EXPECT_EQ(sound_port_next(*cabinet.sound, 0, 0), nullptr);
+  game.say(0);
+  EXPECT_EQ(sound_port_next(*cabinet.sound, 0, 5000)->number, 1);
+  for (int i = 1; i <= 100; ++i) game.say(i * 512);
+  long newest = 1;
+  for (std::shared_ptr<const SoundBlock> block;
+       (block = sound_port_next(*cabinet.sound, newest, newest < 101 ? 5000 : 0));) {
+    newest = block->number;
+  }
+  EXPECT_EQ(newest, 101);
+  EXPECT_EQ(sound_port_next(*cabinet.sound, 1, 0)->number, 101) << "forgotten";
+  EXPECT_EQ(sound_port_next(*cabinet.sound, 90, 0)->frame, 90 * 512) << "the next one";
+}
+
+std::uint32_t number_at(const std::string& bytes, std::size_t at) {
+  std::uint32_t number = 0;
+  std::memcpy(&number, bytes.data() + at, 4);
+  return number;
+}
+
+std::string contents(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+TEST_F(PageTest, ARecordingHoldsTheSoundAndSilenceForWhatWasLost) {
+  const std::string path = cabinet.options.drive + "/show.wav";
+  std::string error;
+  EXPECT_EQ(recording_start(path + "x", *cabinet.sound, nullptr, error), nullptr);
+  EXPECT_NE(std::exchange(error, {}), "");
+  Recording* const recording = recording_start(path, *cabinet.sound, nullptr, error);
+  ASSERT_EQ(error, "");
+  const Voice game(cabinet.keys.folder + "/sound");
+  const std::string first = game.say(512 * 10), second = game.say(512 * 12);
+  // The rest fills the stream's own store, so that the first ones are on the disk.
+  for (int i = 0; i < 40; ++i) game.say(512 * (13 + i));
+  while (std::filesystem::file_size(path) < 44 + 3 * 2048) std::this_thread::yield();
+  EXPECT_EQ(recording_stop(recording), "");
+  const std::string file = contents(path);
+  ASSERT_GT(file.size(), 44U + 3 * 2048);
+  EXPECT_EQ(file.substr(0, 4) + file.substr(8, 8), "RIFFWAVEfmt ");
+  EXPECT_EQ(number_at(file, 4), file.size() - 8);
+  EXPECT_EQ(number_at(file, 24), 44100U);
+  EXPECT_EQ(number_at(file, 40), file.size() - 44);
+  EXPECT_EQ(file.compare(44, 2048, first, SOUND_PORT_HEAD), 0);
+  EXPECT_EQ(file.compare(44 + 2048, 2048, std::string(2048, '\0')), 0);
+  EXPECT_EQ(file.compare(44 + 4096, 2048, second, SOUND_PORT_HEAD), 0);
+}
+
+TEST(AviFile, IsAListOfChunksThatItsIndexFinds) {
+  const std::string path = testing::TempDir() + "show.avi";
+  const std::int16_t sound[4] = {1, 2, 3, 4};
+  AviFile avi(path, 1360, 768, 25);
+  avi.add_picture("odd");
+  avi.add_sound(sound, 2);
+  avi.add_picture("");
+  avi.close();
+  const std::string file = contents(path);
+  std::filesystem::remove(path);
+  EXPECT_EQ(file.substr(0, 4) + file.substr(8, 4), "RIFFAVI ");
+  ASSERT_EQ(number_at(file, 4), file.size() - 8);
+  // From list to list, as players go.
+  std::size_t at = 12, movi = 0;
+  for (; at < file.size() && file.compare(at, 4, "idx1") != 0; at += 8 + number_at(file, at + 4)) {
+    ASSERT_EQ(file.substr(at, 4), "LIST") << at;
+    if (file.compare(at + 8, 4, "movi") == 0) movi = at + 8;
+  }
+  ASSERT_NE(movi, 0U);
+  ASSERT_EQ(number_at(file, at + 4), 3 * 16U);
+  ASSERT_EQ(at + 8 + 3 * 16, file.size());
+  const std::pair<std::string, std::string> chunks[] = {
+      {"00dc", "odd"}, {"01wb", {reinterpret_cast<const char*>(sound), 8}}, {"00dc", ""}};
+  for (std::size_t i = 0; i < 3; ++i) {
+    const std::size_t entry = at + 8 + 16 * i, chunk = movi + number_at(file, entry + 8);
+    EXPECT_EQ(file.substr(entry, 4), chunks[i].first);
+    EXPECT_EQ(file.substr(chunk, 4), chunks[i].first);
+    EXPECT_EQ(number_at(file, chunk + 4), chunks[i].second.size());
+    EXPECT_EQ(file.substr(chunk + 8, chunks[i].second.size()), chunks[i].second);
+  }
+}
+
+TEST_F(PageTest, WithoutASoundOfItsOwnThePageIsTold) {
+  end();
+  cabinet = Cabinet{};
+  ending = false;
+  begin(SOUND_CARD);
+  EXPECT_EQ(httplib::Client(address).Get("/sound")->status, 404);
+  EXPECT_FALSE(watch("p", [](const json&) { return true; }).at("sound"));
+}
+
+TEST_F(PageTest, TheGreetingTellsAStrangerWhereToLookAndWhatToPress) {
+  stop();
+  unsetenv("SSH_CONNECTION");
+  std::string text = greeting_text(cabinet);
+  EXPECT_NE(text.find(page_address(cabinet.page)), std::string::npos);
+  for (const char* word : {"5 or 6", "1 or 2", "SOUND", "help"}) {
+    EXPECT_NE(text.find(word), std::string::npos) << word;
+  }
+  EXPECT_LE(std::count(text.begin(), text.end(), '\n'), 6);
+  setenv("SSH_CONNECTION", "10.0.0.1 5000 10.0.0.2 22", 1);
+  text = greeting_text(cabinet);
+  const std::string number = std::to_string(port);
+  EXPECT_NE(text.find("ssh -L " + number + ":127.0.0.1:" + number + " "), std::string::npos)
+      << text;
+  unsetenv("SSH_CONNECTION");
+}
+
+TEST_F(PageTest, WhatTheGamePrintsIsKeptAndNamedWhenItEndsBadly) {
+  stop();
+  GameProcess& game = cabinet.game;
+  cabinet.options.log = game.log = cabinet.options.drive + "/game.log";
+  game.command = {"sh", "-c", "echo said; echo noise >&2; exit 3"};
+  ASSERT_EQ(game_start(game), "");
+  while (!game_watch(game, cabinet_now_ms())) std::this_thread::yield();
+  EXPECT_EQ(contents(game.log), "said\nnoise\n");
+  EXPECT_EQ(farewell_text(cabinet, game_verdict(game)),
+            "The game ended with exit code 3; what it said is in " + game.log + ".\n");
+  EXPECT_EQ(farewell_text(cabinet, 0), "");
 }
 
 TEST_F(PageTest, EndsWhileAPageIsOpen) {

@@ -2,7 +2,10 @@
 """play.py OUT OBJ: plays the real game through the page in a headless browser, by mouse, key and
 touch. What the page looks like in the middle of it is kept in OBJ/page.png."""
 
+import json
+import os
 import sys
+import time
 import urllib.request
 
 from browser import Browser
@@ -61,6 +64,66 @@ def cut_power(page):
     assert page.value("state.sides[0].coin_meter") == coins
 
 
+def loudest(page, seconds):
+    """The loudest sample that leaves the page in this time, in shares of full scale."""
+    return page.value("(async () => { let most = 0; const ear = sound.context.createAnalyser();"
+                      "ear.fftSize = 4096; sound.gain.connect(ear); const heard = new Float32Array(4096);"
+                      f"for (const end = Date.now() + {seconds * 1000}; Date.now() < end;) {{"
+                      "ear.getFloatTimeDomainData(heard); most = Math.max(most, ...heard.map(Math.abs));"
+                      "await pause(50); } sound.gain.disconnect(ear); return most; })()")
+
+
+def hear(page):
+    assert page.value("sound.context") is None, "it sounds without being asked"
+    page.click("#sound")
+    page.wait("sound.report?.playing && find('#delay').textContent.endsWith(' ms late')")
+    assert page.value("sound.context.state") == "running"
+    page.click("#left [data-coin]")
+    page.wait("sound.report.peaks.some(peak => peak > 0.02)")
+    assert loudest(page, 2) > 0.02
+    page.value("void (find('#volume').value = 0, find('#volume').dispatchEvent(new Event('input')))")
+    time.sleep(0.5)
+    assert loudest(page, 1) < 1e-4
+    page.value("void (find('#volume').value = 90, find('#volume').dispatchEvent(new Event('input')))")
+
+
+def hear_twice(page, address):
+    """Two pages of a browser, which has six connections for both: all hear, all can play."""
+    other = page.tab(address, 390, 844)
+    other.wait("state")
+    other.click("#sound")
+    other.wait("sound.report?.playing")
+    other.call("Page.bringToFront")
+    coins = page.value("state.sides[0].coin_meter")
+    other.click("#left [data-coin]")
+    other.wait(f"state.sides[0].coin_meter === {coins + 1}")
+    page.wait(f"sound.report?.playing && state.sides[0].coin_meter === {coins + 1}")
+    assert not other.errors, other.errors
+    other.call("Page.close")
+    page.call("Page.bringToFront")
+    page.click("#sound")
+    page.wait("sound.context === null && find('#delay').textContent === 'click to hear'")
+    page.click("#sound")
+    page.wait("sound.report?.playing")
+
+
+def prove_output(page, address):
+    here = os.path.dirname(__file__)
+    source = urllib.request.urlopen(address + "sound-output.js", timeout=10).read().decode()
+    script = open(os.path.join(here, "output.js")).read()
+    page.call("Page.setBypassCSP", enabled=True)  # it makes a function of the text
+    page.call("Page.reload")
+    page.wait("document.readyState === 'complete' && state")
+    wrong = page.value(f"(() => {{ const SOURCE = {json.dumps(source)};\nconst wrong = {script};\nreturn wrong; }})()")
+    assert wrong == [], wrong
+
+
+def see_what_cannot_sound(page, address):
+    page.call("Page.addScriptToEvaluateOnNewDocument", source="delete BaseAudioContext.prototype.audioWorklet;")
+    page.call("Page.navigate", url=address)
+    page.wait("document.querySelector('#speaker.without #no-sound')?.textContent.includes('AudioWorklet')")
+
+
 def brightest(page):
     return page.value("(() => { const small = new OffscreenCanvas(8, 8).getContext('2d');"
                       "small.drawImage(find('#screen'), 0, 0, 8, 8);"
@@ -69,16 +132,21 @@ def brightest(page):
 
 
 def main(out, obj):
-    with Cabinet(out) as cabinet:
+    with Cabinet(out, "--sound", "page") as cabinet:
         with Browser(cabinet.address) as page:
             page.wait("state?.sides[0].takes_coins && pictureRate > 0", 60)
             play_left_by_mouse(page)
             play_right_by_key_and_touch(page)
             assert brightest(page) > 60, "the picture is dark"
             page.screenshot(f"{obj}/page.png")
+            hear(page)
+            hear_twice(page, cabinet.address)
             serve(page)
             cut_power(page)
+            page.wait("sound.report?.playing")  # the game that came with the power
             assert not page.errors, page.errors
+            prove_output(page, cabinet.address)
+            see_what_cannot_sound(page, cabinet.address)
         # Closing the page stops nothing.
         assert urllib.request.urlopen(cabinet.address, timeout=10).status == 200
     assert cabinet.process.returncode == 0, f"the cabinet ended with {cabinet.process.returncode}"

@@ -462,5 +462,7 @@ TEST_F(Player, TheGamesCallsAndTheTimer) {
   EXPECT_EQ(jps_players_running(), 0);
   jps_shutdown();
   EXPECT_FALSE(sound_capture_is_open());
+  testing::internal::CaptureStdout();
   EXPECT_EQ(jps_bank_play_name("x"), 0U);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "") << "said once, at the start, is enough";
 }

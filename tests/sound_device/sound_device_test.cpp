@@ -1,10 +1,14 @@
 // The real device, through SDL's driver that writes what it is given to a file in real time. Taking
-// the file's folder away, or the right to let the file grow, is pulling its plug.
+// the file's folder away, or the right to let the file grow, is pulling its plug. And what stands
+// in for a device where there is none.
 #include "platform/sound_device.h"
 
 #include <gtest/gtest.h>
 #include <sched.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
@@ -20,7 +24,9 @@
 #include <thread>
 #include <vector>
 
+#include "platform/environment.h"
 #include "platform/files.h"
+#include "platform/sound_backends.h"
 #include "platform/thread.h"
 #include "sound/driver.h"
 #include "tests/temp_folder.h"
@@ -61,8 +67,12 @@ struct SoundDevice : testing::Test {
     unsetenv("SDL_AUDIO_DEVICE_NAME");
     std::signal(SIGXFSZ, SIG_IGN);
     pulled_frames = 0;
+    environment = Environment{};
   }
-  ~SoundDevice() override { limit_files(RLIM_INFINITY); }
+  ~SoundDevice() override {
+    limit_files(RLIM_INFINITY);
+    environment = Environment{};
+  }
 
   static void limit_files(rlim_t bytes) {
     rlimit limit{};
@@ -132,19 +142,154 @@ TEST_F(SoundDevice, PullsOnAnyProcessorThoughItsOpenerIsPinned) {
   testing::internal::GetCapturedStdout();
 }
 
-TEST_F(SoundDevice, WithoutOneTheDriverStaysDown) {
+// Playlists run, and one line tells of it.
+TEST_F(SoundDevice, WithoutOneTheSoundRunsUnheard) {
   pull_plug();
-  testing::internal::CaptureStderr();
-  testing::internal::CaptureStdout();
-  EXPECT_NE(jpsdrvr_init(), 0);
-  EXPECT_EQ(jpsdrvr_stop(0), -1);
-  jpsdrvr_shutdown();
-  setenv("SDL_AUDIODRIVER", "nothing", 1);
-  EXPECT_FALSE(sound_device_open(count_up));
+  for (const char* driver : {"disk", "nothing"}) {
+    setenv("SDL_AUDIODRIVER", driver, 1);
+    pulled_frames = 0;
+    testing::internal::CaptureStderr();
+    testing::internal::CaptureStdout();
+    EXPECT_TRUE(sound_device_open(count_up));
+    EXPECT_TRUE(wait_for([] { return pulled_frames > 2048; }, 5000));
+    sound_device_close();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    const std::string told = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(told.rfind("There is no sound device (", 0), 0U) << told;
+    EXPECT_EQ(told.find('\n'), told.size() - 1) << "one line";
+  }
+  const int at_end = pulled_frames;
+  std::this_thread::sleep_for(std::chrono::milliseconds(60));
+  EXPECT_EQ(pulled_frames, at_end) << "closed: nobody pulls";
+}
+
+TEST_F(SoundDevice, NoneAndASocketDontTouchTheDevice) {
+  environment.sound = SOUND_NONE;
+  for (const char* socket : {"", "/nowhere/sound"}) {
+    environment.sound_socket = socket;
+    pulled_frames = 0;
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(jpsdrvr_init(), 0);
+    EXPECT_EQ(jpsdrvr_stop(0), 0);
+    jpsdrvr_shutdown();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_FALSE(std::filesystem::exists(path));
+  }
+}
+
+TEST(SoundPace, BlocksAreDueAtTheDevicesRateAndALongHoldUpIsNotMadeUpFor) {
+  constexpr std::int64_t START_US = 77'000'000'000'000;
+  SoundPace pace(START_US);
+  int blocks = 0;
+  for (std::int64_t us = 0; us < 10'000'000; us += 1000) {
+    while (pace.take(START_US + us)) ++blocks;
+    EXPECT_GT(pace.due_us(), START_US + us);
+  }
+  EXPECT_EQ(blocks, 10 * SOUND_RATE_HZ / SOUND_BLOCK_FRAMES + 1) << "the first is due at once";
+  // 400 ms late: made up for; ten seconds: not.
+  std::int64_t now_us = START_US + 10'400'000;
+  for (blocks = 0; pace.take(now_us); ++blocks) {
+  }
+  EXPECT_NEAR(blocks, 400'000 / 11'610, 1);
+  now_us += 10'000'000;
+  EXPECT_TRUE(pace.take(now_us));
+  EXPECT_FALSE(pace.take(now_us));
+  EXPECT_EQ(pace.due_us(), now_us + 11'609);
+}
+
+// Who listens on the cabinet's side.
+struct Listener {
+  explicit Listener(const std::string& path) : listener(socket(AF_UNIX, SOCK_SEQPACKET, 0)) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
+    EXPECT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    EXPECT_EQ(listen(listener, 1), 0);
+  }
+  ~Listener() {
+    hang_up();
+    close(listener);
+  }
+  void accept_one() { connection = accept(listener, nullptr, nullptr); }
+  void hang_up() {
+    if (connection >= 0) close(connection);
+    connection = -1;
+  }
+  // The next packet; false after a second without one.
+  bool take() {
+    const timeval bound{1, 0};
+    setsockopt(connection, SOL_SOCKET, SO_RCVTIMEO, &bound, sizeof bound);
+    char bytes[4096];
+    const ssize_t size = recv(connection, bytes, sizeof bytes, 0);
+    if (size < static_cast<ssize_t>(sizeof head)) return false;
+    std::memcpy(&head, bytes, sizeof head);
+    samples.resize((static_cast<std::size_t>(size) - sizeof head) / 2);
+    std::memcpy(samples.data(), bytes + sizeof head, samples.size() * 2);
+    return true;
+  }
+  int listener, connection = -1;
+  SoundPacketHead head{};
+  std::vector<std::int16_t> samples;
+};
+
+TEST_F(SoundDevice, BlocksGoToTheSocketWholeAndInTurn) {
+  environment.sound = SOUND_SOCKET;
+  environment.sound_socket = folder.file("sound");
+  Listener listener(environment.sound_socket);
+  ASSERT_TRUE(sound_device_open(count_up));
+  listener.accept_one();
+  std::int64_t frame = -1, time_us = 0;
+  for (int i = 0; i < 20; ++i) {
+    ASSERT_TRUE(listener.take());
+    EXPECT_TRUE(i == 0 || listener.head.frame == frame) << "block " << i << " is no next one";
+    EXPECT_GT(listener.head.time_us, time_us);
+    ASSERT_EQ(listener.head.frames, SOUND_BLOCK_FRAMES);
+    ASSERT_EQ(listener.samples.size(), SOUND_BLOCK_FRAMES * 2U);
+    for (int at = 0; at < SOUND_BLOCK_FRAMES; ++at) {
+      ASSERT_EQ(listener.samples[2 * at], (listener.head.frame + at) & 0x7FFF);
+      ASSERT_EQ(listener.samples[2 * at + 1], -listener.samples[2 * at]);
+    }
+    frame = listener.head.frame + listener.head.frames;
+    time_us = listener.head.time_us;
+  }
   sound_device_close();
-  EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "jpsdrvr_init(): ERROR! Couldn't create dsound interface\n");
-  EXPECT_NE(testing::internal::GetCapturedStderr().find("There is no sound"), std::string::npos);
+}
+
+// No wait anywhere: time is handed in, and an hour of sound is sent to a listener that reads
+// nothing.
+TEST_F(SoundDevice, ASlowListenerLosesBlocksAndOneThatWentIsLookedForAgain) {
+  const std::vector<std::int16_t> block(SOUND_BLOCK_FRAMES * 2, 7);
+  std::int64_t frame = 0, time_us = 0;
+  SoundSocket sound(folder.file("sound"));
+  const auto send = [&](int blocks) {
+    for (int i = 0; i < blocks; ++i, frame += SOUND_BLOCK_FRAMES, time_us += 11'610) {
+      sound.send(frame, time_us, block.data(), SOUND_BLOCK_FRAMES);
+    }
+  };
+  send(3);  // nobody listens yet
+  {
+    Listener listener(folder.file("sound"));
+    send(310'000);
+    listener.accept_one();
+    std::int64_t taken = 0;
+    ASSERT_TRUE(listener.take());
+    EXPECT_GT(listener.head.frame, 0);
+    for (; listener.head.frame + SOUND_BLOCK_FRAMES < frame && taken < 5000; ++taken) {
+      if (taken % 50 == 0) send(1);
+      const std::int64_t before = listener.head.frame;
+      ASSERT_TRUE(listener.take());
+      EXPECT_EQ(listener.head.frame % SOUND_BLOCK_FRAMES, 0);
+      EXPECT_GT(listener.head.frame, before);
+    }
+    EXPECT_LT(taken, 5000) << "the rest is lost, not kept";
+  }
+  std::filesystem::remove(folder.file("sound"));
+  send(30);  // gone
+  Listener other(folder.file("sound"));
+  send(30);
+  other.accept_one();
+  ASSERT_TRUE(other.take());
+  EXPECT_EQ(other.samples, block);
 }
 
 TEST_F(SoundDevice, NameThatFitsNoneIsSaidAndPassedOver) {

@@ -1,13 +1,19 @@
 // Stands in for the game: a window of its size, as busy as a painted scene, with the time in it as
 // 32 squares, black for 0 and white for 1, lowest bit first. A reader of its picture learns how old
-// that is. Ends on SIGTERM.
+// that is. To the socket of LILYHOP_SOUND it sends a tone of 50 ms from each whole second on, as
+// soon after as a game could: from the next block on. Ends on SIGTERM.
 
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 #include <xcb/xcb.h>
 
 #include <chrono>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -47,10 +53,49 @@ void show_time(xcb_connection_t* x, xcb_window_t window, xcb_gcontext_t gc, std:
   xcb_flush(x);
 }
 
+constexpr int RATE_HZ = 44100, BLOCK = 512, TONE_MS = 50, TONE_HZ = 1000;
+
+struct Packet {
+  std::int64_t frame = 0, time_us = 0;
+  std::int32_t frames = BLOCK, zero = 0;
+  std::int16_t samples[BLOCK * 2] = {};
+};
+
+void sound_loop(int socket) {
+  using namespace std::chrono;
+  const auto began = steady_clock::now();
+  for (Packet packet;; packet.frame += BLOCK) {
+    std::this_thread::sleep_until(began + microseconds(packet.frame * 1'000'000 / RATE_HZ));
+    const auto now = duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
+    const bool loud = now % 1000 < TONE_MS;
+    for (int i = 0; i < BLOCK; ++i) {
+      const double angle =
+          2 * 3.14159265 * TONE_HZ * static_cast<double>(packet.frame + i) / RATE_HZ;
+      const auto sample = static_cast<std::int16_t>(loud ? 16000 * std::cos(angle) : 0);
+      packet.samples[2 * i] = packet.samples[2 * i + 1] = sample;
+    }
+    packet.time_us = duration_cast<microseconds>(steady_clock::now().time_since_epoch()).count();
+    send(socket, &packet, sizeof packet, MSG_NOSIGNAL | MSG_DONTWAIT);
+  }
+}
+
+void start_sound() {
+  const char* const way = std::getenv("LILYHOP_SOUND");
+  const std::string path = way == nullptr ? "" : way;
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  if (path.rfind("unix:", 0) != 0 || path.size() > sizeof address.sun_path) return;
+  std::strcpy(address.sun_path, path.c_str() + 5);
+  const int file = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
+  if (connect(file, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) return;
+  std::thread(sound_loop, file).detach();
+}
+
 }  // namespace
 
 int main() {
   using namespace std::chrono;
+  start_sound();
   xcb_connection_t* x = xcb_connect(nullptr, nullptr);
   if (xcb_connection_has_error(x) != 0) return 1;
   const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(x)).data;
