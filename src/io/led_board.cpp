@@ -80,7 +80,7 @@ void check(const Thread& self) {
   board.next_check_ms = now_ms() + CHECK_EVERY_MS;
 }
 
-void led_body(const Thread& self, void* /*context*/) {
+void led_thread(const Thread& self, void* /*context*/) {
   while (!thread_stop_requested(self)) {
     check(self);
     send_wanted();
@@ -100,7 +100,7 @@ void led_open() {
 }
 
 void led_start() {
-  led_thread_handle() = thread_start("led", THREAD_PRIORITY_NORMAL, led_body, nullptr);
+  led_thread_handle() = thread_start("led", THREAD_PRIORITY_NORMAL, led_thread, nullptr);
 }
 
 bool led_stop() {
