@@ -33,7 +33,6 @@ struct Display {
   std::unique_ptr<xcb_connection_t, Disconnect> x;  // null: there is none, or it has no modes
   xcb_screen_t* screen = nullptr;                   // lives as long as the connection
   xcb_randr_crtc_t crtc = XCB_NONE;                 // what feeds the monitor on which the game is
-  std::vector<xcb_randr_output_t> outputs;          // all that show the same
   std::vector<xcb_randr_mode_t> modes;              // what the monitor takes, the best first
 };
 
@@ -43,11 +42,12 @@ struct Mode {
 };
 
 struct Found {  // what the display had before its first change
+  xcb_randr_crtc_t crtc;
   Mode mode;
   DisplaySize screen;  // with all its monitors
 };
 
-constinit Found found{{}, {0, 0}};
+constinit Found found{XCB_NONE, {}, {0, 0}};
 
 // The library of the window looks for an X display unless it is told of another one.
 bool display_is_x() {
@@ -79,8 +79,6 @@ bool take_output(Display& display, xcb_randr_output_t output) {
   const auto crtc = crtc_info(display, info->crtc);
   if (!crtc || crtc->mode == XCB_NONE) return false;
   display.crtc = info->crtc;
-  const xcb_randr_output_t* outputs = xcb_randr_get_crtc_info_outputs(crtc.get());
-  display.outputs.assign(outputs, outputs + crtc->num_outputs);
   const xcb_randr_mode_t* modes = xcb_randr_get_output_info_modes(info.get());
   display.modes.assign(modes, modes + info->num_modes);
   return true;
@@ -179,9 +177,8 @@ bool mode_set(const Display& display, const Mode& mode) {
   const auto reply = owned(xcb_randr_set_crtc_config_reply(
       x,
       xcb_randr_set_crtc_config(x, display.crtc, XCB_CURRENT_TIME, resources->config_timestamp,
-                                crtc->x, crtc->y, mode.id, crtc->rotation,
-                                static_cast<std::uint32_t>(display.outputs.size()),
-                                display.outputs.data()),
+                                crtc->x, crtc->y, mode.id, crtc->rotation, crtc->num_outputs,
+                                xcb_randr_get_crtc_info_outputs(crtc.get())),
       nullptr));
   const bool taken =
       reply && reply->status == XCB_RANDR_SET_CONFIG_SUCCESS && mode_now(display).id == mode.id;
@@ -213,7 +210,7 @@ DisplayModeResult mode_change(const Display& display, int width, int height) {
   for (const Mode& mode : modes) {
     if (!mode_set(display, mode)) continue;
     if (found.mode.id == XCB_NONE) {
-      found = {now, screen};
+      found = {display.crtc, now, screen};
       std::atexit(display_restore_mode);
     }
     return DISPLAY_MODE_OK;
@@ -239,7 +236,8 @@ DisplayModeResult display_set_mode(int width, int height) {
 
 void display_restore_mode() {
   if (found.mode.id == XCB_NONE) return;
-  const Display display = open_display();
+  Display display = open_display();
+  display.crtc = found.crtc;  // another monitor may be the primary one by now
   if (display.x && mode_set(display, found.mode)) screen_resize(display, found.screen);
   found.mode = {};
 }
