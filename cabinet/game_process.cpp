@@ -31,7 +31,9 @@ constexpr std::int64_t QUIT_MS = 5000;
   if (null >= 0) dup2(null, STDIN_FILENO);
   if (!game.log.empty()) {
     const int log = open(game.log.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
-    for (const int file : {STDOUT_FILENO, STDERR_FILENO}) dup2(log, file);
+    for (const int file : {STDOUT_FILENO, STDERR_FILENO}) {
+      if (log >= 0) dup2(log, file);
+    }
   }
   for (const auto& [name, value] : game.environment) {
     if (value.empty()) {

@@ -84,7 +84,7 @@ void take_connection(SoundPort& port) {
 
 void take_packets(SoundPort& port) {
   std::array<char, PACKET_MAX> bytes;
-  for (;;) {
+  while (port.connection >= 0) {
     const ssize_t size = recv(port.connection, bytes.data(), bytes.size(), 0);
     if (size < 0 && errno == EINTR) continue;
     if (size < 0 && errno == EAGAIN) return;

@@ -152,8 +152,9 @@ void judge_outage(JammaLink& link, bool first_answer) {
   if (asked >= QUESTIONS_OF_OUTAGE && !first_answer) {
     send_outputs(link);
     link.answers_due += asked;
-  } else if (link.answers_due > 0 && --link.answers_due == 0) {
-    send_lost_tickets(link);
+  } else if (link.answers_due > 0) {
+    --link.answers_due;
+    if (link.answers_due == 0) send_lost_tickets(link);
   }
   if (link.answers_due > 0) jamma_ask_status(link);
 }

@@ -34,7 +34,7 @@ std::vector<std::string> offered_words(const char* offers) {
 
 // `place` counts the rows of the list from 0.
 SettingOption option_of(const Setting& setting, const std::string& word, std::int32_t place) {
-  const int number = std::atoi(word.c_str());
+  const auto number = static_cast<std::int32_t>(std::strtol(word.c_str(), nullptr, 10));
   switch (setting.view) {
     case VIEW_ON_OFF:
       return {word, word == "On" ? 1 : 0, 0.0F};

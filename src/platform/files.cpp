@@ -170,8 +170,8 @@ void read_close(ReadFile* file) {
 }
 
 struct StoreFile {
-  int fd;
-  bool whole;  // every write so far went through
+  int fd = -1;
+  bool whole = true;  // every write so far went through
   std::string path, temporary;
 };
 
@@ -181,7 +181,11 @@ StoreFile* store_open(const char* name) {
   std::string temporary;
   const int fd = temporary_open(path, temporary);
   if (fd < 0) return nullptr;
-  return new StoreFile{fd, true, path, temporary};
+  auto* const file = new StoreFile;
+  file->fd = fd;
+  file->path = path;
+  file->temporary = temporary;
+  return file;
 }
 
 bool store_bytes(StoreFile* file, const void* data, std::size_t size) {
@@ -220,7 +224,8 @@ bool store_close(StoreFile* file) {
 bool note_store(const char* name, const void* data, std::size_t size) {
   StoreFile* const file = store_open(name);
   if (!file) return false;
-  const bool ok = take_place(file, store_bytes(file, data, size));
+  const bool whole = store_bytes(file, data, size);
+  const bool ok = take_place(file, whole);
   delete file;
   return ok;
 }

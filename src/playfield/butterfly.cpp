@@ -70,5 +70,7 @@ void butterfly_update() {
     case BUTTERFLY_CAUGHT:
       if (a > CAUGHT_SECONDS) park();
       break;
+    default:
+      break;
   }
 }

@@ -175,5 +175,7 @@ void frog_state_step(int side, Frog& frog, const FrogTimes& times) {
     case FROG_FADING:
       if (times.state > FADE_SECONDS) frog_free(side, frog);
       break;
+    default:
+      break;
   }
 }
