@@ -263,7 +263,7 @@ function show(now) {
   for (const button of all("[data-toggle]")) button.classList.toggle("on", TOGGLES[button.dataset.toggle][0](now));
   for (const knob of all("[data-input]")) knob.classList.toggle("down", now.pressed.includes(knob.dataset.input));
   showBooks(now);
-  followSound(now.sound);
+  window.followSound?.(now.sound);  // sound.js is loaded after this script
   showTrouble();
 }
 
