@@ -15,8 +15,8 @@ namespace {
 constexpr std::int64_t QUIT_MS = 5000;
 
 [[noreturn]] void become_game(const GameProcess& game) {
-  // A process group of its own: Ctrl-C in the terminal is ours, and passed on once. If the cabinet
-  // dies the game goes with it.
+  // The game has its own process group: Ctrl-C in the terminal reaches only the cabinet, which
+  // passes it on once. If the cabinet dies, the game dies too.
   setpgid(0, 0);
   prctl(PR_SET_PDEATHSIG, SIGTERM);
   sigset_t none;
@@ -25,7 +25,7 @@ constexpr std::int64_t QUIT_MS = 5000;
   for (const int signal : {SIGINT, SIGTERM, SIGPIPE, SIGTTIN, SIGTTOU}) {
     std::signal(signal, SIG_DFL);
   }
-  // The page's connections are not the game's.
+  // The game must not inherit the page's connections.
   close_range(STDERR_FILENO + 1, ~0U, 0);
   const int null = open("/dev/null", O_RDONLY | O_CLOEXEC);
   if (null >= 0) dup2(null, STDIN_FILENO);

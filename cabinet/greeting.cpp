@@ -9,7 +9,7 @@ namespace {
 std::string page_text(const Cabinet& cabinet) {
   const std::string address = page_address(cabinet.page);
   std::string text = "The cabinet is at " + address + " - open it in a browser of this machine.\n";
-  // Who came over the network has no browser here.
+  // A user who came over the network has no browser here.
   if (std::getenv("SSH_CONNECTION") != nullptr) {
     std::string port = address.substr(address.rfind(':') + 1);
     port.pop_back();

@@ -16,9 +16,9 @@
 namespace {
 
 struct KeyRow {
-  const char* names;    // SDL names, parted by spaces; of "Keypad +" the space is a "_"
+  const char* names;    // SDL names, separated by spaces; the space in "Keypad +" is written "_"
   int input;            // switch that the key holds, or -1
-  const char* command;  // what it does otherwise
+  const char* command;  // what the key does without a switch
   const char* help;
 };
 
@@ -53,7 +53,7 @@ const KeyRow* find_key(std::string name) {
   return nullptr;
 }
 
-// False once the client has gone.
+// False once the client has disconnected.
 bool take_client(Cabinet& cabinet, KeyClient& client, std::int64_t now_ms) {
   char buffer[512];
   const ssize_t n = recv(client.socket, buffer, sizeof buffer, MSG_DONTWAIT);

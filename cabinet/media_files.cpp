@@ -93,7 +93,7 @@ void AviFile::put_picture_stream(int width, int height, int pictures_per_second)
   pictures_at_ = size();
   put(0, 4);
   put(0, 4);
-  put(~0U, 4);  // quality: not said
+  put(~0U, 4);  // quality: default
   put(0, 4);
   put(0, 4);
   put(static_cast<std::uint32_t>(width), 2);

@@ -16,7 +16,7 @@ std::string data_folder() {
   return std::string(home != nullptr ? home : "/tmp") + "/.local/share/lilyhop-cabinet";
 }
 
-// The program that lies beside this one.
+// The path of a program in this program's folder.
 std::string beside(const char* name) {
   std::error_code failed;
   const auto self = std::filesystem::read_symlink("/proc/self/exe", failed);
@@ -25,13 +25,13 @@ std::string beside(const char* name) {
 
 bool number(const std::string& text, double least, double most, double& value) {
   char* end = nullptr;
-  // strtoll reads 0x51, strtod the seconds of --for.
+  // Integers may be hexadecimal, such as 0x51; the seconds of --for may be fractions.
   value = text.compare(0, 2, "0x") == 0 ? static_cast<double>(std::strtoll(text.c_str(), &end, 16))
                                         : std::strtod(text.c_str(), &end);
   return !text.empty() && *end == '\0' && value >= least && value <= most;
 }
 
-// An option with a value. False if there is none of this name; `error` if the value is wrong.
+// An option with a value. False if it has another name. Sets `error` if the value is wrong.
 bool take_value(Options& options, const std::string& name, const std::string& value,
                 std::string& error) {
   double n = 0;
@@ -94,7 +94,7 @@ bool take_flag(Options& options, const std::string& name) {
   return true;
 }
 
-// "--page" alone, or with a port behind it. False if it is another option.
+// "--page", with or without a port. False if it is another option.
 bool take_page(Options& options, int argc, char** argv, int& i, std::string& error) {
   if (std::strcmp(argv[i], "--page") != 0) return false;
   options.page = true;
@@ -117,7 +117,7 @@ std::string choose_drive(Options& options) {
   }
   options.drive = data_folder();
   if (options.script.empty()) return {};
-  // A script has to find a new cabinet each time.
+  // A script must always start with a new cabinet.
   std::error_code failed;
   std::filesystem::create_directories(options.drive, failed);
   options.drive += "/script-XXXXXX";

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int ANSWER_MS = 2000;  // a killed game is waited for meanwhile
+constexpr int ANSWER_MS = 2000;  // enough for a killed game to end
 
 void wake(const PageLink& link) {
   const std::uint64_t one = 1;
@@ -18,7 +18,7 @@ void wake(const PageLink& link) {
   [[maybe_unused]] const ssize_t n = write(link.wake, &one, sizeof one);
 }
 
-// With the mutex held.
+// Call with the mutex held.
 std::future<PageReply> put(PageLink& link, PageRequest::Kind kind, const std::string& page,
                            const std::string& text) {
   link.requests.push_back({kind, page, text, {}});

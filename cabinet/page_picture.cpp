@@ -28,10 +28,10 @@ struct PagePicture {
 namespace {
 
 constexpr milliseconds FRAME_MS(33);   // no more than 30 a second
-constexpr milliseconds RETRY_MS(200);  // after one that couldn't be taken
+constexpr milliseconds RETRY_MS(200);  // after a failed attempt
 constexpr int JPEG_QUALITY = 82;
 
-// With one thread for it there is one compressor and one buffer that grows as it must.
+// One thread needs only one compressor and one buffer, which grows as needed.
 struct Compressor {
   tjhandle handle = tjInitCompress();
   unsigned char* bytes = nullptr;
@@ -114,7 +114,7 @@ void page_picture_stop(PagePicture* picture) {
 
 std::shared_ptr<const PageFrame> page_picture_next(PagePicture& picture, long number, int wait_ms) {
   std::unique_lock lock(picture.mutex);
-  // While nobody watches the newest one grows old.
+  // If nobody watches, the newest frame is out of date.
   const Clock::time_point oldest = Clock::now() - FRAME_MS;
   const auto is_newer = [&] {
     const auto& newest = picture.newest;

@@ -40,7 +40,7 @@ json led_device(const Cabinet& cabinet) {
   return device("LED board", there && led.powered && cabinet.led_cable.plugged && !led.deaf, text);
 }
 
-// The board's own watchdog, which bites when the game falls silent.
+// The board's own watchdog, which restarts the board when the game is silent.
 json watchdog_device(const Cabinet& cabinet) {
   const Board& board = cabinet.board;
   std::string text = "fed " + std::to_string(board.counts.watchdog_fed) + " times";
@@ -51,7 +51,7 @@ json watchdog_device(const Cabinet& cabinet) {
   return device("Board's watchdog", board.watchdog_armed, text);
 }
 
-// The watchdog on USB, which resets the machine.
+// The USB watchdog, which resets the machine.
 json usb_device(const Cabinet& cabinet) {
   if (cabinet.usb.path.empty()) return device("USB watchdog", false, "none");
   return device("USB watchdog", usb_port_is_open(cabinet.usb),
@@ -68,7 +68,7 @@ json books_device(const Cabinet& cabinet) {
   return device("Books", good, good ? "whole, in " + drive : text);
 }
 
-// Seconds since 1970 when the audits were last stored, 0 if they never were.
+// When the audits were last stored, in seconds since 1970; 0 if never.
 std::int64_t stored_at(const Cabinet& cabinet) {
   struct stat file{};
   return stat((cabinet.options.drive + "/audits").c_str(), &file) == 0 ? file.st_mtime : 0;

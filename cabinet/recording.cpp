@@ -37,11 +37,11 @@ struct Recording {
   std::thread writer, looker;
 
   std::mutex mutex;
-  std::shared_ptr<const PageFrame> newest;  // what the looker saw last
+  std::shared_ptr<const PageFrame> newest;  // the picture thread's last frame
 
-  // The writer's own.
+  // The writer's own:
   std::unique_ptr<MediaFile> file;
-  AviFile* avi = nullptr;  // the same, if it is one
+  AviFile* avi = nullptr;  // the same file, if it is an AVI
   std::int64_t begun_us = 0, frames = 0, next_frame = 0;
   std::int64_t pictures = 0;
   long shown = 0;
@@ -66,7 +66,7 @@ std::shared_ptr<const PageFrame> newest(Recording& recording) {
   return recording.newest;
 }
 
-// False as long as there is no picture yet that tells the size.
+// False until there is a picture, which gives the size.
 bool begin(Recording& recording, const SoundBlock& block) {
   if (recording.picture != nullptr) {
     const auto frame = newest(recording);
@@ -106,7 +106,7 @@ void add_block(Recording& recording, const SoundBlock& block) {
   recording.next_frame = block.frame + block.frames;
 }
 
-// As many pictures as there is sound for.
+// As many pictures as the sound is long.
 void add_pictures(Recording& recording) {
   while (recording.pictures * SOUND_PORT_HZ < recording.frames * PICTURES_PER_SECOND) {
     const auto frame = newest(recording);

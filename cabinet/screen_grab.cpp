@@ -14,7 +14,7 @@ struct ScreenGrab {
   xcb_connection_t* connection = nullptr;
   xcb_atom_t pid_atom = 0;
   xcb_window_t window = 0;  // 0: not found yet
-  int window_pid = -1;      // the game that it belongs to
+  int window_pid = -1;      // the game that owns it
   xcb_shm_seg_t segment = 0;
   std::uint8_t* pixels = nullptr;
   std::size_t bytes = 0;
@@ -74,8 +74,7 @@ int pid_of(const ScreenGrab& grab, xcb_window_t window) {
   return *static_cast<const int*>(xcb_get_property_value(reply.get()));
 }
 
-// The window below `parent` that the game has open, 0 if there is none. A window manager puts it
-// into a frame of its own.
+// The window of the game below `parent`, 0 if there is none. A window manager puts it into a frame.
 xcb_window_t find_window(const ScreenGrab& grab, xcb_window_t parent, int pid) {
   const auto tree = owned(
       xcb_query_tree_reply(grab.connection, xcb_query_tree(grab.connection, parent), nullptr));
@@ -100,7 +99,7 @@ std::string attach_segment(ScreenGrab& grab, std::size_t bytes) {
   const auto failed = owned(xcb_request_check(
       grab.connection,
       xcb_shm_attach_checked(grab.connection, grab.segment, static_cast<std::uint32_t>(id), 0)));
-  shmctl(id, IPC_RMID, nullptr);  // it goes with the last that has it attached
+  shmctl(id, IPC_RMID, nullptr);  // it is removed when nobody has it attached any more
   if (memory == reinterpret_cast<void*>(-1)) return "shared memory can't be attached";
   grab.pixels = static_cast<std::uint8_t*>(memory);
   grab.bytes = bytes;

@@ -24,7 +24,7 @@ struct SoundPort {
   std::thread thread;
   std::mutex mutex;
   std::condition_variable came;
-  std::deque<std::shared_ptr<const SoundBlock>> blocks;  // the newest last
+  std::deque<std::shared_ptr<const SoundBlock>> blocks;  // newest last
 };
 
 namespace {
@@ -51,7 +51,7 @@ std::string listen_at(SoundPort& port) {
   return {};
 }
 
-// Null if it is no packet of sound.
+// Null if it is not a packet of sound.
 std::shared_ptr<SoundBlock> read_packet(const char* bytes, std::size_t size) {
   if (size <= SOUND_PORT_HEAD) return nullptr;
   auto block = std::make_shared<SoundBlock>();
@@ -74,7 +74,7 @@ void keep(SoundPort& port, std::shared_ptr<SoundBlock> block) {
   port.came.notify_all();
 }
 
-// A game that was started anew connects anew, and its predecessor may not have been noticed yet.
+// A restarted game opens a new connection, perhaps before the end of the old one is noticed.
 void take_connection(SoundPort& port) {
   const int connection = accept4(port.listener, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
   if (connection < 0) return;

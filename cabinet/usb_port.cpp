@@ -14,7 +14,7 @@ namespace {
 constexpr int IN_ENDPOINT = 0x81, OUT_ENDPOINT = 0x02;
 constexpr std::uint32_t GOOD = 0, BAD_REQUEST = 0xE0001000;
 
-// Of the driver. Its version, 0x0141, comes first.
+// Of the driver; its version, 0x0141, comes first.
 const std::string DRIVER_INFO("\x41\x01\0\0\0\0\0\0\0\0\0\0", 12);
 // USB 1.1, packets of 8, vendor 0x0C70, product 0x0774, one configuration.
 const std::string DESCRIPTOR("\x12\x01\x10\x01\0\0\0\x08\x70\x0C\x74\x07\0\x01\0\0\0\x01", 18);
@@ -23,7 +23,7 @@ const std::string DESCRIPTOR_REQUEST("\0\0\0\0\x01\0\0\0", 8);
 std::string configuration_request() {
   std::string request(260, '\0');
   request[2] = 1;  // interface
-  request[8] = 8;  // bytes at most
+  request[8] = 8;  // maximum number of bytes
   return request;
 }
 
@@ -83,7 +83,7 @@ void take_packet(UsbPort& port, UsbFile& file, const std::string& packet, std::i
   }
 }
 
-// False once the game has closed it.
+// False once the game has closed the connection.
 bool take_packets(UsbPort& port, UsbFile& file, std::int64_t now_ms) {
   for (;;) {
     char buffer[512];

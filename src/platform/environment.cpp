@@ -21,7 +21,7 @@ std::string complaint(const char* name, const std::string& value, const char* al
   return std::string{name} + "=\"" + value + "\": " + allowed;
 }
 
-// The path behind "unix:", or empty.
+// The path after "unix:", or empty.
 std::string socket_path(const std::string& value) {
   constexpr std::string_view prefix = "unix:";
   return value.starts_with(prefix) ? value.substr(prefix.size()) : std::string{};

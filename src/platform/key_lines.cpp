@@ -19,8 +19,8 @@ void listener_close() {
   listener = -1;
 }
 
-// A key is rare and a connect to a socket in the file system is quick, so each key that finds no
-// connection tries anew. Not blocking: a listener with a full backlog is no listener.
+// Keys are rare, and connecting to a local socket is quick, so each key without a connection tries
+// again. Not blocking: a listener with a full backlog counts as none.
 bool listener_open(const std::string& path) {
   sockaddr_un address{};
   if (path.size() >= sizeof address.sun_path) return false;
@@ -50,8 +50,7 @@ void key_line_send(bool pressed, const char* name) {
   if (length <= 0 || length >= static_cast<int>(sizeof line)) return;
   const auto size = static_cast<std::size_t>(length);
   if (listener >= 0 && line_write(line, size)) return;
-  // The old listener has gone, or its buffer is full and a piece of a line may be in it: begin
-  // anew.
+  // The old listener has gone, or its buffer is full and may hold part of a line: connect again.
   listener_close();
   if (listener_open(path) && !line_write(line, size)) listener_close();
 }

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr std::int64_t TRY_US = 200'000;  // between two looks for a listener
+constexpr std::int64_t TRY_US = 200'000;  // between two attempts to find a listener
 
 int connect_to(const std::string& path) {
   sockaddr_un address{};

@@ -25,14 +25,15 @@ struct Thread {
   bool ended = false;
   bool started = false, joined = false;
   pthread_t handle{};
-  std::shared_ptr<Thread> self;  // handed to the running thread: a left-behind one keeps its record
+  std::shared_ptr<Thread>
+      self;  // given to the running thread, so that its record outlives a thread left behind
 };
 
 namespace {
 
-thread_local bool pinned = false;  // the calling thread, to one processor
+thread_local bool pinned = false;  // the calling thread is tied to one processor
 
-// The processors that the process was given, as they were before any thread was pinned.
+// The processors that the process was given, before any thread was pinned.
 const cpu_set_t& process_processors() {
   static const cpu_set_t processors = [] {
     cpu_set_t set;
@@ -43,8 +44,8 @@ const cpu_set_t& process_processors() {
   return processors;
 }
 
-// The lowest real-time level is above all ordinary work and still below the kernel's own interrupt
-// threads. Threads that this one starts go back to ordinary work.
+// The lowest real-time level is above all normal work and still below the kernel's own interrupt
+// threads. Threads that this one starts get normal priority.
 void ask_for_time_critical() {
   sched_param level{};
   level.sched_priority = sched_get_priority_min(SCHED_FIFO);

@@ -17,7 +17,7 @@
 
 namespace {
 
-// Requests of the search, at start-up and every few minutes; a simulation answers at once.
+// For the requests of a search, at start-up and every few minutes; a simulation answers at once.
 constexpr int CONTROL_BOUND_MS = 100;
 constexpr std::size_t HEAD = 5;  // kind and code of an answer
 
@@ -100,7 +100,7 @@ class SocketFile final : public UsbFile {
     return sent == static_cast<ssize_t>(packet.size());
   }
 
-  // The next packet, if it is an answer of this kind. Any other is no part of the exchange.
+  // The next packet, if it is an answer of this kind; false for any other.
   bool take(std::uint8_t kind, int timeout_ms, Packet& answer) {
     pollfd watched{fd_, POLLIN, 0};
     if (poll(&watched, 1, timeout_ms) <= 0) return false;
@@ -146,7 +146,7 @@ class SocketDriver final : public UsbDriver {
 }  // namespace
 
 UsbDriver& usb_socket_driver(const std::string& path) {
-  // Never destroyed: the files of the static objects outlive it otherwise.
+  // Never destroyed: otherwise the files of static objects would outlive it.
   static SocketDriver& driver = *new SocketDriver(path);
   return driver;
 }
