@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::uint16_t PCM = 1, EXTENSIBLE = 0xFFFE;
 
-// What is wrong with a sound, or null. The driver's mixing converts nothing but what it names here.
+// Why the driver can't mix this sound, or null if it can.
 const char* fault_of(const WaveInfo& info) {
   const JpsWaveFormat& format = info.format;
   if (format.format_tag != PCM && format.format_tag != EXTENSIBLE) return "it is not plain PCM";
@@ -23,8 +23,8 @@ const char* fault_of(const WaveInfo& info) {
   return info.data_size == 0 ? "it holds no samples" : nullptr;
 }
 
-// A writer that was cut off, or that couldn't know the size ahead, leaves one that the file doesn't
-// hold. What is there is played.
+// If its writer was interrupted or couldn't know the size in advance, the header gives a size that
+// the file doesn't hold. What is there is played.
 void hold_to_file(WaveInfo& info, ReadFile* file, std::uint32_t data_offset, const char* path) {
   const std::uint64_t size = read_size(file);
   const std::uint64_t there = size > data_offset ? size - data_offset : 0;

@@ -13,18 +13,19 @@
 namespace {
 
 constexpr int LINES_PER_SECOND = 20;
-constexpr int LINES_KEPT = 2 * LINES_PER_SECOND;  // the printer may be late
+constexpr int LINES_KEPT = 2 * LINES_PER_SECOND;  // for a printer that is late
 
 struct Line {
   char text[160];
 };
 
 struct Complaints {
-  std::mutex mutex;  // for all but the flags; taken under the sound lock, and never the other way
+  std::mutex mutex;  // for everything except the flags; taken under the sound lock, never the other
+                     // way round
   std::array<Line, LINES_KEPT> lines;
-  int count;  // of lines kept
+  int count;  // number of lines kept
   std::int64_t second;
-  int in_second, dropped;  // of that second
+  int in_second, dropped;  // in the present second
   std::atomic<bool> waiting;
   std::atomic<bool> has_thread;
 };
@@ -47,7 +48,7 @@ constinit Complaints state{};
   va_end(arguments);
 }
 
-// Once a second is over, what it dropped is known.
+// At the end of a second, the number of dropped lines is known.
 void turn_second() {
   const std::int64_t second = clock_ms() / 1000;
   if (second == state.second) return;

@@ -35,7 +35,7 @@ constinit Driver state;
 
 struct Lock {
   std::recursive_mutex mutex;
-  int depth = 0;  // under the mutex: how often its thread holds it
+  int depth = 0;  // under the mutex: how often its thread has taken it
 };
 
 Lock& sound_lock() {
@@ -47,14 +47,14 @@ bool is_track(int n) {
   return n >= 0 && n < JPS_TRACKS;
 }
 
-// A third of a decibel a step; 255 is 0, 0 is -8500. Cut towards zero.
+// Each step is a third of a decibel; 255 is 0, 0 is -8500. Rounded towards zero.
 constexpr int db(int volume) {
   return static_cast<int>(static_cast<float>((volume & 0xFF) - 255) * 33.333335876464844F);
 }
 
 static_assert(db(255) == 0 && db(128) == -4233 && db(0) == -8500);
 
-// Sounds that the master volume doesn't reach: the operator measures by the two sines.
+// Sounds that ignore the master volume: the operator measures by the two sines.
 struct OwnLevel {
   JpsKey key;
   int level;
@@ -78,7 +78,7 @@ void apply_level(int n) {
   if (track.sound != nullptr) voice_set_level(n, attenuation(track), track.pan);
 }
 
-// A free row that stands for the sound beside its first self; null: none is free.
+// A free row for playing the sound a second time; null: none is free.
 JpsSound* duplicate_of(const JpsSound& sound) {
   const auto row = std::find_if(state.duplicates.begin(), state.duplicates.end(),
                                 [](const JpsSound& one) { return one.buffer == nullptr; });
@@ -90,8 +90,8 @@ JpsSound* duplicate_of(const JpsSound& sound) {
   return &*row;
 }
 
-// What is to be started: the sound itself, or a row beside it if it plays on another track. If it
-// has played out there, it leaves that track.
+// The row to start: the sound itself, or a second row if it plays on another track. If it has ended
+// there, it leaves that track.
 JpsSound* free_self(JpsSound& sound) {
   if (state.tracks[sound.track].sound != &sound) return &sound;
   if (voice_is_playing(sound.track)) return duplicate_of(sound);
@@ -99,8 +99,7 @@ JpsSound* free_self(JpsSound& sound) {
   return &sound;
 }
 
-// Serves the events that are set, up to the first whose stream has to be read. False: there is
-// none.
+// Serves the events that are set, up to the first whose stream needs a read. False: there is none.
 bool next_read(StreamRead& read) {
   const SoundLock lock;
   if (!state.up) return false;
@@ -109,7 +108,7 @@ bool next_read(StreamRead& read) {
     JpsSound* sound = stream_of_event(event);
     if (sound == nullptr) continue;  // stopped meanwhile, perhaps by the update
     if (!voice_is_playing(sound->track)) {
-      jpsdrvr_stop(sound->track);  // one that doesn't loop, heard to its end
+      jpsdrvr_stop(sound->track);  // one that doesn't loop and has ended
     } else if (stream_want(*sound, read)) {
       return true;
     }
@@ -151,7 +150,7 @@ int jpsdrvr_init() {
     for (JpsTrack& track : state.tracks) track = JpsTrack{};
     for (JpsSound& row : state.duplicates) row.buffer = nullptr;
   }
-  // Without the lock: both print what they have to say. Nobody uses the driver before it is up.
+  // Without the lock, because both may print. Nobody uses the driver before it is up.
   if (!sound_device_open(mixer_render)) {
     std::puts("jpsdrvr_init(): ERROR! Couldn't create dsound interface");
     return -1;
@@ -191,7 +190,7 @@ int jpsdrvr_create_buffer(const JpsWaveFormat& format, std::uint32_t data_size, 
       buffer_create(format, data_size, sound.streamed != 0, sound.file, sound.data_offset);
   if (buffer == nullptr) return -1;
   sound.buffer = buffer;
-  // A part of a frame at the end would turn left and right around in the next round of a loop.
+  // Part of a frame at the end would swap left and right in the next pass of a loop.
   sound.length = buffer->frames * static_cast<std::uint32_t>(buffer->frame_bytes());
   sound.buffer_size = sound.streamed != 0 ? JPS_STREAM_BUFFER : sound.length;
   sound.sample_rate = format.sample_rate;

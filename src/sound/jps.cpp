@@ -66,7 +66,7 @@ bool jps_bank_load(const char* name) {
 
 std::uint32_t jps_bank_play_name(const char* name) {
   const SoundLock lock;
-  // A game without sounds has said so at its start.
+  // A game without sounds reported that at its start.
   return jps_bank_find(GAME_BANK) == nullptr ? 0 : jps_bank_play_name(GAME_BANK, name);
 }
 

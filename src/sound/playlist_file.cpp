@@ -1,4 +1,4 @@
-// What may stand in a file outside of blocks.
+// The statements outside of blocks.
 #include <algorithm>
 #include <cstdint>
 #include <span>
@@ -84,7 +84,7 @@ bool parse_playlist(PlaylistParse& parse, PlaylistOperands& operands, JpsCommand
   return true;
 }
 
-// Weights become shares of 1, and fewer picks are kept from recurring than there are sounds.
+// Makes the weights add up to 1, and limits no_repeat to fewer than the number of sounds.
 void finish_group(PlaylistParse& parse, JpsGroup& group) {
   const std::span<JpsGroupSound> sounds(group.sounds, group.sound_count);
   float sum = 0;
@@ -135,8 +135,8 @@ bool parse_group(PlaylistParse& parse, PlaylistOperands& operands, JpsCommand&, 
   return true;
 }
 
-// Names that a sum would not find are refused: it cuts at "+", "-" and ",", and what begins with a
-// digit is a number to it.
+// Refuses names that a sum would not find: it splits at "+", "-" and ",", and takes a name that
+// begins with a digit for a number.
 bool is_constant_name(std::string_view name) {
   return name.find_first_of("+-,") == std::string_view::npos && (name[0] < '0' || name[0] > '9');
 }

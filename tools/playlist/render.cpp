@@ -58,7 +58,7 @@ int milliseconds(double seconds) {
   return static_cast<int>(std::lround(seconds * 1000));
 }
 
-// Whether all names are there, and asked for before the end.
+// Whether all names exist and start before the end.
 bool has_all(const JpsBank& bank, const RenderOptions& options) {
   for (const RenderRequest& request : options.requests) {
     if (jps_find_playlist(bank, jps_key(request.name)) == nullptr) {
@@ -74,7 +74,7 @@ bool has_all(const JpsBank& bank, const RenderOptions& options) {
   return true;
 }
 
-// Asks for what is due in this millisecond.
+// Starts what is due in this millisecond.
 void ask(const JpsBank& bank, const RenderOptions& options, int ms) {
   for (const RenderRequest& request : options.requests) {
     if (milliseconds(request.at_s) != ms) continue;
