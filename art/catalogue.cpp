@@ -50,7 +50,7 @@ void catalogue_draw(const CatalogueRow& row, int frame, Canvas& canvas) {
   cairo_save(canvas.ctx);
   row.draw({canvas.ctx, row.cell_width, row.cell_height, frame, row.frames});
   cairo_restore(canvas.ctx);
-  // A context in error draws nothing more and says nothing: all later frames would repeat this one.
+  // A context with an error silently draws nothing more: all later frames would be like this one.
   if (cairo_status(canvas.ctx) != CAIRO_STATUS_SUCCESS) {
     std::fprintf(stderr, "%s frame %d: %s\n", row.name, frame,
                  cairo_status_to_string(cairo_status(canvas.ctx)));
@@ -62,7 +62,7 @@ Picture catalogue_render(const CatalogueRow& row) {
   Picture picture(row.width, row.height);
   Canvas canvas(row.cell_width, row.cell_height);
   if (std::strstr(row.name, ".bmp")) {
-    // What no cell covers is the colour that the loader makes transparent.
+    // Pixels outside of all cells have the colour that the loader makes transparent.
     for (size_t i = 0; i < picture.rgba.size(); i += 4)
       picture.rgba[i] = picture.rgba[i + 2] = picture.rgba[i + 3] = 255;
   }

@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// The reader has signed decimals, so a sum with its top bit set has a minus sign.
+// The reader takes signed decimals, so a sum with its top bit set gets a minus sign.
 constexpr uint32_t kStart = 0x63046310;
 
 struct FileSum {
@@ -26,7 +26,7 @@ struct FileSum {
 FileSum file_sum(const fs::path& path) {
   std::ifstream in(path, std::ios::binary);
   std::vector<char> block(1 << 18);
-  uLong sum = ~kStart;  // zlib inverts a sum on the way in and out; this one is inverted at neither
+  uLong sum = ~kStart;  // zlib inverts a sum on the way in and out; these inversions cancel both
   uint64_t size = 0;
   while (in.read(block.data(), static_cast<std::streamsize>(block.size())) || in.gcount() > 0) {
     const auto count = static_cast<size_t>(in.gcount());
@@ -41,7 +41,7 @@ bool is_program(const fs::directory_entry& entry, std::error_code& error) {
          (entry.status(error).permissions() & fs::perms::owner_exec) != fs::perms::none;
 }
 
-// What an installation can't do without: its programs, and all below images/ and sounds/.
+// What an installation needs: its programs, and everything below images/ and sounds/.
 std::vector<fs::path> files_listed(const fs::path& outdir, std::error_code& error) {
   std::vector<fs::path> paths;
   for (fs::directory_iterator it(outdir, error), end; !error && it != end; it.increment(error))
@@ -55,12 +55,12 @@ std::vector<fs::path> files_listed(const fs::path& outdir, std::error_code& erro
   return paths;
 }
 
-// A list that is half written is never seen as a whole one.
+// Nobody may see a half-written list as complete.
 bool lines_write(const fs::path& list, const std::vector<std::string>& lines) {
   fs::path part = list;
   part += ".part";
   std::ofstream out(part, std::ios::binary);
-  // The last line needs its line break too, or the boot check does not see it.
+  // The last line needs its line break too; otherwise the boot check ignores it.
   for (const std::string& line : lines) out << line << "\n";
   out.close();
   std::error_code error;

@@ -17,7 +17,7 @@ constexpr char kGlyphs[] =
     "!@#$%^&*()`~-_=+[{]}\\|;:'\",<.>/? ";
 static_assert(sizeof kGlyphs == 96);
 
-// The sign "@" stands for the money of the unit Euro.
+// The sign "@" is the euro sign.
 std::string glyph_text(int glyph) {
   char ch = kGlyphs[glyph];
   return ch == '@' ? "\u20ac" : std::string(1, ch);
@@ -27,13 +27,13 @@ bool is_digit(int glyph) {
   return std::strchr("0123456789", kGlyphs[glyph]) != nullptr;
 }
 
-// Small letters are taller still: they have to be read from as far away.
+// Small letters are even taller, because they must be readable from the same distance.
 constexpr double kBaseline = 0.78, kTaller = 1.22, kSmallBaseline = 0.85, kSmallTaller = 1.40;
 
-// One size and one baseline for all; what is too wide is made narrower, digits to one width. The
-// face is broad and the cells are narrow: letters are drawn taller than they were cut. `over`
-// pixels on each side will be pared off again.
-// Returns how much narrower the glyph has become, 1: not at all.
+// One size and one baseline for all. Glyphs that are too wide are made narrower, digits all to the
+// same width. The face is broad and the cells are narrow, so letters are stretched upwards. `over`
+// pixels on each side will be trimmed off again. Returns by how much the glyph was narrowed, 1: not
+// at all.
 double fill_glyph(cairo_t* c, const Cell& cell, const char* text, double over) {
   const bool small = cell.height < 30;
   const double gutter = small ? 0.95 - over : cell.height * 0.03;
@@ -45,7 +45,7 @@ double fill_glyph(cairo_t* c, const Cell& cell, const char* text, double over) {
   const double k = is_digit(cell.frame) ? room * 0.92 / ink.width
                    : mark == '?'        ? std::min(1.3, room / ink.width)
                                         : std::min(1.0, room / ink.width);
-  // A mark that stands too high or hangs too low for the cell is moved into it.
+  // A mark that is too high or too low for the cell is moved into it.
   const double taller = small ? kSmallTaller : mark == '$' ? 1.0 : kTaller;
   const double tall = std::min(taller, (cell.height - 2 * gutter) / ink.height);
   const double top = ink.y * tall, foot = (ink.y + ink.height) * tall;
@@ -60,7 +60,7 @@ double fill_glyph(cairo_t* c, const Cell& cell, const char* text, double over) {
   return k;
 }
 
-// Paints a canvas `fine` times too large, white, with a rim of `pare` of its pixels taken off.
+// Paints a canvas `fine` times too large, in white, and trims a rim of `pare` of its pixels.
 void paint_pared(cairo_t* c, Canvas& big, int fine, double pare) {
   cairo_surface_flush(big.surface);
   const unsigned char* data = cairo_image_surface_get_data(big.surface);
@@ -102,7 +102,7 @@ constexpr PixelGlyph kPixelGlyphs[] = {
 };
 
 void draw_glyph_8x12(const Cell& cell) {
-  // No shades: what isn't the key colour is opaque.
+  // Without shades: everything except the key colour is opaque.
   cairo_t* c = cell.ctx;
   set(c, kWhite);
   for (const PixelGlyph& own : kPixelGlyphs) {
@@ -141,8 +141,8 @@ void draw_glyph_chunky(const Cell& cell) {
     paint_canvas(cell.ctx, glyph, 0, 0);
     return;
   }
-  // The face is fat: in small sizes its holes would close, so the letters are pared down, most
-  // where a broad one was squeezed.
+  // The face is heavy: in small sizes its holes would close. So the letters are trimmed, most where
+  // a broad one was narrowed.
   const int fine = 8;
   Canvas glyph(cell.width * fine, cell.height * fine);
   cairo_scale(glyph.ctx, fine, fine);
@@ -154,7 +154,7 @@ void draw_glyph_chunky(const Cell& cell) {
 
 void draw_jackpot_digit(const Cell& cell, int digit) {
   const std::string text(1, static_cast<char>('0' + digit));
-  // 150 pixels from one to the next, whatever the digit.
+  // 150 pixels from digit to digit.
   const double width = 126, height = 168, depth = 11;
   const Path ink = [=](cairo_t* c) {
     cairo_save(c);

@@ -50,7 +50,7 @@ void draw_ribbon(cairo_t* c, double x, double y, double w, double h, Colour colo
         {9, 0.6, 0.5, 0});
 }
 
-// A fox with a conjurer's hat and half an eye on you.
+// A fox with a conjurer's hat and one eye half closed.
 ClayScene sly_fox() {
   const Vec fur = linear({0.98, 0.48, 0.12}), cream = linear({1.0, 0.93, 0.80});
   const Vec dark = linear({0.26, 0.10, 0.06});
@@ -65,7 +65,7 @@ ClayScene sly_fox() {
   head.limb({0, -0.26f, -0.55f}, 0.46f, {0, -0.46f, -1.20f}, 0.22f, cream);
   head.paint = [=](Vec p, Vec colour) {
     if (p.y > 0.86f && std::fabs(p.x) > 0.9f) return dark;
-    // The bridge of the nose is fur again, and a grin goes up at one side.
+    // The bridge of the nose is fur again; the grin rises on one side.
     const float grin = -0.66f + 0.52f * p.x * p.x + 0.12f * p.x;
     if (p.z < -0.2f && std::fabs(p.y - grin) < 0.034f && std::fabs(p.x) < 0.66f) return dark;
     const float bridge = step_s(-0.30f, -0.10f, p.y + 0.5f * p.x * p.x);

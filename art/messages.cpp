@@ -21,7 +21,7 @@ void draw_demo(const Cell& cell) {
   style.rim = 4;
   style.depth = 3;
   style.relief.bevel = 5;
-  // The ticket that the frog carries lies over all to the right of x 88.
+  // The frog's ticket covers everything to the right of x 88.
   block_words(cell.ctx, "DEMO", 42, style, 46, 40, 84);
 }
 
@@ -40,7 +40,7 @@ void draw_lily_bonus(const Cell& cell) {
 }
 
 void draw_frogs_label(const Cell& cell) {
-  // Its middle is that of the sign, 47 pixels from its left.
+  // Its middle is the middle of the sign, 47 pixels from its left.
   block_words(cell.ctx, "FROGS", 23, small_letters(), 47, 18, 90);
 }
 
@@ -61,7 +61,7 @@ void draw_win_words(const Cell& cell, bool tickets) {
 
 // --- Prompts
 
-// The left player's letters lie on a green meadow: they are lighter than others of their colour.
+// The left player's letters are on a green meadow, so they are lighter than others of their colour.
 Block players_letters(bool yellow) {
   if (yellow) return kYellowLetters;
   Block style = kGreenLetters;
@@ -91,7 +91,7 @@ void draw_arrow_down(cairo_t* c, double x, double tip) {
 
 void draw_button(const Cell& cell, bool yellow, bool down) {
   cairo_t* c = cell.ctx;
-  // A round push button lying on the ground, lit while it is down; the countdown stands on it.
+  // A round push button on the ground, lit while it is pressed; the countdown is on it.
   const double x = 91, top = down ? 87 : 76;
   const Colour own = yellow ? Colour{1.0, 0.74, 0.06} : Colour{0.22, 0.74, 0.10};
   soft_spot(c, x, 100, 87, 25, kBlack, 0.5);
@@ -136,7 +136,7 @@ void draw_coin(cairo_t* c, double x, double y, double r) {
   raise(c, mark, plain({1.0, 0.88, 0.32}), {r * 0.16, 0.8, 0.7, 0.5});
 }
 
-// What a coin or a card goes into: a plate with a lit slot.
+// The slot for a coin or a card: a plate with a light.
 void draw_slot(cairo_t* c, double x, double y, double w, double h) {
   const Path plate = round_rect(x - w / 2, y - h / 2, w, h, 13);
   stroke(c, plate, kInk, 6);
@@ -196,7 +196,7 @@ void draw_swipe_card(const Cell& cell) {
 
 void draw_bubble(const Cell& cell, const char* upper, const char* lower) {
   cairo_t* c = cell.ctx;
-  // The frog that speaks sits at its left.
+  // The speaking frog sits at its left.
   const Path bubble = [](cairo_t* k) {
     cairo_new_path(k);
     cairo_move_to(k, 8, 96);
@@ -257,7 +257,7 @@ void draw_warning(cairo_t* c, double x, double y, double size) {
   fill(c, circle(x, y + h * 0.34, size * 0.075), kInk);
 }
 
-// A dispenser's mouth with a ticket that is stuck, folded on itself.
+// A dispenser's mouth with a ticket that is jammed and folded.
 void draw_stuck_ticket(cairo_t* c, double x, double y) {
   const Path plate = round_rect(x - 108, y - 52, 216, 58, 16);
   stroke(c, plate, {0.02, 0.02, 0.03}, 6);
@@ -275,7 +275,7 @@ void draw_stuck_ticket(cairo_t* c, double x, double y) {
     fill_linear(c, leaf, fold[i][0], i == 1 ? dark : paper, fold[i + 1][0],
                 i == 1 ? dim(dark, 0.8) : mix(paper, dark, 0.25));
   }
-  // Print on the leaf that hangs out, and the holes along its foot.
+  // Print on the part that hangs out, and the holes along its foot.
   fill(c, star(x - 8, y + 47, 11, 5, 5), print);
   for (double side : {-42.0, 26.0})
     stroke(c, capsule({x + side, y + 44}, 1, {x + side + 16, y + 46}, 1), print, 3);
@@ -285,7 +285,7 @@ void draw_stuck_ticket(cairo_t* c, double x, double y) {
 
 void draw_ticket_error(const Cell& cell) {
   cairo_t* c = cell.ctx;
-  // Shown at half size, with a line of the smallest font at y 106 of that, 212 here.
+  // Shown at half size; there a line of the smallest font is at y 106, which is 212 here.
   draw_fault_board(c, 512, 512);
   draw_warning(c, 94, 104, 74);
   Block style = fault_letters(true);
@@ -298,7 +298,7 @@ void draw_ticket_error(const Cell& cell) {
   block_words(c, "CALL ATTENDANT", 66, fault_letters(false), 256, 440, 430);
 }
 
-// Two halves of a plug that have come apart.
+// Two halves of an unplugged connector.
 void draw_parted_plug(cairo_t* c, double x, double y) {
   for (double side : {-1.0, 1.0}) {
     cairo_save(c);

@@ -1,5 +1,5 @@
-// Green things: the foliage at the screen's edges, cattails, lily pads, grass and the stones that
-// the frogs start from.
+// Plants: the foliage at the screen's edges, cattails, lily pads, grass; and the stones that the
+// frogs start from.
 #include <cmath>
 #include <initializer_list>
 #include <span>
@@ -17,10 +17,10 @@ enum class Green { kLeaf, kFern, kFlower };
 struct Sprig {
   Green kind;
   double x, y, angle, length, width, bend;  // a flower's radius is its width
-  double shade;                             // 0 in the dark behind, 1 in the sun
+  double shade;                             // 0 in the dark at the back, 1 in the sun
 };
 
-// What grows at the left edge, the hindmost first; the right edge has its mirror image.
+// The plants at the left edge, the farthest first; the right edge is a mirror image.
 constexpr Sprig kUpper[] = {{Green::kLeaf, -12, 40, 0.62, 176, 34, 16, 0.0},
                             {Green::kLeaf, 40, -14, 0.86, 146, 30, -12, 0.1},
                             {Green::kFern, -6, 70, 0.92, 124, 0, 16, 0.3},
@@ -39,7 +39,7 @@ constexpr Sprig kMiddle[] = {{Green::kLeaf, -12, 150, -0.85, 132, 28, -14, 0.0},
                              {Green::kLeaf, -12, 160, 0.86, 96, 24, 10, 0.7},
                              {Green::kLeaf, -12, 152, -0.06, 104, 25, 10, 0.95},
                              {Green::kFlower, 40, 152, 0, 0, 21, 0, 1}};
-// These stand behind a sign, which hides their feet.
+// A sign hides the feet of these.
 constexpr Sprig kLower[] = {{Green::kLeaf, 46, 268, -1.56, 218, 26, -14, 0.0},
                             {Green::kLeaf, 70, 268, -1.16, 206, 28, 20, 0.1},
                             {Green::kFern, 50, 262, -1.66, 176, 0, -14, 0.3},
@@ -198,7 +198,7 @@ void draw_grass(const Cell& cell, double from_x) {
   paint_canvas(cell.ctx, strip, -from_x, 0);
 }
 
-// A round that is a little out of shape, as stone is.
+// A circle that is slightly out of shape, like a stone.
 Path slab(double x, double y, double rx, double ry, uint32_t seed) {
   return [=](cairo_t* c) {
     cairo_new_path(c);
@@ -211,7 +211,7 @@ Path slab(double x, double y, double rx, double ry, uint32_t seed) {
   };
 }
 
-// The launch place: a flat stone, worn by feet, with a ring let into it in its player's colour.
+// The launch place: a flat stone, worn by feet, with an inlaid ring in its player's colour.
 void draw_patch(const Cell& cell, Colour accent, uint32_t seed) {
   cairo_t* c = cell.ctx;
   const double x = 128, y = 60, rx = 102, ry = 43, thick = 11;
@@ -233,7 +233,7 @@ void draw_patch(const Cell& cell, Colour accent, uint32_t seed) {
   cairo_clip(c);
   paint_canvas(c, stone, 0, 0);
   stroke(c, slab(x + 1, y + 2, rx - 1, ry - 1, seed), kWhite, 3, 0.35);
-  // The ring is cut in: shade on its near side of the light, light on the far one.
+  // The ring is cut in: shade on the side towards the light, light on the other.
   auto ring = [&](double dx, double dy, Colour k, double width, double alpha) {
     stroke(c, ellipse(x + dx, y + dy, 76, 30), k, width, alpha);
   };
@@ -264,7 +264,7 @@ void draw_patch(const Cell& cell, Colour accent, uint32_t seed) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    // Foliage hangs in from the screen's edges and is cut there.
+    // The foliage is cut off at the screen's edges.
     sheet(
         "plants1.tga", 2048, 1024, 8, 4, 31, Play::kLoop, [](const Cell& c) { draw_plant(c, 1); },
         Twin::kNone, kTouchLeft | kTouchTop),
