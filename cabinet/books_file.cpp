@@ -174,7 +174,7 @@ std::string books_set_pref(const std::string& drive, const std::string& name,
   if (bytes.empty()) bytes = new_prefs();
   const std::size_t at = find_row(bytes, PREF_FILE, name);
   if (at == 0) return "there is no setting \"" + name + "\"";
-  if (!set_value(bytes, at, value)) return "\"" + value + "\" is no value of \"" + name + "\"";
+  if (!set_value(bytes, at, value)) return "\"" + value + "\" is not a value of \"" + name + "\"";
   for (const char* file : {"/prefs", "/prefbak"}) {
     std::ofstream out(drive + file, std::ios::binary | std::ios::trunc);
     out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));

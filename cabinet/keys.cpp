@@ -123,7 +123,7 @@ std::string keys_line(Cabinet& cabinet, KeyClient& client, const std::string& li
     return "a key is \"press NAME\" or \"release NAME\"";
   }
   const KeyRow* row = find_key(line.substr(press ? 6 : 8));
-  if (row == nullptr) return "no key does anything by the name of \"" + line + "\"";
+  if (row == nullptr) return "no key is called \"" + line + "\"";
   if (row->input < 0) return press ? commands_do(cabinet, row->command, now_ms) : "";
   client.held.erase(std::remove(client.held.begin(), client.held.end(), row->input),
                     client.held.end());

@@ -27,12 +27,12 @@ int help() {
   std::printf(
       "Scripts have commands, and\n"
       "  wait MS\n"
-      "  wait until CONDITION [within MS]   10000 at most, if it isn't said\n"
-      "  expect CONDITION [within MS]       at once, if it isn't said\n"
-      "  expect CONDITION for MS            true all the while\n"
+      "  wait until CONDITION [within MS]   at most MS, by default 10000\n"
+      "  expect CONDITION [within MS]       by default at once\n"
+      "  expect CONDITION for MS            true all the time\n"
       "  let NAME = READING                 a reading to compare later ones with\n"
-      "A condition is a reading, which mustn't be 0, or two with == != < <= > >= between them;\n"
-      "readings can be added and subtracted. Nothing starts the game but \"start game\".\n");
+      "A condition is a reading that must not be 0, or two with == != < <= > >= between them;\n"
+      "readings can be added and subtracted. Only \"start game\" starts the game.\n");
   return 0;
 }
 

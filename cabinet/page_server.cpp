@@ -93,7 +93,7 @@ void send_states(PageServer& server, const Request& request, Response& response)
 
 // Packets of sound as the game sent them, until the listener leaves.
 void send_sound(PageServer& server, Response& response) {
-  if (server.sound == nullptr) return refuse(response, 404, "the sound doesn't come here");
+  if (server.sound == nullptr) return refuse(response, 404, "the sound doesn't go to the page");
   response.set_chunked_content_provider(
       "application/octet-stream",
       [&link = server.link, &sound = *server.sound, number = sound_port_newest(*server.sound)](
@@ -217,7 +217,7 @@ std::string page_server_refuses(const std::string& host, const std::string& orig
   const bool foreign_origin = !origin.empty() && origin != "http://" + host;
   const bool foreign_site = !site.empty() && site != "same-origin" && site != "none";
   if (foreign_origin || foreign_site) {
-    return "another page may not use this cabinet; type its address into the browser";
+    return "other pages may not use this cabinet; type its address into the browser";
   }
   return {};
 }
@@ -227,7 +227,7 @@ PageServer* page_server_start(PageSources sources, int port, std::string& error)
   if (!server && port < 0) server = bound_server(sources, 0);
   if (!server) {
     error = "the page can't have port " + std::to_string(port) +
-            "; another program has it, choose another or leave it out";
+            "; another program has it: choose another port or none";
     return nullptr;
   }
   server->thread = std::thread([&http = server->http] { http.listen_after_bind(); });

@@ -58,7 +58,7 @@ std::string open_display(ScreenGrab& grab) {
   if (xcb_connection_has_error(grab.connection) != 0) return NO_DISPLAY;
   const auto shm = owned(xcb_shm_query_version_reply(
       grab.connection, xcb_shm_query_version(grab.connection), nullptr));
-  if (!shm) return "the X display shares no memory, so it isn't on this machine";
+  if (!shm) return "the X display can't share memory, so it isn't on this machine";
   constexpr char NAME[] = "_NET_WM_PID";
   const auto atom = owned(xcb_intern_atom_reply(
       grab.connection, xcb_intern_atom(grab.connection, 0, sizeof NAME - 1, NAME), nullptr));
@@ -105,7 +105,7 @@ std::string attach_segment(ScreenGrab& grab, std::size_t bytes) {
   grab.bytes = bytes;
   if (!failed) return {};
   forget_segment(grab);
-  return "the X display shares no memory with this machine";
+  return "the X display can't share memory with this machine";
 }
 
 }  // namespace
@@ -144,8 +144,8 @@ std::string screen_grab_take(ScreenGrab& grab, int pid, ScreenPicture& picture) 
   const auto cookie = xcb_shm_get_image(connection, grab.window, 0, 0, size->width, size->height,
                                         ~0U, XCB_IMAGE_FORMAT_Z_PIXMAP, grab.segment, 0);
   const auto image = owned(xcb_shm_get_image_reply(connection, cookie, nullptr));
-  if (!image) return "the game's window isn't wholly on the screen";
-  if (image->size != bytes) return "the screen has no 32 bits a pixel";
+  if (!image) return "the game's window isn't completely on the screen";
+  if (image->size != bytes) return "the screen doesn't have 32 bits a pixel";
   picture.pixels = grab.pixels;
   return {};
 }

@@ -82,7 +82,7 @@ function showSound() {
   all("#level i").forEach((bar, side) => {
     bar.style.setProperty("--level", flows ? meterShare(sound.report.peaks[side] * volume).toFixed(3) : 0);
   });
-  find("#delay").textContent = !on ? "click to hear" : !flows ? "no sound comes" : sound.delay === null ? "" : `${Math.round(sound.delay)} ms late`;
+  find("#delay").textContent = !on ? "click to hear" : !flows ? "no sound yet" : sound.delay === null ? "" : `${Math.round(sound.delay)} ms late`;
 }
 
 // Shown in place of the switch if there is nothing to switch.
@@ -110,7 +110,7 @@ async function switchSound() {
 // What the cabinet reports: whether the game's sound comes to the page.
 function followSound(comes) {
   if (!window.AudioContext || !("audioWorklet" in AudioContext.prototype)) {
-    explainSound("This browser can't play the sound: it has no AudioWorklet. Any current one has it.");
+    explainSound("This browser can't play the sound: it has no AudioWorklet. Every current browser has one.");
   } else if (!comes) {
     explainSound("The sound comes from the machine that the game runs on.");
   } else {

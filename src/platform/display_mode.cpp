@@ -230,7 +230,7 @@ DisplayModeResult display_set_mode(int width, int height) {
   SDL_DisplayMode only{};
   if (!display_sdl_video() || SDL_GetDesktopDisplayMode(0, &only) != 0) return DISPLAY_MODE_FAILED;
   if (only.w == width && only.h == height) return DISPLAY_MODE_OK;
-  std::fprintf(stderr, "A screen of %d x %d was asked for; the display (%s) has %d x %d alone.\n",
+  std::fprintf(stderr, "A screen of %d x %d was asked for; the display (%s) only has %d x %d.\n",
                width, height, SDL_GetCurrentVideoDriver(), only.w, only.h);
   return DISPLAY_MODE_BAD_MODE;
 }

@@ -169,7 +169,7 @@ void watch_device(const Thread& self, void* /*context*/) {
   for (; !thread_stop_requested(self); clock_sleep_ms(WATCH_MS)) {
     if (state.id != 0 && pulse.beats()) continue;
     if (state.id != 0) {
-      std::fprintf(stderr, "The sound device is lost. It is looked for every second.\n");
+      std::fprintf(stderr, "The sound device is lost. The game looks for it every second.\n");
       close_device();
       unheard.begin();
       next_try_ms = clock_ms() + REOPEN_MS;

@@ -379,7 +379,7 @@ TEST_F(PageTest, WhatTheGamePrintsIsKeptAndNamedWhenItEndsBadly) {
   while (!game_watch(game, cabinet_now_ms())) std::this_thread::yield();
   EXPECT_EQ(contents(game.log), "said\nnoise\n");
   EXPECT_EQ(farewell_text(cabinet, game_verdict(game)),
-            "The game ended with exit code 3; what it said is in " + game.log + ".\n");
+            "The game ended with exit code 3; its output is in " + game.log + ".\n");
   EXPECT_EQ(farewell_text(cabinet, 0), "");
 }
 

@@ -47,7 +47,7 @@ int mistaken_names(const std::vector<ScriptName>& names) {
           jps_key(names[i].name) != jps_key(names[j].name)) {
         continue;
       }
-      std::printf("line %d: '%s' can't be told from '%s' of line %d; rename one of them\n",
+      std::printf("line %d: '%s' can't be distinguished from '%s' in line %d; rename one of them\n",
                   names[i].line, names[i].name.c_str(), names[j].name.c_str(), names[j].line);
       ++mistaken;
       break;

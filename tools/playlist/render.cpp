@@ -66,8 +66,8 @@ bool has_all(const JpsBank& bank, const RenderOptions& options) {
       return false;
     }
     if (milliseconds(request.at_s) >= milliseconds(options.for_s)) {
-      std::printf("'%s' at %.3f s would never be asked for: --for ends it at %.3f s\n",
-                  request.name.c_str(), request.at_s, options.for_s);
+      std::printf("'%s' at %.3f s would never start: --for ends at %.3f s\n", request.name.c_str(),
+                  request.at_s, options.for_s);
       return false;
     }
   }
