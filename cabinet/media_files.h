@@ -27,8 +27,7 @@ class MediaFile {
  protected:
   void put(std::uint32_t number, int bytes);
   void put(const std::string& text) { out_ << text; }
-  void put_at(std::int64_t place,
-              std::uint32_t number);  // 4 bytes; then returns to the end of the file
+  void put_at(std::int64_t place, std::uint32_t number);  // 4 bytes; then back to the end
 
   std::ofstream out_;
 };

@@ -106,7 +106,7 @@ void add_block(Recording& recording, const SoundBlock& block) {
   recording.next_frame = block.frame + block.frames;
 }
 
-// As many pictures as the sound is long.
+// Adds pictures up to the end of the sound.
 void add_pictures(Recording& recording) {
   while (recording.pictures * SOUND_PORT_HZ < recording.frames * PICTURES_PER_SECOND) {
     const auto frame = newest(recording);

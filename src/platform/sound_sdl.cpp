@@ -19,8 +19,7 @@ namespace {
 constexpr int WATCH_MS = 20;     // how often the device is checked
 constexpr int REOPEN_MS = 1000;  // between two attempts to open a lost device
 constexpr int STALL_MS = 3000;   // a device that asks for nothing this long counts as lost
-constexpr int MOST_FRAMES_UNHEARD =
-    22050;  // at most made up for after the watch itself was delayed
+constexpr int MOST_FRAMES_UNHEARD = 22050;  // at most, after the watch was delayed
 
 struct Device {
   SoundRender render = nullptr;

@@ -25,8 +25,7 @@ struct Thread {
   bool ended = false;
   bool started = false, joined = false;
   pthread_t handle{};
-  std::shared_ptr<Thread>
-      self;  // given to the running thread, so that its record outlives a thread left behind
+  std::shared_ptr<Thread> self;  // the running thread keeps its record alive
 };
 
 namespace {

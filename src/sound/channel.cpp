@@ -8,8 +8,7 @@
 
 namespace {
 
-constexpr int RAMP_FRAMES =
-    128;  // 2.9 ms: a step of the volume spread over this time isn't a click
+constexpr int RAMP_FRAMES = 128;    // 2.9 ms: a step of the volume this long isn't a click
 constexpr int ATTACK_FRAMES = 64;   // 1.5 ms, short enough to keep the attack of a drum
 constexpr int TAIL_FRAMES = 64;     // the last sample of a cut wave falls to zero in this time
 constexpr float NEAR_SILENCE = 33;  // 60 dB below full scale: an inaudible step
