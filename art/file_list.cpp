@@ -55,7 +55,7 @@ std::vector<fs::path> files_listed(const fs::path& outdir, std::error_code& erro
   return paths;
 }
 
-// Nobody may see a half-written list as complete.
+// A half-written list must never look complete.
 bool lines_write(const fs::path& list, const std::vector<std::string>& lines) {
   fs::path part = list;
   part += ".part";

@@ -21,7 +21,7 @@ struct PagePicture;
 // picture.
 PagePicture* page_picture_start(PageLink& link);
 
-// Ends the thread. Nobody may wait for a frame any more.
+// Ends the thread. No call may still be waiting for a frame.
 void page_picture_stop(PagePicture* picture);
 
 // Waits at most `wait_ms` for a recent frame with another number than this; null if there was none.

@@ -26,7 +26,7 @@ struct SoundPort;
 // Makes the socket and starts the thread. Returns null with a text in `error`.
 SoundPort* sound_port_open(const std::string& path, std::string& error);
 
-// Ends it. Nobody may listen any more.
+// Ends it. There must be no listeners left.
 void sound_port_close(SoundPort* port);
 
 // The number of the newest block, where a listener begins; 0 if there is none. Any thread.

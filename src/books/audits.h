@@ -10,7 +10,7 @@
 struct AuditRow {  // 56 bytes, little-endian on disk
   std::uint32_t index;
   std::uint32_t flags;  // AUDIT_IS_...
-  char name[32];        // display name, zero-ended
+  char name[32];        // display name, zero-terminated
   Shared<std::int32_t> count;
   Shared<float> float_value;
   Shared<std::int64_t> time_ms;

@@ -9,10 +9,10 @@
 struct PrefRow {  // 128 bytes, little-endian on disk
   std::uint32_t index;
   std::uint32_t flags;  // PREF_SHOWS_...
-  char name[32];        // display name, zero-ended
+  char name[32];        // display name, zero-terminated
   Shared<std::int32_t> int_value;
   Shared<float> float_value;
-  char text_value[80];  // zero-ended
+  char text_value[80];  // zero-terminated
 };
 static_assert(sizeof(PrefRow) == 128);
 

@@ -97,7 +97,7 @@ void device_release(int fd) {
 }
 
 // True if the path leads to a device of the same driver as the lost one. Checked before it is
-// opened, because opening alone would raise its lines.
+// opened, because opening a device already raises its DTR and RTS lines.
 bool leads_back(const SerialPort& port) {
   struct stat found{};
   return stat(port.path.c_str(), &found) == 0 && S_ISCHR(found.st_mode) &&

@@ -1,7 +1,7 @@
 // Messages about scripts and streams that fail while they play.
 //
-// They occur under the sound lock, where nobody may wait for the reader of standard output. So they
-// are kept, and printed when the lock is free.
+// They occur under the sound lock, where no thread should have to wait for the reader of standard
+// output. So they are kept, and printed when the lock is free.
 #pragma once
 
 // Keeps a line, which includes its "\n". A script can fail a thousand times a second: the first 20
