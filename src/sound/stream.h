@@ -15,8 +15,8 @@ bool stream_begin(JpsSound& sound, int track);
 // Releases event and ring. `mark` is that of the voice's stop.
 void stream_end(JpsSound& sound, std::uint32_t mark);
 
-// What a stream needs next from its file. It is read without the lock, because a disk may be slow,
-// and nobody who asks for a sound may wait for it. One at a time, from a want to its put.
+// What a stream needs next from its file. It is read without the lock: a disk may be slow, and a
+// caller who asks for a sound must not have to wait for it. One at a time, from a want to its put.
 struct StreamRead {
   JpsSound* sound;
   int track;
