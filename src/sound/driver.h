@@ -71,7 +71,8 @@ JpsTrack& jpsdrvr_track(int n);
 int jpsdrvr_init();
 
 // Ends thread and device. Sounds that were not freed stay with their owner, who frees them after.
-void jpsdrvr_shutdown();
+// False if the thread doesn't end, within a second: then nothing is closed or freed under it.
+bool jpsdrvr_shutdown();
 
 // Takes `data_size` bytes of `format` at `sound.data_offset` of `sound.file` into the driver:
 // whole, or as a stream, of which only the beginning is read now, if `sound.streamed` is set. The
