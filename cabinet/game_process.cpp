@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -13,11 +14,15 @@
 namespace {
 
 constexpr std::int64_t QUIT_MS = 5000;
+constexpr int HARDWARE_NICENESS = -15;
+
+constinit int niceness_of_game = 0;
 
 [[noreturn]] void become_game(const GameProcess& game) {
   // The game has its own process group: Ctrl-C in the terminal reaches only the cabinet, which
   // passes it on once. If the cabinet dies, the game dies too.
   setpgid(0, 0);
+  setpriority(PRIO_PROCESS, 0, niceness_of_game);
   prctl(PR_SET_PDEATHSIG, SIGTERM);
   sigset_t none;
   sigemptyset(&none);
@@ -59,6 +64,11 @@ void note_end(GameProcess& game, int status) {
 }
 
 }  // namespace
+
+void hardware_goes_first() {
+  niceness_of_game = getpriority(PRIO_PROCESS, 0);
+  setpriority(PRIO_PROCESS, 0, HARDWARE_NICENESS);
+}
 
 std::string game_start(GameProcess& game) {
   if (game.running) return "the game is running";

@@ -113,6 +113,7 @@ int main(int argc, char** argv) {
   std::fflush(stdout);
   Status status;
   status_open(status, cabinet);
+  hardware_goes_first();
   int code = 0;
   if (scripted) {
     code = run_script(cabinet, script, status);

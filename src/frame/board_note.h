@@ -14,7 +14,7 @@ struct BoardNote {
   std::int32_t tickets_queued[SIDE_COUNT]{};  // what it was still to be told
 };
 
-// What the note says. Once, after the link has come up.
+// What the note says of the board on the line. After the link has come up.
 BoardNote board_note_read();
 
 // Keeps the note true while the board owes tickets or is still to be told of some. Each tick,

@@ -29,6 +29,7 @@ void open_board() {
   if (result == 0) return;
   std::printf("Game_Init: JammaInit: ec = %d\n", result);
   jamma_link_error = 1;
+  jamma_search_start();
 }
 
 void open_sound() {
@@ -76,9 +77,9 @@ int Game_Shutdown() {
   if (led_ended) led_close();
   menus_free();
   text_fonts_free();
-  jps_shutdown();
+  const bool sound_ended = jps_shutdown();
   prefs_save();
   audits_save();
   JammaShutdown();
-  return led_ended ? 1 : 0;
+  return led_ended && sound_ended ? 1 : 0;
 }

@@ -5,6 +5,7 @@
 #include "frame/coins.h"
 #include "frame/game_clock.h"
 #include "frame/game_mode.h"
+#include "frame/late_board.h"
 #include "frame/lockouts.h"
 #include "frame/periodic_reboot.h"
 #include "frame/sides.h"
@@ -148,6 +149,7 @@ void game_begin() {
   for (auto& next : tick_timers.attract_demo_next) next = next_demo(clock_ms());
   frog_enqueue(SIDE_LEFT);
   frog_enqueue(SIDE_RIGHT);
+  late_board_begin();
   tickets_restore();
 }
 
@@ -163,8 +165,9 @@ bool game_tick(std::int64_t t_ms) {
   attract_step();
   audits_step();
   inputs_step();
+  const bool board_awaited = late_board_step(t_ms);
   jamma_update_lockouts();
-  tickets_poll();
+  if (!board_awaited) tickets_poll();
   lamps_update();
   jamma_lamps_tick();
   launches_step();

@@ -51,8 +51,7 @@ void tickets_poll() {
   for (int side = 0; side < SIDE_COUNT; ++side) {
     const std::int32_t before = ticket_status.tickets_owed[side];
     const std::int32_t owed = jamma_command(JAMMA_GET_TICKETS_OWED, side);
-    // Without a board there is no count: what the books owe stays owed, for the next boot that
-    // finds one.
+    // Without a board there is no count: what the books owe stays owed until there is one.
     if (owed < 0) continue;
     queued[side] = jamma_command(JAMMA_GET_TICKETS_QUEUED, side);
     ticket_status.tickets_owed[side] = owed;

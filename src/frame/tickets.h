@@ -2,7 +2,8 @@
 // Game thread.
 #pragma once
 
-// Hands the tickets that the books show owed to the board. Once, at the start of the game thread.
+// Hands the tickets that the books show owed to the board. At the start of the game thread, and once
+// more when a board comes late.
 void tickets_restore();
 
 // The ticket step of the tick.

@@ -145,7 +145,11 @@ extern Shared<std::uint32_t> jamma_checksum_failures;
 // JammaError; the game then goes on without a board. Takes up to 2 s when there is none.
 std::int32_t JammaInit();
 
-// Ends both threads within a bound and closes the port. JammaInit may follow.
+// After a JammaInit that found no board: looks again every five seconds, on a thread of its own,
+// and brings the link up as soon as a board answers. Start-up.
+void jamma_search_start();
+
+// Ends the link's threads within a bound and closes the port. JammaInit may follow.
 void JammaShutdown();
 
 // True while the board has been heard from lately. Any thread.

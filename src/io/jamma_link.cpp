@@ -61,7 +61,9 @@ void jamma_close(JammaLink& link) {
 
 std::int32_t JammaInit() {
   JammaShutdown();
-  if (record.reader_thread || record.pump_thread) return JAMMA_ERR_THREAD;  // stuck, still on it
+  if (record.reader_thread || record.pump_thread || record.search_thread) {
+    return JAMMA_ERR_THREAD;  // stuck, still on it
+  }
   JammaLink& link = jamma_reset();
   const std::int32_t error = jamma_open(link);
   if (error < 0) return error;
@@ -69,7 +71,13 @@ std::int32_t JammaInit() {
   return 0;
 }
 
+void jamma_search_start() {
+  jamma_start_search(record);
+}
+
 void JammaShutdown() {
+  jamma_stop_search(record);
+  if (record.search_thread) return;  // stuck, and it may open the link yet
   jamma_link = nullptr;
   jamma_close(record);
   record.alive = 0;

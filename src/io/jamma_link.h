@@ -95,8 +95,8 @@ struct JammaLink {
   std::uint32_t key_count = 0;
 
   SerialPort* port = nullptr;
-  std::shared_ptr<Thread> reader_thread, pump_thread;
-  std::int32_t which_port = NO_PORT;
+  std::shared_ptr<Thread> reader_thread, pump_thread, search_thread;
+  Shared<std::int32_t> which_port{NO_PORT};
 
   std::mutex rx_mutex;
   std::uint8_t rx_data[RX_RING_SIZE] = {};  // under rx_mutex, and so are the next three rows
@@ -146,14 +146,18 @@ void jamma_close(JammaLink& link);
 
 // jamma_port.cpp
 
-// Searches "COM1" to "COM16" for the board. Returns its index, or NO_PORT.
-std::int32_t jamma_find_port();
+// Searches "COM1" to "COM16" for the board. Returns its index, or NO_PORT. On a thread that is
+// given it gives up when that is asked to stop.
+std::int32_t jamma_find_port(const Thread* searcher = nullptr);
 // Finds and opens the port and starts the threads. 0 or a JammaError; then nothing is left open.
 std::int32_t jamma_open(JammaLink& link);
 
 // jamma_threads.cpp
 
 bool jamma_start_threads(JammaLink& link);
+// The search for a board that comes late. It opens the link by itself, so it ends before that does.
+void jamma_start_search(JammaLink& link);
+void jamma_stop_search(JammaLink& link);
 void jamma_stop_threads(JammaLink& link);
 
 // jamma_rings.cpp

@@ -12,6 +12,7 @@ constexpr int ROUND_MS = 1;
 constexpr int READ_WAIT_MS = 250;  // comes round on a silent line to look at the board's health
 constexpr std::uint32_t SILENT_QUERY_MS = 300;
 constexpr int JOIN_BOUND_MS = 2000;
+constexpr int SEARCH_EVERY_MS = 5000, SEARCH_LOOK_MS = 50;
 
 // Frames what arrives within the time. Returns after the first bytes.
 void receive(JammaLink& link, int wait_ms) {
@@ -61,6 +62,18 @@ void pump_body(const Thread& self, void*) {
   }
 }
 
+void search_body(const Thread& self, void* context) {
+  JammaLink& link = *static_cast<JammaLink*>(context);
+  for (int waited_ms = 0; !thread_stop_requested(self); waited_ms += SEARCH_LOOK_MS) {
+    clock_sleep_ms(SEARCH_LOOK_MS);
+    if (waited_ms < SEARCH_EVERY_MS) continue;
+    waited_ms = 0;
+    if (jamma_find_port(&self) == NO_PORT || jamma_open(link) < 0) continue;
+    jamma_bring_up(link);
+    return;
+  }
+}
+
 void stop(std::shared_ptr<Thread>& thread) {
   if (thread && thread_join(*thread, JOIN_BOUND_MS)) thread.reset();
 }
@@ -82,4 +95,13 @@ void jamma_stop_threads(JammaLink& link) {
   if (link.pump_thread) thread_request_stop(*link.pump_thread);
   stop(link.reader_thread);
   stop(link.pump_thread);
+}
+
+void jamma_start_search(JammaLink& link) {
+  link.search_thread = thread_start("jamma-search", THREAD_PRIORITY_NORMAL, search_body, &link);
+}
+
+void jamma_stop_search(JammaLink& link) {
+  if (link.search_thread) thread_request_stop(*link.search_thread);
+  stop(link.search_thread);
 }

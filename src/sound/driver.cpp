@@ -142,7 +142,7 @@ JpsTrack& jpsdrvr_track(int n) {
 }
 
 int jpsdrvr_init() {
-  jpsdrvr_shutdown();
+  if (!jpsdrvr_shutdown()) return -1;
   {
     const SoundLock lock;
     mixer_reset();
@@ -167,20 +167,21 @@ int jpsdrvr_init() {
   return 0;
 }
 
-void jpsdrvr_shutdown() {
+bool jpsdrvr_shutdown() {
   if (state.transition_thread) {
     thread_request_stop(*state.transition_thread);
     mixer_wake_waiting();
-    thread_join(*state.transition_thread, JOIN_BOUND_MS);
+    if (!thread_join(*state.transition_thread, JOIN_BOUND_MS)) return false;
     state.transition_thread.reset();
   }
   const SoundLock lock;
-  if (!state.up) return;
+  if (!state.up) return true;
   for (int n = 0; n < JPS_TRACKS; ++n) jpsdrvr_stop(n);
   state.up = false;
   sound_device_close();
   mixer_reset();
   buffers_free_released();
+  return true;
 }
 
 int jpsdrvr_create_buffer(const JpsWaveFormat& format, std::uint32_t data_size, JpsSound& sound) {

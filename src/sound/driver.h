@@ -71,7 +71,8 @@ JpsTrack& jpsdrvr_track(int n);
 int jpsdrvr_init();
 
 // Ends thread and device. Sounds that were not freed stay with their owner, who frees them later.
-void jpsdrvr_shutdown();
+// False if the thread doesn't end within a second: then nothing that it uses is closed or freed.
+bool jpsdrvr_shutdown();
 
 // Passes `data_size` bytes of `format` at `sound.data_offset` of `sound.file` to the driver:
 // completely, or, if `sound.streamed` is set, as a stream, of which only the beginning is read now.

@@ -26,7 +26,8 @@ void jps_set_master_volume(int volume);
 
 // Starts the sound. 0, or -1 after a message: the game then runs in silence.
 int jps_init();
-void jps_shutdown();
+// False if one of its threads doesn't end: what that thread uses is then left alone.
+bool jps_shutdown();
 
 // Loads the bank of playlists. False if there is none.
 bool jps_bank_load(const char* name);
