@@ -15,9 +15,6 @@ constinit Shared<std::int32_t> paytable_factor{1};
 
 namespace {
 
-constexpr int FIRST_MEADOW_LANE = 7;
-constexpr int LAST_MEADOW_LANE = 11;
-
 // No file of settings is checked when it is read. Held to this range, a number of tickets can't
 // take anything away from a player and sums of them can't overflow.
 constexpr std::int32_t TICKETS_LIMIT = 1'000'000;
@@ -59,17 +56,17 @@ float paytable_wanted() {
 }
 
 void paytable_row_update() {
-  // No row is farther off than these ends, and so the rounding stays a small number.
+  // Both ends lie outside the table; between them the rounding has small numbers.
   const float wanted = std::clamp(paytable_wanted(), 0.0F, 100.0F);
   paytable_factor = 1;
-  const int row = static_cast<int>((rounded_to_half(wanted) - 3.0F) * 2.0F);
+  const int row = static_cast<int>((rounded_to_half(wanted) - PAYTABLE_LEAST) / PAYTABLE_STEP);
   paytable_row = std::clamp(row, 0, PAYTABLE_ROWS - 1);
 }
 
 void bugs_seed() {
   // A bug of two points is worth twice as much, so there are half as many.
   const std::int32_t bugs = row_in_force().bugs_per_lane / (pays_points() ? 2 : 1);
-  for (int lane = FIRST_MEADOW_LANE; lane <= LAST_MEADOW_LANE; ++lane) {
+  for (int lane = LANE_MEADOW_FAR; lane <= LANE_MEADOW_NEAR; ++lane) {
     lanes[lane].eaten = 0;
     for (auto& cell : lane_cells[lane]) cell = CELL_EMPTY;
     // A cell that is drawn twice counts twice, so a lane may hold fewer.
@@ -106,7 +103,7 @@ std::int32_t jackpot_value() {
 
 float jackpot_chance() {
   float chance = 1.0F;
-  for (int lane = LANE_MIDDLE_BANK - 1; lane > LANE_FAR_BANK; --lane) {
+  for (int lane = LANE_RIVER_NEAR; lane >= LANE_RIVER_FAR; --lane) {
     const auto occupied = std::ranges::count_if(
         lane_cells[lane], [](std::int32_t cell) { return cell != CELL_EMPTY; });
     chance *= static_cast<float>(occupied) / static_cast<float>(LANE_CELLS);

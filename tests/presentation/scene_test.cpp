@@ -19,7 +19,6 @@
 #include "playfield/playfield.h"
 #include "playfield/workers.h"
 #include "presentation/debug_pages.h"
-#include "presentation/scene_layers.h"
 #include "presentation/volume.h"
 #include "tests/presentation/stage.h"
 
