@@ -33,7 +33,7 @@ void glyph_draw(Panel& panel, const FontRow& row, char character, std::uint32_t 
                 int y) {
   const auto code = static_cast<unsigned char>(character);
   const int glyph = code < CODES ? glyph_of_code[code] : GLYPH_BLANK;
-  panel.flags |= PANEL_SOURCE_RECT;
+  panel.flags |= PANEL_SOURCE_RECT | PANEL_SCALED;
   panel.src_w = row.glyph_width;
   panel.src_h = row.glyph_height;
   panel.src_x = row.glyph_width * (glyph % GLYPH_COLUMNS);
@@ -43,6 +43,22 @@ void glyph_draw(Panel& panel, const FontRow& row, char character, std::uint32_t 
   panel.colour = colour;
   gfx_panel_draw(panel);
   panel.colour = COLOUR_WHITE;
+}
+
+void line_draw(int font, std::uint32_t colour, int x, int y, float scale_x, float scale_y,
+               const char* format, va_list arguments) {
+  char line[LINE_SIZE];
+  std::vsnprintf(line, sizeof line, format, arguments);
+  const FontRow& row = FONTS[font];
+  Panel& panel = font_panels[font];
+  panel.scale_x = scale_x;
+  panel.scale_y = scale_y;
+  int pen = x;
+  for (const char* c = line; *c != '\0'; ++c) {
+    glyph_draw(panel, row, *c, colour, pen, y);
+    pen += static_cast<int>(static_cast<float>(row.glyph_width) * scale_x);
+  }
+  panel.scale_x = panel.scale_y = 1.0F;
 }
 
 }  // namespace
@@ -62,35 +78,16 @@ int text_width(int font, const char* string) {
 }
 
 void text_draw(int font, std::uint32_t colour, int x, int y, const char* format, ...) {
-  char line[LINE_SIZE];
   va_list arguments;
   va_start(arguments, format);
-  std::vsnprintf(line, sizeof line, format, arguments);
+  line_draw(font, colour, x, y, 1.0F, 1.0F, format, arguments);
   va_end(arguments);
-  const FontRow& row = FONTS[font];
-  int pen = x;
-  for (const char* c = line; *c != '\0'; ++c) {
-    glyph_draw(font_panels[font], row, *c, colour, pen, y);
-    pen += row.glyph_width;
-  }
 }
 
 void text_draw_scaled(int font, std::uint32_t colour, int x, int y, float scale_x, float scale_y,
                       const char* format, ...) {
-  char line[LINE_SIZE];
   va_list arguments;
   va_start(arguments, format);
-  std::vsnprintf(line, sizeof line, format, arguments);
+  line_draw(font, colour, x, y, scale_x, scale_y, format, arguments);
   va_end(arguments);
-  const FontRow& row = FONTS[font];
-  Panel& panel = font_panels[font];
-  int pen = x;
-  for (const char* c = line; *c != '\0'; ++c) {
-    panel.flags |= PANEL_SCALED;
-    panel.scale_x = scale_x;
-    panel.scale_y = scale_y;
-    glyph_draw(panel, row, *c, colour, pen, y);
-    panel.scale_x = panel.scale_y = 1.0F;  // the flag stays, and does no harm so
-    pen += static_cast<int>(static_cast<float>(row.glyph_width) * scale_x);
-  }
 }

@@ -23,6 +23,6 @@ void butterfly_looks_update(float seconds);
 // Shows what isn't eaten, and steps the animation of the lane's objects.
 void lane_looks_update(const Lane& lane);
 
-// False where nothing is drawn: the rest of the above then does nothing. True at process start. Before
-// the first tick.
+// False where nothing is drawn: the rest of the above then does nothing. True at process start.
+// Before the first tick.
 void looks_set_watched(bool somebody);

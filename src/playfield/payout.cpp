@@ -75,6 +75,15 @@ void sinking_hurry(int side) {
 
 }  // namespace
 
+void purse_empty(Frog& frog) {
+  frog.total_tickets = 0;
+  frog.award_kind = AWARD_NONE;
+  frog.base_tickets = 0;
+  frog.butterfly_tickets = 0;
+  frog.frame = 0;
+  frog.ring_frame = 0;
+}
+
 void purse_add_up(int side, Frog& frog) {
   purse_set_total(side, frog, frog.base_tickets + frog.butterfly_tickets);
 }
