@@ -20,15 +20,15 @@ def names(file, pattern):
 
 
 def code(path):
-    """A file's lines without its comments, and without the prose of raw strings."""
-    text = re.sub(r'R"\(.*?\)"', lambda prose: "\n" * prose[0].count("\n"), path.read_text(),
-                  flags=re.S)
+    """A file's lines without its comments, and without the prose of raw strings of many lines."""
+    text = re.sub(r'R"\((.*?)\)"', lambda raw: "\n" * raw[1].count("\n") or raw[0],
+                  path.read_text(), flags=re.S)
     return [re.sub(r"(^|\s)//.*", "", line) for line in text.splitlines()]
 
 
-def quoted(texts, ending=""):
-    return re.compile('"(?:' + "|".join(re.escape(text) for text in sorted(texts)) +
-                      f'){ending}"')
+def any_of(texts, before='"', after='"'):
+    return re.compile(f"{before}(?:" + "|".join(re.escape(text) for text in sorted(texts)) +
+                      f"){after}")
 
 
 PICTURES = names("src/gfx/picture_list.h", r'^\s*(?:X\(|#define )\w+,?\s+"([\w.]+)"')
@@ -38,9 +38,9 @@ AUDITS = {n for n in names("src/books/audit_list.h", r'^\s*X\(\w+,\s+"([^"]+)"')
 
 # What is looked for, where it may stand, and what it is.
 FACTS = (
-    (quoted(PICTURES), {"src/gfx/picture_list.h"}, "a picture's file"),
-    (quoted(SETTINGS), {"src/books/settings.h"}, "a setting's name"),
-    (quoted(AUDITS, "(?: Left| Right)?"), {"src/books/audit_list.h"}, "a counter's name"),
+    (any_of(PICTURES, r"(?<![\w.])", r"(?![\w.])"), {"src/gfx/picture_list.h"}, "a picture's file"),
+    (any_of(SETTINGS), {"src/books/settings.h"}, "a setting's name"),
+    (any_of(AUDITS, after='(?: Left| Right)?"'), {"src/books/audit_list.h"}, "a counter's name"),
     (re.compile(r"\b1360(?:\.0F?)?\b|(?<!1024X)(?<!1024, )\b768(?:\.0F?)?\b"),
      {"src/gfx/picture_list.h"}, "the size of the screen"),
     (re.compile(r"0xEDB88320|0x63046310", re.I), {"src/operator/list_sum.h"},
