@@ -41,7 +41,7 @@ FACTS = (
     (any_of(PICTURES, r"(?<![\w.])", r"(?![\w.])"), {"src/gfx/picture_list.h"}, "a picture's file"),
     (any_of(SETTINGS), {"src/books/settings.h"}, "a setting's name"),
     (any_of(AUDITS, after='(?: Left| Right)?"'), {"src/books/audit_list.h"}, "a counter's name"),
-    (re.compile(r"\b1360(?:\.0F?)?\b|(?<!1024X)(?<!1024, )\b768(?:\.0F?)?\b"),
+    (re.compile(r"\b1360(?:\.0F?)?\b|(?<!1024, )\b768(?:\.0F?)?\b"),
      {"src/gfx/picture_list.h"}, "the size of the screen"),
     (re.compile(r"0xEDB88320|0x63046310", re.I), {"src/operator/list_sum.h"},
      "the sum of the file list"),
