@@ -2,7 +2,7 @@
 // the middle of a payout leaves a board that pays on, so its next start must not order those
 // tickets again. After a power cut, which took the board's count with it, it must. The note tells
 // the two apart: it names the power-up of the machine and holds the board's own counters, which
-// start anew with the board. Game thread.
+// start from 0 with the board. Game thread.
 #pragma once
 
 #include <cstdint>

@@ -20,8 +20,7 @@ struct Recalled {
   FillPlan plan;
 };
 
-// Static, so that a frame that meets a new cell allocates nothing. A full table or pool starts
-// anew.
+// Static, so that a frame that meets a new cell allocates nothing. A full table or pool is emptied.
 struct FillPlans {
   std::array<Recalled, PLANS> table;
   std::size_t count;

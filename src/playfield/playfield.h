@@ -71,7 +71,7 @@ inline bool is_demo(const Frog& frog) {
 
 constexpr int FROGS_PER_STATION = 20;
 
-struct Station {  // a record's place means nothing: a new frog takes the first one that is free
+struct Station {  // a new frog takes the first record that is free
   Frog frogs[FROGS_PER_STATION];
 };
 
@@ -217,5 +217,5 @@ bool station_idle(int side);
 bool station_river_clear(int side);
 // Works out lead_lane from both stations. Game thread, before the stations are updated.
 void lead_lane_update();
-// Frogs of the side in flight or fading, demo frogs apart.
+// Frogs of the side in flight or fading, not counting demo frogs.
 int station_live_frogs(int side);

@@ -22,7 +22,7 @@ inline std::uint32_t faded(std::uint32_t colour, std::int32_t alpha) {
 void picture_draw(PanelIndex picture, int x, int y, std::uint32_t colour = COLOUR_WHITE,
                   bool flip = false);
 
-// A whole picture at a size of its own.
+// A whole picture, scaled.
 void picture_draw_scaled(PanelIndex picture, int x, int y, float scale,
                          std::uint32_t colour = COLOUR_WHITE);
 

@@ -49,8 +49,8 @@ struct Thumb {               // one word, so that a cell is never drawn of the o
 };
 constexpr Thumb FIRST_THUMB = {SHEET_THUMBS_UP, 0};
 
-// The game thread begins a show and the worker ends it. Each writes words of its own: a pass of the
-// worker that began before a show was begun anew can only write what the next pass sets afresh.
+// The game thread begins a show and the worker ends it. Each writes words of its own: what a late
+// pass of the worker writes into a restarted show is set again by the next pass.
 struct WinShow {
   struct {  // written by the game thread, the serial last
     Shared<std::int64_t> start_ms, end_ms;
@@ -148,7 +148,7 @@ void worker_begin(WinShow& show, int serial) {
 
 void worker_end(int side, int serial) {
   WinShow& show = shows.side[side];
-  if (!show.begun.serial.compare_exchange_strong(serial, 0)) return;  // begun anew
+  if (!show.begun.serial.compare_exchange_strong(serial, 0)) return;  // restarted meanwhile
   show.shown.serial = 0;
   ticket_flakes_clear(side);
   music_end(1 - side);
