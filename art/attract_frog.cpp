@@ -302,7 +302,7 @@ void draw_attract_frog(const Cell& cell) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    sheet("anim_frog_attract.png", 4096, 4096, 8, 8, 63, Play::kOnce, draw_attract_frog),
+    sheet(SHEET_FROG_ATTRACT, 512, 512, Play::kOnce, draw_attract_frog),
 };
 
 }  // namespace

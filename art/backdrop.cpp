@@ -288,11 +288,12 @@ void draw_shadow(const Cell& cell) {
 
 constexpr CatalogueRow kRows[] = {
     still(
-        "bkdrop_lft.bmp", 680, 768, [](const Cell& c) { draw_backdrop(c, 0); }, kTouchAll),
+        PANEL_BKDROP_LFT, LAYOUT_WIDTH / 2, LAYOUT_HEIGHT,
+        [](const Cell& c) { draw_backdrop(c, 0); }, kTouchAll),
     still(
-        "bkdrop_rt.bmp", 680, 768, [](const Cell& c) { draw_backdrop(c, kScreenWidth / 2); },
-        kTouchAll),
-    still("shadow.tga", 256, 1024, draw_shadow, kTouchLeft | kTouchTop),
+        PANEL_BKDROP_RT, LAYOUT_WIDTH / 2, LAYOUT_HEIGHT,
+        [](const Cell& c) { draw_backdrop(c, kScreenWidth / 2); }, kTouchAll),
+    still(PANEL_SHADOW, 256, 1024, draw_shadow, kTouchLeft | kTouchTop),
 };
 
 }  // namespace

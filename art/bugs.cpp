@@ -255,11 +255,11 @@ void draw_grasshopper(const Cell& cell) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    sheet("anim_lightningbug.tga", 256, 256, 4, 4, 16, Play::kLoop, draw_lightningbug),
-    sheet("anim_ladybug.tga", 256, 256, 4, 4, 16, Play::kLoop, draw_ladybug),
-    sheet("anim_caterpillar.tga", 512, 512, 4, 4, 16, Play::kLoop, draw_caterpillar),
-    sheet("anim_beetle.tga", 512, 512, 4, 4, 16, Play::kLoop, draw_beetle),
-    sheet("anim_grasshopper.tga", 512, 512, 4, 4, 16, Play::kLoop, draw_grasshopper),
+    sheet(SHEET_LIGHTNINGBUG, 64, 64, Play::kLoop, draw_lightningbug),
+    sheet(SHEET_LADYBUG, 64, 64, Play::kLoop, draw_ladybug),
+    sheet(SHEET_CATERPILLAR, 128, 128, Play::kLoop, draw_caterpillar),
+    sheet(SHEET_BEETLE, 128, 128, Play::kLoop, draw_beetle),
+    sheet(SHEET_GRASSHOPPER, 128, 128, Play::kLoop, draw_grasshopper),
 };
 
 }  // namespace

@@ -256,7 +256,7 @@ void draw_butterfly(const Cell& cell) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    sheet("anim_butterfly.tga", 2048, 1024, 8, 4, 32, Play::kLoop, draw_butterfly),
+    sheet(SHEET_BUTTERFLY, 256, 256, Play::kLoop, draw_butterfly),
 };
 
 }  // namespace

@@ -8,10 +8,10 @@ namespace art {
 
 std::span<const Family* const> families() {
   static constexpr const Family* kFamilies[] = {
-      &kAttractFrogFamily, &kBackdropFamily, &kBugsFamily,  &kButterflyFamily, &kEffectsFamily,
-      &kFontsFamily,       &kFrogFamily,     &kLogoFamily,  &kMarksFamily,     &kMessagesFamily,
-      &kPlantsFamily,      &kRidersFamily,   &kRiverFamily, &kSignsFamily,     &kThumbsFamily,
-      &kTicketsFamily,     &kTurtlesFamily,  &kWaterFamily};
+      &kAttractFrogFamily, &kBackdropFamily, &kBlankFamily,   &kBugsFamily,  &kButterflyFamily,
+      &kEffectsFamily,     &kFontsFamily,    &kFrogFamily,    &kLogoFamily,  &kMarksFamily,
+      &kMessagesFamily,    &kPlantsFamily,   &kRidersFamily,  &kRiverFamily, &kSignsFamily,
+      &kThumbsFamily,      &kTicketsFamily,  &kTurtlesFamily, &kWaterFamily};
   return kFamilies;
 }
 
@@ -27,11 +27,14 @@ const std::vector<CatalogueEntry>& catalogue() {
 
 CatalogueEntry catalogue_find(std::string_view name) {
   for (const CatalogueEntry& entry : catalogue()) {
-    std::string_view full = entry.row->name;
-    std::string_view file = full.substr(full.rfind('/') == full.npos ? 0 : full.rfind('/') + 1);
-    if (name == full || name == file || name == file.substr(0, file.rfind('.'))) return entry;
+    std::string_view file = entry.row->name;
+    if (name == file || name == file.substr(0, file.rfind('.'))) return entry;
   }
   return {nullptr, nullptr};
+}
+
+std::string catalogue_path(const CatalogueRow& row) {
+  return std::string(row.play == Play::kGlyphs ? "images/fonts/" : "images/") + row.name;
 }
 
 int catalogue_twin(const CatalogueRow& row, int frame) {

@@ -1,13 +1,15 @@
-// The table of all pictures: their names, sizes, frames and drawing functions. Each family of
-// pictures is a source file that ends with its own rows.
+// How each picture of gfx/picture_list.h is drawn: how large it is, how it moves, and by which
+// function. Each family of pictures is a source file that ends with its own rows.
 #pragma once
 
 #include <span>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "art/canvas.h"
 #include "art/picture.h"
+#include "gfx/picture_list.h"
 
 namespace art {
 
@@ -42,7 +44,7 @@ enum Touch : unsigned {
 };
 
 struct CatalogueRow {
-  const char* name;   // with its folder below images/, e.g. "fonts/font8x12.bmp"
+  const char* name;   // of its file
   int width, height;  // of the whole picture; powers of two except for bitmaps
   int columns, rows, frames;
   int cell_width, cell_height;
@@ -52,17 +54,19 @@ struct CatalogueRow {
   Draw draw;
 };
 
-// A sheet filled by its grid.
-constexpr CatalogueRow sheet(const char* name, int width, int height, int columns, int rows,
-                             int frames, Play play, Draw draw, Twin twin = Twin::kNone,
-                             unsigned touch = kTouchNone) {
-  return {name,          width, height, columns, rows, frames, width / columns,
-          height / rows, play,  twin,   touch,   draw};
+// A sheet that its cells, of this size, fill.
+constexpr CatalogueRow sheet(SheetIndex index, int cell_width, int cell_height, Play play,
+                             Draw draw, Twin twin = Twin::kNone, unsigned touch = kTouchNone) {
+  const SheetRow& grid = SHEETS[index];
+  const int width = cell_width * grid.columns, height = cell_height * grid.rows;
+  return {grid.file,  width,       height, grid.columns, grid.rows, grid.frames,
+          cell_width, cell_height, play,   twin,         touch,     draw};
 }
 
-constexpr CatalogueRow still(const char* name, int width, int height, Draw draw,
+constexpr CatalogueRow still(PanelIndex index, int width, int height, Draw draw,
                              unsigned touch = kTouchNone) {
-  return {name, width, height, 1, 1, 1, width, height, Play::kStill, Twin::kNone, touch, draw};
+  return {PICTURES[index], width,  height,       1,           1,     1,
+          width,           height, Play::kStill, Twin::kNone, touch, draw};
 }
 
 struct Family {
@@ -70,10 +74,10 @@ struct Family {
   std::span<const CatalogueRow> rows;
 };
 
-extern const Family kAttractFrogFamily, kBackdropFamily, kBugsFamily, kButterflyFamily,
-    kEffectsFamily, kFontsFamily, kFrogFamily, kLogoFamily, kMarksFamily, kMessagesFamily,
-    kPlantsFamily, kRidersFamily, kRiverFamily, kSignsFamily, kThumbsFamily, kTicketsFamily,
-    kTurtlesFamily, kWaterFamily;
+extern const Family kAttractFrogFamily, kBackdropFamily, kBlankFamily, kBugsFamily,
+    kButterflyFamily, kEffectsFamily, kFontsFamily, kFrogFamily, kLogoFamily, kMarksFamily,
+    kMessagesFamily, kPlantsFamily, kRidersFamily, kRiverFamily, kSignsFamily, kThumbsFamily,
+    kTicketsFamily, kTurtlesFamily, kWaterFamily;
 
 std::span<const Family* const> families();
 
@@ -84,8 +88,10 @@ struct CatalogueEntry {
 
 // All pictures, in the order of the families.
 const std::vector<CatalogueEntry>& catalogue();
-// By its name with or without folder and extension; the row is null if there is none.
+// By its name with or without the extension; its row is null if there is none.
 CatalogueEntry catalogue_find(std::string_view name);
+// Where its file lies, from an installation's folder on.
+std::string catalogue_path(const CatalogueRow& row);
 
 // All frames of a row, in their places. Aborts with a message if a drawing function broke its
 // context.

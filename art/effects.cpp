@@ -119,9 +119,9 @@ void draw_hearts(const Cell& cell) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    sheet("anim_grn_rings.png", 4096, 2048, 8, 4, 30, Play::kLoop, draw_rings),
-    sheet("anim_spark.tga", 512, 512, 4, 4, 16, Play::kOnce, draw_spark),
-    sheet("anim_hearts.tga", 512, 256, 8, 4, 30, Play::kOnce, draw_hearts),
+    sheet(SHEET_GRN_RINGS, 512, 512, Play::kLoop, draw_rings),
+    sheet(SHEET_SPARK, 128, 128, Play::kOnce, draw_spark),
+    sheet(SHEET_HEARTS, 64, 64, Play::kOnce, draw_hearts),
 };
 
 }  // namespace

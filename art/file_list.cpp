@@ -1,12 +1,12 @@
 #include "art/file_list.h"
 
-#include <zlib.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <vector>
+
+#include "operator/list_sum.h"
 
 namespace art {
 
@@ -14,26 +14,23 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// The reader takes signed decimals, so a sum with its top bit set gets a minus sign.
-constexpr uint32_t kStart = 0x63046310;
-
 struct FileSum {
   uint64_t size;
-  int32_t crc;
+  int32_t crc;  // signed, as the list has it
   bool whole;
 };
 
 FileSum file_sum(const fs::path& path) {
   std::ifstream in(path, std::ios::binary);
   std::vector<char> block(1 << 18);
-  uLong sum = ~kStart;  // zlib inverts a sum on the way in and out; these inversions cancel both
+  uint32_t sum = LIST_SUM_START;
   uint64_t size = 0;
   while (in.read(block.data(), static_cast<std::streamsize>(block.size())) || in.gcount() > 0) {
     const auto count = static_cast<size_t>(in.gcount());
-    sum = crc32_z(sum, reinterpret_cast<const Bytef*>(block.data()), count);
+    sum = list_sum(sum, block.data(), count);
     size += count;
   }
-  return {size, static_cast<int32_t>(~static_cast<uint32_t>(sum)), in.eof() && !in.bad()};
+  return {size, static_cast<int32_t>(sum), in.eof() && !in.bad()};
 }
 
 bool is_program(const fs::directory_entry& entry, std::error_code& error) {
@@ -83,7 +80,8 @@ int file_list_write(const std::string& outdir) {
     lines.push_back(name + " " + std::to_string(sum.size) + " " + std::to_string(sum.crc));
   }
   std::sort(lines.begin(), lines.end());
-  return lines_write(fs::path(outdir) / "lhpcrc.txt", lines) ? static_cast<int>(lines.size()) : -1;
+  return lines_write(fs::path(outdir) / FILE_LIST_NAME, lines) ? static_cast<int>(lines.size())
+                                                               : -1;
 }
 
 }  // namespace art

@@ -277,17 +277,17 @@ void draw_frog_waving(const Cell& cell) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    sheet("anim_gfrog_win.tga", 4096, 2048, 16, 8, 88, Play::kOnce, draw_frog_win),
-    sheet("anim_gfrog_idle2.tga", 4096, 1024, 16, 4, 60, Play::kOnce, draw_frog_look_round),
-    sheet("anim_gfrog_idle3.tga", 4096, 1024, 16, 4, 60, Play::kOnce, draw_frog_yawn),
-    sheet("anim_gfrog_idle1.tga", 4096, 1024, 16, 4, 60, Play::kLoop, draw_frog_breathe),
-    sheet("anim_gfrog.tga", 2048, 512, 8, 2, 15, Play::kOnce, draw_frog_hop),
-    // 52 pixels from frog to frog; the middle one is under a line of words.
-    still("frogicon.tga", 64, 64,
+    sheet(SHEET_GFROG_WIN, 256, 256, Play::kOnce, draw_frog_win),
+    sheet(SHEET_GFROG_IDLE2, 256, 256, Play::kOnce, draw_frog_look_round),
+    sheet(SHEET_GFROG_IDLE3, 256, 256, Play::kOnce, draw_frog_yawn),
+    sheet(SHEET_GFROG_IDLE1, 256, 256, Play::kLoop, draw_frog_breathe),
+    sheet(SHEET_GFROG, 256, 256, Play::kOnce, draw_frog_hop),
+    // 52 pixels from one to the next; the middle one stands under a line of words.
+    still(PANEL_FROGICON, 64, 64,
           [](const Cell& c) { draw_frog_icon(c, icon_pose(), 11.2, {32, 42}); }),
-    still("frogiconmed.tga", 128, 128,
+    still(PANEL_FROGICONMED, 128, 128,
           [](const Cell& c) { draw_frog_icon(c, icon_pose(), 19.5, {64, 88}); }),
-    still("frogiconlrg.tga", 128, 128, draw_frog_waving),
+    still(PANEL_FROGICONLRG, 128, 128, draw_frog_waving),
 };
 
 }  // namespace

@@ -1,12 +1,13 @@
-// The grounds of the scene without plants: the borders between banks, river and meadow, and the
-// colour of each place. Pixels of the whole screen, 1360 x 768.
+// The scene's grounds without what grows on them: where the banks, the river and the meadow meet,
+// and what colour each place has. Pixels of the whole screen.
 #pragma once
 
 #include "art/canvas.h"
+#include "gfx/picture_list.h"  // LAYOUT_WIDTH, LAYOUT_HEIGHT
 
 namespace art {
 
-constexpr double kScreenWidth = 1360, kScreenHeight = 768;
+constexpr double kScreenWidth = LAYOUT_WIDTH, kScreenHeight = LAYOUT_HEIGHT;
 
 // The y of a frog's feet in the meadow's lanes, and their distance.
 constexpr double kLaneFoot = 432, kLaneStep = 56;

@@ -188,7 +188,7 @@ void draw_logo(const Cell& cell) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    still("lilyhoplogo.tga", 1024, 512, draw_logo),
+    still(PANEL_LILYHOPLOGO, 1024, 512, draw_logo),
 };
 
 }  // namespace

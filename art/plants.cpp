@@ -191,8 +191,9 @@ void draw_grass_strip(cairo_t* c, double width, double height) {
 void draw_grass(const Cell& cell, double from_x) {
   // One strip for the whole screen, of which each half shows its part.
   static Memo<int> strips;
-  const Canvas& strip = strips.get(0, 1360, cell.height,
-                                   [](Canvas& canvas) { draw_grass_strip(canvas.ctx, 1360, 128); });
+  const Canvas& strip = strips.get(0, LAYOUT_WIDTH, cell.height, [](Canvas& canvas) {
+    draw_grass_strip(canvas.ctx, LAYOUT_WIDTH, 128);
+  });
   cairo_rectangle(cell.ctx, 0, 0, 680, cell.height);
   cairo_clip(cell.ctx);
   paint_canvas(cell.ctx, strip, -from_x, 0);
@@ -266,38 +267,36 @@ void draw_patch(const Cell& cell, Colour accent, uint32_t seed) {
 constexpr CatalogueRow kRows[] = {
     // The foliage is cut off at the screen's edges.
     sheet(
-        "plants1.tga", 2048, 1024, 8, 4, 31, Play::kLoop, [](const Cell& c) { draw_plant(c, 1); },
-        Twin::kNone, kTouchLeft | kTouchTop),
+        SHEET_PLANTS1, 256, 256, Play::kLoop, [](const Cell& c) { draw_plant(c, 1); }, Twin::kNone,
+        kTouchLeft | kTouchTop),
     sheet(
-        "plants2.tga", 2048, 1024, 8, 4, 31, Play::kLoop, [](const Cell& c) { draw_plant(c, 2); },
-        Twin::kNone, kTouchLeft),
+        SHEET_PLANTS2, 256, 256, Play::kLoop, [](const Cell& c) { draw_plant(c, 2); }, Twin::kNone,
+        kTouchLeft),
     sheet(
-        "plants3.tga", 2048, 2048, 4, 8, 31, Play::kLoop, [](const Cell& c) { draw_plant(c, 3); },
-        Twin::kNone, kTouchLeft | kTouchBottom),
+        SHEET_PLANTS3, 512, 256, Play::kLoop, [](const Cell& c) { draw_plant(c, 3); }, Twin::kNone,
+        kTouchLeft | kTouchBottom),
     sheet(
-        "plants4.tga", 2048, 1024, 8, 4, 31, Play::kLoop, [](const Cell& c) { draw_plant(c, 4); },
-        Twin::kNone, kTouchRight),
+        SHEET_PLANTS4, 256, 256, Play::kLoop, [](const Cell& c) { draw_plant(c, 4); }, Twin::kNone,
+        kTouchRight),
     sheet(
-        "plants5.tga", 2048, 1024, 8, 4, 31, Play::kLoop, [](const Cell& c) { draw_plant(c, 5); },
-        Twin::kNone, kTouchRight | kTouchTop),
+        SHEET_PLANTS5, 256, 256, Play::kLoop, [](const Cell& c) { draw_plant(c, 5); }, Twin::kNone,
+        kTouchRight | kTouchTop),
     sheet(
-        "plants6.tga", 2048, 2048, 4, 8, 31, Play::kLoop, [](const Cell& c) { draw_plant(c, 6); },
-        Twin::kNone, kTouchRight | kTouchBottom),
-    sheet("anim_finish.tga", 4096, 2048, 8, 8, 40, Play::kLoop, draw_goal),
-    sheet("anim_lilypad3.tga", 1024, 1024, 8, 8, 40, Play::kLoop, draw_lily_pad),
-    sheet("anim_ctail1.tga", 1024, 1024, 8, 8, 40, Play::kLoop,
-          [](const Cell& c) { draw_cattail(c, 1); }),
-    sheet("anim_ctail2.tga", 1024, 1024, 8, 8, 40, Play::kLoop,
-          [](const Cell& c) { draw_cattail(c, 2); }),
+        SHEET_PLANTS6, 512, 256, Play::kLoop, [](const Cell& c) { draw_plant(c, 6); }, Twin::kNone,
+        kTouchRight | kTouchBottom),
+    sheet(SHEET_FINISH, 512, 256, Play::kLoop, draw_goal),
+    sheet(SHEET_LILYPAD3, 128, 128, Play::kLoop, draw_lily_pad),
+    sheet(SHEET_CTAIL1, 128, 128, Play::kLoop, [](const Cell& c) { draw_cattail(c, 1); }),
+    sheet(SHEET_CTAIL2, 128, 128, Play::kLoop, [](const Cell& c) { draw_cattail(c, 2); }),
     still(
-        "grass_lft.tga", 1024, 128, [](const Cell& c) { draw_grass(c, 0); },
+        PANEL_GRASS_LFT, 1024, 128, [](const Cell& c) { draw_grass(c, 0); },
         kTouchLeft | kTouchBottom),
     still(
-        "grass_rt.tga", 1024, 128, [](const Cell& c) { draw_grass(c, 680); },
+        PANEL_GRASS_RT, 1024, 128, [](const Cell& c) { draw_grass(c, LAYOUT_WIDTH / 2); },
         kTouchLeft | kTouchBottom),
-    still("dpatch.tga", 256, 128, [](const Cell& c) { draw_patch(c, {0.30, 0.74, 0.14}, 11); }),
-    still("dpatch2.tga", 256, 128, [](const Cell& c) { draw_patch(c, {1.0, 0.80, 0.12}, 23); }),
-    still("lrg_lilypad.tga", 1024, 512, draw_big_lily_pad),
+    still(PANEL_DPATCH, 256, 128, [](const Cell& c) { draw_patch(c, {0.30, 0.74, 0.14}, 11); }),
+    still(PANEL_DPATCH2, 256, 128, [](const Cell& c) { draw_patch(c, {1.0, 0.80, 0.12}, 23); }),
+    still(PANEL_LRG_LILYPAD, 1024, 512, draw_big_lily_pad),
 };
 
 }  // namespace

@@ -381,8 +381,8 @@ void draw_rider_kiss(const Cell& cell) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    sheet("anim_wave.tga", 1024, 1024, 8, 8, 64, Play::kLoop, draw_rider_wave),
-    sheet("anim_kiss.tga", 1024, 1024, 8, 8, 42, Play::kOnce, draw_rider_kiss),
+    sheet(SHEET_WAVE, 128, 128, Play::kLoop, draw_rider_wave),
+    sheet(SHEET_KISS, 128, 128, Play::kOnce, draw_rider_kiss),
 };
 
 }  // namespace

@@ -270,21 +270,21 @@ void draw_foam(const Cell& cell, int which) {
 constexpr CatalogueRow kRows[] = {
     // A log fills its cell of the lane from edge to edge, so two neighbours meet without a gap.
     sheet(
-        "anim_log1.tga", 1024, 512, 2, 8, 15, Play::kLoop,
-        [](const Cell& c) { draw_log(c, 386, false); }, Twin::kNone, kTouchLeft),
+        SHEET_LOG1, 512, 64, Play::kLoop, [](const Cell& c) { draw_log(c, 386, false); },
+        Twin::kNone, kTouchLeft),
     sheet(
-        "anim_log3.tga", 1024, 512, 2, 8, 15, Play::kLoop,
-        [](const Cell& c) { draw_log(c, 302, false); }, Twin::kNone, kTouchLeft),
+        SHEET_LOG3, 512, 64, Play::kLoop, [](const Cell& c) { draw_log(c, 302, false); },
+        Twin::kNone, kTouchLeft),
     sheet(
-        "anim_log4.tga", 512, 512, 2, 8, 15, Play::kLoop,
-        [](const Cell& c) { draw_log(c, 166, false); }, Twin::kNone, kTouchLeft),
+        SHEET_LOG4, 256, 64, Play::kLoop, [](const Cell& c) { draw_log(c, 166, false); },
+        Twin::kNone, kTouchLeft),
     sheet(
-        "anim_log4gold.tga", 512, 512, 2, 8, 15, Play::kLoop,
-        [](const Cell& c) { draw_log(c, 166, true); }, Twin::kNone, kTouchLeft),
+        SHEET_LOG4GOLD, 256, 64, Play::kLoop, [](const Cell& c) { draw_log(c, 166, true); },
+        Twin::kNone, kTouchLeft),
     still(
-        "riverfoam_1.tga", 512, 512, [](const Cell& c) { draw_foam(c, 1); }, kTouchLeft),
+        PANEL_RIVERFOAM_1, 512, 512, [](const Cell& c) { draw_foam(c, 1); }, kTouchLeft),
     still(
-        "riverfoam_2.tga", 512, 512, [](const Cell& c) { draw_foam(c, 2); }, kTouchLeft),
+        PANEL_RIVERFOAM_2, 512, 512, [](const Cell& c) { draw_foam(c, 2); }, kTouchLeft),
 };
 
 }  // namespace

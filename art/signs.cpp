@@ -160,11 +160,9 @@ void draw_eat_bugs_board(const Cell& cell) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    sheet("anim_wdsign.tga", 2048, 1024, 8, 8, 40, Play::kLoop,
-          [](const Cell& c) { draw_sign(c, false); }),
-    sheet("anim_lngsign.tga", 2048, 1024, 8, 8, 41, Play::kLoop,
-          [](const Cell& c) { draw_sign(c, true); }),
-    still("eat_bugs_tck.tga", 1024, 512, draw_eat_bugs_board),
+    sheet(SHEET_WDSIGN, 256, 128, Play::kLoop, [](const Cell& c) { draw_sign(c, false); }),
+    sheet(SHEET_LNGSIGN, 256, 128, Play::kLoop, [](const Cell& c) { draw_sign(c, true); }),
+    still(PANEL_EAT_BUGS_TCK, 1024, 512, draw_eat_bugs_board),
 };
 
 }  // namespace

@@ -250,8 +250,8 @@ void draw_thumb_idle(const Cell& cell) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    sheet("anim_thumbs_up.png", 4096, 4096, 8, 8, 58, Play::kOnce, draw_thumb_up),
-    sheet("anim_thumbs_idle.png", 4096, 2048, 8, 4, 28, Play::kLoop, draw_thumb_idle),
+    sheet(SHEET_THUMBS_UP, 512, 512, Play::kOnce, draw_thumb_up),
+    sheet(SHEET_THUMBS_IDLE, 512, 512, Play::kLoop, draw_thumb_idle),
 };
 
 }  // namespace

@@ -139,10 +139,10 @@ void draw_you_won(const Cell& cell) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    sheet("anim_cycleticket.tga", 512, 512, 4, 8, 18, Play::kLoop, draw_cycle_ticket),
-    still("ticket.tga", 128, 128, draw_ticket),
-    still("pink_ticket.tga", 128, 64, draw_pink_ticket),
-    still("you_won_tck.tga", 128, 128, draw_you_won),
+    sheet(SHEET_CYCLETICKET, 128, 64, Play::kLoop, draw_cycle_ticket),
+    still(PANEL_TICKET, 128, 128, draw_ticket),
+    still(PANEL_PINK_TICKET, 128, 64, draw_pink_ticket),
+    still(PANEL_YOU_WON_TCK, 128, 128, draw_you_won),
 };
 
 }  // namespace

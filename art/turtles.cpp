@@ -297,9 +297,9 @@ void draw_three_turtles(const Cell& cell) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    sheet("anim_3turtles.tga", 2048, 2048, 4, 16, 50, Play::kLoop, draw_three_turtles),
-    sheet("anim_1turtle.tga", 1024, 1024, 8, 8, 50, Play::kLoop, draw_turtle),
-    sheet("anim_1turtlegold.tga", 1024, 1024, 8, 8, 50, Play::kLoop, draw_gold_turtle),
+    sheet(SHEET_3TURTLES, 512, 128, Play::kLoop, draw_three_turtles),
+    sheet(SHEET_1TURTLE, 128, 128, Play::kLoop, draw_turtle),
+    sheet(SHEET_1TURTLEGOLD, 128, 128, Play::kLoop, draw_gold_turtle),
 };
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Water thrown up: the crown round a frog that fell in, and a small splash.
+// Water thrown up: the crown round a frog that fell in.
 #include <cmath>
 #include <vector>
 
@@ -206,13 +206,10 @@ void draw_splash(const Cell& cell, const Splash& s, Point at, double unit, doubl
 }
 
 constexpr Splash kCrown{13, 2.9f, 1.25f, 30, 5};
-constexpr Splash kSmall{7, 1.9f, 1.0f, 8, 9};
 
 constexpr CatalogueRow kRows[] = {
-    sheet("anim_gfrog_splash.tga", 4096, 1024, 8, 4, 20, Play::kOnce,
+    sheet(SHEET_GFROG_SPLASH, 512, 256, Play::kOnce,
           [](const Cell& c) { draw_splash(c, kCrown, {256, 204}, 44, 2.2); }),
-    sheet("anim_splash.tga", 256, 256, 4, 4, 16, Play::kOnce,
-          [](const Cell& c) { draw_splash(c, kSmall, {32, 48}, 11, 1.2); }),
 };
 
 }  // namespace

@@ -7,8 +7,8 @@
 #include <fstream>
 #include <iterator>
 
-#include "books/audit_list.h"  // AUDIT_COUNT
-#include "books/settings.h"    // SETTINGS
+#include "books/settings.h"  // SETTINGS
+#include "cabinet/sides.h"
 
 namespace {
 
@@ -147,6 +147,10 @@ BooksValue books_audit(const std::string& drive, const std::string& name) {
     result.value = static_cast<std::int32_t>(get(bytes, at + INT_AT, 4));
   }
   return result;
+}
+
+BooksValue books_audit(const std::string& drive, AuditIndex row, int side) {
+  return books_audit(drive, std::string(audit_name(row)) + (side == LEFT ? " Left" : " Right"));
 }
 
 BooksValue books_pref(const std::string& drive, const std::string& name) {

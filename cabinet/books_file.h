@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "books/audit_list.h"  // AuditIndex
+
 struct BooksValue {
   bool found = false;
   double value = 0;
@@ -12,6 +14,8 @@ struct BooksValue {
 
 // The value of an audit row by its display name, from `drive`/audits. Times are in milliseconds.
 BooksValue books_audit(const std::string& drive, const std::string& name);
+// The same of a counter that each side has.
+BooksValue books_audit(const std::string& drive, AuditIndex row, int side);
 
 // The value of a setting by its display name, from `drive`/prefs.
 BooksValue books_pref(const std::string& drive, const std::string& name);

@@ -21,8 +21,7 @@ std::string number_text(double number) {
 
 std::string side_text(const Cabinet& cabinet, int side) {
   const Dispenser& dispenser = cabinet.board.dispensers[side];
-  const BooksValue credits = books_audit(
-      cabinet.options.drive, side == LEFT ? "Current Credits Left" : "Current Credits Right");
+  const BooksValue credits = books_audit(cabinet.options.drive, AUDIT_CURRENT_CREDITS, side);
   const auto* meter = cabinet.board.coils.meter;
   std::string text = side == LEFT ? "LEFT " : "RIGHT ";
   text += (credits.found ? number_text(credits.value) : "?") + " credits ";

@@ -6,9 +6,8 @@
 #include "books/audits.h"
 #include "frame/game_clock.h"
 #include "frame/game_mode.h"
-#include "frame/lockouts.h"
-#include "frame/periodic_reboot.h"
 #include "frame/tick.h"
+#include "frame/tick_steps.h"
 #include "frame/tick_timers.h"
 #include "frame/ticket_status.h"
 #include "io/lamp_effects.h"
@@ -28,7 +27,6 @@
 
 namespace {
 
-constexpr int FIRST_MEADOW_LANE = LANE_MIDDLE_BANK + 1;
 constexpr std::int32_t CELL_PX = 256;  // of the frog's and the butterfly's pictures
 
 constinit std::int32_t frogs_left[SIDE_COUNT]{};
@@ -65,7 +63,7 @@ void modules_reset() {
 
 // Of all that the drawing places, the rules ask for eaten bugs alone: whether they are out of view.
 void eaten_bugs_place() {
-  for (int lane = FIRST_MEADOW_LANE; lane < LANE_NEAR_BANK; ++lane) {
+  for (int lane = LANE_MEADOW_FAR; lane <= LANE_MEADOW_NEAR; ++lane) {
     gfx_slots_place(&lanes[lane], lanes[lane].eaten);
   }
 }

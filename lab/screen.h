@@ -6,7 +6,6 @@
 
 #include "playfield/playfield.h"
 
-constexpr int SCREEN_WIDTH_PX = 1360;
 constexpr int FROG_MIDDLE_PX = 128;  // of a frog's cell, from its left edge
 
 // A new boot: nothing has been seen.

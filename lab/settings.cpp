@@ -158,7 +158,7 @@ std::string settings_use_row(int row) {
   prefs[PREF_PAYOUT_PERCENT].float_value = 1.0F;
   const float whole = paytable_wanted();
   if (!(whole > 0.0F)) return "no percentage of nothing asks for a row: see \"Coin Value\"";
-  prefs[PREF_PAYOUT_PERCENT].float_value = paytable[row].average / whole;
+  prefs[PREF_PAYOUT_PERCENT].float_value = paytable_average(row) / whole;
   paytable_row_update();
   bonus_value_reset();
   if (paytable_row == row) return {};

@@ -213,7 +213,7 @@ std::string table_block(const std::vector<SweepResult>& all, bool boost, bool po
   for (const char* player : player_names) text += text_of("  %-24s", player);
   text += "\n";
   for (int row = 0; row < PAYTABLE_ROWS; ++row) {
-    text += text_of("%3d  %7.1f", row, static_cast<double>(paytable[row].average));
+    text += text_of("%3d  %7.1f", row, static_cast<double>(paytable_average(row)));
     for (int player = 0; player < PLAYER_KINDS; ++player) {
       const Results& r = at(all, player, row, boost, points).results;
       text += text_of("  %7.3f +- %.3f %+6.1f%%", r.tickets.mean, r.tickets.half_width,

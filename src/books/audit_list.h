@@ -71,3 +71,11 @@ inline constexpr Audit AUDITS[] = {
     AUDIT_LIST(AUDIT_ROW)
 #undef AUDIT_ROW
 };
+
+// A counter's name in the files, without the side. `row` is that of AUDIT_LIST.
+constexpr const char* audit_name(AuditIndex row) {
+  for (const Audit& audit : AUDITS) {
+    if (audit.row == row) return audit.name;
+  }
+  return "";
+}

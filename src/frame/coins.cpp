@@ -1,4 +1,4 @@
-#include "frame/coins.h"
+#include "frame/tick_steps.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -53,7 +53,7 @@ void buy_credits(int side) {
 
 void clear_demo(int side) {
   for (Frog& frog : stations[side].frogs) {
-    if ((frog.flags & FROG_DEMO) != 0 && frog.state != FROG_FADING) {
+    if (is_demo(frog) && frog.state != FROG_FADING) {
       frog.state = FROG_FADING;
       frog.state_time = now_ms();
     }

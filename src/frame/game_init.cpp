@@ -56,7 +56,7 @@ int Game_Init() {
   led_open();
   playfield_init();
   attract_begin();
-  if (!game_threads_start()) {  // nothing would move: whoever started the program may do so again
+  if (!game_threads_start()) {  // nothing would move; the program has to be started again
     display_restore_mode();
     std::fprintf(stderr, "Game_Init: the machine gives the game no thread\n");
     std::_Exit(1);

@@ -1,8 +1,8 @@
-#include "frame/late_board.h"
+// A board that wasn't there at power-on and answers later is taken into use as if the game began.
+#include <cstdint>
 
-#include "frame/lockouts.h"
 #include "frame/sides.h"
-#include "frame/tickets.h"
+#include "frame/tick_steps.h"
 #include "io/jamma.h"
 #include "io/lamp_effects.h"
 #include "io/lamps.h"

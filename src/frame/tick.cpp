@@ -2,16 +2,11 @@
 
 #include "books/audits.h"
 #include "books/prefs.h"
-#include "frame/coins.h"
 #include "frame/game_clock.h"
 #include "frame/game_mode.h"
-#include "frame/late_board.h"
-#include "frame/lockouts.h"
-#include "frame/periodic_reboot.h"
 #include "frame/sides.h"
-#include "frame/test_hold.h"
+#include "frame/tick_steps.h"
 #include "frame/tick_timers.h"
-#include "frame/tickets.h"
 #include "io/jamma.h"
 #include "io/lamp_effects.h"
 #include "io/lamps.h"
@@ -134,7 +129,7 @@ void demo_frogs_step() {
 }
 
 void launches_step() {
-  // On the way down nothing flies any more: a launch would take a credit for nothing.
+  // Before a reboot no frog is launched: the flight could not end, and the credit would be lost.
   if (game_mode == MODE_GOING_DOWN) return;
   if (pref_int(PREF_TIMEOUT_SECONDS) >= 0) {
     auto_launch();
@@ -157,7 +152,7 @@ bool game_tick_due(std::int64_t t_ms) {
   return static_cast<double>(now_ms()) + TICK_MS <= static_cast<double>(t_ms);
 }
 
-// Nothing may be moved: later steps read what earlier ones wrote.
+// The order is fixed: later steps read what earlier ones wrote.
 bool game_tick(std::int64_t t_ms) {
   timers_step(t_ms - now_ms());
   game_clock.now_ms = t_ms;

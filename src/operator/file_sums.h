@@ -6,9 +6,8 @@
 
 struct ReadFile;  // platform/files.h
 
-// Size and sum of an open file, which it closes. False if the file couldn't be read to its end. The
-// sum is a reflected CRC-32 of polynomial 0xEDB88320 that begins with 0x63046310 and is not
-// inverted at its end.
+// Size and list_sum of an open file, which it closes. False if the file couldn't be read to its
+// end.
 bool crc_file_sum(ReadFile* file, std::int32_t* size, std::int32_t* crc);
 
 enum FileCheck { FILES_GOOD, LIST_MISSING, FILE_MISSING, FILE_DAMAGED };

@@ -84,9 +84,10 @@ std::uintptr_t main_chosen(std::uintptr_t action, MenuItem* /*item*/) {
 
 void menus_build() {
   pane_reset();
-  Menu* main = menu_build(nullptr, main_chosen, "Main Menu",
-                          {"Diagnostics", "Coin/Game Adjustments", "Payout Adjustments", "Audits",
-                           "Resets", "", "Volume", "Attract Volume", "", "Exit"});
+  Menu* main =
+      menu_build(nullptr, main_chosen, "Main Menu",
+                 {"Diagnostics", "Coin/Game Adjustments", "Payout Adjustments", "Audits", "Resets",
+                  "", SETTINGS[PREF_VOLUME].name, SETTINGS[PREF_ATTRACT_VOLUME].name, "", "Exit"});
   menus.main = main;
   menus.diagnostics = diagnostics_menu_build(main);
   menus.coin_game = coin_game_menu_build(main);

@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr int SCREEN_WIDTH = 1360;
-constexpr int SCREEN_HEIGHT = 768;
 constexpr int GRID_PX = 40;
 
 void colour_bars() {
@@ -29,7 +27,7 @@ void colour_bars() {
 }
 
 void whole_screen(std::uint32_t colour) {
-  gfx_rect_draw(0, 0, SCREEN_WIDTH + 1, SCREEN_HEIGHT + 1, colour, colour);
+  gfx_rect_draw(0, 0, LAYOUT_WIDTH + 1, LAYOUT_HEIGHT + 1, colour, colour);
 }
 
 void line(int x0, int y0, int x1, int y1) {
@@ -38,12 +36,12 @@ void line(int x0, int y0, int x1, int y1) {
 
 void convergence() {
   whole_screen(COLOUR_BLACK);
-  for (int x = 0; x < SCREEN_WIDTH; x += GRID_PX) line(x, 0, x, SCREEN_HEIGHT);
-  line(SCREEN_WIDTH, 0, SCREEN_WIDTH, SCREEN_HEIGHT);
-  for (int y = 0; y < 760; y += GRID_PX) line(0, y, SCREEN_WIDTH, y);
-  line(0, SCREEN_HEIGHT, SCREEN_WIDTH, SCREEN_HEIGHT);
-  for (int y = GRID_PX / 2; y < SCREEN_HEIGHT; y += GRID_PX) {
-    for (int x = GRID_PX / 2; x < SCREEN_WIDTH; x += GRID_PX) {
+  for (int x = 0; x < LAYOUT_WIDTH; x += GRID_PX) line(x, 0, x, LAYOUT_HEIGHT);
+  line(LAYOUT_WIDTH, 0, LAYOUT_WIDTH, LAYOUT_HEIGHT);
+  for (int y = 0; y < 760; y += GRID_PX) line(0, y, LAYOUT_WIDTH, y);
+  line(0, LAYOUT_HEIGHT, LAYOUT_WIDTH, LAYOUT_HEIGHT);
+  for (int y = GRID_PX / 2; y < LAYOUT_HEIGHT; y += GRID_PX) {
+    for (int x = GRID_PX / 2; x < LAYOUT_WIDTH; x += GRID_PX) {
       gfx_rect_draw(x, y, 2, 2, COLOUR_WHITE, COLOUR_WHITE);
     }
   }

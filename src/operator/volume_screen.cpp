@@ -67,7 +67,7 @@ void volume_screen_input(bool attract) {
 }
 
 void volume_screen_draw(bool attract) {
-  const char* title = attract ? "Attract Volume" : "Volume";
+  const char* title = SETTINGS[attract ? PREF_ATTRACT_VOLUME : PREF_VOLUME].name;
   const std::int32_t step = level(attract);
   constexpr std::uint32_t BACK = 0xC0000000;
   text_draw(FONT_8X12, COLOUR_WHITE, 680, 296, "%s", title);

@@ -59,8 +59,8 @@ void glide() {
     if (volume_step != pref_int(row)) {
       volume_move(wanted - volume_step, false, attract_flag != 0);
     } else if (volume_value != volume_curve(volume_step)) {
-      // A glide that turned back within its first seconds ends a little short of the level it
-      // never left; unmended, the buttons would take it for one that still runs.
+      // A glide that was reversed early ends a little short of its level. Left there, the buttons
+      // would take it for one that still runs.
       give_volume(volume_curve(volume_step));
     }
     return;

@@ -15,7 +15,7 @@
 #include "playfield/lanes.h"
 #include "playfield/playfield.h"
 #include "playfield/workers.h"
-#include "presentation/scene_layers.h"
+#include "presentation/scene.h"
 
 bool play_open(const std::string& drive, const std::string& program) {
   if (!std::filesystem::exists(program + "/images/bkdrop_lft.bmp")) return false;

@@ -18,7 +18,7 @@
 #include "platform/random.h"
 #include "playfield/lanes.h"
 #include "playfield/playfield.h"
-#include "presentation/scene_layers.h"
+#include "presentation/scene.h"
 
 namespace {
 
