@@ -2,6 +2,7 @@
 // compared is the tick's own order and nothing else.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <initializer_list>
 #include <string>
@@ -43,6 +44,7 @@ struct World {
   int level_seen = -1;
   std::int64_t clock_in_timers = -1;
   bool reboot = false;
+  bool board_awaited = false;
 };
 World* world = nullptr;
 
@@ -136,6 +138,13 @@ void jamma_update_lockouts() {
 void tickets_poll() {
   call("tickets_poll");
 }
+void late_board_begin() {
+  call("late_board_begin");
+}
+bool late_board_step(std::int64_t) {
+  call("late_board_step");
+  return world->board_awaited;
+}
 void tickets_restore() {
   call("tickets_restore");
 }
@@ -209,7 +218,8 @@ const Calls PLAY_INPUTS = {"coins_take 0", "coins_take 1",         "start_take 0
                            "start_take 1", "service_credits_take", "test_hold_step"};
 const Calls CLEARS = {"clear 2", "clear 3", "clear 0", "clear 1",
                       "clear 5", "clear 6", "clear 7", "clear 8"};
-const Calls REST = {"jamma_update_lockouts", "tickets_poll", "lamps_update", "jamma_lamps_tick"};
+const Calls REST = {"late_board_step", "jamma_update_lockouts", "tickets_poll", "lamps_update",
+                    "jamma_lamps_tick"};
 const Calls END = {"watchdog_heartbeat", "periodic_reboot_step"};
 
 Calls joined(std::initializer_list<Calls> parts) {
@@ -335,7 +345,15 @@ TEST_F(TickOrder, TicksAreSeventeenMillisecondsApart) {
 
 TEST_F(TickOrder, BeginningPutsAFrogInEachLineAndGivesTicketsBack) {
   game_begin();
-  EXPECT_EQ(state.calls, (Calls{"frog_enqueue 0", "frog_enqueue 1", "tickets_restore"}));
+  EXPECT_EQ(state.calls,
+            (Calls{"frog_enqueue 0", "frog_enqueue 1", "late_board_begin", "tickets_restore"}));
+}
+
+TEST_F(TickOrder, SkipsTheTicketPollWhileABoardIsAwaited) {
+  state.board_awaited = true;
+  game_tick(1000);
+  EXPECT_EQ(std::ranges::count(state.calls, "tickets_poll"), 0);
+  EXPECT_EQ(std::ranges::count(state.calls, "jamma_update_lockouts"), 1);
 }
 
 }  // namespace
