@@ -1,8 +1,8 @@
 #include "cabinet/game_process.h"
 
 #include <fcntl.h>
+#include <sched.h>
 #include <sys/prctl.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -14,15 +14,11 @@
 namespace {
 
 constexpr std::int64_t QUIT_MS = 5000;
-constexpr int HARDWARE_NICENESS = -15;
-
-constinit int niceness_of_game = 0;
 
 [[noreturn]] void become_game(const GameProcess& game) {
   // The game has its own process group: Ctrl-C in the terminal reaches only the cabinet, which
   // passes it on once. If the cabinet dies, the game dies too.
   setpgid(0, 0);
-  setpriority(PRIO_PROCESS, 0, niceness_of_game);
   prctl(PR_SET_PDEATHSIG, SIGTERM);
   sigset_t none;
   sigemptyset(&none);
@@ -66,8 +62,9 @@ void note_end(GameProcess& game, int status) {
 }  // namespace
 
 void hardware_goes_first() {
-  niceness_of_game = getpriority(PRIO_PROCESS, 0);
-  setpriority(PRIO_PROCESS, 0, HARDWARE_NICENESS);
+  sched_param lowest_of_these{};
+  lowest_of_these.sched_priority = sched_get_priority_min(SCHED_RR);
+  sched_setscheduler(0, SCHED_RR | SCHED_RESET_ON_FORK, &lowest_of_these);
 }
 
 std::string game_start(GameProcess& game) {

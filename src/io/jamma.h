@@ -155,8 +155,10 @@ void JammaShutdown();
 // True while the board has been heard from lately. Any thread.
 bool jamma_link_alive();
 
-// The port that the board was found on, 0 for "COM1"; 16 if there is none. It stays the board's
-// while that is unplugged. Start-up's end and later, any thread.
+inline constexpr std::int32_t NO_PORT = 16;
+
+// The port that the board was found on, 0 for "COM1"; NO_PORT if there is none. It stays the
+// board's while that is unplugged. Start-up's end and later, any thread.
 std::int32_t jamma_port();
 
 // Carries out one command of the table in io/jamma_commands.cpp. Never waits. 0 or a value,

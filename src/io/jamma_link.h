@@ -19,7 +19,6 @@ inline constexpr std::uint32_t TX_RING_SIZE = 1024;
 inline constexpr int LAMP_CHANNELS = 16;
 inline constexpr std::uint32_t LAMP_FULL = 0xFFF;
 inline constexpr std::int32_t TICKETS_ON_BOARD_MAX = 1023;  // the count travels in 10 bits
-inline constexpr std::int32_t NO_PORT = 16;
 
 // Why the reader is unhappy with the port. The low byte makes it purge the port. (Bits 2 and 8 tell
 // of overlapped calls, which this machine's ports don't have.)

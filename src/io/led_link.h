@@ -11,7 +11,8 @@ struct LedLink {
 };
 
 // Searches "COM1" to "COM16" for a port on which anything answers the type command. Ports that are
-// held by others, the I/O board's among them, are passed over.
+// held by others, the I/O board's among them, are passed over, and so is one that speaks without
+// being asked while no I/O board is known, which takes a second.
 void led_link_open(LedLink& link);
 void led_link_close(LedLink& link);
 
