@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <iterator>
-#include <mutex>
 
 #include "io/jamma_link.h"
 #include "platform/clock.h"
@@ -229,7 +228,7 @@ std::int32_t set_tickets_queued(const Call& call) {
 
 std::int32_t clear_tickets(const Call& call) {
   if (!is_side(call.a)) return JAMMA_ERR_BAD_ARGUMENT;
-  const std::lock_guard lock(call.link->ticket_mutex);
+  const MutexLock lock(call.link->ticket_mutex);
   call.link->tickets_queued[call.a] = 0;
   call.link->tickets_owed[call.a] = 0;
   call.link->tickets_in_flight[call.a] = 0;

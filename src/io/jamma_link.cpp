@@ -29,11 +29,11 @@ JammaLink& jamma_reset() {
 
 void jamma_bring_up(JammaLink& link) {
   {
-    const std::lock_guard lock(link.rx_mutex);
+    const MutexLock lock(link.rx_mutex);
     link.rx_capacity = RX_RING_SIZE;
   }
   {
-    const std::lock_guard lock(link.tx_mutex);
+    const MutexLock lock(link.tx_mutex);
     link.tx_capacity = TX_RING_SIZE;
   }
   link.watchdog_byte = WATCHDOG_BYTE;
@@ -102,7 +102,7 @@ bool jamma_tickets_reported() {
 void jamma_tickets_ask(int side) {
   JammaLink* const link = jamma_link;
   if (!link) return;
-  const std::lock_guard lock(link->ticket_mutex);
+  const MutexLock lock(link->ticket_mutex);
   jamma_set_flag(*link, side == 0 ? LEFT_DISPENSING : RIGHT_DISPENSING, true);
   jamma_send_packet(*link, side == 0 ? PACKET_LEFT_TICKETS : PACKET_RIGHT_TICKETS);
 }

@@ -2,7 +2,6 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <mutex>
 
 #include "io/jamma_link.h"
 #include "platform/clock.h"
@@ -59,7 +58,7 @@ void handle_frames(JammaLink& link) {
 // it is known which of those before them were lost.
 void schedule_tickets(JammaLink& link, int side) {
   if (link.tickets_queued[side] <= 0 || link.answers_due > 0) return;
-  const std::lock_guard lock(link.ticket_mutex);
+  const MutexLock lock(link.ticket_mutex);
   std::int32_t queued = link.tickets_queued[side];
   if (queued <= 0) return;
   const std::int32_t room = TICKETS_ON_BOARD_MAX - link.tickets_owed[side];

@@ -203,7 +203,10 @@ TEST_F(Inputs, ARingThatIsFullLosesWholeFramesOnly) {
   feed(tail);
   round();
   EXPECT_EQ(link->frames_ready, 0);
-  EXPECT_EQ(link->rx_used, 0u);
+  {
+    const MutexLock lock(link->rx_mutex);
+    EXPECT_EQ(link->rx_used, 0u);
+  }
   say({"t0009"});
   EXPECT_EQ(jamma_command(JAMMA_GET_TICKETS_OWED, 0), 9);
   EXPECT_EQ(jamma_command(JAMMA_RESET), 0);

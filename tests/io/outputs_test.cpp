@@ -75,7 +75,10 @@ TEST(OutputsAtStart, ATickHalfWayRoundIsNoDeadlineInTheFuture) {
   ASSERT_NE(link.port, nullptr);
   jamma_bring_up(link);
   jamma_pump();
-  EXPECT_GT(link.tx_used, 0u) << "the first status query is waiting";
+  {
+    const MutexLock lock(link.tx_mutex);
+    EXPECT_GT(link.tx_used, 0u) << "the first status query is waiting";
+  }
   JammaShutdown();
   environment.com[0].clear();
   headless_clock_reset();
@@ -389,7 +392,7 @@ TEST_F(Outputs, AFullRingSetsTheErrorAndKeepsWhatItHas) {
   EXPECT_EQ(jamma_link_error, 0);
   EXPECT_EQ(jamma_command(JAMMA_QUERY_CONFIG), JAMMA_ERR_TX_FULL);
   EXPECT_EQ(jamma_link_error, 1);
-  EXPECT_EQ(link->tx_used, 1023u);
+  EXPECT_EQ(tx_used(), 1023u);
   EXPECT_EQ(jamma_command(JAMMA_SEND_NUL), 0);
   jamma_tx_flush(*link);
   std::string bytes;
