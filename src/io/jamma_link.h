@@ -186,7 +186,7 @@ void jamma_clear_rings(JammaLink& link);
 // Copies what arrives from now on into a caller's buffer, until it is full.
 void jamma_capture(JammaLink& link, std::uint8_t* buffer, std::size_t size, bool on);
 
-// jamma_frames.cpp
+// jamma_send.cpp
 
 // Builds the frame of a JammaPacket and queues it. Any thread.
 std::int32_t jamma_send_packet(JammaLink& link, std::uint32_t packet);
