@@ -10,6 +10,7 @@ Shared<std::int32_t> jamma_link_error{0};
 Shared<std::uint32_t> jamma_checksum_failures{0};
 
 BoardBooks board_books{};
+void (*board_after_inputs)() = nullptr;
 
 namespace {
 
@@ -91,4 +92,6 @@ std::int32_t lamp_value(Lamp) {
   return 0;
 }
 void jamma_lamps_init() {}
-void jamma_lamps_tick() {}
+void jamma_lamps_tick() {
+  if (board_after_inputs != nullptr) board_after_inputs();
+}

@@ -15,6 +15,9 @@ struct BoardBooks {
 };
 extern BoardBooks board_books;
 
+// Called in each tick after its inputs, null for nothing: tests press and count there.
+extern void (*board_after_inputs)();
+
 // A board just plugged in: counters and books at 0, no press pending.
 void board_reset();
 

@@ -14,7 +14,6 @@
 #include "io/lamps.h"
 #include "lab/board.h"
 #include "lab/flights.h"
-#include "lab/lab_clock.h"
 #include "platform/headless/clock_control.h"
 #include "platform/random.h"
 #include "playfield/looks.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "lab/lab_clock.h"
+#include "lab/players.h"  // HOP_TICKS
 #include "lab/screen.h"
 #include "playfield/paytable.h"
 

@@ -10,12 +10,12 @@
 #include "playfield/paytable.h"  // PAYTABLE_ROWS
 
 struct SweepPlace {  // one of them
-  PlayerKind player;
+  int player;        // index of player_kinds
   int row;
   bool boost, points;
 };
-constexpr int SWEEP_PLACES = PLAYER_KINDS * PAYTABLE_ROWS * 2 * 2;
 
+int sweep_places();  // how many there are
 SweepPlace sweep_place(int number);
 int sweep_number(const SweepPlace& place);
 

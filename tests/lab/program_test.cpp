@@ -40,7 +40,7 @@ TEST(LabOptions, SettingsByTheirNames) {
   EXPECT_EQ(pref_int(PREF_LOCKOUT_COILS), 1);
   EXPECT_EQ(pref_int(PREF_FIXED_TICKETS_PER_GAME), 7);
   EXPECT_EQ(pref_float(PREF_PAYOUT_PERCENT), 0.25F);
-  EXPECT_EQ(options.plan.player.kind, PLAYER_WATCHER);
+  EXPECT_EQ(options.plan.player.kind, player_find("watcher"));
   EXPECT_EQ(options.plan.player.reaction_ms, 300.0F);
   // 18.75 tickets a frog: row 32 with its jackpot, as the menus would have set it.
   EXPECT_EQ(paytable_row, 32);
@@ -155,8 +155,8 @@ TEST(LabSweep, GoesOnWhereItWasEnded) {
   std::string error;
   std::vector<SweepResult> first;
   ASSERT_TRUE(sweep_play(options, first, error)) << error;
-  ASSERT_EQ(first.size(), static_cast<std::size_t>(SWEEP_PLACES));
-  for (int number = 0; number < SWEEP_PLACES; ++number) {
+  ASSERT_EQ(first.size(), static_cast<std::size_t>(sweep_places()));
+  for (int number = 0; number < sweep_places(); ++number) {
     EXPECT_EQ(sweep_number(sweep_place(number)), number);
     const Results& r = first[static_cast<std::size_t>(number)].results;
     EXPECT_EQ(r.row, sweep_place(number).row);
@@ -165,7 +165,7 @@ TEST(LabSweep, GoesOnWhereItWasEnded) {
   }
 
   std::filesystem::remove(state.file("place-000"));
-  std::filesystem::remove(state.file("place-719"));
+  std::filesystem::remove(state.file("place-" + std::to_string(sweep_places() - 1)));
   std::filesystem::resize_file(state.file("place-300"), 1000);  // the power went
   settings_reset();
   std::vector<SweepResult> second;
