@@ -3,7 +3,6 @@
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <array>
@@ -17,6 +16,7 @@
 #include <thread>
 #include <utility>
 
+#include "cabinet/unix_listener.h"
 #include "platform/mutex.h"
 
 struct SoundPort {
@@ -32,25 +32,6 @@ namespace {
 
 constexpr std::size_t BLOCKS_KEPT = 43;  // half a second
 constexpr std::size_t PACKET_MAX = SOUND_PORT_HEAD + std::size_t{4} * 8192;
-
-std::string failure(const std::string& what) {
-  return what + ": " + std::strerror(errno);
-}
-
-std::string listen_at(SoundPort& port) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  if (port.path.size() >= sizeof address.sun_path) return port.path + ": the path is too long";
-  std::memcpy(address.sun_path, port.path.c_str(), port.path.size());
-  port.ending = eventfd(0, EFD_CLOEXEC);
-  port.listener = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-  if (port.ending < 0 || port.listener < 0) return failure("the sound's socket");
-  if (bind(port.listener, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
-      listen(port.listener, 4) != 0) {
-    return failure(port.path);
-  }
-  return {};
-}
 
 // Null if it is not a packet of sound.
 std::shared_ptr<SoundBlock> read_packet(const char* bytes, std::size_t size) {
@@ -120,7 +101,9 @@ void run(SoundPort& port) {
 SoundPort* sound_port_open(const std::string& path, std::string& error) {
   auto* port = new SoundPort;
   port->path = path;
-  error = listen_at(*port);
+  port->ending = eventfd(0, EFD_CLOEXEC);
+  error = port->ending < 0 ? std::string("eventfd: ") + std::strerror(errno)
+                           : unix_listen(path, SOCK_SEQPACKET, port->listener);
   if (error.empty()) {
     port->thread = std::thread([port] { run(*port); });
     return port;

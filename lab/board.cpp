@@ -26,7 +26,7 @@ constexpr JammaCounter counter_of(JammaPress press) {
       return COUNTER_C1;
     case PRESS_C2:
       return COUNTER_C2;
-    default:  // nobody in the lab has a hand on the others
+    default:  // the lab uses no others
       return COUNTER_SRV;
   }
 }
@@ -72,6 +72,7 @@ std::int32_t JammaInit() {
 }
 void jamma_search_start() {}
 void JammaShutdown() {}
+void jamma_search_start() {}
 bool jamma_link_alive() {
   return false;
 }
@@ -86,7 +87,7 @@ std::int32_t jamma_port() {
   return NO_PORT;
 }
 
-// No lamp hangs on it.
+// It has no lamps.
 void lamp_set(Lamp, std::int32_t, std::int32_t, std::int32_t, std::int32_t, std::int32_t) {}
 std::int32_t lamp_value(Lamp) {
   return 0;

@@ -1,5 +1,5 @@
-// The I/O board's place at the door io/jamma.h. Players step its counters as fingers and coins do;
-// its dispensers never run out and hand a ticket over at once.
+// The lab's I/O board, which implements io/jamma.h. Players step its counters as fingers and coins
+// do. Its dispensers never run out and pay each ticket at once.
 #pragma once
 
 #include <cstdint>
@@ -7,7 +7,7 @@
 #include "frame/sides.h"
 #include "io/jamma.h"
 
-// What the board was told since `board_reset`.
+// The orders since `board_reset`.
 struct BoardBooks {
   std::int64_t tickets[SIDE_COUNT];
   std::int64_t ticket_pulses[SIDE_COUNT];

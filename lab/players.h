@@ -1,5 +1,5 @@
-// Who plays. A player sees what a screen shows and has two fingers: one for Start, one for coins.
-// Its random numbers are its own and never change the game's.
+// Who plays. A player sees what a screen shows and has two fingers, one for Start and one for
+// coins. Its random numbers are its own and never change the game's.
 #pragma once
 
 #include <cstdint>

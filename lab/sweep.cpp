@@ -17,7 +17,7 @@
 
 namespace {
 
-// --- the settings behind all places -----------------------------------------------------------
+// --- the settings that all places share --------------------------------------------------------
 
 struct Values {
   std::int32_t whole[PREF_COUNT];
@@ -94,7 +94,7 @@ bool place_read(const std::string& folder, std::uint64_t plan, int number, Sums&
   stream.read(reinterpret_cast<char*>(&sums), sizeof sums);
   if (!stream || std::memcmp(head.magic, MAGIC, sizeof MAGIC) != 0 ||
       head.size != static_cast<std::int64_t>(sizeof sums)) {
-    return false;  // half written, or of another make: to be played again
+    return false;  // incomplete, or of another version: play it again
   }
   if (head.plan != plan || head.number != number) {
     error = folder + ": holds a sweep with other settings, frogs or seed; name another --state";
@@ -189,7 +189,7 @@ bool sweep_play(const LabOptions& options, std::vector<SweepResult>& all, std::s
   Sweep sweep{options, values_now(), 0, {}, {}};
   sweep.plan = plan_number(options, sweep.behind);
   sweep.done.resize(sweep_places());
-  error = place_set(sweep.behind, sweep_place(0));  // a row that can't be reached shows at once
+  error = place_set(sweep.behind, sweep_place(0));  // finds a row that can't be reached before play
   if (!error.empty()) return false;
   const bool good = state_read(sweep) && missing_play(sweep);
   for (int number = 0; number < sweep_places() && good; ++number) {

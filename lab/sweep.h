@@ -25,7 +25,7 @@ struct SweepResult {
 };
 
 // Plays what the state folder doesn't hold yet and returns all places in order. The settings in
-// memory stand behind all of them, apart from those that a place sets itself. False with a line in
+// memory apply to all of them, apart from those that a place sets itself. False with a line in
 // `error` if it failed.
 bool sweep_play(const LabOptions& options, std::vector<SweepResult>& all, std::string& error);
 

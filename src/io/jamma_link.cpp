@@ -38,7 +38,7 @@ void jamma_bring_up(JammaLink& link) {
   }
   link.watchdog_byte = WATCHDOG_BYTE;
   link.input_table = 1;
-  // The tick's origin is unknown, so a deadline of 0 could lie weeks ahead.
+  // The tick's origin is unknown, so a deadline of 0 could be weeks ahead.
   const std::uint32_t now = clock_system_tick_ms();
   link.step_deadline = link.status_deadline = link.tx_next_time = now;
   jamma_link = &link;

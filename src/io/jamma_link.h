@@ -58,7 +58,7 @@ inline constexpr std::uint32_t PACKET_BIT_ON =
 // A `Shared` word has one writer. Words that several threads change are atomic, or guarded by a
 // mutex. A plain word belongs to the thread that its comment names.
 struct JammaLink {
-  // The line: its port, its threads, whether anybody answers.
+  // The line: its port, its threads, whether the board answers.
   SerialPort* port = nullptr;
   Shared<std::int32_t> which_port{NO_PORT};
   std::shared_ptr<Thread> reader_thread, pump_thread, search_thread;
@@ -106,7 +106,7 @@ struct JammaLink {
   std::atomic<bool> start_unanswered[2]{};
   Shared<bool> tickets_reported{};  // the board has reported that it owes some; pump
 
-  // Received frames, and a copy of the bytes for whoever captures them.
+  // Received frames, and a captured copy of the bytes.
   Mutex rx_mutex;
   std::uint8_t rx_data[RX_RING_SIZE] GUARDED_BY(rx_mutex) = {};
   std::uint32_t rx_capacity GUARDED_BY(rx_mutex) = 0;
@@ -192,7 +192,7 @@ void jamma_capture(JammaLink& link, std::uint8_t* buffer, std::size_t size, bool
 std::int32_t jamma_send_packet(JammaLink& link, std::uint32_t packet);
 // Queues the P frame of a channel.
 std::int32_t jamma_send_lamp(JammaLink& link, std::uint32_t channel, std::uint32_t value);
-// Queues the H frame with the bits as they stand.
+// Queues the H frame with the present bits.
 std::int32_t jamma_send_h(JammaLink& link);
 // The first data byte of the C frame, as the flags require.
 std::uint8_t jamma_config_byte(const JammaLink& link);

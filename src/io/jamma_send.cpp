@@ -82,7 +82,7 @@ std::int32_t send_tickets(JammaLink& link, int side) {
   const std::int32_t result = send(link, 'T',
                                    {byte_of(ticket_byte(side, owed) | T_ABSOLUTE | mode),
                                     byte_of(static_cast<std::uint32_t>(owed))});
-  // A frame that found no room starts nothing; the next one carries the whole sum again.
+  // A frame without room in the ring starts nothing; the next one has the whole sum again.
   if (result == 0) jamma_set_flag(link, side_flags.dispensing, true);
   link.start_unanswered[side] = true;
   return result;

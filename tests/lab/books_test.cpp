@@ -41,7 +41,7 @@ bool equal(const Sums& one, const Sums& other) {
   return std::memcmp(&one, &other, sizeof one) == 0;
 }
 
-TEST_F(LabBooks, AgreeToTheTicketUnderAnySettings) {
+TEST_F(LabBooks, AgreeUnderAllSettings) {
   const char* const cases[][3] = {{"Minimum Tickets=7", "", ""},
                                   {"Two Point Tickets=On", "Bonus Value=125", "Boost Bonus=On"},
                                   {"Maximum Tickets=10", "", ""},
@@ -63,7 +63,7 @@ TEST_F(LabBooks, AgreeToTheTicketUnderAnySettings) {
   }
 }
 
-TEST_F(LabBooks, OneTicketAstrayIsFound) {
+TEST_F(LabBooks, DisagreeWhenOneTicketIsMissing) {
   const auto good = play(100);
   ASSERT_EQ(audit_check(*good), "");
   auto bad = std::make_unique<Sums>(*good);
@@ -77,7 +77,7 @@ TEST_F(LabBooks, OneTicketAstrayIsFound) {
   EXPECT_NE(audit_check(*bad), "");
 }
 
-TEST_F(LabBooks, EqualSeedsGiveEqualBooksOnAnyNumberOfProcesses) {
+TEST_F(LabBooks, AreEqualForEqualSeedsOnAnyNumberOfProcesses) {
   for (const char* kind : {"random", "watcher", "expert"}) {
     SCOPED_TRACE(kind);
     const std::int64_t frogs = player_kinds[player_find(kind)].remembers ? 60 : 600;
@@ -89,7 +89,7 @@ TEST_F(LabBooks, EqualSeedsGiveEqualBooksOnAnyNumberOfProcesses) {
   }
 }
 
-TEST_F(LabBooks, AMergeOfBootsIsTheRun) {
+TEST_F(LabBooks, AreSumOfTheirBoots) {
   RunPlan plan{100, 9, {}};
   const auto whole = std::make_unique<Sums>();
   ASSERT_TRUE(run_play(plan, 1, *whole, {}));
@@ -103,7 +103,7 @@ TEST_F(LabBooks, AMergeOfBootsIsTheRun) {
 }
 
 // Everything that the lab leaves out, looks and the placing of what nobody eats, is put back in.
-TEST_F(LabBooks, ACabinetThatIsDrawnKeepsTheSameBooks) {
+TEST_F(LabBooks, AreEqualInCabinetThatIsDrawn) {
   for (const char* points : {"Two Point Tickets=Off", "Two Point Tickets=On"}) {
     set(points);
     const BootPlan plan{boot_seed(5, 0), 300, {}};

@@ -51,7 +51,7 @@ class LabPlayers : public testing::Test {
   }
 };
 
-TEST_F(LabPlayers, WaitAsLongAsTheyAreSaidTo) {
+TEST_F(LabPlayers, WaitAsLongAsTheirSettings) {
   EXPECT_LT(mean_wait_s(settings("eager")), 0.1);
   EXPECT_NEAR(mean_wait_s(settings("random")), 1.0, 0.15);
   PlayerSettings slow = settings("random");
@@ -63,7 +63,7 @@ TEST_F(LabPlayers, WaitAsLongAsTheyAreSaidTo) {
 }
 
 // The log that the left frog will come down on is in view at the press, the right one's isn't.
-TEST_F(LabPlayers, WatchersGainOnTheLeftAlone) {
+TEST_F(LabPlayers, WatcherGainsOnlyOnTheLeft) {
   const Sums random = play(settings("random"));
   const Sums watcher = play(settings("watcher"));
   EXPECT_NEAR(part_past_first_log(random, SIDE_LEFT), 0.65, 0.05);  // 26 of 40 cells
@@ -74,7 +74,7 @@ TEST_F(LabPlayers, WatchersGainOnTheLeftAlone) {
   EXPECT_LT(part_past_first_log(play(clumsy), SIDE_LEFT), part_past_first_log(watcher, SIDE_LEFT));
 }
 
-TEST_F(LabPlayers, ExpertsCrossMoreOften) {
+TEST_F(LabPlayers, ExpertCrossesMoreOften) {
   const std::int64_t eager = sums_jackpots(play(settings("eager")));
   EXPECT_GT(sums_jackpots(play(settings("expert"))), 5 * std::max(eager, std::int64_t{1}));
 }
@@ -100,7 +100,7 @@ std::int64_t sure_moment(std::int64_t most_ticks) {
 }
 
 // The river's first speeds hold for 15 seconds. What the expert reckons is what comes, to the tick.
-TEST_F(LabPlayers, ASureCrossingIsOne) {
+TEST_F(LabPlayers, ExpertCrossesWhenItIsSure) {
   ASSERT_EQ(settings_set("Bonus Value=600"), "");
   int found = 0;
   for (std::uint64_t seed = 1; seed < 1000 && found < 10; ++seed) {
@@ -120,7 +120,7 @@ TEST_F(LabPlayers, ASureCrossingIsOne) {
 }
 
 // What it passes over in its search is never better than what it finds.
-TEST_F(LabPlayers, TheExpertFindsWhatALookAtEachMomentFinds) {
+TEST_F(LabPlayers, ExpertFindsBestOfAllMoments) {
   constexpr std::int64_t MOST_TICKS = 600;
   for (std::uint64_t seed = 1; seed <= 20; ++seed) {
     boot_begin({seed, 1, settings("eager")});
@@ -147,7 +147,7 @@ TEST_F(LabPlayers, TheExpertFindsWhatALookAtEachMomentFinds) {
   }
 }
 
-TEST_F(LabPlayers, ScreensShowWhatIsOnThem) {
+TEST_F(LabPlayers, SeeOnlyWhatIsOnTheScreen) {
   boot_begin({3, 1, settings("eager")});
   LaneCell cell = CELL_BUG;
   EXPECT_FALSE(screen_shows(5, -1.0F, cell));
@@ -169,7 +169,7 @@ TEST_F(LabPlayers, ScreensShowWhatIsOnThem) {
   EXPECT_TRUE(screen_shows(11, 340.0F, cell) && cell == CELL_EMPTY);
 }
 
-TEST_F(LabPlayers, MarginsRunToTheEdgeOfTheWater) {
+TEST_F(LabPlayers, SeeMarginsToTheEdgeOfTheWater) {
   boot_begin({3, 1, settings("eager")});
   for (Lane& lane : lanes) lane.scroll = 0.0F;
   screen_reset();  // cells 1 to 3 of lane 4, "030", have been seen whole, and no others

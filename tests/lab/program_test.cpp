@@ -29,7 +29,7 @@ std::string read_options(std::vector<std::string> words, LabOptions& options) {
   return options_read(static_cast<int>(argv.size()), argv.data(), options);
 }
 
-TEST(LabOptions, SettingsByTheirNames) {
+TEST(LabOptions, SetSettingsByName) {
   LabOptions options;
   ASSERT_EQ(read_options({"run", "--set", "Coins To Play=3", "--set", "coin lockout=on", "--set",
                           "Fixed Tickets Per Frog=7", "--set", "Payout Percent=25%", "--player",
@@ -47,7 +47,7 @@ TEST(LabOptions, SettingsByTheirNames) {
   EXPECT_EQ(pref_int(PREF_BONUS_VALUE), 450);
 }
 
-TEST(LabOptions, AnyRowCanBeAskedFor) {
+TEST(LabOptions, ReachEveryPaytableRow) {
   for (int row = 0; row < PAYTABLE_ROWS; ++row) {
     settings_reset();
     ASSERT_EQ(settings_set("Frogs Per Game=3"), "");
@@ -57,7 +57,7 @@ TEST(LabOptions, AnyRowCanBeAskedFor) {
   }
 }
 
-TEST(LabOptions, WrongOnesSayWhatToDo) {
+TEST(LabOptions, ExplainWhatIsWrong) {
   const std::pair<std::vector<std::string>, const char*> cases[] = {
       {{"jump"}, "\"jump\" is no command; there are run, sweep and help"},
       {{"run", "--frogs", "0"}, "--frogs can't be \"0\""},
@@ -82,7 +82,7 @@ TEST(LabOptions, WrongOnesSayWhatToDo) {
   }
 }
 
-TEST(LabOptions, ACabinetsDriveIsReadAndLeftAsItIs) {
+TEST(LabOptions, ReadCabinetDriveWithoutChangingIt) {
   const TempFolder drive;
   files_use_roots(drive.path(), {});
   prefs_reset();
@@ -109,7 +109,7 @@ TEST(LabOptions, ACabinetsDriveIsReadAndLeftAsItIs) {
   EXPECT_FALSE(drive.has("audits")) << "a run stores nothing";
 }
 
-TEST(LabPaths, WhatMayNotBeReadOrWrittenIsSaidBeforeThePlay) {
+TEST(LabPaths, ReportUnusablePathsBeforePlay) {
   const TempFolder folder;
   folder.write("secret", "030P");
   std::filesystem::create_directory(folder.file("shut"));
@@ -135,7 +135,7 @@ void expect_stands_alone(const std::string& page) {
   EXPECT_EQ(page.find("nan"), std::string::npos);
 }
 
-TEST(LabPages, NeedNothingElse) {
+TEST(LabPages, NeedNoOtherFiles) {
   settings_reset();
   const auto sums = std::make_unique<Sums>();
   const RunPlan plan{200, 1, {}};
@@ -144,7 +144,7 @@ TEST(LabPages, NeedNothingElse) {
 }
 
 // One frog a side in each of the places: ended and begun again, it comes to the same.
-TEST(LabSweep, GoesOnWhereItWasEnded) {
+TEST(LabSweep, ContinuesAfterItWasInterrupted) {
   settings_reset();
   const TempFolder state;
   LabOptions options;

@@ -103,7 +103,7 @@ void switch_on() {
   for (auto& cell : lane_cells[1]) cell = CELL_EMPTY;
 }
 
-TEST(LabThread, PlaysARecordedListAsTheGameThreadDid) {
+TEST(LabThread, PlaysRecordingLikeTheGameThread) {
   settings_reset();
   const auto recorded = std::make_unique<Reel>();
   switch_on();
@@ -137,7 +137,7 @@ TEST(LabThread, PlaysARecordedListAsTheGameThreadDid) {
   EXPECT_EQ(recorded->draw_at_end, played->draw_at_end) << "chance has gone the same way";
 }
 
-TEST(GameShutdown, AThreadThatDoesNotEndKeepsWhatItMayTouch) {
+TEST(GameShutdown, FreesAndStoresNothingWhileThreadRuns) {
   const TempFolder drive;
   files_use_roots(drive.path(), drive.path());
   settings_reset();

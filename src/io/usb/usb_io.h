@@ -62,7 +62,7 @@ class CUsbIo {
   std::unique_ptr<std::string> interface_detail;  // the device's path
 };
 
-// One transfer: what is asked, what came of it, and where its bytes are.
+// One transfer: the request, its result, and its bytes.
 struct UsbTransferBuffer {
   std::uint32_t bytes_to_transfer, bytes_transferred;
   std::uint32_t status;  // USB_PENDING while it is under way, 0 when done, else the failure
