@@ -1,7 +1,6 @@
 #include "cabinet/keys.h"
 
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -12,6 +11,7 @@
 
 #include "cabinet/cabinet.h"
 #include "cabinet/commands.h"
+#include "cabinet/unix_listener.h"
 
 namespace {
 
@@ -79,16 +79,7 @@ std::string keys_open(Keys& keys) {
   if (mkdtemp(folder.data()) == nullptr) return folder + ": " + std::strerror(errno);
   keys.folder = folder;
   keys.path = folder + "/keys";
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  std::memcpy(address.sun_path, keys.path.c_str(), keys.path.size() + 1);
-  keys.listener = socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-  if (keys.listener < 0 ||
-      bind(keys.listener, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
-      listen(keys.listener, 4) != 0) {
-    return keys.path + ": " + std::strerror(errno);
-  }
-  return {};
+  return unix_listen(keys.path, SOCK_STREAM, keys.listener);
 }
 
 void keys_close(Keys& keys) {

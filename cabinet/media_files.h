@@ -29,6 +29,8 @@ class MediaFile {
   void put(const std::string& text) { out_ << text; }
   void put_at(std::int64_t place, std::uint32_t number);  // 4 bytes; then back to the end
 
+  void put_sound_format();
+
   std::ofstream out_;
 };
 

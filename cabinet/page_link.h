@@ -7,9 +7,10 @@
 #include <cstdint>
 #include <future>
 #include <map>
-#include <mutex>
 #include <string>
 #include <vector>
+
+#include "platform/mutex.h"
 
 struct PageReply {
   std::string error;  // empty on success
@@ -32,14 +33,15 @@ struct PageLink {
   int wake = -1;                  // readable when a request waits
   std::atomic<int> game_pid{-1};  // -1: no game is running
 
-  std::mutex mutex;
-  std::condition_variable changed;  // the state, or `closing`
-  std::vector<PageRequest> requests;
-  std::map<std::string, int> pages;  // number of open streams of each page
-  std::string state;                 // JSON
-  long state_number = 0;             // 0: none yet
-  std::string picture_trouble;       // why there is no picture; empty if there is one
-  bool closing = false;
+  Mutex mutex;
+  std::condition_variable_any changed;  // the state, or `closing`
+  std::vector<PageRequest> requests GUARDED_BY(mutex);
+  std::map<std::string, int> pages GUARDED_BY(mutex);  // number of open streams of each page
+  std::string state GUARDED_BY(mutex);                 // JSON
+  long state_number GUARDED_BY(mutex) = 0;             // 0: none yet
+  // Why there is no picture; empty if there is one.
+  std::string picture_trouble GUARDED_BY(mutex);
+  bool closing GUARDED_BY(mutex) = false;
 };
 
 // Makes the file descriptor. Returns an error text, empty on success.

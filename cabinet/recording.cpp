@@ -8,12 +8,12 @@
 #include <cstring>
 #include <fstream>
 #include <memory>
-#include <mutex>
 #include <thread>
 #include <utility>
 #include <vector>
 
 #include "cabinet/media_files.h"
+#include "platform/mutex.h"
 
 namespace {
 
@@ -36,8 +36,8 @@ struct Recording {
   std::atomic<bool> ending{false};
   std::thread writer, looker;
 
-  std::mutex mutex;
-  std::shared_ptr<const PageFrame> newest;  // the picture thread's last frame
+  Mutex mutex;
+  std::shared_ptr<const PageFrame> newest GUARDED_BY(mutex);  // the picture thread's last frame
 
   // The writer's own:
   std::unique_ptr<MediaFile> file;
@@ -56,13 +56,13 @@ void look(Recording& recording) {
     const auto frame = page_picture_next(*recording.picture, number, WAIT_MS);
     if (!frame) continue;
     number = frame->number;
-    const std::lock_guard lock(recording.mutex);
+    const MutexLock lock(recording.mutex);
     recording.newest = frame;
   }
 }
 
 std::shared_ptr<const PageFrame> newest(Recording& recording) {
-  const std::lock_guard lock(recording.mutex);
+  const MutexLock lock(recording.mutex);
   return recording.newest;
 }
 

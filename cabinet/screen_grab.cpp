@@ -8,7 +8,8 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
+
+#include "platform/owned_reply.h"
 
 struct ScreenGrab {
   xcb_connection_t* connection = nullptr;
@@ -21,14 +22,6 @@ struct ScreenGrab {
 };
 
 namespace {
-
-struct Free {
-  void operator()(void* memory) const { std::free(memory); }
-};
-template <typename T>
-std::unique_ptr<T, Free> owned(T* reply) {
-  return std::unique_ptr<T, Free>(reply);
-}
 
 constexpr int BYTES_PER_PIXEL = 4;
 constexpr const char* NO_DISPLAY =

@@ -1,13 +1,13 @@
 #include "cabinet/usb_port.h"
 
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <utility>
+
+#include "cabinet/unix_listener.h"
 
 namespace {
 
@@ -103,20 +103,6 @@ void give(UsbPort& port, UsbFile& file) {
   file.reading = 0;
 }
 
-std::string listen_at(UsbPort& port) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  if (port.path.size() >= sizeof address.sun_path) return port.path + " is too long a name";
-  std::memcpy(address.sun_path, port.path.c_str(), port.path.size());
-  port.listener = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-  if (port.listener < 0 ||
-      bind(port.listener, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
-      listen(port.listener, 8) != 0) {
-    return port.path + ": " + std::strerror(errno);
-  }
-  return {};
-}
-
 void leave(UsbPort& port) {
   for (const UsbFile& file : port.files) close(file.socket);
   port.files.clear();
@@ -130,7 +116,7 @@ void leave(UsbPort& port) {
 
 std::string usb_port_open(UsbPort& port, const std::string& folder) {
   port.path = folder + "/usb";
-  return listen_at(port);
+  return unix_listen(port.path, SOCK_SEQPACKET, port.listener);
 }
 
 void usb_port_close(UsbPort& port) {
@@ -142,7 +128,7 @@ std::string usb_port_plug(UsbPort& port, bool plugged) {
   if (port.path.empty()) return "this cabinet was started without USB";
   if (plugged == port.device.plugged) return {};
   usb_watchdog_plug(port.device, plugged);
-  if (plugged) return listen_at(port);
+  if (plugged) return unix_listen(port.path, SOCK_SEQPACKET, port.listener);
   leave(port);
   return {};
 }

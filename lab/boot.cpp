@@ -14,7 +14,6 @@
 #include "io/lamps.h"
 #include "lab/board.h"
 #include "lab/flights.h"
-#include "lab/lab_clock.h"
 #include "platform/headless/clock_control.h"
 #include "platform/random.h"
 #include "playfield/looks.h"
@@ -32,7 +31,7 @@ constexpr std::int32_t CELL_PX = 256;  // of the frog's and the butterfly's pict
 constinit std::int32_t frogs_left[SIDE_COUNT]{};
 constinit std::int32_t games_seen[SIDE_COUNT]{};
 
-// What the rules know of pictures is the size of their cells.
+// The rules need the size of the pictures' cells.
 void sheets_set_up() {
   sheet_table_fill();
   for (const SpriteSheet& sheet : sheets) {
@@ -61,7 +60,7 @@ void modules_reset() {
   flights_reset();
 }
 
-// Of all that the drawing places, the rules ask for eaten bugs alone: whether they are out of view.
+// The rules read only one result of the drawing: whether eaten bugs are out of view.
 void eaten_bugs_place() {
   for (int lane = LANE_MEADOW_FAR; lane <= LANE_MEADOW_NEAR; ++lane) {
     gfx_slots_place(&lanes[lane], lanes[lane].eaten);

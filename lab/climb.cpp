@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "lab/lab_clock.h"
+#include "lab/players.h"  // HOP_TICKS
 #include "lab/screen.h"
 #include "playfield/paytable.h"
 
@@ -13,7 +13,7 @@ constexpr int LANE_TICKS = 2 * HOP_TICKS;  // a rest and the hop away from it
 
 constexpr std::int32_t MOST_BUGS = 12;  // that a frog can meet
 
-// How far a lane may be off its present course by the time that the frog gets there.
+// How far a lane may be from its predicted place when the frog gets there.
 constexpr float DOUBT_PX = 40.0F;
 
 // More than the rounding of 32-bit floats moves a place, and part of a sum of tickets.
@@ -35,7 +35,7 @@ bool known(const LaneCourse& lane, std::int64_t in_ticks) {
   return lane.from <= in_ticks && in_ticks < lane.until;
 }
 
-// Nothing changes for a press from this moment on until the lane has moved so many pixels.
+// The result stays the same for later presses until the lane has moved so many pixels.
 void holds(LaneCourse& lane, std::int64_t in_ticks, float px) {
   const float ticks = (px - ROUNDING_PX) / std::fabs(lane.speed);
   lane.from = in_ticks;
@@ -85,8 +85,8 @@ std::int32_t capped(const Climb& climb, std::int32_t tickets) {
   return std::min(tickets, climb.maximum);
 }
 
-// Tickets on the average of a frog that comes to the river with this purse. More in the purse never
-// makes it less, not even by rounding.
+// Average tickets of a frog that reaches the river with this purse. It never falls as the purse
+// grows, not even by rounding.
 float river_worth(const Climb& climb, std::int32_t purse) {
   float worth = 0.0F;
   float alive = 1.0F;
@@ -128,7 +128,7 @@ Climb climb_of(int side) {
 }
 
 ClimbWorth climb_worth(Climb& climb, std::int64_t in_ticks, float best) {
-  // The lanes that it must stand on to bring more, the far ones first, for they are the emptiest.
+  // The lanes that it must stand on to get more, the far ones first: they are the emptiest.
   for (int lane = LANE_RIVER_FAR; lane <= LANE_RIVER_NEAR; ++lane) {
     if (best < climb.short_of[lane]) continue;
     const LaneCourse& course = river_lane(climb, lane, in_ticks);
@@ -141,7 +141,7 @@ ClimbWorth climb_worth(Climb& climb, std::int64_t in_ticks, float best) {
     if (course.stands <= 0.0F) break;
   }
   const std::int32_t most = MOST_BUGS * climb.bug;
-  // Nothing but bugs, and a better moment is known.
+  // It would get only bugs, and a better moment is known.
   if (climb.lanes[LANE_RIVER_NEAR].stands <= 0.0F && best > static_cast<float>(most)) {
     return {0.0F, until};
   }

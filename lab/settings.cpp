@@ -113,7 +113,7 @@ std::string settings_load(const std::string& path) {
   files_use_roots(root.string(), {});
   const std::string name = R"(d:\)" + (folder ? std::string("prefs") : given.filename().string());
   const bool good = take_file(name.c_str()) || (folder && take_file(R"(d:\prefbak)"));
-  files_use_roots({}, {});  // the lab has no drive: nothing of a run is stored
+  files_use_roots({}, {});  // the lab has no drive: a run stores nothing
   if (good) return {};
   return path +
          (folder ? ": holds no file of settings that can be read, neither \"prefs\" nor \"prefbak\""

@@ -29,16 +29,16 @@ JammaLink& jamma_reset() {
 
 void jamma_bring_up(JammaLink& link) {
   {
-    const std::lock_guard lock(link.rx_mutex);
+    const MutexLock lock(link.rx_mutex);
     link.rx_capacity = RX_RING_SIZE;
   }
   {
-    const std::lock_guard lock(link.tx_mutex);
+    const MutexLock lock(link.tx_mutex);
     link.tx_capacity = TX_RING_SIZE;
   }
   link.watchdog_byte = WATCHDOG_BYTE;
   link.input_table = 1;
-  // The tick's origin is unknown, so a deadline of 0 could lie weeks ahead.
+  // The tick's origin is unknown, so a deadline of 0 could be weeks ahead.
   const std::uint32_t now = clock_system_tick_ms();
   link.step_deadline = link.status_deadline = link.tx_next_time = now;
   jamma_link = &link;
@@ -102,7 +102,7 @@ bool jamma_tickets_reported() {
 void jamma_tickets_ask(int side) {
   JammaLink* const link = jamma_link;
   if (!link) return;
-  const std::lock_guard lock(link->ticket_mutex);
+  const MutexLock lock(link->ticket_mutex);
   jamma_set_flag(*link, side == 0 ? LEFT_DISPENSING : RIGHT_DISPENSING, true);
   jamma_send_packet(*link, side == 0 ? PACKET_LEFT_TICKETS : PACKET_RIGHT_TICKETS);
 }

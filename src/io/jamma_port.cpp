@@ -18,8 +18,8 @@ constexpr const char* PORT_NAMES[NO_PORT] = {
     "COM9", "COM10", "COM11", "COM12", "COM13", "COM14", "COM15", "COM16",
 };
 
-// Which mode of checksums the board is in is not known yet: one that expects them gets them, and
-// one that doesn't takes no notice of two digits between frames.
+// The board's checksum mode is not known yet. A board that expects checksums gets them; another one
+// ignores two digits between frames.
 constexpr char RESET_CONFIG[] = "\nC0001\r1B";
 constexpr char CHECKSUMS_OFF[] = "\nU00\rCC";
 constexpr char ASK_VERSION[] = "\nv\r8D";

@@ -1,4 +1,4 @@
-// The two threads of the link: the reader cuts bytes into frames, the pump lives the protocol.
+// The two threads of the link: the reader cuts bytes into frames, the pump runs the protocol.
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -9,12 +9,12 @@
 namespace {
 
 constexpr int ROUND_MS = 1;
-constexpr int READ_WAIT_MS = 250;  // comes round on a silent line to look at the board's health
+constexpr int READ_WAIT_MS = 250;  // on a silent line, the time between two checks of the board
 constexpr std::uint32_t SILENT_QUERY_MS = 300;
 constexpr int JOIN_BOUND_MS = 2000;
 constexpr int SEARCH_EVERY_MS = 5000, SEARCH_LOOK_MS = 50;
 
-// Frames what arrives within the time. Returns after the first bytes.
+// Receives for at most `wait_ms`. Returns after the first bytes.
 void receive(JammaLink& link, int wait_ms) {
   clock_sleep_ms(ROUND_MS);
   if (link.comm_errors & COMM_PURGE_MASK) {
@@ -30,7 +30,7 @@ void receive(JammaLink& link, int wait_ms) {
   if (count > 0) jamma_receive_bytes(link, bytes, static_cast<std::size_t>(count));
 }
 
-// The board is silent: show it, ask, and listen until it is time to ask again.
+// While the board is silent: sets the error, sends a query, and receives until the next one is due.
 void silent_round(const Thread& self, JammaLink& link) {
   jamma_link_error = 1;
   jamma_command(JAMMA_QUERY_CONFIG);

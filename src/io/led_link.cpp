@@ -35,7 +35,7 @@ unsigned last_error() {
   return static_cast<unsigned>(errno);
 }
 
-// While a pulled I/O board's port is closed, nobody else may find it free.
+// The I/O board's port is left alone, also while a pulled board's port is closed.
 SerialPort* open_port(int n, const char* name, int* error) {
   *error = EBUSY;
   return n - 1 == jamma_port() ? nullptr : serial_open(name, error);

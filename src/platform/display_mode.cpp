@@ -14,16 +14,9 @@
 
 #include "platform/display.h"
 #include "platform/display_sdl.h"
+#include "platform/owned_reply.h"
 
 namespace {
-
-struct Free {
-  void operator()(void* memory) const { std::free(memory); }
-};
-template <typename T>
-std::unique_ptr<T, Free> owned(T* reply) {
-  return std::unique_ptr<T, Free>(reply);
-}
 
 struct Disconnect {
   void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }

@@ -18,12 +18,12 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <system_error>
 #include <thread>
 
 #include "platform/environment.h"
+#include "platform/mutex.h"
 
 using Steady = std::chrono::steady_clock;
 
@@ -35,8 +35,8 @@ struct SerialPort {
   std::atomic<int> baud{0};  // 0 until configured
   std::atomic<SerialLines> lines{SERIAL_LINES_ON};
   std::atomic<bool> lost{false};
-  std::mutex repair_mutex;
-  Steady::time_point next_repair;  // under repair_mutex
+  Mutex repair_mutex;
+  Steady::time_point next_repair GUARDED_BY(repair_mutex);
 };
 
 namespace {
@@ -122,29 +122,34 @@ bool device_configure(int fd, int baud, SerialLines lines) {
   return true;
 }
 
+// Opens a lost port's device again, if it is time to try.
+void repair(SerialPort& port) REQUIRES(port.repair_mutex) {
+  const auto now = Steady::now();
+  if (!port.lost || now < port.next_repair) return;
+  port.next_repair = now + REPAIR_EVERY;
+
+  device_release(port.fd);
+  if (!leads_back(port)) return;
+  const int fresh = device_open(port.path);
+  if (fresh < 0) return;
+  const int baud = port.baud;
+  const bool good = device_kind(fresh) == port.kind &&
+                    (baud == 0 || device_configure(fresh, baud, port.lines)) &&
+                    dup3(fresh, port.fd, O_CLOEXEC) == port.fd;
+  if (!good) device_release(fresh);
+  close(fresh);
+  port.lost = !good;
+}
+
 // True if the port can be used. If its device has gone, looks for one of the same kind by its path,
 // a few times a second, so that an adapter works again after it is pulled and plugged in.
 bool usable(SerialPort* port) {
   if (!port->lost) return true;
-  const std::unique_lock lock(port->repair_mutex, std::try_to_lock);
-  if (!lock) return false;
-  if (!port->lost) return true;
-  const auto now = Steady::now();
-  if (now < port->next_repair) return false;
-  port->next_repair = now + REPAIR_EVERY;
-
-  device_release(port->fd);
-  if (!leads_back(*port)) return false;
-  const int fresh = device_open(port->path);
-  if (fresh < 0) return false;
-  const int baud = port->baud;
-  const bool good = device_kind(fresh) == port->kind &&
-                    (baud == 0 || device_configure(fresh, baud, port->lines)) &&
-                    dup3(fresh, port->fd, O_CLOEXEC) == port->fd;
-  if (!good) device_release(fresh);
-  close(fresh);
-  port->lost = !good;
-  return good;
+  if (!port->repair_mutex.try_lock()) return false;  // another thread is at it
+  repair(*port);
+  const bool repaired = !port->lost;
+  port->repair_mutex.unlock();
+  return repaired;
 }
 
 // Slows down a caller that loops on a lost port.

@@ -6,9 +6,9 @@
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
-#include <mutex>
 
 #include "platform/clock.h"
+#include "platform/mutex.h"
 
 namespace {
 
@@ -20,19 +20,19 @@ struct Line {
 };
 
 struct Complaints {
-  std::mutex mutex;  // for everything except the flags; taken under the sound lock, never the other
-                     // way round
-  std::array<Line, LINES_KEPT> lines;
-  int count;  // number of lines kept
-  std::int64_t second;
-  int in_second, dropped;  // in the present second
+  Mutex mutex;  // taken under the sound lock, and never the other way
+  std::array<Line, LINES_KEPT> lines GUARDED_BY(mutex);
+  int count GUARDED_BY(mutex);  // number of lines kept
+  std::int64_t second GUARDED_BY(mutex);
+  int in_second GUARDED_BY(mutex), dropped GUARDED_BY(mutex);  // in the present second
   std::atomic<bool> waiting;
   std::atomic<bool> has_thread;
 };
 
 constinit Complaints state{};
 
-[[gnu::format(printf, 1, 0)]] void keep(const char* format, std::va_list arguments) {
+[[gnu::format(printf, 1, 0)]] void keep(const char* format, std::va_list arguments)
+    REQUIRES(state.mutex) {
   if (state.count == LINES_KEPT) {
     ++state.dropped;
     return;
@@ -41,7 +41,7 @@ constinit Complaints state{};
   std::vsnprintf(line.text, sizeof line.text, format, arguments);
 }
 
-[[gnu::format(printf, 1, 2)]] void keep(const char* format, ...) {
+[[gnu::format(printf, 1, 2)]] void keep(const char* format, ...) REQUIRES(state.mutex) {
   std::va_list arguments;
   va_start(arguments, format);
   keep(format, arguments);
@@ -49,7 +49,7 @@ constinit Complaints state{};
 }
 
 // At the end of a second, the number of dropped lines is known.
-void turn_second() {
+void turn_second() REQUIRES(state.mutex) {
   const std::int64_t second = clock_ms() / 1000;
   if (second == state.second) return;
   state.second = second;
@@ -62,7 +62,7 @@ void turn_second() {
 }  // namespace
 
 void jps_complain(const char* format, ...) {
-  const std::lock_guard guard(state.mutex);
+  const MutexLock guard(state.mutex);
   turn_second();
   state.waiting = true;
   if (++state.in_second > LINES_PER_SECOND) {
@@ -80,7 +80,7 @@ void jps_complaints_print() {
   std::array<Line, LINES_KEPT> lines;
   int count = 0;
   {
-    const std::lock_guard guard(state.mutex);
+    const MutexLock guard(state.mutex);
     turn_second();
     count = state.count;
     std::copy_n(state.lines.begin(), count, lines.begin());
@@ -95,7 +95,7 @@ void jps_complaints_lock_is_free() {
 }
 
 void jps_complaints_reset() {
-  const std::lock_guard guard(state.mutex);
+  const MutexLock guard(state.mutex);
   state.count = state.in_second = state.dropped = 0;
   state.waiting = false;
 }

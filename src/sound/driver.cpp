@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 
+#include "platform/mutex.h"
 #include "platform/sound_device.h"
 #include "platform/thread.h"
 #include "sound/buffer.h"
@@ -27,7 +28,7 @@ struct Driver {
   std::array<JpsSound, JPS_MAX_DUPLICATES> duplicates{};
   std::uint8_t master_volume = 255;
   std::shared_ptr<Thread> transition_thread;
-  std::mutex refilling;  // taken before the sound lock
+  Mutex refilling;  // taken before the sound lock
   bool up = false;
 };
 
@@ -300,7 +301,7 @@ int jpsdrvr_set_master_volume(int volume) {
 }
 
 void jpsdrvr_transition() {
-  const std::lock_guard one_at_a_time(state.refilling);
+  const MutexLock one_at_a_time(state.refilling);
   StreamRead read;
   while (next_read(read)) {
     stream_read(read);

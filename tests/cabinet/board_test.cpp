@@ -51,7 +51,7 @@ TEST_F(BoardTest, AnswersThePortSearch) {
   EXPECT_EQ(board.counts.checksum_errors, 0);
 }
 
-TEST_F(BoardTest, ChecksumsAreTheSumFromLineFeedToCarriageReturn) {
+TEST_F(BoardTest, ChecksumIsSumFromLineFeedToCarriageReturn) {
   EXPECT_EQ(wire_checksum("v"), 0x8D);
   EXPECT_EQ(wire_checksum("C0001"), 0x1B);
   EXPECT_EQ(wire_checksum("U00"), 0xCC);
@@ -101,7 +101,7 @@ TEST_F(BoardTest, CountersRollOverAfterSixteenEdges) {
   EXPECT_EQ(board.switches.edges[INPUT_COIN_LEFT], 16);
 }
 
-TEST_F(BoardTest, FramesComeApartTogetherAndBetweenNoise) {
+TEST_F(BoardTest, ReadsFramesSplitJoinedAndBetweenNoise) {
   EXPECT_EQ(ask(std::string("8D\nv\r\0\0xyz\nv", 12)), "\nv0151\r");
   EXPECT_EQ(ask("\r"), "\nv0151\r");
   EXPECT_EQ(ask("\nT80\nv\r"), "\nv0151\r");  // LF begins anew
@@ -114,7 +114,7 @@ TEST_F(BoardTest, FramesComeApartTogetherAndBetweenNoise) {
   EXPECT_EQ(board.counts.malformed, 7);
 }
 
-TEST_F(BoardTest, ChecksumsBothWays) {
+TEST_F(BoardTest, UsesChecksumsBothWays) {
   EXPECT_EQ(ask("\nU01\rCD"), "\nu\r8C");
   now += 1000;
   EXPECT_EQ(ask("\nv\r8D"), "\nv0151\r54");
@@ -189,7 +189,7 @@ TEST_F(BoardTest, MetersCountRisingEdges) {
   EXPECT_EQ(board.counts.malformed, 0);
 }
 
-TEST_F(BoardTest, RestartForgetsEverythingButMechanics) {
+TEST_F(BoardTest, KeepsOnlyMechanicsInRestart) {
   ask("\nC0081\r\nU01\r\nP5fff\r\nT8005\r8A");
   board_switch(board, INPUT_COIN_LEFT, true, now);
   pass(300);
@@ -201,7 +201,7 @@ TEST_F(BoardTest, RestartForgetsEverythingButMechanics) {
   EXPECT_EQ(ask("\nC0081\r\nS\r"), "\nS8000007787777777\r");
 }
 
-TEST_F(BoardTest, WatchdogAsksAndBites) {
+TEST_F(BoardTest, WatchdogAsksAndRestartsBoard) {
   board.settings.watchdog_ask_ms = 1000;
   board.settings.watchdog_bite_ms = 3000;
   board_restart(board, 0, now);
@@ -224,7 +224,7 @@ TEST_F(BoardTest, WatchdogAllowsTheSecondsOfTheFrame) {
   EXPECT_EQ(pass(1), "\n*R\r");
 }
 
-TEST_F(BoardTest, SilentBoardHearsAndDarkBoardDoesNot) {
+TEST_F(BoardTest, SilentBoardReceivesAndBoardWithoutPowerDoesNot) {
   board.silent = true;
   EXPECT_EQ(ask("\nv\r\nT8003\r"), "");
   board.silent = false;
