@@ -11,8 +11,8 @@
 #include "books/prefs.h"
 #include "io/led_value.h"  // led_update
 #include "operator/info_pane.h"
-#include "operator/main_menu.h"  // pane_page_version
 #include "operator/menu.h"
+#include "operator/menu_tree.h"
 #include "operator/payout_figures.h"
 #include "operator/resets.h"  // credits_clear
 #include "operator/setting_values.h"
@@ -42,10 +42,6 @@ const Adjustment* find(T* Adjustment::* part, const T* wanted) {
   return found == adjustments().end() ? nullptr : &*found;
 }
 
-void write_page(SettingMenu menu) {
-  menu == COIN_GAME_MENU ? pane_page_coin_game() : pane_page_payout();
-}
-
 void refresh(SettingMenu menu) {
   for (const Adjustment& a : adjustments()) {
     if (a.setting->menu != menu) continue;
@@ -59,9 +55,8 @@ void apply(const Setting& setting) {
   if ((effects & EFFECT_PAYTABLE) != 0) bonus_value_reset();
   if ((effects & EFFECT_CLEAR_CREDITS) != 0) credits_clear();
   if ((effects & EFFECT_FIELD) != 0) led_update();
-  const bool coin_page = setting.menu == COIN_GAME_MENU;
-  if (coin_page) adjust_refresh_coin_rows();
-  if (!coin_page || (effects & EFFECT_PAYTABLE) != 0) adjust_refresh_payout_rows();
+  adjust_refresh_coin_rows();
+  adjust_refresh_payout_rows();
 }
 
 std::uintptr_t value_chosen(std::uintptr_t action, MenuItem* item) {
@@ -71,8 +66,7 @@ std::uintptr_t value_chosen(std::uintptr_t action, MenuItem* item) {
     setting_choose(*a->setting, a->options[action]);
     apply(*a->setting);
   }
-  write_page(a->setting->menu);
-  menu_go_back(item);
+  menu_go_back();
   if (chosen) prefs_save();
   return MENU_STAY;
 }
@@ -83,8 +77,7 @@ std::uintptr_t setting_chosen(std::uintptr_t /*action*/, MenuItem* item) {
     a->list->selected = setting_selected(*a->setting, a->options);
     return MENU_STAY;
   }
-  pane_page_version();
-  return menu_go_back(item);
+  return menu_go_back();
 }
 
 Menu* build_list(const Setting& setting, const std::vector<SettingOption>& options, Menu* parent) {
@@ -107,10 +100,11 @@ void add_setting(Menu* menu, const Setting& setting) {
 
 // The settings at their places, a blank where there is none, and "Exit", whose action is the next
 // after them that isn't a blank's.
-Menu* build(SettingMenu which, Menu* parent, const char* title) {
+Menu* build(SettingMenu which, Menu* parent, const char* title, void (*page)()) {
   std::erase_if(adjustments(), [&](const Adjustment& a) { return a.setting->menu == which; });
   const std::size_t places = setting_places(which);
   Menu* menu = menu_create(static_cast<std::uint32_t>(places) + 2, setting_chosen, parent, title);
+  menu->page = page;
   for (std::size_t action = 0; action < places; ++action) {
     if (const Setting* setting = setting_at(which, action)) {
       add_setting(menu, *setting);
@@ -153,11 +147,11 @@ void write_help(SettingMenu menu) {
 }  // namespace
 
 Menu* coin_game_menu_build(Menu* parent) {
-  return build(COIN_GAME_MENU, parent, "Coin/Game Adjustments Menu");
+  return build(COIN_GAME_MENU, parent, "Coin/Game Adjustments Menu", pane_page_coin_game);
 }
 
 Menu* payout_menu_build(Menu* parent) {
-  Menu* menu = build(PAYOUT_MENU, parent, "Payout Adjustments Menu");
+  Menu* menu = build(PAYOUT_MENU, parent, "Payout Adjustments Menu", pane_page_payout);
   adjust_refresh_payout_rows();
   return menu;
 }

@@ -2,12 +2,6 @@
 // be set.
 #pragma once
 
-struct Menu;
-
-// Start-up, behind prefs_load.
-Menu* coin_game_menu_build(Menu* parent);
-Menu* payout_menu_build(Menu* parent);
-
 // Rewrites the row texts from the settings; of the second menu also which rows are out of reach.
 // Game thread and start-up.
 void adjust_refresh_coin_rows();

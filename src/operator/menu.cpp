@@ -116,20 +116,6 @@ Menu* menu_create(std::uint32_t capacity, MenuHandler handler, Menu* parent, con
   return menu;
 }
 
-Menu* menu_build(Menu* parent, MenuHandler handler, const char* title,
-                 std::initializer_list<const char*> rows) {
-  Menu* menu = menu_create(static_cast<std::uint32_t>(rows.size()), handler, parent, title);
-  std::uintptr_t action = 0;
-  for (const char* row : rows) {
-    if (row[0] == '\0') {
-      menu_add_blank(menu);
-    } else {
-      menu_add_item(menu, action++, 0, "%s", row);
-    }
-  }
-  return menu;
-}
-
 void menu_set_title(Menu* menu, std::uint32_t colour, const char* format, ...) {
   std::va_list arguments;
   va_start(arguments, format);
@@ -178,12 +164,15 @@ void menu_open(Menu* menu) {
 }
 
 void menu_open_at_top(Menu* menu) {
+  if (menu->page != nullptr) menu->page();
   menu->selected = 0;
   menu_open(menu);
 }
 
-std::uintptr_t menu_go_back(const MenuItem* item) {
-  if (item != nullptr) menu_open(item->menu->parent);
+std::uintptr_t menu_go_back() {
+  Menu* parent = menu_current()->parent;
+  if (parent->page != nullptr) parent->page();
+  menu_open(parent);
   return MENU_STAY;
 }
 

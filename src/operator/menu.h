@@ -5,13 +5,13 @@
 #pragma once
 
 #include <cstdint>
-#include <initializer_list>
 #include <memory>
 
 #include "platform/shared.h"       // Shared
 #include "platform/shared_text.h"  // SharedText
 
 struct Menu;
+struct MenuRow;
 
 enum MenuFlags : std::uint32_t {
   MENU_WRAP = 0x04,             // the selection wraps at both ends
@@ -33,6 +33,8 @@ struct MenuItem {
   Shared<std::uint32_t> colour;  // 0xAARRGGBB
   std::uintptr_t action;         // given to the handler; above 255 the address of a Menu
   SharedText<48> text;           // "%%" in it shows as "%"
+  const MenuRow* row;            // of the table that it comes from; null: of none
+  Menu* list;                    // the menu that it opens; null: none
 };
 
 using MenuHandler = std::uintptr_t (*)(std::uintptr_t action, MenuItem* item);
@@ -50,14 +52,13 @@ struct Menu {
   Shared<std::uint32_t> selected;
   std::unique_ptr<MenuItem[]> items;
   MenuHandler handler;
+  void (*page)();   // writes what the pane shows beside the menu; null: what it shows already
+  void (*leave)();  // runs before the menu is left; null: nothing
 };
 
 // Building: start-up.
 Menu* menu_create(std::uint32_t capacity, MenuHandler handler);
 Menu* menu_create(std::uint32_t capacity, MenuHandler handler, Menu* parent, const char* title);
-// A whole menu from the texts of its rows, "" for an empty one; actions count the others from 0.
-Menu* menu_build(Menu* parent, MenuHandler handler, const char* title,
-                 std::initializer_list<const char*> rows);
 [[gnu::format(printf, 3, 4)]] void menu_set_title(Menu* menu, std::uint32_t colour,
                                                   const char* format, ...);
 // Appends a row; a null format makes an empty one, with action 0. Null if all rows are taken.
@@ -74,11 +75,10 @@ void menus_release();
 // Makes a menu the current one, or closes all with null. A selection that stands on a row which
 // can't hold it moves forward to one that can, from the last row to the first. Game thread.
 void menu_open(Menu* menu);
-// The same with the selection on its first row.
+// The same with the menu's page, and the selection on its first row.
 void menu_open_at_top(Menu* menu);
-// How a handler's way back ends: opens the parent of a chosen row's menu. Without a row it was
-// Service, and the engine opens the parent itself. Returns MENU_STAY. Game thread.
-std::uintptr_t menu_go_back(const MenuItem* item);
+// Back to the parent of the open menu, with the parent's page. Returns MENU_STAY. Game thread.
+std::uintptr_t menu_go_back();
 // True while a menu is open; it then takes the cabinet's buttons. Any thread.
 bool menu_is_open();
 // The menu that is open, or null. Game thread.

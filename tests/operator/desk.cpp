@@ -19,7 +19,7 @@ Desk::Desk() {
   jamma_fake_reset();
   jps_fake_reset();
   win_show_reset();
-  test_screen = TEST_NONE;
+  test_screen = 0;
   game_mode = MODE_OPERATOR;
   sound_enabled = 0;
   menus_build();

@@ -41,7 +41,7 @@ class Diagnostics : public Desk {
 
 TEST_F(Diagnostics, SwitchesLightAndAHeldServiceLeaves) {
   choose("Switch Test");
-  EXPECT_EQ(test_screen, TEST_SWITCHES);
+  EXPECT_EQ(test_screen, 1);
   tick();
   EXPECT_EQ(coloured(0xFF004020), 8);
   hold(COUNTER_C1, true);
@@ -69,7 +69,7 @@ TEST_F(Diagnostics, SwitchesLightAndAHeldServiceLeaves) {
   }
   hold(COUNTER_SRV, true);
   tick();
-  EXPECT_EQ(test_screen, TEST_NONE);
+  EXPECT_EQ(test_screen, 0);
   EXPECT_EQ(selected(), "Switch Test");
   hold(COUNTER_SRV, false);
 
@@ -85,7 +85,7 @@ TEST_F(Diagnostics, DipsShowTheirWord) {
   EXPECT_EQ(places(seen(test_screen_draw), "On"), "562,275 562,415");
   EXPECT_EQ(first(seen(test_screen_draw), "8").y, 275);
   press(PRESS_TST);
-  EXPECT_EQ(test_screen, TEST_DIPS);
+  EXPECT_EQ(test_screen, 2);
   press(PRESS_SRV);
   EXPECT_EQ(selected(), "Dip Switch Test");
 }
@@ -172,7 +172,7 @@ TEST_F(Diagnostics, TheWatchdogTestCountsDownAndIsCancelledOrFails) {
   choose("Watchdog");
   EXPECT_TRUE(shows("Hit Test or Right Start to Begin"));
   press(PRESS_SRV);
-  EXPECT_EQ(test_screen, TEST_WATCHDOG) << "Service does nothing here";
+  EXPECT_EQ(test_screen, 10) << "Service does nothing here";
   press(PRESS_TST);
   EXPECT_EQ(watchdog_feed.paused, 1);
   EXPECT_TRUE(shows("...PC will RESET in 10 seconds..."));

@@ -3,9 +3,9 @@
 #include "gfx/panel.h"  // gfx_rect_draw
 #include "gfx/text.h"
 #include "io/jamma.h"
-#include "operator/diagnostics.h"  // diagnostics_reopen
-#include "operator/hardware_tests.h"
 #include "operator/menu.h"  // menu_clear_presses
+#include "operator/menu_tree.h"
+#include "operator/test_screen.h"
 #include "platform/shared.h"
 #include "sound/jps.h"
 
@@ -80,7 +80,7 @@ void switch_test_input() {
   if (test.service_ticks <= LEAVE_AFTER_TICKS) return;
   menu_clear_presses();
   test.service_ticks = 0;
-  diagnostics_reopen();
+  test_screen_end();
 }
 
 void switch_test_draw() {

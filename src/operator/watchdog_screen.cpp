@@ -5,8 +5,8 @@
 #include "gfx/text.h"
 #include "io/jamma.h"
 #include "io/watchdog_link.h"
-#include "operator/diagnostics.h"  // diagnostics_reopen
-#include "operator/hardware_tests.h"
+#include "operator/menu_tree.h"
+#include "operator/test_screen.h"
 #include "platform/shared.h"
 #include "sound/jps.h"
 
@@ -44,7 +44,7 @@ void leave() {
   test.state = TEST_IDLE;
   watchdog_feed.paused = 0;
   watchdog_send_word(WATCHDOG_WORD_LONG);
-  diagnostics_reopen();
+  test_screen_end();
   jps_bank_play_name("menu_cancel");
 }
 
