@@ -35,17 +35,31 @@ std::vector<Adjustment>& adjustments() {
   return instance;
 }
 
-// The one whose row or list this is, or null.
-template <typename T>
-const Adjustment* find(T* Adjustment::* part, const T* wanted) {
-  const auto found = std::ranges::find(adjustments(), wanted, part);
-  return found == adjustments().end() ? nullptr : &*found;
+const Adjustment& of_list(const Menu* list) {
+  return *std::ranges::find(adjustments(), list, &Adjustment::list);
+}
+
+bool can_be_chosen(SettingNeed need) {
+  const bool tickets = pref_on(PREF_TICKET_USE);
+  const bool fixed = pref_on(PREF_FIXED_TICKET);
+  switch (need) {
+    case NEEDS_NOTHING:
+      return true;
+    case NEEDS_TICKETS:
+      return tickets;
+    case NEEDS_FIXED_TICKETS:
+      return tickets && fixed;
+    case NEEDS_TICKETS_BY_CATCH:
+      return tickets && !fixed;
+  }
+  return true;
 }
 
 void refresh(SettingMenu menu) {
   for (const Adjustment& a : adjustments()) {
     if (a.setting->menu != menu) continue;
     menu_set_item_text(a.row, "%s", setting_text(*a.setting).c_str());
+    a.row->flags = can_be_chosen(a.setting->needs) ? 0U : ITEM_DISABLED;
   }
 }
 
@@ -60,11 +74,11 @@ void apply(const Setting& setting) {
 }
 
 std::uintptr_t value_chosen(std::uintptr_t action, MenuItem* item) {
-  const Adjustment* a = find(&Adjustment::list, item != nullptr ? item->menu : menu_current());
-  const bool chosen = item != nullptr && action < a->options.size();
+  const Adjustment& a = of_list(menu_current());
+  const bool chosen = item != nullptr && action < a.options.size();
   if (chosen) {
-    setting_choose(*a->setting, a->options[action]);
-    apply(*a->setting);
+    setting_choose(*a.setting, a.options[action]);
+    apply(*a.setting);
   }
   menu_go_back();
   if (chosen) prefs_save();
@@ -72,12 +86,11 @@ std::uintptr_t value_chosen(std::uintptr_t action, MenuItem* item) {
 }
 
 std::uintptr_t setting_chosen(std::uintptr_t /*action*/, MenuItem* item) {
-  if (const Adjustment* a = item != nullptr ? find(&Adjustment::row, item) : nullptr) {
-    menu_open_at_top(a->list);
-    a->list->selected = setting_selected(*a->setting, a->options);
-    return MENU_STAY;
-  }
-  return menu_go_back();
+  if (item == nullptr || item->list == nullptr) return menu_go_back();
+  const Adjustment& a = of_list(item->list);
+  menu_open_at_top(a.list);
+  a.list->selected = setting_selected(*a.setting, a.options);
+  return MENU_STAY;
 }
 
 Menu* build_list(const Setting& setting, const std::vector<SettingOption>& options, Menu* parent) {
@@ -94,8 +107,8 @@ Menu* build_list(const Setting& setting, const std::vector<SettingOption>& optio
 void add_setting(Menu* menu, const Setting& setting) {
   auto options = setting_options(setting);
   MenuItem* row = menu_add_item(menu, setting.action, 0, "%s", setting_text(setting).c_str());
-  Menu* list = build_list(setting, options, menu);
-  adjustments().push_back({&setting, row, list, std::move(options)});
+  row->list = build_list(setting, options, menu);
+  adjustments().push_back({&setting, row, row->list, std::move(options)});
 }
 
 // The settings at their places, a blank where there is none, and "Exit", whose action is the next
@@ -114,23 +127,8 @@ Menu* build(SettingMenu which, Menu* parent, const char* title, void (*page)()) 
   }
   menu_add_blank(menu);
   menu_add_item(menu, places, 0, "Exit");
+  refresh(which);
   return menu;
-}
-
-bool can_be_chosen(SettingNeed need) {
-  const bool tickets = pref_on(PREF_TICKET_USE);
-  const bool fixed = pref_on(PREF_FIXED_TICKET);
-  switch (need) {
-    case NEEDS_NOTHING:
-      return true;
-    case NEEDS_TICKETS:
-      return tickets;
-    case NEEDS_FIXED_TICKETS:
-      return tickets && fixed;
-    case NEEDS_TICKETS_BY_CATCH:
-      return tickets && !fixed;
-  }
-  return true;
 }
 
 void write_help(SettingMenu menu) {
@@ -151,9 +149,7 @@ Menu* coin_game_menu_build(Menu* parent) {
 }
 
 Menu* payout_menu_build(Menu* parent) {
-  Menu* menu = build(PAYOUT_MENU, parent, "Payout Adjustments Menu", pane_page_payout);
-  adjust_refresh_payout_rows();
-  return menu;
+  return build(PAYOUT_MENU, parent, "Payout Adjustments Menu", pane_page_payout);
 }
 
 void adjust_refresh_coin_rows() {
@@ -162,10 +158,6 @@ void adjust_refresh_coin_rows() {
 
 void adjust_refresh_payout_rows() {
   refresh(PAYOUT_MENU);
-  for (const Adjustment& a : adjustments()) {
-    if (a.setting->menu != PAYOUT_MENU) continue;
-    a.row->flags = can_be_chosen(a.setting->needs) ? 0U : ITEM_DISABLED;
-  }
 }
 
 void pane_page_coin_game() {

@@ -29,14 +29,10 @@ struct BootCheckFlags {  // what the screen says is wrong
 
 struct BootCheck {  // main thread
   BootCheckFlags flags;
-  void (*draw)();
+  std::string current_file;  // as the list names it
+  void (*draw)();            // a frame of the check's screen
 };
-constinit BootCheck check{};
-
-std::string& current_file() {
-  static std::string name;
-  return name;
-}
+BootCheck check{};
 
 void read_version_line(ReadFile* file, char (&line)[20]) {
   std::strcpy(line, text_line(file, VERSION_MOST).c_str());
@@ -94,7 +90,7 @@ volatile std::sig_atomic_t signal_met = 0;
 
 void crc_file_check() {
   game_mode = MODE_BOOT_CHECK;
-  const FileCheck result = file_list_check(current_file(), draw_frame);
+  const FileCheck result = file_list_check(check.current_file, draw_frame);
   check.flags = {result == LIST_MISSING, result == FILE_MISSING, result == FILE_DAMAGED};
   if (result != FILES_GOOD) halt();
   game_mode = MODE_PLAY;
@@ -137,7 +133,7 @@ void crc_check_draw() {
   }
   const int c = pen + 64;
   text_draw(FONT_8X12, COLOUR_WHITE, X, c, "Checking files...");
-  text_draw(FONT_8X12, COLOUR_WHITE, X, c + 32, "%s", current_file().c_str());
+  text_draw(FONT_8X12, COLOUR_WHITE, X, c + 32, "%s", check.current_file.c_str());
   pen = c + 32;
   if (check.flags.file_missing) {
     red_box(c + 96, "*     FILE MISSING!     *");
