@@ -111,8 +111,7 @@ void add_setting(Menu* menu, const Setting& setting) {
   adjustments().push_back({&setting, row, row->list, std::move(options)});
 }
 
-// The settings at their places, a blank where there is none, and "Exit", whose action is the next
-// after them that isn't a blank's.
+// Builds a menu with each setting at its place, a blank row where a place has none, and "Exit".
 Menu* build(SettingMenu which, Menu* parent, const char* title, void (*page)()) {
   std::erase_if(adjustments(), [&](const Adjustment& a) { return a.setting->menu == which; });
   const std::size_t places = setting_places(which);

@@ -1,4 +1,4 @@
-// The books, page by page. A page shows the figures of the moment it is written. Game thread.
+// The audit pages. A page shows the counters as they were when it was opened. Game thread.
 #include <cstdint>
 #include <cstdio>
 
@@ -27,7 +27,7 @@ double count_per_frog(const Audit& audit, int side) {
   return frogs < 1 ? 0.0 : static_cast<double>(audit_count(audit.row, side)) / frogs;
 }
 
-// Nothing has a time per frog where no frog was played.
+// Without a frog played there is no time per frog.
 TimeText time_per_frog(const Audit& audit, int side) {
   const std::int32_t frogs = audit_count(AUDIT_GAMES_PLAYED, side);
   return frogs < 1 ? TimeText{"-"} : time_text(time_of(audit, side) / frogs);

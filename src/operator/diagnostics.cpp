@@ -1,4 +1,4 @@
-// The diagnostics menu and the tests in it that are menus themselves. All on the game thread.
+// The diagnostics menu, and those of its tests that are menus. Game thread.
 #include <cstdint>
 #include <initializer_list>
 
@@ -64,7 +64,7 @@ constexpr MenuRow LED_ROWS[] = {
     {"Toggle Blink", led_toggle_blink},
 };
 
-// Stops all sound, then starts this one unless it was the one that played.
+// Stops all sound. Then starts this one, unless it was already playing.
 void sound_toggle(SoundTestMode mode, const char* name) {
   jps_stop_all();
   const bool again = state.sound == mode;
@@ -72,7 +72,7 @@ void sound_toggle(SoundTestMode mode, const char* name) {
   if (!again) jps_bank_play_name(name);
 }
 
-// A second press plays another one.
+// A second press plays another effect.
 void sound_effect() {
   jps_stop_all();
   const double r = random_unit();

@@ -24,7 +24,7 @@ constexpr JammaPress MENU_PRESSES[] = {PRESS_P1S, PRESS_P2S, PRESS_C1,  PRESS_C2
 
 struct MenuState {
   std::atomic<Menu*> current;  // written by the game thread, drawn by the main thread
-  bool menu_wait_test;         // the held Test button has not been let go yet
+  bool menu_wait_test;         // the operator hasn't released Test yet
 };
 constinit MenuState state{};
 
@@ -42,7 +42,7 @@ bool can_be_selected(const Menu& menu, std::uint32_t row) {
   return (menu.items[row].flags & (ITEM_BLANK | ITEM_DISABLED)) == 0;
 }
 
-// From a row to the next one in a direction that can hold the selection; the row itself if none.
+// The next selectable row in a direction. Without one, the row itself.
 std::uint32_t next_row(const Menu& menu, std::uint32_t row, bool down, bool wrap) {
   if (menu.count == 0) return row;
   const std::uint32_t begun = row;
@@ -61,10 +61,10 @@ void move(Menu& menu, bool down) {
 }
 
 void choose(Menu& menu) {
-  if (menu.selected >= menu.count) return;  // it is empty
+  if (menu.selected >= menu.count) return;  // an empty menu
   MenuItem& item = menu.items[menu.selected];
   if (item.action > LAST_ACTION) {
-    auto* next = reinterpret_cast<Menu*>(item.action);  // NOLINT: a row may lead to a menu
+    auto* next = reinterpret_cast<Menu*>(item.action);  // NOLINT: a row may open a menu
     next->parent = &menu;
     menu_open(next);
   } else if (menu.handler(item.action, &item) == MENU_CLOSE) {
@@ -204,7 +204,8 @@ void menu_input() {
 
 void menu_clear_presses() {
   for (const JammaPress press : MENU_PRESSES) {
-    jamma_presses_pending(press);  // all that have landed until now
+    jamma_presses_pending(
+        press);  // counts all presses so far, so that the next line drops them all
     jamma_presses_clear(press);
   }
 }

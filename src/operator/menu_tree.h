@@ -1,5 +1,5 @@
-// The rows of the main menu and of the diagnostics menu, from the top, and the functions they name.
-// The virtual cabinet counts its button presses by these texts.
+// The rows of the main menu and the diagnostics menu, from the top, and the functions they name.
+// The virtual cabinet finds rows by these texts.
 #pragma once
 
 #include "books/settings.h"  // SETTINGS

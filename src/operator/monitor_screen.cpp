@@ -1,4 +1,4 @@
-// Pictures that show whether a monitor is in order: colours, purity, convergence.
+// Test pictures for the monitor: colours, purity, convergence.
 #include <cstdint>
 
 #include "gfx/frame.h"  // LAYOUT_WIDTH
@@ -16,7 +16,7 @@ constexpr int GRID_PX = 40;
 void bars() {
   constexpr struct {
     int y;
-    std::uint32_t channels;  // a byte of ones for each that takes part
+    std::uint32_t channels;  // 0xFF for each channel in use
   } BLOCKS[] = {{32, 0x00FFFFFF}, {192, 0x00FF0000}, {352, 0x0000FF00}, {512, 0x000000FF}};
   for (const auto& block : BLOCKS) {
     for (std::uint32_t i = 0; i < 16; ++i) {

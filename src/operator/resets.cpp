@@ -50,8 +50,8 @@ void check_at_next_boot() {
 }
 
 struct Resets {
-  Menu* sure;       // one question for all resets
-  void (*reset)();  // the one that it is about
+  Menu* sure;       // the confirmation, shared by all resets
+  void (*reset)();  // what "Yes" does
 };
 constinit Resets state{};
 

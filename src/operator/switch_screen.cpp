@@ -27,12 +27,12 @@ constexpr SwitchRow SWITCHES[SLOTS] = {
 
 struct SwitchTestState {
   Shared<std::int32_t> held[SLOTS], seen[SLOTS];
-  bool rising[SLOTS];          // has had its sound; kept between runs of the test
-  std::int64_t service_ticks;  // adds up over several pushes
+  bool rising[SLOTS];          // its sound was played; kept between runs of the test
+  std::int64_t service_ticks;  // total of all presses
 };
 constinit SwitchTestState test{};
 
-// Without a board nothing is down.
+// Without a board, all switches are up.
 bool is_down(const JammaInputs* inputs, int slot) {
   return inputs != nullptr && (inputs->counters[SWITCHES[slot].counter] & 1U) != 0;
 }

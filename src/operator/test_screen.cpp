@@ -11,7 +11,7 @@
 
 namespace {
 
-// The row of each screen by its number. 0 and the places after the last have none.
+// The row of each screen, by its number. Number 0, and those after the last, have none.
 constexpr auto SCREENS = [] {
   std::array<const MenuRow*, 1 + std::size(DIAGNOSTICS_ROWS) + std::size(MAIN_ROWS)> screens{};
   std::size_t last = 0;

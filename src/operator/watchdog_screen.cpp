@@ -57,7 +57,7 @@ void watchdog_test_begin() {
 void watchdog_test_input() {
   const bool pressed = jamma_pressed(PRESS_TST) || jamma_pressed(PRESS_P2S);
   if (!pressed) {
-    // Still here: nothing has reset the machine.
+    // The countdown is over and nothing has reset the machine.
     const bool over = test.state == TEST_COUNTING && now_ms() >= test.deadline_ms;
     if (over) test.state = TEST_FAILED;
     return;

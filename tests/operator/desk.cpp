@@ -24,7 +24,7 @@ Desk::Desk() {
   sound_enabled = 0;
   menus_build();
   menu_enter();
-  press(PRESS_TST);  // the held switch is let go; it only wakes the menu
+  press(PRESS_TST);  // releasing the held Test switch only activates the menu
   menu_open(menu_current());
   jps_fake_reset();
 }
