@@ -34,6 +34,18 @@ void hands_press(Hands& hands, int input, long count, double rate) {
   hands.bursts.push_back({input, count, period_ms, closed_ms, 0});
 }
 
+void hands_press_in_turn(Hands& hands, const std::vector<int>& inputs, double rate,
+                         std::int64_t now_ms) {
+  auto start_ms = static_cast<double>(now_ms);
+  for (const int input : inputs) {
+    hands_press(hands, input, 1, rate);
+    Burst& burst = hands.bursts.back();
+    burst.begun = true;
+    burst.next_ms = start_ms;
+    start_ms += burst.period_ms;
+  }
+}
+
 void hands_hold(Hands& hands, int input, double closed_ms) {
   hands.bursts.push_back({input, 1, closed_ms + PAUSE_MS, closed_ms, 0});
 }

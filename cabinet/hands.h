@@ -24,6 +24,10 @@ struct Hands {
 // Presses a switch `count` times at `rate` presses a second.
 void hands_press(Hands& hands, int input, long count, double rate);
 
+// Presses these switches once each, one after the other, at `rate` presses a second.
+void hands_press_in_turn(Hands& hands, const std::vector<int>& inputs, double rate,
+                         std::int64_t now_ms);
+
 // Presses it once for `closed_ms`.
 void hands_hold(Hands& hands, int input, double closed_ms);
 

@@ -13,7 +13,7 @@ namespace {
 constexpr std::size_t BLOCK = 1 << 18;
 constexpr std::size_t LINE_MOST = 254;
 
-// A line that the end of the file cuts off isn't one.
+// A last line without a line break doesn't count.
 bool next_line(ReadFile* list, std::string& line) {
   line = text_line(list, LINE_MOST);
   return line.ends_with('\n') || line.size() == LINE_MOST;
@@ -59,7 +59,7 @@ FileCheck file_list_check(std::string& current, void (*checked)()) {
     result = check_file(token_table[0], decimal(token_table[1]), decimal(token_table[2]));
     if (result == FILES_GOOD) checked();
   }
-  // What can't be read of the list would never be proved.
+  // The files in the unread part would never be checked.
   if (read_failed(list)) result = LIST_MISSING;
   read_close(list);
   return result;

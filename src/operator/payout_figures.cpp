@@ -13,18 +13,18 @@ constexpr const char* BONUS = SETTINGS[PREF_BONUS_VALUE].name;
 constexpr const char* PERCENT = SETTINGS[PREF_PAYOUT_PERCENT].name;
 
 struct Figures {
-  float money;     // that one frog takes in
-  float wanted;    // tickets per frog that the settings ask for, to a half
-  double average;  // that the row of the table pays
-  float achieved;  // part of the money that comes back by it
-  float extra;     // tickets per frog that a bonus set by hand adds or takes away
+  float money;     // income of one frog
+  float wanted;    // tickets per frog by the settings, rounded to a half
+  double average;  // tickets per frog that the paytable row pays
+  float achieved;  // the part of the money that this average returns
+  float extra;     // tickets per frog that a manual bonus adds or subtracts
   float extra_fraction;
   std::int32_t shown_bonus;
   bool by_hand;
 };
 
-// In 32-bit floats like all figures of the page; where a half begins, the choice of the row, which
-// reckons finer, may find another one. A damaged file may ask for anything.
+// In 32-bit floats, like all figures on the page. The choice of the paytable row uses doubles, so
+// near a rounding limit the two may differ by a half. A damaged file can hold any values.
 float wanted_of(float money) {
   constexpr float LIMIT = 1e9F;
   const float wanted = money * pref_float(PREF_PAYOUT_PERCENT) / pref_float(PREF_TICKET_VALUE);
@@ -48,7 +48,7 @@ Figures figures() {
   const std::int32_t bonus = pref_int(PREF_BONUS_VALUE);
   f.by_hand = bonus != natural;
   f.shown_bonus = jackpot_value();
-  const auto more = static_cast<float>(std::int64_t{bonus} - natural);  // a file may ask for any
+  const auto more = static_cast<float>(std::int64_t{bonus} - natural);  // a file may hold any value
   f.extra = jackpot_chance() * more * static_cast<float>(boost_factor);
   f.extra_fraction = part_of_money(static_cast<double>(f.extra), f.money);
   return f;

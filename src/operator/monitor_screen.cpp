@@ -1,21 +1,22 @@
-#include "operator/monitor_test.h"
-
+// Test pictures for the monitor: colours, purity, convergence.
 #include <cstdint>
 
+#include "gfx/frame.h"  // LAYOUT_WIDTH
 #include "gfx/panel.h"  // gfx_rect_draw, gfx_line_draw
 #include "gfx/text.h"
 #include "io/jamma.h"
-#include "operator/diagnostics.h"  // diagnostics_reopen
+#include "operator/menu_tree.h"
+#include "operator/test_screen.h"
 #include "sound/jps.h"
 
 namespace {
 
 constexpr int GRID_PX = 40;
 
-void colour_bars() {
+void bars() {
   constexpr struct {
     int y;
-    std::uint32_t channels;  // a byte of ones for each that takes part
+    std::uint32_t channels;  // 0xFF for each channel in use
   } BLOCKS[] = {{32, 0x00FFFFFF}, {192, 0x00FF0000}, {352, 0x0000FF00}, {512, 0x000000FF}};
   for (const auto& block : BLOCKS) {
     for (std::uint32_t i = 0; i < 16; ++i) {
@@ -26,7 +27,7 @@ void colour_bars() {
   }
 }
 
-void whole_screen(std::uint32_t colour) {
+void fill_screen(std::uint32_t colour) {
   gfx_rect_draw(0, 0, LAYOUT_WIDTH + 1, LAYOUT_HEIGHT + 1, colour, colour);
 }
 
@@ -34,8 +35,8 @@ void line(int x0, int y0, int x1, int y1) {
   gfx_line_draw(nullptr, 1.0F, x0, y0, x1, y1, COLOUR_WHITE);
 }
 
-void convergence() {
-  whole_screen(COLOUR_BLACK);
+void grid() {
+  fill_screen(COLOUR_BLACK);
   for (int x = 0; x < LAYOUT_WIDTH; x += GRID_PX) line(x, 0, x, LAYOUT_HEIGHT);
   line(LAYOUT_WIDTH, 0, LAYOUT_WIDTH, LAYOUT_HEIGHT);
   for (int y = 0; y < 760; y += GRID_PX) line(0, y, LAYOUT_WIDTH, y);
@@ -55,45 +56,49 @@ void captions(const char* caption) {
   text_draw(FONT_8X12, COLOUR_WHITE, 32, 716, "%s", more);
 }
 
-}  // namespace
-
-void monitor_test_input() {
-  if (!jamma_pressed(PRESS_TST) && !jamma_pressed(PRESS_P2S)) return;
-  if (test_screen == TEST_CONVERGENCE) {
-    diagnostics_reopen();
-  } else {
-    test_screen = static_cast<TestScreen>(test_screen + 1);
-  }
-  jps_bank_play_name("menu_select");
+void purity(std::uint32_t colour, const char* caption) {
+  fill_screen(colour);
+  captions(caption);
 }
 
-void monitor_test_draw(TestScreen picture) {
-  switch (picture) {
-    case TEST_COLOR_BARS:
-      colour_bars();
-      captions("Color Bars");
-      break;
-    case TEST_WHITE:
-      whole_screen(0xFFFFFFFF);
-      captions("White Purity");
-      break;
-    case TEST_RED:
-      whole_screen(0xFFFF0000);
-      captions("Red Purity");
-      break;
-    case TEST_GREEN:
-      whole_screen(0xFF00FF00);
-      captions("Green Purity");
-      break;
-    case TEST_BLUE:
-      whole_screen(0xFF0000FF);
-      captions("Blue Purity");
-      break;
-    case TEST_CONVERGENCE:
-      convergence();
-      captions("Convergence");
-      break;
-    default:
-      break;
-  }
+bool next_pressed() {
+  if (!jamma_pressed(PRESS_TST) && !jamma_pressed(PRESS_P2S)) return false;
+  jps_bank_play_name("menu_select");
+  return true;
+}
+
+}  // namespace
+
+void monitor_test_next() {
+  if (next_pressed()) test_screen = test_screen + 1;
+}
+
+void monitor_test_end() {
+  if (next_pressed()) test_screen_end();
+}
+
+void color_bars_draw() {
+  bars();
+  captions("Color Bars");
+}
+
+void white_purity_draw() {
+  purity(0xFFFFFFFF, "White Purity");
+}
+
+void red_purity_draw() {
+  purity(0xFFFF0000, "Red Purity");
+}
+
+void green_purity_draw() {
+  purity(0xFF00FF00, "Green Purity");
+}
+
+void blue_purity_draw() {
+  purity(0xFF0000FF, "Blue Purity");
+}
+
+void convergence_draw() {
+  grid();
+  captions("Convergence");
 }
