@@ -1,5 +1,4 @@
-// The books on disk: which file is believed, what a short or foreign file does, and that both files
-// are whole afterwards.
+// The books on disk: which file is read, what a damaged one does, and what is stored when.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -57,7 +56,7 @@ class Books : public testing::Test {
 
 enum FileState { GOOD, MISSING, WRONG_MAGIC, SHORT, LONGER };
 
-// A file in the given state; a short one ends in the middle of the table, behind row 10.
+// A short file ends in the middle of row 10.
 std::string in_state(const std::string& good, FileState state, std::size_t row_size) {
   switch (state) {
     case WRONG_MAGIC:
@@ -71,7 +70,7 @@ std::string in_state(const std::string& good, FileState state, std::size_t row_s
   }
 }
 
-TEST_F(Books, FormatIsFixed) {
+TEST_F(Books, FileFormatIsFixed) {
   prefs_load();
   audits_load();
   const std::string p = drive.read("prefs");
@@ -102,55 +101,53 @@ TEST_F(Books, FormatIsFixed) {
   EXPECT_EQ(h.substr(0, 4), "500H");
 }
 
-// Every state of the main file against every state of the backup: a good magic wins, rows that a
-// short file lacks are those of the built-in table, and both files are whole and alike afterwards.
-TEST_F(Books, EveryPairOfPrefsFiles) {
-  const std::string main_good = prefs_file(3), backup_good = prefs_file(5);
+// Every state of the main file with every state of the backup. A good magic decides; rows that a
+// short file lacks are built in; afterwards both files are whole and alike.
+template <typename Check>
+void for_each_pair(Check check) {
   for (const FileState main : {GOOD, MISSING, WRONG_MAGIC, SHORT, LONGER}) {
     for (const FileState backup : {GOOD, MISSING, WRONG_MAGIC, SHORT, LONGER}) {
       SCOPED_TRACE(testing::Message() << "main " << main << ", backup " << backup);
-      clear();
-      if (main != MISSING) drive.write("prefs", in_state(main_good, main, 128));
-      if (backup != MISSING) drive.write("prefbak", in_state(backup_good, backup, 128));
-      prefs_load();
-      const auto volume_of = [](FileState state, int stored) {
-        return state == SHORT ? 16 : stored;  // row 20 lies behind the cut
-      };
-      const bool main_counts = main != MISSING && main != WRONG_MAGIC;
-      const bool backup_counts = backup != MISSING && backup != WRONG_MAGIC;
-      const int expected = main_counts     ? volume_of(main, 3)
-                           : backup_counts ? volume_of(backup, 5)
-                                           : 16;
-      EXPECT_EQ(pref_int(PREF_VOLUME), expected);
-      EXPECT_EQ(drive.read("prefs").size(), PREFS_SIZE);
-      EXPECT_EQ(drive.read("prefs"), drive.read("prefbak"));
+      check(main, backup);
     }
   }
 }
 
-TEST_F(Books, EveryPairOfAuditsFiles) {
-  const std::string main_good = audits_file(30), backup_good = audits_file(50);
-  for (const FileState main : {GOOD, MISSING, WRONG_MAGIC, SHORT, LONGER}) {
-    for (const FileState backup : {GOOD, MISSING, WRONG_MAGIC, SHORT, LONGER}) {
-      SCOPED_TRACE(testing::Message() << "main " << main << ", backup " << backup);
-      clear();
-      if (main != MISSING) drive.write("audits", in_state(main_good, main, 56));
-      if (backup != MISSING) drive.write("audbak", in_state(backup_good, backup, 56));
-      audits_load();
-      const bool main_counts = main != MISSING && main != WRONG_MAGIC;
-      const bool backup_counts = backup != MISSING && backup != WRONG_MAGIC;
-      const int expected = main_counts     ? (main == SHORT ? 0 : 30)
-                           : backup_counts ? (backup == SHORT ? 0 : 50)
-                                           : 0;
-      EXPECT_EQ(audit_count(AUDIT_BUGS), expected);
-      EXPECT_EQ(audit_count(AUDIT_BOOT_COUNT), 1);
-      EXPECT_EQ(drive.read("audits").size(), AUDITS_SIZE);
-      EXPECT_EQ(drive.read("audits"), drive.read("audbak"));
-    }
-  }
+// What is loaded, if the row lies behind the cut of a short file.
+int loaded(FileState main, int in_main, FileState backup, int in_backup, int built_in) {
+  if (main != MISSING && main != WRONG_MAGIC) return main == SHORT ? built_in : in_main;
+  if (backup != MISSING && backup != WRONG_MAGIC) return backup == SHORT ? built_in : in_backup;
+  return built_in;
 }
 
-TEST_F(Books, HistogramAloneWithoutBackup) {
+TEST_F(Books, LoadsPrefsFromMainThenBackup) {
+  const std::string in_main = prefs_file(3), in_backup = prefs_file(5);
+  for_each_pair([&](FileState main, FileState backup) {
+    clear();
+    if (main != MISSING) drive.write("prefs", in_state(in_main, main, 128));
+    if (backup != MISSING) drive.write("prefbak", in_state(in_backup, backup, 128));
+    prefs_load();
+    EXPECT_EQ(pref_int(PREF_VOLUME), loaded(main, 3, backup, 5, 16));
+    EXPECT_EQ(drive.read("prefs").size(), PREFS_SIZE);
+    EXPECT_EQ(drive.read("prefs"), drive.read("prefbak"));
+  });
+}
+
+TEST_F(Books, LoadsAuditsFromMainThenBackup) {
+  const std::string in_main = audits_file(30), in_backup = audits_file(50);
+  for_each_pair([&](FileState main, FileState backup) {
+    clear();
+    if (main != MISSING) drive.write("audits", in_state(in_main, main, 56));
+    if (backup != MISSING) drive.write("audbak", in_state(in_backup, backup, 56));
+    audits_load();
+    EXPECT_EQ(audit_count(AUDIT_BUGS), loaded(main, 30, backup, 50, 0));
+    EXPECT_EQ(audit_count(AUDIT_BOOT_COUNT), 1);
+    EXPECT_EQ(drive.read("audits").size(), AUDITS_SIZE);
+    EXPECT_EQ(drive.read("audits"), drive.read("audbak"));
+  });
+}
+
+TEST_F(Books, HistogramHasNoBackup) {
   histogram_count(SIDE_LEFT, 0);
   histogram_count(SIDE_RIGHT, 1399);
   histogram_count(SIDE_RIGHT, 1400);
@@ -168,7 +165,7 @@ TEST_F(Books, HistogramAloneWithoutBackup) {
   }
 }
 
-TEST_F(Books, StoredNamesStayAndResetBringsTheBuiltInOnesBack) {
+TEST_F(Books, StoredNamesAreKeptUntilReset) {
   std::string file = prefs_file(16);
   std::memcpy(file.data() + 4 + 8, "Gratis\0\0\0", 9);
   drive.write("prefs", file);
@@ -179,7 +176,7 @@ TEST_F(Books, StoredNamesStayAndResetBringsTheBuiltInOnesBack) {
   EXPECT_STREQ(prefs[PREF_FREEPLAY].name, "Freeplay");
 }
 
-TEST_F(Books, BootZeroesOnlyWhatCountsSinceBoot) {
+TEST_F(Books, BootClearsOnlyCountsSinceBoot) {
   for (auto& row : audits) {
     row.count = 7;
     row.time_ms = 7000;
@@ -196,7 +193,7 @@ TEST_F(Books, BootZeroesOnlyWhatCountsSinceBoot) {
   }
 }
 
-TEST_F(Books, ACounterAtItsEndStaysThere) {
+TEST_F(Books, CountersSaturate) {
   constexpr std::int32_t MOST = std::numeric_limits<std::int32_t>::max();
   constexpr std::int64_t LONGEST = std::numeric_limits<std::int64_t>::max();
   audits[AUDIT_BOOT_COUNT].count = MOST;
@@ -214,7 +211,6 @@ TEST_F(Books, ACounterAtItsEndStaysThere) {
   EXPECT_EQ(histogram[SIDE_LEFT][7], std::numeric_limits<std::uint32_t>::max());
 }
 
-// A file that can't be written is skipped: the others are stored, and nothing stops.
 TEST_F(Books, UnwritableFileIsSkipped) {
   std::filesystem::create_directories(drive.file("audits/full"));
   std::filesystem::create_directories(drive.file("prefs/full"));
@@ -229,8 +225,7 @@ TEST_F(Books, UnwritableFileIsSkipped) {
   EXPECT_EQ(drive.read("histo").size(), HISTO_SIZE);
 }
 
-// What lies where the temporary file is to be doesn't keep the books from being stored.
-TEST_F(Books, ATemporaryNameInUseIsClearedOrGoneRound) {
+TEST_F(Books, OccupiedTemporaryNameIsReplacedOrAvoided) {
   std::filesystem::create_directory(drive.file("prefs.new"));
   std::filesystem::create_directories(drive.file("audits.new/somebody's"));
   drive.write("audbak.new", std::string(9999, 'x'));
@@ -247,7 +242,7 @@ TEST_F(Books, ATemporaryNameInUseIsClearedOrGoneRound) {
   EXPECT_TRUE(drive.has("audits.new/somebody's"));
 }
 
-TEST_F(Books, NamesDoNotLeaveTheirRoot) {
+TEST_F(Books, PathsStayBelowTheirRoot) {
   EXPECT_EQ(files_path(R"(d:\audits)"), drive.file("audits"));
   EXPECT_EQ(files_path(R"(images\fonts\x.tga)"), drive.file("images/fonts/x.tga"));
   EXPECT_EQ(files_path(R"(d:\..\audits)"), "");
@@ -256,7 +251,7 @@ TEST_F(Books, NamesDoNotLeaveTheirRoot) {
   EXPECT_EQ(store_open(R"(d:\..\x)"), nullptr);
 }
 
-TEST_F(Books, TimeAccounting) {
+TEST_F(Books, AddsPlayTimeExceptStalls) {
   AuditsTick tick{1000, {true, true}, {0, 0}, 0};
   audits_tick(tick);  // the first step is as long as a stall
   EXPECT_EQ(audits[AUDIT_TIME_GAME_ON].time_ms, 0);
@@ -274,8 +269,8 @@ TEST_F(Books, TimeAccounting) {
   EXPECT_EQ(audit_count(AUDIT_IO_CHECKSUM_FAILURES), 5);
 }
 
-// The periodic store waits, a minute at a time, while a frog is in flight.
-TEST_F(Books, PeriodicStoreWaitsForQuiet) {
+// While a frog is in flight it is put off a minute at a time.
+TEST_F(Books, PeriodicStoreWaitsForIdle) {
   const auto tick = [&](std::int64_t at, bool idle) {
     std::filesystem::remove(drive.file("audits"));
     audits_tick({at, {true, idle}, {0, 0}, 0});

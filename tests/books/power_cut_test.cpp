@@ -1,6 +1,5 @@
-// The power goes at every write, fsync and rename of a store. What had not been brought to the disk
-// by then is lost: files that were written and not synced are cut in half. The next start has to
-// read the books from before or after, whole.
+// Power cuts at each write, fsync and rename of a store. Files that were not synced by then are cut
+// in half. The next start has to read the old books or the new ones, whole.
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -31,10 +30,9 @@ int __real_rename(const char* from, const char* to);
 namespace {
 
 int steps_seen = 0;
-int cut_at = -1;  // the step at which the power goes; -1: never
+int cut_at = -1;  // the step of the power cut; -1: none
 std::map<std::string, bool> unsynced;
-bool folders_fail =
-    false;  // they aren't brought to the disk, and behind a file's name no other comes
+bool folders_fail = false;  // fsync of a folder fails, and so does reading behind its first file
 
 bool is_folder(int fd) {
   struct stat status{};
@@ -85,7 +83,7 @@ int __wrap_fsync(int fd) {
   return __real_fsync(fd);
 }
 
-// The library's folder iterators come here too.
+// Also called by the library's directory iterators.
 dirent* readdir(DIR* folder) {
   static const auto real = reinterpret_cast<dirent* (*)(DIR*)>(dlsym(RTLD_NEXT, "readdir"));
   static bool file_seen = false;
@@ -124,7 +122,7 @@ void store_all() {
   audits_save();
 }
 
-TEST(PowerCut, EveryStepLeavesTheBooksWhole) {
+TEST(PowerCut, AtAnyStepLeavesOldOrNewBooks) {
   TempFolder drive;
   files_use_roots(drive.path(), drive.path());
   prefs_reset();
@@ -151,13 +149,13 @@ TEST(PowerCut, EveryStepLeavesTheBooksWhole) {
       cut_at = cut;
       set_state(2);
       store_all();
-      _exit(1);  // no cut: the test is wrong
+      _exit(1);  // not cut
     }
     int status = 0;
     waitpid(child, &status, 0);
     ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
 
-    bool older = false;  // files are stored in order: behind an old file there is no new one
+    bool older = false;  // files are stored in order: none is new behind an old one
     for (const char* name : FILES) {
       const std::string now = drive.read(name);
       EXPECT_TRUE(now == before[name] || now == after[name]) << name;
@@ -179,7 +177,7 @@ TEST(PowerCut, EveryStepLeavesTheBooksWhole) {
   }
 }
 
-TEST(FailingFolder, AStoreThatTheFolderMayLoseIsToldAsFailed) {
+TEST(FailingFolder, StoreFailsWhenFolderCannotBeSynced) {
   TempFolder drive;
   files_use_roots(drive.path(), drive.path());
   ASSERT_TRUE(book_store(R"(d:\prefs)", "030P", "old", 3));
@@ -189,7 +187,7 @@ TEST(FailingFolder, AStoreThatTheFolderMayLoseIsToldAsFailed) {
   EXPECT_EQ(drive.read("prefs"), "030Pnew");
 }
 
-TEST(FailingFolder, ANameLookedForInAnyCaseIsNotFoundThere) {
+TEST(FailingFolder, NameInAnyCaseIsNotFound) {
   TempFolder drive;
   files_use_roots(drive.path(), drive.path());
   drive.write("one", "1");

@@ -1,5 +1,5 @@
-// Money in and tickets out, through whole ticks of the real rules: what the switches report on one
-// side, what the books and the board are told on the other.
+// Coins, credits and tickets through whole ticks: the switches' presses on one side, the books and
+// the board's commands on the other.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -21,16 +21,14 @@
 #include "operator/main_menu.h"
 #include "platform/files.h"
 #include "platform/headless/power_record.h"
-#include "platform/random.h"
-#include "playfield/awards.h"
 #include "playfield/frog_queue.h"
 #include "playfield/paytable.h"
 #include "playfield/playfield.h"
 #include "presentation/volume.h"
-#include "presentation/win_show.h"
 #include "tests/fakes/jamma_fake.h"
 #include "tests/fakes/jps_fake.h"
 #include "tests/plain_sheets.h"
+#include "tests/reset_game.h"
 #include "tests/temp_folder.h"
 
 namespace {
@@ -49,36 +47,14 @@ class Money : public testing::Test {
  protected:
   Money() {
     files_use_roots(drive.path(), drive.path());
-    prefs_reset();
-    audits_reset();
-    audits_tick_reset();
     jamma_fake_reset();
     jps_fake_reset();
-    awards_reset();
-    win_show_reset();
+    plain_sheets();
+    reset_game();
     menus_free();
     menus_build();
-    lockouts_reset();
-    periodic_reboot_reset();
-    random_seed(1);
-    game_mode = MODE_PLAY;
-    sound_enabled = 1;
-    game_clock.now_ms = 0;
     headless_reboots_ordered = 0;
-    for (int side = 0; side < SIDE_COUNT; ++side) {
-      tick_timers.coin_prompt_start[side] = 0;
-      tick_timers.coin_prompt_until[side] = 0;
-      tick_timers.credit_wait_ms[side] = 0;
-      tick_timers.since_award_ms[side] = 0;
-      tick_timers.award_done[side] = 0;
-      tick_timers.attract_demo_next[side] = 1LL << 40;
-      ticket_status.tickets_owed[side] = 0;
-      ticket_status.ticket_error[side] = 0;
-    }
-    tick_timers.next_bonk_ms = 0;
-    tick_timers.test_hold_ticks = 0;
-    plain_sheets();
-    playfield_reset();
+    for (auto& next : tick_timers.attract_demo_next) next = 1LL << 40;  // never
     frog_enqueue(SIDE_LEFT);
     frog_enqueue(SIDE_RIGHT);
     tick();
@@ -119,7 +95,7 @@ TEST_F(Money, CoinsBecomeCreditsAndAreStoredInTheSameTick) {
   ASSERT_EQ(file.size(), 3252U);
   std::memcpy(&on_disk, file.data() + 4 + AUDIT_COIN_DROPS * 56 + 40, 4);
   EXPECT_EQ(on_disk, 1);
-  coin(SIDE_LEFT, 7);  // several in one tick, heard once
+  coin(SIDE_LEFT, 7);  // several in one tick, one sound
   EXPECT_EQ(coins(0), 2);
   EXPECT_EQ(credits(0), 4);
   EXPECT_EQ(audit_count(AUDIT_COIN_DROPS, 0), 8);
@@ -129,7 +105,7 @@ TEST_F(Money, CoinsBecomeCreditsAndAreStoredInTheSameTick) {
   EXPECT_EQ(coins(1) + credits(1), 0);
 }
 
-TEST_F(Money, SwipesCountPulses) {
+TEST_F(Money, SwipeCountsCoinsPerPulse) {
   prefs[PREF_CURRENCY_UNIT].int_value = CURRENCY_SWIPES;
   prefs[PREF_COINS_PER_SWIPE_PULSE].int_value = 4;
   coin(SIDE_RIGHT);
@@ -141,16 +117,15 @@ TEST_F(Money, SwipesCountPulses) {
   EXPECT_EQ(audit_count(AUDIT_COIN_DROPS, 1), 5);
 }
 
-TEST_F(Money, ACostOfNothingKeepsTheCoins) {
+TEST_F(Money, ZeroCoinsToPlayKeepsCoins) {
   prefs[PREF_COINS_TO_PLAY].int_value = 0;
   coin(SIDE_LEFT, 2);
   EXPECT_EQ(coins(0), 2);
   EXPECT_EQ(credits(0), 0);
 }
 
-// No file of settings is checked when it is read: none may swallow a coin, give a frog away, or
-// hold the tick.
-TEST_F(Money, DamagedSettings) {
+// Settings are not checked when they are read, so any value may come.
+TEST_F(Money, DamagedSettingsLoseNoCoinAndLaunchNoFrog) {
   prefs[PREF_FROGS_PER_GAME].int_value = -3;
   coin(SIDE_LEFT);
   EXPECT_EQ(credits(0), 1);
@@ -166,14 +141,14 @@ TEST_F(Money, DamagedSettings) {
   prefs[PREF_TIMEOUT_SECONDS].int_value = -2;  // off, like -1
   tick(1000);
   EXPECT_EQ(audit_count(AUDIT_GAMES_PLAYED, 0) + audit_count(AUDIT_GAMES_PLAYED, 1), 0);
-  prefs[PREF_TIMEOUT_SECONDS].int_value = 15;  // a wait that outlived its credit
+  prefs[PREF_TIMEOUT_SECONDS].int_value = 15;  // the wait has ended, but there is no credit
   tick_timers.credit_wait_ms[0] = 60000;
   tick();
   EXPECT_EQ(audit_count(AUDIT_GAMES_PLAYED, 0), 0);
   EXPECT_EQ(credits(0), 0);
 }
 
-TEST_F(Money, ADamagedCountOfOwedTicketsIsNotPaid) {
+TEST_F(Money, DamagedOwedTicketsAreHeldToTheBoardsLimit) {
   audits[AUDIT_TICKETS_OWED].count = -1;
   audits[AUDIT_TICKETS_OWED + 1].count = 1 << 20;
   jamma_fake_forget_calls();
@@ -182,9 +157,9 @@ TEST_F(Money, ADamagedCountOfOwedTicketsIsNotPaid) {
   EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 1), 1023);
 }
 
-// The books are those of a program that was ended in the middle of a payout. A board that stayed up
-// pays on by itself; one that lost its count has to be told.
-TEST_F(Money, OwedTicketsAreOrderedAgainUnlessTheBoardStayedUp) {
+// The program was ended in the middle of a payout. A board that kept running pays on by itself; one
+// that restarted has lost its count.
+TEST_F(Money, OwedTicketsAreOrderedAgainUnlessBoardKeptRunning) {
   struct Case {
     const char* what;
     void (*meanwhile)();
@@ -193,12 +168,12 @@ TEST_F(Money, OwedTicketsAreOrderedAgainUnlessTheBoardStayedUp) {
   };
   const Case cases[] = {
       {"nothing happened", [] {}, 0, 1},
-      {"players pressed on", [] { jamma_fake.counters[COUNTER_P1S] += 6; }, 0, 1},
+      {"players pressed buttons", [] { jamma_fake.counters[COUNTER_P1S] += 6; }, 0, 1},
       {"the board restarted", [] { jamma_fake.counters[COUNTER_C1] = 0; }, 22, 0},
       {"the machine lost its power", [] { headless_boot_id = "another"; }, 22, 0},
       {"a board that counted nothing looks like one that restarted", [] {}, 22, 0, 0},
       {"no counters yet", [] { jamma_fake.synced = false; }, 22, 0},
-      {"it did, and the board says it pays",
+      {"it did, but the board reports a count",
        [] {
          headless_boot_id = "another";
          jamma_fake.tickets_reported = true;
@@ -216,7 +191,7 @@ TEST_F(Money, OwedTicketsAreOrderedAgainUnlessTheBoardStayedUp) {
     tickets_restore();
     jamma_fake.tickets_owed[0] = 22;
     tickets_poll();
-    jamma_fake.tickets_owed[0] = 0;  // the board that the next run meets hasn't spoken yet
+    jamma_fake.tickets_owed[0] = 0;  // the board has yet to report to the next run
     ticket_status.tickets_owed[0] = 0;
     row.meanwhile();
     jamma_fake_forget_calls();
@@ -228,11 +203,11 @@ TEST_F(Money, OwedTicketsAreOrderedAgainUnlessTheBoardStayedUp) {
     EXPECT_EQ(jamma_fake.tickets_asked[1], 0);
     std::filesystem::remove(drive.file("audits"));
     tickets_poll();
-    EXPECT_EQ(drive.has("audits"), row.ordered == 0) << "a board that owes nothing is on the books";
+    EXPECT_EQ(drive.has("audits"), row.ordered == 0) << "stored if it fell to zero";
   }
 }
 
-TEST_F(Money, TicketsThatTheBoardWasYetToBeToldOfAreOrderedAfterARestart) {
+TEST_F(Money, QueuedTicketsAreOrderedAfterRestart) {
   jamma_fake.counters[COUNTER_C1] = 2;
   tickets_restore();
   jamma_fake.tickets_owed[1] = 1023;
@@ -247,15 +222,15 @@ TEST_F(Money, TicketsThatTheBoardWasYetToBeToldOfAreOrderedAfterARestart) {
   tickets_restore();
   EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 1), 0);
 
-  std::filesystem::resize_file(drive.file("board"), 30);  // a note that is cut off says nothing
+  std::filesystem::resize_file(drive.file("board"), 30);  // cut off: not used
   audits[AUDIT_TICKETS_OWED + 1].count = 5;
   jamma_fake_forget_calls();
   tickets_restore();
   EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 1), 5);
 }
 
-// No file of the books is checked either.
-TEST_F(Money, DamagedBooksKeepNoMoneyBack) {
+// The books aren't checked either.
+TEST_F(Money, NegativeCreditsAndCoinsAreReadAsZero) {
   for (int side = 0; side < SIDE_COUNT; ++side) {
     audits[AUDIT_CURRENT_CREDITS + side].count = -100;
     audits[AUDIT_CURRENT_COINS + side].count = std::numeric_limits<std::int32_t>::min();
@@ -267,7 +242,7 @@ TEST_F(Money, DamagedBooksKeepNoMoneyBack) {
   EXPECT_EQ(credits(1) + coins(1), 0);
 }
 
-TEST_F(Money, AFullCountOfCoinsOrCreditsStaysFull) {
+TEST_F(Money, CoinAndCreditCountsSaturate) {
   constexpr std::int32_t MOST = std::numeric_limits<std::int32_t>::max();
   prefs[PREF_FROGS_PER_GAME].int_value = 2;
   audits[AUDIT_CURRENT_COINS].count = MOST;
@@ -287,29 +262,29 @@ TEST_F(Money, StartTakesOneCreditAndLaunchesOneFrog) {
   start(SIDE_LEFT);
   EXPECT_EQ(credits(0), 1);
   EXPECT_EQ(in_state(0, FROG_LAUNCHING), 1);
-  EXPECT_EQ(in_state(0, FROG_WAITING), 1) << "the next one waits";
+  EXPECT_EQ(in_state(0, FROG_WAITING), 1) << "the next in line";
   EXPECT_EQ(audit_count(AUDIT_GAMES_PLAYED, 0), 1);
   EXPECT_EQ(jps_fake_count("ricochet"), 1);
   EXPECT_EQ(jps_fake_count("jump"), 1);
 
-  start(SIDE_LEFT);  // in flight: nothing is taken
+  start(SIDE_LEFT);  // in flight
   EXPECT_EQ(credits(0), 1);
   EXPECT_EQ(jps_fake_count("bonk"), 1);
-  start(SIDE_LEFT);  // and the sound is not heard again at once
+  start(SIDE_LEFT);  // too soon for another sound
   EXPECT_EQ(jps_fake_count("bonk"), 1);
   tick(30);
   start(SIDE_LEFT);
   EXPECT_EQ(jps_fake_count("bonk"), 2);
 }
 
-TEST_F(Money, FreePlayTakesNothing) {
+TEST_F(Money, FreePlayLaunchesWithoutCredit) {
   prefs[PREF_FREEPLAY].int_value = 1;
   start(SIDE_RIGHT);
   EXPECT_EQ(credits(1), 0);
   EXPECT_EQ(in_state(1, FROG_LAUNCHING), 1);
 }
 
-TEST_F(Money, StartWithoutMoneyPromptsOnAGridOfSeconds) {
+TEST_F(Money, StartWithoutCreditExtendsPromptByWholeSeconds) {
   start(SIDE_LEFT);
   const std::int64_t begun = now_ms();
   EXPECT_EQ(tick_timers.coin_prompt_start[0], begun);
@@ -323,7 +298,7 @@ TEST_F(Money, StartWithoutMoneyPromptsOnAGridOfSeconds) {
   EXPECT_EQ(tick_timers.coin_prompt_until[0], now_ms()) << "a coin ends it";
 }
 
-TEST_F(Money, ServiceGivesAFrogToEachSide) {
+TEST_F(Money, ServiceAddsACreditToEachSide) {
   jamma_fake.pending[PRESS_SRV] = 2;
   tick();
   EXPECT_EQ(credits(0), 2);
@@ -331,7 +306,7 @@ TEST_F(Money, ServiceGivesAFrogToEachSide) {
   EXPECT_EQ(audit_count(AUDIT_SERVICE_CREDITS), 2);
 }
 
-TEST_F(Money, TimeoutLaunchesWhenItCan) {
+TEST_F(Money, TimeoutPlaysAWaitingCredit) {
   prefs[PREF_TIMEOUT_SECONDS].int_value = 15;
   coin(SIDE_LEFT);
   tick(15000 / 17);
@@ -345,7 +320,7 @@ TEST_F(Money, TimeoutLaunchesWhenItCan) {
   EXPECT_EQ(credits(1), 0);
 }
 
-TEST_F(Money, ACoinClearsTheDemoOfItsSideOnly) {
+TEST_F(Money, CoinEndsDemoOnItsSideOnly) {
   frog_launch(SIDE_LEFT, true);
   frog_enqueue(SIDE_LEFT);
   frog_launch(SIDE_RIGHT, true);
@@ -356,27 +331,7 @@ TEST_F(Money, ACoinClearsTheDemoOfItsSideOnly) {
   EXPECT_EQ(audit_count(AUDIT_GAMES_PLAYED, 0), 0);
 }
 
-TEST_F(Money, RepeatPlayWithinFifteenSecondsOfAnAward) {
-  coin(SIDE_LEFT, 3);
-  start(SIDE_LEFT);
-  EXPECT_EQ(audit_count(AUDIT_REPEAT_PLAYS, 0), 1) << "the timer stands at 0 after boot";
-  for (Frog& frog : stations[0].frogs) {
-    if (frog.state == FROG_LAUNCHING) frog.state = FROG_FREE;
-  }
-  tick_timers.award_done[0] = 1;
-  tick_timers.since_award_ms[0] = 14990;
-  start(SIDE_LEFT);  // the tick brings it past 15 s
-  EXPECT_EQ(audit_count(AUDIT_REPEAT_PLAYS, 0), 1);
-  for (Frog& frog : stations[0].frogs) {
-    if (frog.state == FROG_LAUNCHING) frog.state = FROG_FREE;
-  }
-  tick_timers.award_done[0] = 1;
-  tick_timers.since_award_ms[0] = 14982;
-  start(SIDE_LEFT);
-  EXPECT_EQ(audit_count(AUDIT_REPEAT_PLAYS, 0), 2);
-}
-
-TEST_F(Money, PressesInOperatorModeAreLost) {
+TEST_F(Money, PressesInOperatorModeAreDiscarded) {
   jamma_fake.inputs.counters[COUNTER_TST] = 1;
   tick(120);
   EXPECT_EQ(game_mode, MODE_PLAY);
@@ -390,7 +345,7 @@ TEST_F(Money, PressesInOperatorModeAreLost) {
   EXPECT_EQ(jamma_fake.pending[PRESS_C1], 0U);
   EXPECT_EQ(jamma_fake_sum(JAMMA_PULSE_COIN_METER, 0), 0);
 
-  // The release of the held button is a press: it only wakes the menu. The next one leaves.
+  // The release of the held button counts as a press, which only wakes the menu.
   jamma_fake.inputs.counters[COUNTER_TST] = 2;
   jamma_fake.pending[PRESS_TST] = 1;
   tick();
@@ -401,7 +356,7 @@ TEST_F(Money, PressesInOperatorModeAreLost) {
   EXPECT_EQ(sound_enabled, 1);
 }
 
-TEST_F(Money, TestHoldCountsUnbrokenTicks) {
+TEST_F(Money, TestMustBeHeldWithoutBreak) {
   jamma_fake.inputs.counters[COUNTER_TST] = 1;
   tick(119);
   jamma_fake.inputs.counters[COUNTER_TST] = 2;
@@ -413,7 +368,7 @@ TEST_F(Money, TestHoldCountsUnbrokenTicks) {
   EXPECT_EQ(game_mode, MODE_OPERATOR);
 }
 
-TEST_F(Money, OwedTicketsAreStoredWhenTheyRiseAndWhenTheyEnd) {
+TEST_F(Money, OwedTicketsAreStoredWhenTheyRiseOrReachZero) {
   const auto stored = [&](int owed) {
     std::filesystem::remove(drive.file("audits"));
     jamma_fake.tickets_owed[0] = owed;
@@ -430,7 +385,7 @@ TEST_F(Money, OwedTicketsAreStoredWhenTheyRiseAndWhenTheyEnd) {
   EXPECT_TRUE(stored(2));
 }
 
-TEST_F(Money, FaultsFollowTheLinkAndMissingBoardsKeepTheBooks) {
+TEST_F(Money, FaultsFollowBoardAndOwedTicketsSurviveItsAbsence) {
   jamma_fake.flags = RIGHT_TICKET_FAULT;
   tick();
   EXPECT_EQ(ticket_status.ticket_error[0], 0);
@@ -480,10 +435,10 @@ TEST_F(Money, HandsOwedTicketsAndCoilsToABoardThatComesLate) {
   EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 0), 9) << "a second is enough for a board to speak";
 }
 
-TEST_F(Money, LockoutCoils) {
+TEST_F(Money, LockoutCoilsFollowCreditsWhenEnabled) {
   jamma_fake_reset();
   lockouts_reset();
-  tick(2);  // off: both coils energised, once
+  tick(2);  // disabled: both coils are energised once
   EXPECT_EQ(jamma_fake_count(JAMMA_SET_LOCKOUT), 2U);
   EXPECT_EQ(jamma_fake_sum(JAMMA_SET_LOCKOUT, 0), 1);
   jamma_fake_forget_calls();
@@ -497,15 +452,15 @@ TEST_F(Money, LockoutCoils) {
   EXPECT_EQ(jamma_fake_sum(JAMMA_SET_LOCKOUT, 1), 1);
 }
 
-// A day old, the machine goes at the first 240 quiet seconds, with ten seconds' notice.
-TEST_F(Money, PeriodicReboot) {
+// There are ten seconds' notice on the screen before it reboots.
+TEST_F(Money, RebootsAfterADayOnceQuietFor240Seconds) {
   constexpr std::int64_t DAY = 86400000;
   game_tick(DAY - 1000);
   coin(SIDE_LEFT);
   start(SIDE_LEFT);
   std::int64_t last_busy = 0;
   while (game_mode == MODE_PLAY) {
-    ASSERT_LT(now_ms(), DAY + 400000) << "never went down";
+    ASSERT_LT(now_ms(), DAY + 400000) << "no reboot";
     tick();
     if (!station_idle(SIDE_LEFT) || !station_idle(SIDE_RIGHT)) last_busy = now_ms();
   }
@@ -521,10 +476,10 @@ TEST_F(Money, PeriodicReboot) {
   EXPECT_EQ(headless_reboots_ordered, 1);
 }
 
-TEST_F(Money, ACreditThatWaitsSurvivesTheReboot) {
+TEST_F(Money, WaitingCreditSurvivesPeriodicReboot) {
   constexpr std::int64_t DAY = 86400000;
   prefs[PREF_TIMEOUT_SECONDS].int_value = 15;
-  game_tick(DAY - 6000);  // quiet since the start, so it goes down as the day is over
+  game_tick(DAY - 6000);  // quiet since the start, so it goes down when the day is over
   coin(SIDE_LEFT);
   coin(SIDE_RIGHT, 2);
   while (running) tick();

@@ -14,7 +14,7 @@
 
 namespace {
 
-TEST(CommandLine, Tokens) {
+TEST(CommandLine, SplitsLineIntoUpperCaseTokens) {
   EXPECT_EQ(app_tokenize_line(""), 0);
   EXPECT_EQ(app_tokenize_line("  \t "), 0);
   ASSERT_EQ(app_tokenize_line("one,two(three)\tfour"), 4);
@@ -32,7 +32,7 @@ TEST(CommandLine, Tokens) {
   EXPECT_EQ(app_tokenize_line(many.c_str()), 64);
 }
 
-TEST(CommandLine, DisplayModes) {
+TEST(CommandLine, LastDisplayModeIsUsed) {
   const auto parse = [](const char* line) {
     app_window = {1360, 768, 1};
     app_parse_command_line(line);
@@ -62,7 +62,7 @@ std::string opened(std::vector<DisplayModeResult> results, bool answer_yes, cons
   return told + text(headless_display.window) + (headless_display.fullscreen ? "full" : "window");
 }
 
-TEST(AppWindow, ModesAreAskedForInTurnAndOnlyThenTheOperator) {
+TEST(AppWindow, TriesFullscreenModesThenAsksOperator) {
   constexpr auto OK = DISPLAY_MODE_OK;
   constexpr auto REFUSED = DISPLAY_MODE_FAILED;
   EXPECT_EQ(opened({OK}, false), "1360x768 1360x768 full");
@@ -101,7 +101,7 @@ class EnvironmentTest : public testing::Test {
   }
 };
 
-TEST_F(EnvironmentTest, DefaultsAreSafeOnADesk) {
+TEST_F(EnvironmentTest, DefaultsUseNoHardware) {
   setenv("XDG_DATA_HOME", "/tmp/x", 1);
   EXPECT_EQ(read(), "");
   EXPECT_EQ(environment.drive_d, "/tmp/x/lilyhop");
@@ -111,7 +111,7 @@ TEST_F(EnvironmentTest, DefaultsAreSafeOnADesk) {
   EXPECT_FALSE(environment.power_reboot);
 }
 
-TEST_F(EnvironmentTest, ValuesAndComplaints) {
+TEST_F(EnvironmentTest, ReadsValuesAndNamesWrongOnes) {
   setenv("LILYHOP_DRIVE_D", "/tmp/d", 1);
   setenv("LILYHOP_COM3", "/dev/pts/7", 1);
   setenv("LILYHOP_USBIO", "unix:/tmp/s", 1);

@@ -71,7 +71,7 @@ const Bytes rows24 = {3,    2,    1,    6, 5, 4, 9,   8, 7,   0, 0, 0,
                       0x13, 0x12, 0x11, 0, 0, 0, 255, 0, 255, 0, 0, 0};
 const char* const pixels24 = "010203 040506 070809 111213 000000 ff00ff";
 
-TEST(BitmapReader, TakesBothHeadersWithAndWithoutTheFileHeader) {
+TEST(BitmapReader, ReadsBothHeadersWithAndWithoutFileHeader) {
   for (const bool file_header : {true, false}) {
     for (const bool core : {true, false}) {
       Header header;
@@ -85,7 +85,7 @@ TEST(BitmapReader, TakesBothHeadersWithAndWithoutTheFileHeader) {
   EXPECT_EQ(decoded(bitmap(top_down, rows24)), "111213 000000 ff00ff 010203 040506 070809");
 }
 
-TEST(BitmapReader, LooksIndexesUpInTheColourTable) {
+TEST(BitmapReader, LooksUpIndexesInColourTable) {
   const Bytes colours = {1, 2, 3, 0, 4, 5, 6, 0};  // blue first, four bytes each
   Header one{.width = 10, .height = 1, .depth = 1, .colours = colours};
   EXPECT_EQ(decoded(bitmap(one, {0b10000000, 0b01000000, 0, 0})),
@@ -94,16 +94,16 @@ TEST(BitmapReader, LooksIndexesUpInTheColourTable) {
   EXPECT_EQ(decoded(bitmap(four, {0x01, 0x70, 0, 0})), "030201 060504 000000") << "7 has no colour";
   Header eight{.width = 2, .height = 2, .depth = 8, .colours_used = 2, .colours = colours};
   EXPECT_EQ(decoded(bitmap(eight, {1, 0, 0, 0, 0, 1, 0, 0})), "060504 030201 030201 060504");
-  Bytes core_colours;  // the short header's table is always whole, three bytes each
+  Bytes core_colours;  // the short header has a full table, three bytes each
   for (int i = 0; i < 16; ++i) core_colours.insert(core_colours.end(), 3, i);
   Header core{.core = true, .width = 2, .height = 1, .depth = 4, .colours = core_colours};
   EXPECT_EQ(decoded(bitmap(core, {0x2F, 0, 0, 0})), "020202 0f0f0f");
 }
 
-TEST(BitmapReader, StretchesDeepColoursTo24Bits) {
+TEST(BitmapReader, Converts16And32BitColoursTo24) {
   Header sixteen{.width = 2, .height = 1, .depth = 16};
   EXPECT_EQ(decoded(bitmap(sixteen, {0x00, 0x7C, 0x1F, 0x02})), "ff0000 0084ff");
-  for (std::uint32_t level = 0; level < 32; ++level) {  // repeated, so that the steps are even
+  for (std::uint32_t level = 0; level < 32; ++level) {  // the top bits are repeated below
     Header blue{.width = 1, .height = 1, .depth = 16};
     char hex[8];
     std::snprintf(hex, sizeof hex, "0000%02x", level << 3 | level >> 2);
@@ -119,10 +119,10 @@ TEST(BitmapReader, StretchesDeepColoursTo24Bits) {
   Header wide{.width = 1, .height = 1, .depth = 32, .compression = 3, .colours = masks};
   EXPECT_EQ(decoded(bitmap(wide, {0x01, 0x80, 0x00, 0x20})), "80ff80") << "10 bits, 1 and 8";
   Header deep{.width = 1, .height = 1, .depth = 32};
-  EXPECT_EQ(decoded(bitmap(deep, {1, 2, 3, 77})), "030201") << "the fourth byte says nothing";
+  EXPECT_EQ(decoded(bitmap(deep, {1, 2, 3, 77})), "030201") << "the fourth byte is ignored";
 }
 
-TEST(BitmapReader, UnpacksRuns) {
+TEST(BitmapReader, DecodesRunLengths) {
   const Bytes colours = {0, 0, 0x10, 0, 0, 0, 0x11, 0, 0, 0, 0x12, 0, 0, 0, 0x13, 0};  // reds
   Header eight{.width = 4, .height = 3, .depth = 8, .compression = 1, .colours_used = 4};
   eight.colours = colours;
@@ -131,8 +131,7 @@ TEST(BitmapReader, UnpacksRuns) {
     for (std::size_t i = 0; i < pixels.size(); i += 7) text += pixels[i + 1];
     return text;
   };
-  // A run, plain pixels with their padding, one of them with a move behind it, and a run that would
-  // leave the picture.
+  // A run, plain pixels with padding, a move, and a run that would leave the picture.
   const Bytes code = {3, 1, 1, 2, 0, 0,        // bottom row
                       0, 3, 3, 2, 1, 0, 0, 0,  // row above, its last pixel left out
                       0, 2, 2, 0, 9, 3, 0, 1};
@@ -148,11 +147,10 @@ TEST(BitmapReader, UnpacksRuns) {
   }
   Header top_down = eight;
   top_down.height = -3;
-  EXPECT_EQ(decoded(bitmap(top_down, code)), "failed") << "runs go upwards only";
+  EXPECT_EQ(decoded(bitmap(top_down, code)), "failed") << "bottom-up only";
 }
 
-// A header may ask for more than any machine has.
-TEST(BitmapReader, AllocatesNothingForAPictureThatTheFileCannotHold) {
+TEST(BitmapReader, AllocatesNothingIfFileIsTooShort) {
   BitmapImage image{};
   for (const Header& header :
        {Header{.width = 32768, .height = 32768},
@@ -163,7 +161,7 @@ TEST(BitmapReader, AllocatesNothingForAPictureThatTheFileCannotHold) {
   }
 }
 
-TEST(BitmapReader, RefusesWhatItCannotDeliver) {
+TEST(BitmapReader, RefusesUnknownFormatsCutFilesAndHugeSizes) {
   BitmapImage image{};
   Bytes unknown = bitmap({}, rows24);
   unknown[14] = 39;
@@ -181,7 +179,7 @@ TEST(BitmapReader, RefusesWhatItCannotDeliver) {
   }
 }
 
-TEST(BitmapReader, TellsWhyInBoxes) {
+TEST(BitmapReader, ShowsReasonInMessageBoxes) {
   const PictureFolder folder;
   Bytes unknown = bitmap({}, rows24);
   unknown[14] = 39;

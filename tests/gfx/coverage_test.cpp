@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr std::uint32_t NOT_A_ROUND = 1000;  // a texture name of no other test
+constexpr std::uint32_t OUTSIDE = 1000;  // a texture name of no other test
 
 struct Picture {
   int width, height;
@@ -35,7 +35,7 @@ bool contains(const PixelRect& r, int x, int y) {
   return x >= r.x && x < r.x + r.width && y >= r.y && y < r.y + r.height;
 }
 
-TEST(Coverage, ABoxIsTheTilesInUseCutToTheRectangle) {
+TEST(Coverage, BoxIsUsedTilesCutToRectangle) {
   Picture picture(256, 128);
   picture.alpha(70, 33) = 1;
   picture.alpha(100, 50) = 200;
@@ -50,7 +50,7 @@ TEST(Coverage, ABoxIsTheTilesInUseCutToTheRectangle) {
   EXPECT_EQ(coverage_box_with_edge(coverage, {128, 0, 64, 64}).width, 0) << "nothing there";
 }
 
-TEST(Coverage, WhatLiesOnePixelBesideTheRectangleIsSeenToo) {
+TEST(Coverage, BoxIncludesOnePixelBesideRectangle) {
   Picture picture(64, 64);
   picture.fill(0, 56, 64, 8, 255);
   const Coverage coverage = picture.coverage();
@@ -58,19 +58,19 @@ TEST(Coverage, WhatLiesOnePixelBesideTheRectangleIsSeenToo) {
   const PixelRect below = coverage_box_with_edge(coverage, {16, 16, 16, 40});
   EXPECT_TRUE(contains(below, 20, 56));
   const PixelRect round = coverage_box_with_edge(coverage, {16, 0, 16, 16});
-  EXPECT_TRUE(contains(round, 20, -1)) << "above the first row comes the last";
+  EXPECT_TRUE(contains(round, 20, -1)) << "the last row wraps to above the first";
 }
 
-TEST(Coverage, ARectangleThatLeavesTheTextureIsItsOwnBox) {
+TEST(Coverage, RectangleOutsideTextureIsItsOwnBox) {
   const Coverage coverage = Picture(64, 64).coverage();
   for (const PixelRect& rect : {PixelRect{40, 0, 32, 8}, PixelRect{-1, 0, 8, 8},
                                 PixelRect{0, 64, 8, 8}, PixelRect{0, 0, 65, 1}}) {
     EXPECT_EQ(coverage_box_with_edge(coverage, rect).width, rect.width);
-    EXPECT_FALSE(fill_plan_recall(NOT_A_ROUND, coverage, rect).pieced);
+    EXPECT_FALSE(fill_plan_recall(OUTSIDE, coverage, rect).pieced);
   }
 }
 
-TEST(Coverage, TheCoreIsTheLargestOpaqueRectangle) {
+TEST(Coverage, CoreIsLargestOpaqueRectangle) {
   Picture picture(256, 256);
   picture.fill(0, 0, 256, 256, 254);
   picture.fill(16, 32, 64, 64, 255);
@@ -96,8 +96,8 @@ int pieces_at(const FillPlan& plan, int x, int y, int alpha) {
   return pieces;
 }
 
-// The promise that the drawing stands on, on pictures of every sort.
-TEST(Coverage, HoldsOnRandomPictures) {
+// On random pictures.
+TEST(Coverage, FillPlanDrawsEachVisiblePixelOnce) {
   std::mt19937 random(7);
   const auto below = [&random](int n) { return static_cast<int>(random() % n); };
   for (int round = 0; round < 60; ++round) {
@@ -128,8 +128,8 @@ TEST(Coverage, HoldsOnRandomPictures) {
   }
 }
 
-// The cells of a game's sheets, and more. A plan that is made anew lies elsewhere.
-TEST(FillPlan, CellsWhoseHashesMeetAreAllKept) {
+// More cells than the game's sheets have. A plan that is made anew lies elsewhere.
+TEST(FillPlan, KeepsCellsWithCollidingHashes) {
   constexpr std::uint32_t FIRST = 2000;  // textures of no other test
   Picture picture(1024, 1024);
   picture.fill(0, 0, 1024, 1024, 255);
@@ -149,8 +149,8 @@ TEST(FillPlan, CellsWhoseHashesMeetAreAllKept) {
   EXPECT_EQ(kept, first.size());
 }
 
-// More plans than there are places, and more pieces than the pool has: all stay right.
-TEST(FillPlan, AFullTableStartsAnew) {
+// More plans than places in the table, and more pieces than the pool has.
+TEST(FillPlan, FullTableIsClearedAndReused) {
   Picture picture(1024, 1024);
   picture.fill(0, 0, 512, 512, 255);
   const Coverage coverage = picture.coverage();

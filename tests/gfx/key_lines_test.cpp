@@ -35,8 +35,8 @@ struct KeyLines : testing::Test {
   PictureFolder folder;
 };
 
-TEST_F(KeyLines, ReachAListenerWheneverThereIsOne) {
-  key_line_send(true, "A");  // nobody there
+TEST_F(KeyLines, AreSentWheneverThereIsAListener) {
+  key_line_send(true, "A");  // no listener
   const int server = listen_at_path();
   key_line_send(true, "Left Shift");
   key_line_send(false, "Left Shift");
@@ -44,7 +44,7 @@ TEST_F(KeyLines, ReachAListenerWheneverThereIsOne) {
   EXPECT_EQ(received(client), "press Left Shift\nrelease Left Shift\n");
   close(client);
   close(server);
-  for (int i = 0; i < 3; ++i) key_line_send(true, "B");  // the listener has died
+  for (int i = 0; i < 3; ++i) key_line_send(true, "B");  // the listener has gone
   const int next = listen_at_path();
   key_line_send(true, "C");
   const int again = accept(next, nullptr, nullptr);
@@ -53,7 +53,7 @@ TEST_F(KeyLines, ReachAListenerWheneverThereIsOne) {
   close(next);
 }
 
-TEST_F(KeyLines, AListenerThatDoesNotReadStopsNobody) {
+TEST_F(KeyLines, ListenerThatDoesNotReadBlocksNothing) {
   const int server = listen_at_path();
   for (int i = 0; i < 100000; ++i) key_line_send(true, "Keypad Enter");
   close(server);

@@ -1,15 +1,15 @@
-// Little picture files in a folder of their own, for tests.
+// Small picture files in a folder of their own.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <string>
 #include <vector>
 
 #include "platform/files.h"
+#include "tests/temp_folder.h"
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -68,27 +68,19 @@ inline Bytes bmp_bytes(int width, int height, const Paint& paint) {
   return out;
 }
 
-// A folder that stands for the program's own while the test lasts.
+// An installation's folder while the test lasts.
 class PictureFolder {
  public:
   PictureFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "pictures-XXXXXX").string();
-    path_ = mkdtemp(pattern.data());
-    std::filesystem::create_directories(path_ + "/images/fonts");
-    files_use_roots(path_ + "/d", path_);
+    std::filesystem::create_directories(path() + "/images/fonts");
+    files_use_roots(path() + "/d", path());
   }
-  ~PictureFolder() { std::filesystem::remove_all(path_); }
-  PictureFolder(const PictureFolder&) = delete;
-  PictureFolder& operator=(const PictureFolder&) = delete;
-
   // `name` with forward slashes, below the folder.
   void write(const std::string& name, const Bytes& bytes) const {
-    std::ofstream file(path_ + "/" + name, std::ios::binary);
-    file.write(reinterpret_cast<const char*>(bytes.data()),
-               static_cast<std::streamsize>(bytes.size()));
+    folder_.write(name, {bytes.begin(), bytes.end()});
   }
-  [[nodiscard]] const std::string& path() const { return path_; }
+  [[nodiscard]] std::string path() const { return folder_.path(); }
 
  private:
-  std::string path_;
+  TempFolder folder_;
 };

@@ -16,7 +16,7 @@ std::uint32_t numbered(int x, int y) {
   return 0x01000000U * (10 * y + x) | 0x030201;
 }
 
-TEST(TgaReader, TurnsTheRowsRoundAndSkipsTheId) {
+TEST(TgaReader, ReversesRowsAndSkipsId) {
   const PictureFolder folder;
   folder.write("images/a.tga", tga_bytes(4, 2, numbered, 32, 2, "made by hand"));
   TgaImage image{};
@@ -28,7 +28,7 @@ TEST(TgaReader, TurnsTheRowsRoundAndSkipsTheId) {
   EXPECT_EQ(image.pixels[4 * 4 + 3], 10) << "alpha below it";
 }
 
-TEST(TgaReader, RefusesOtherKindsAloudAndShortFilesSilently) {
+TEST(TgaReader, RefusesOtherTypesWithMessageAndShortFilesWithout) {
   const PictureFolder folder;
   folder.write("images/deep24.tga", tga_bytes(4, 2, numbered, 24));
   folder.write("images/packed.tga", tga_bytes(4, 2, numbered, 32, 10));
@@ -46,7 +46,7 @@ TEST(TgaReader, RefusesOtherKindsAloudAndShortFilesSilently) {
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
-TEST(TgaReader, AllocatesNothingForAPictureThatTheFileCannotHold) {
+TEST(TgaReader, AllocatesNothingIfFileIsTooShort) {
   const PictureFolder folder;
   for (const int side : {8000, 65535}) {
     Bytes file = tga_bytes(0, 0, numbered);
@@ -77,7 +77,7 @@ Loaded load(const char* name) {
   return loaded;
 }
 
-TEST(TextureLoad, ChoosesTheReaderByTheFirstExtensionInTheName) {
+TEST(TextureLoad, FirstExtensionInNameSelectsReader) {
   const PictureFolder folder;
   const Bytes tga = tga_bytes(8, 16, numbered);
   const Bytes bmp = bmp_bytes(100, 60, numbered);
@@ -100,13 +100,13 @@ TEST(TextureLoad, ChoosesTheReaderByTheFirstExtensionInTheName) {
   for (const char* name : {R"(images\b.bmp)", R"(images\b.tga.bmp)"}) {
     const Loaded loaded = load(name);
     EXPECT_EQ(loaded.result, 1) << name;
-    EXPECT_EQ(loaded.width, 100) << "the picture's own size, not the padded one";
+    EXPECT_EQ(loaded.width, 100) << "the size without padding";
     EXPECT_EQ(loaded.height, 60) << name;
   }
   const Loaded png_loaded = load(R"(images\c.png)");
   EXPECT_EQ(png_loaded.width, 256);
   EXPECT_EQ(png_loaded.height, 64);
-  EXPECT_FALSE(png_loaded.has_coverage) << "nothing could be read back";
+  EXPECT_FALSE(png_loaded.has_coverage) << "no pixels to read back";
   for (const char* name : {R"(images\a.Tga)", R"(images\none.tga)", R"(images\none.png)", "x"}) {
     const Loaded loaded = load(name);
     EXPECT_EQ(loaded.result, 0) << name;
@@ -114,15 +114,15 @@ TEST(TextureLoad, ChoosesTheReaderByTheFirstExtensionInTheName) {
   }
 }
 
-TEST(TextureLoad, KnowsNoCoverageWherePixelsAndCoordinatesDiffer) {
+TEST(TextureLoad, SizeThatIsNoPowerOfTwoHasNoCoverage) {
   const PictureFolder folder;
   folder.write("images/odd.tga", tga_bytes(12, 16, numbered));
   const Loaded loaded = load(R"(images\odd.tga)");
   EXPECT_TRUE(loaded.has_texture);
-  EXPECT_FALSE(loaded.has_coverage) << "12 pixels are addressed as 16";
+  EXPECT_FALSE(loaded.has_coverage) << "a width of 12 is padded to 16";
 }
 
-TEST(Panels, AMissingFileLeavesARecordThatDrawsNothing) {
+TEST(Panels, MissingFileLeavesPanelThatDrawsNothing) {
   const PictureFolder folder;
   const PanelName names[2] = {R"(images\none.tga)", R"(images\there.tga)"};
   folder.write("images/there.tga", tga_bytes(8, 8, [](int, int) { return 0xFFFFFFFFU; }));

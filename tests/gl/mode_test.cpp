@@ -18,9 +18,9 @@
 
 namespace {
 
-constexpr std::uint32_t CLEARED = 0x004020;  // what a frame begins with
+constexpr std::uint32_t CLEARED = 0x004020;  // the clear colour of a frame
 
-// A server's one monitor, seen and changed from outside of the game.
+// A server's one monitor, seen and changed from outside the game.
 class Monitor {
  public:
   explicit Monitor(DisplaySize size) : server(size) {
@@ -71,7 +71,7 @@ class Monitor {
     return std::to_string(size->width) + "x" + std::to_string(size->height);
   }
 
-  // Waits until the whole screen has one colour. False if it doesn't come.
+  // Waits until the whole screen has that colour. False if it never has.
   [[nodiscard]] bool filled(std::uint32_t colour) const {
     for (int i = 0; i < 200; ++i) {
       if (has_colour(colour)) return true;
@@ -100,7 +100,7 @@ class Monitor {
   xcb_randr_output_t output = 0;
 };
 
-// The game's window in a process of its own: what a display has been told ends with the process.
+// The game's window in a process of its own, since the mode is restored when the process ends.
 class Game {
  public:
   explicit Game(const char* arguments) {
@@ -112,7 +112,7 @@ class Game {
       dup2(to[0], STDIN_FILENO);
       dup2(from[1], STDOUT_FILENO);
       for (const int end : {to[0], to[1], from[0], from[1]}) close(end);
-      setenv("CI", "1", 1);  // there is nobody to answer a question, also on a desk
+      setenv("CI", "1", 1);  // nobody answers a question, even on a desk
       execl("/proc/self/exe", "test_gl", OWN_SCREEN, arguments, nullptr);
       _exit(127);
     }
@@ -161,7 +161,7 @@ class DisplayMode : public testing::Test {
   std::string display;
 };
 
-TEST_F(DisplayMode, TheAskedOneIsTakenFilledAndPutBack) {
+TEST_F(DisplayMode, RequestedModeIsSetFilledAndRestored) {
   const Monitor monitor({1920, 1080});
   monitor.add({1360, 768});
   Game game("");
@@ -174,7 +174,7 @@ TEST_F(DisplayMode, TheAskedOneIsTakenFilledAndPutBack) {
   EXPECT_EQ(monitor.screen(), "1920x1080");
 }
 
-TEST_F(DisplayMode, WithoutTheAskedOneTheLargeOneIsTakenAndFilled) {
+TEST_F(DisplayMode, LargeModeIsUsedIfRequestedOneIsMissing) {
   const Monitor monitor({1920, 1080});
   for (const char* arguments : {"", "-1024x768 -fs"}) {
     const Game game(arguments);
@@ -184,21 +184,21 @@ TEST_F(DisplayMode, WithoutTheAskedOneTheLargeOneIsTakenAndFilled) {
   }
 }
 
-TEST_F(DisplayMode, WithNeitherAndNobodyToAskThereIsNoWindow) {
+TEST_F(DisplayMode, NoWindowWithoutEitherModeOrAnAnswer) {
   const Monitor monitor({2048, 1152});
   const Game game("");
   EXPECT_FALSE(game.shown());
   EXPECT_EQ(monitor.mode(), "2048x1152");
 }
 
-// The monitor stands so far to the right that the screen would have to be wider than it can be.
-TEST_F(DisplayMode, OneThatIsListedAndRefusedIsNotTaken) {
+// The monitor is so far to the right that the screen would have to be wider than it can be.
+TEST_F(DisplayMode, RefusedModeIsNotSet) {
   const Monitor monitor({1920, 1080});
   monitor.add({1360, 768});
   monitor.add({800, 600});
   monitor.show(monitor.add({1024, 768}), 800);
   EXPECT_EQ(display_set_mode(1360, 768), DISPLAY_MODE_FAILED);
-  EXPECT_EQ(monitor.mode(), "1024x768") << "the old mode stays in force";
+  EXPECT_EQ(monitor.mode(), "1024x768") << "the old mode is kept";
   EXPECT_EQ(display_set_mode(1280, 720), DISPLAY_MODE_BAD_MODE);
   EXPECT_EQ(display_set_mode(0, 720), DISPLAY_MODE_BAD_PARAM);
   EXPECT_EQ(display_set_mode(800, 600), DISPLAY_MODE_OK);

@@ -1,4 +1,4 @@
-// What the drawing calls leave on the screen, by reading its pixels back.
+// What the drawing calls leave on the screen, read back as pixels.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -51,7 +51,7 @@ struct Pixels : testing::Test {
   std::vector<std::unique_ptr<GlTexture>> loaded;
 };
 
-TEST_F(Pixels, ATgaStandsUprightAndUnfiltered) {
+TEST_F(Pixels, TgaIsUprightAndUnfiltered) {
   const GlTexture* texture = quartered();
   const Shot seen = shot([&] {
     gfx_blit_tinted(100, 50, 64, 64, texture, 0, 0, 64, 64, WHITE, 0);
@@ -71,7 +71,7 @@ TEST_F(Pixels, ATgaStandsUprightAndUnfiltered) {
   EXPECT_EQ(seen.at(364, 65), 0x00FF00U);
 }
 
-TEST_F(Pixels, ABitmapIsPaddedAndMagentaIsNothing) {
+TEST_F(Pixels, BitmapIsPaddedAndMagentaIsTransparent) {
   const auto paint = [](int x, int y) {
     if (x == 50 && y == 0) return 0xFF00FFU;
     if (x == 51 && y == 0) return 0xFF01FFU;
@@ -94,7 +94,7 @@ TEST_F(Pixels, ABitmapIsPaddedAndMagentaIsNothing) {
   EXPECT_EQ(seen.at(299, 70), 0x203040U);
 }
 
-TEST_F(Pixels, APngComesThroughCompression) {
+TEST_F(Pixels, CompressedPngKeepsColoursAndAlpha) {
   const auto paint = [](int x, int y) {
     return x % 64 < 8 ? 0x00FFFFFFU : quarters(x, y, 128, 64);
   };
@@ -112,8 +112,7 @@ TEST_F(Pixels, APngComesThroughCompression) {
   EXPECT_EQ(seen.at(32, 60), 0x0000FFU);
 }
 
-// Blocks are read as they are, and quickly, whatever another call left behind.
-TEST_F(Pixels, AnErrorOfAnotherCallDoesNotChangeWhatIsReadBack) {
+TEST_F(Pixels, EarlierGlErrorDoesNotChangeAlphaReadBack) {
   const auto paint = [](int x, int) { return static_cast<std::uint32_t>(x) << 25 | 0xFFFFFFU; };
   const GlTexture* texture = load("s.png", png_bytes(128, 64, paint));
   std::vector<std::uint8_t> alphas[2];
@@ -125,7 +124,7 @@ TEST_F(Pixels, AnErrorOfAnotherCallDoesNotChangeWhatIsReadBack) {
   EXPECT_EQ(alphas[0], alphas[1]);
 }
 
-TEST_F(Pixels, ATintMultipliesAndItsAlphaFades) {
+TEST_F(Pixels, TintMultipliesAndItsAlphaFades) {
   const GlTexture* texture = quartered();
   const Shot seen = shot([&] {
     gfx_rect_draw(0, 0, 400, 400, 0xFF0000FF, 0xFF0000FF);
@@ -138,16 +137,16 @@ TEST_F(Pixels, ATintMultipliesAndItsAlphaFades) {
   EXPECT_NEAR(faded & 0xFF, 127, 1);
   EXPECT_NEAR(seen.at(63, 63) >> 8 & 0xFF, 64, 1) << "green of the tint, halved";
   EXPECT_EQ(seen.at(100, 0), 0x0000FFU);
-  EXPECT_EQ(seen.at(200, 0), 0xFF0000U) << "the next picture is untouched";
+  EXPECT_EQ(seen.at(200, 0), 0xFF0000U) << "the next picture is not tinted";
 }
 
-TEST_F(Pixels, APositiveAngleTurnsCounterClockwise) {
+TEST_F(Pixels, PositiveAngleRotatesCounterClockwise) {
   const GlTexture* texture = quartered();
   const Shot seen = shot([&] {
     gfx_blit_rotated(100, 100, 64, 64, texture, 0, 0, 64, 64, 90.0F);
     gfx_blit_rotated(300, 100, 64, 64, texture, 0, 0, 64, 64, 45.0F);
   });
-  EXPECT_EQ(seen.at(110, 110), 0x00FF00U) << "what was right is on top";
+  EXPECT_EQ(seen.at(110, 110), 0x00FF00U) << "the right side is on top";
   EXPECT_EQ(seen.at(110, 150), 0xFF0000U);
   EXPECT_EQ(seen.at(150, 150), 0x0000FFU);
   EXPECT_EQ(seen.at(332, 90), 0x00FF00U) << "corners reach out";
@@ -155,7 +154,7 @@ TEST_F(Pixels, APositiveAngleTurnsCounterClockwise) {
   EXPECT_EQ(seen.at(302, 102), 0U);
 }
 
-TEST_F(Pixels, ThePlainQuadIsAGradientAndOrderIsTheOnlyLayer) {
+TEST_F(Pixels, RectIsAGradientAndLaterDrawsLieOnTop) {
   const Shot seen = shot([&] {
     gfx_rect_draw(0, 0, 256, 10, 0xFF000000, 0xFFFFFFFF);
     gfx_rect_draw(0, 20, 50, 50, RED, RED);
@@ -164,7 +163,7 @@ TEST_F(Pixels, ThePlainQuadIsAGradientAndOrderIsTheOnlyLayer) {
   for (int x = 0; x < 256; x += 51) EXPECT_NEAR(seen.at(x, 5) & 0xFF, x, 1);
   EXPECT_EQ(seen.at(0, 0), seen.at(0, 9));
   EXPECT_EQ(seen.at(10, 30), 0xFF0000U);
-  EXPECT_NEAR(seen.at(30, 30) >> 16, 127, 1) << "the later one lies on top";
+  EXPECT_NEAR(seen.at(30, 30) >> 16, 127, 1) << "the later one is on top";
   const Shot small = screen_shot(680, 384, [] { gfx_rect_draw(680, 384, 340, 192, RED, RED); });
   EXPECT_EQ(small.at(340, 192), 0xFF0000U) << "the layout fills the window";
   EXPECT_EQ(small.at(509, 287), 0xFF0000U);
@@ -172,7 +171,7 @@ TEST_F(Pixels, ThePlainQuadIsAGradientAndOrderIsTheOnlyLayer) {
   EXPECT_EQ(small.at(339, 192), 0U);
 }
 
-// A sheet of cells with soft blots and opaque blocks, some of them right to the cell's edge.
+// A sheet of cells with soft blots and opaque blocks, some up to the cell's edge.
 std::uint32_t blot(int x, int y) {
   const int cell = x / 64 + y / 64 * 4;
   const int cx = x % 64;
@@ -187,9 +186,8 @@ std::uint32_t blot(int x, int y) {
   return static_cast<std::uint32_t>(alpha) << 24 | colour;
 }
 
-// Whatever is drawn, the savings mustn't move a pixel: not at the layout's own size, and not where
-// window pixels lie across layout pixels.
-TEST_F(Pixels, SavingFillChangesNothing) {
+// At the layout's own size, and where window pixels and layout pixels differ.
+TEST_F(Pixels, SkippingInvisiblePixelsChangesNothing) {
   const GlTexture* sheet = load("s.tga", tga_bytes(256, 256, blot));
   const GlTexture* png = load("s.png", png_bytes(256, 256, blot));
   const GlTexture* bitmap = load("s.bmp", bmp_bytes(200, 150, blot));

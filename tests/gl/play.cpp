@@ -2,20 +2,17 @@
 
 #include <filesystem>
 
-#include "books/audits.h"
 #include "books/prefs.h"
 #include "frame/game_clock.h"
-#include "frame/game_mode.h"
 #include "frame/tick.h"
 #include "gfx/text.h"
-#include "io/jamma.h"
 #include "platform/files.h"
-#include "platform/random.h"
 #include "playfield/frog_queue.h"
 #include "playfield/lanes.h"
 #include "playfield/playfield.h"
 #include "playfield/workers.h"
 #include "presentation/scene.h"
+#include "tests/reset_game.h"
 
 bool play_open(const std::string& drive, const std::string& program) {
   if (!std::filesystem::exists(program + "/images/bkdrop_lft.bmp")) return false;
@@ -27,14 +24,7 @@ bool play_open(const std::string& drive, const std::string& program) {
 }
 
 void play_begin() {
-  prefs_reset();
-  audits_reset();
-  random_seed(3);
-  game_mode = MODE_PLAY;
-  jamma_link_error = 0;
-  game_clock.now_ms = 0;
-  playfield_reset();
-  far_bank_reset();
+  reset_game(0, 3);
   game_begin();
 }
 

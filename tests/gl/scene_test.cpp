@@ -1,4 +1,4 @@
-// The real scene with the installed pictures: what is saved in drawing it mustn't show.
+// The real scene with the installed pictures, drawn whole and without its invisible pixels.
 #include <gtest/gtest.h>
 
 #include "gfx/blit.h"
@@ -10,14 +10,14 @@
 namespace {
 
 Shot scene_shot(int width, int height, bool whole) {
-  far_bank_reset();  // what moves with each frame stands alike in both
+  far_bank_reset();  // its movement by frames starts alike in both
   gfx_blit_whole = whole;
   Shot shot = screen_shot(width, height, scene_draw);
   gfx_blit_whole = false;
   return shot;
 }
 
-TEST(Scene, LooksTheSameWhetherFilledWholeOrNot) {
+TEST(Scene, SkippingInvisiblePixelsChangesNothing) {
   ASSERT_TRUE(screen_open());
   const TempFolder drive;
   if (!play_open(drive.path(), INSTALLATION)) GTEST_SKIP() << "no pictures in " INSTALLATION;
@@ -33,7 +33,7 @@ TEST(Scene, LooksTheSameWhetherFilledWholeOrNot) {
         EXPECT_TRUE(whole.rgb == saved.rgb) << "tick " << i << ", width " << size[0];
       }
     }
-    if (i % 8 == 0) scene_draw();  // gives what stands in the lanes its places
+    if (i % 8 == 0) scene_draw();  // gives the lanes' objects their places
     play_tick();
   }
 }

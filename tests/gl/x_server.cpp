@@ -12,9 +12,9 @@ XServer::XServer(DisplaySize size) {
   if (pipe(ends) != 0) return;
   process = fork();
   if (process == 0) {
-    prctl(PR_SET_PDEATHSIG, SIGTERM);  // it goes with a test that dies
+    prctl(PR_SET_PDEATHSIG, SIGTERM);  // ends with a test that crashes
     dup2(ends[1], 3);
-    // Without -noreset the last client that goes takes added modes with it.
+    // Without -noreset added modes go with the last client.
     execlp("Xvfb", "Xvfb", "-displayfd", "3", "-screen", "0", screen.c_str(), "-noreset",
            "-nolisten", "tcp", nullptr);
     _exit(127);

@@ -1,4 +1,4 @@
-// Brightness over time, as the board is told it, and what the lamps show in each state of the game.
+// Lamps: brightness over time, as the board is told, and what they show in each state of the game.
 #include "io/lamps.h"
 
 #include <gtest/gtest.h>
@@ -14,14 +14,13 @@
 #include "frame/game_clock.h"
 #include "frame/game_mode.h"
 #include "io/lamp_effects.h"
-#include "platform/random.h"
 #include "playfield/frog_queue.h"
 #include "playfield/playfield.h"
-#include "presentation/win_show.h"
 #include "presentation/win_show_start.h"
 #include "tests/fakes/jamma_fake.h"
 #include "tests/fakes/jps_fake.h"
 #include "tests/plain_sheets.h"
+#include "tests/reset_game.h"
 
 namespace {
 
@@ -33,23 +32,12 @@ class Lamps : public testing::Test {
   Lamps() {
     jamma_fake_reset();
     jps_fake_reset();
-    prefs_reset();
-    audits_reset();
-    win_show_reset();
-    lamps_reset();
-    jamma_lamps_init();
-    random_seed(3);
     plain_sheets();
-    game_mode = MODE_PLAY;
-    game_clock.now_ms = 1000;
-    playfield_reset();
-  }
-  ~Lamps() override {
-    win_show_reset();
-    game_mode = MODE_PLAY;
+    reset_game(1000, 3);
+    jamma_lamps_init();
   }
 
-  // Ticks, and the brightness of a channel behind each, as far as the board knows.
+  // The brightness of a channel after each tick, as the board was told.
   std::vector<int> told(int channel, int ticks, bool update = true) {
     std::vector<int> curve;
     for (int i = 0; i < ticks; ++i) {
@@ -80,7 +68,7 @@ int smallest(const std::vector<int>& curve) {
   return *std::ranges::min_element(curve);
 }
 
-TEST_F(Lamps, EffectsHaveTheirCurves) {
+TEST_F(Lamps, EffectsFollowTheirCurves) {
   lamp_set(LAMP_LEFT_PODIUM, LAMP_BREATHE, 1000, 0, 320, 0);
   EXPECT_EQ(effect(10), (std::vector<int>{320, 640, 960, 1000, 680, 360, 40, 0, 0, 0}));
   lamp_set(LAMP_LEFT_PODIUM, LAMP_BREATHE, 100, 0, 8, 8);  // nine steps a tick
@@ -100,7 +88,7 @@ TEST_F(Lamps, EffectsHaveTheirCurves) {
   EXPECT_EQ(effect(2), (std::vector<int>{0, 0}));
 }
 
-TEST_F(Lamps, NoSuchLamp_ChangesNothing) {
+TEST_F(Lamps, UnknownLampIsIgnored) {
   for (const int number : {7, 8, 255, -1}) {
     const auto lamp = static_cast<Lamp>(number);
     for (std::int32_t operation = LAMP_OFF; operation <= LAMP_DELAY + 1; ++operation) {
@@ -112,18 +100,16 @@ TEST_F(Lamps, NoSuchLamp_ChangesNothing) {
   EXPECT_EQ(frames_, 0);
 }
 
-// One that goes on stands at each end for a step more: an end is where a breath ends and where the
-// next one turns.
-TEST_F(Lamps, ABreathThatRepeatsRestsAtItsEnds) {
+TEST_F(Lamps, RepeatingBreathHoldsAnExtraTickAtItsEnds) {
   lamp_set(LAMP_LEFT_PODIUM, LAMP_BREATHE, 600, 0, 300, 0);
   lamp_set(LAMP_LEFT_PODIUM, LAMP_REPEAT, -1);
   EXPECT_EQ(effect(14),
             (std::vector<int>{300, 600, 300, 0, 0, 300, 600, 600, 300, 0, 0, 300, 600, 600}));
 }
 
-TEST_F(Lamps, APulseJumpsUpAndFallsSlowly) {
+TEST_F(Lamps, PulseRisesAtOnceAndFallsSlowly) {
   lamp_set(LAMP_LEFT_PODIUM, LAMP_NO_REPEAT);
-  lamp_set(LAMP_LEFT_PODIUM, LAMP_BREATHE, 0, 0, 1, 0);  // the floor that it falls to
+  lamp_set(LAMP_LEFT_PODIUM, LAMP_BREATHE, 0, 0, 1, 0);  // so that it falls to 0
   effect(2);
   lamp_set(LAMP_LEFT_PODIUM, LAMP_PULSE, 4095);
   const std::vector<int> curve = effect(60);
@@ -132,14 +118,14 @@ TEST_F(Lamps, APulseJumpsUpAndFallsSlowly) {
   EXPECT_EQ(curve.back(), 0);
 }
 
-TEST_F(Lamps, TheMarqueeIsHeldToItsHalf) {
+TEST_F(Lamps, MarqueeIsLimitedToHalfBrightness) {
   lamp_set(LAMP_MARQUEE_2, LAMP_ON);
   EXPECT_EQ(largest(told(14, 3, false)), 2048);
   lamp_set(LAMP_MARQUEE_2, LAMP_BREATHE, 4095, 0, 300, 0);
   EXPECT_EQ(largest(told(14, 40, false)), 2048);
 }
 
-TEST_F(Lamps, ASteadyLampCostsNothingAndALostLineIsNotFed) {
+TEST_F(Lamps, SendsOnlyChangesAndNothingWithoutLink) {
   told(LEFT_START, 2);
   frames_ = 0;
   EXPECT_EQ(told(LEFT_START, 100).back(), 4095);
@@ -151,10 +137,10 @@ TEST_F(Lamps, ASteadyLampCostsNothingAndALostLineIsNotFed) {
   EXPECT_EQ(frames_, 0);
   audits[AUDIT_CURRENT_CREDITS].count = 1;
   jamma_fake.alive = true;
-  EXPECT_EQ(largest(told(LEFT_START, 30)), 4095) << "the next change brings it back";
+  EXPECT_EQ(largest(told(LEFT_START, 30)), 4095) << "sent again with the next change";
 }
 
-TEST_F(Lamps, IdleIsLitACreditInvitesAndAFlightIsDark) {
+TEST_F(Lamps, StartLampFollowsIdleCreditAndFlight) {
   EXPECT_EQ(told(LEFT_START, 3).back(), 4095);
   EXPECT_EQ(seen_[LEFT_PODIUM], 4095);
   EXPECT_EQ(seen_[RIGHT_START], 4095);
@@ -166,7 +152,7 @@ TEST_F(Lamps, IdleIsLitACreditInvitesAndAFlightIsDark) {
   std::vector<int> breath = told(RIGHT_PODIUM, 60);
   EXPECT_EQ(largest(breath), 4095);
   EXPECT_EQ(smallest(breath), 0);
-  EXPECT_EQ(seen_[LEFT_START], 4095) << "the other side isn't asked";
+  EXPECT_EQ(seen_[LEFT_START], 4095) << "the other side is not affected";
 
   ASSERT_TRUE(frog_ready(SIDE_RIGHT));
   frog_launch(SIDE_RIGHT, false);
@@ -176,17 +162,17 @@ TEST_F(Lamps, IdleIsLitACreditInvitesAndAFlightIsDark) {
   EXPECT_EQ(seen_[RIGHT_PODIUM], 0);
 }
 
-TEST_F(Lamps, FreeplayInvitesWithoutCredits) {
+TEST_F(Lamps, FreeplayBlinksStartLampWithoutCredits) {
   prefs[PREF_FREEPLAY].int_value = 1;
   const std::vector<int> blink = told(LEFT_START, 40);
   EXPECT_EQ(smallest(blink), 0);
   EXPECT_EQ(largest(blink), 4095);
 }
 
-TEST_F(Lamps, TheMarqueeBreathesAndFlashesForAJackpot) {
+TEST_F(Lamps, MarqueeBreathesAndFlashesDuringJackpotShow) {
   std::vector<int> slow = told(MARQUEE[0], 3000);
   EXPECT_LE(largest(slow), 1024);
-  EXPECT_GT(largest(slow), 1024 - 72) << "its end may lie between two ticks";
+  EXPECT_GT(largest(slow), 1024 - 72) << "the peak may lie between two ticks";
   int steepest = 0;
   for (std::size_t i = 1; i < slow.size(); ++i) {
     steepest = std::max(steepest, slow[i] - slow[i - 1]);
@@ -201,7 +187,7 @@ TEST_F(Lamps, TheMarqueeBreathesAndFlashesForAJackpot) {
   EXPECT_GT(turns, 60);
 }
 
-TEST_F(Lamps, AnOperatorFindsThemDark) {
+TEST_F(Lamps, OperatorModeTurnsLampsOff) {
   audits[AUDIT_CURRENT_CREDITS].count = 2;
   told(LEFT_START, 20);
   game_mode = MODE_OPERATOR;
@@ -209,9 +195,9 @@ TEST_F(Lamps, AnOperatorFindsThemDark) {
   for (const int channel : {2, 3, 5, 7, 13, 14, 15}) EXPECT_EQ(seen_[channel], 0) << channel;
   frames_ = 0;
   lamp_set(LAMP_LEFT_START, LAMP_ON);  // a test screen
-  EXPECT_EQ(told(LEFT_START, 10).back(), 4095) << "nobody puts it out again";
+  EXPECT_EQ(told(LEFT_START, 10).back(), 4095) << "it stays on";
   game_mode = MODE_PLAY;
-  EXPECT_EQ(smallest(told(LEFT_START, 40)), 0) << "and the credit invites anew";
+  EXPECT_EQ(smallest(told(LEFT_START, 40)), 0) << "the credit makes it blink again";
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The LED board at the other end of a pseudo-terminal: search, numbers, blinking, and coming back.
+// The LED board at the other end of a pseudo-terminal: search, value, blinking, reconnection.
 #include "io/led_board.h"
 
 #include <gtest/gtest.h>
@@ -26,17 +26,17 @@
 #include "platform/serial.h"
 #include "platform/usb_reset.h"
 #include "playfield/frog_queue.h"
-#include "playfield/paytable.h"
 #include "playfield/playfield.h"
 #include "tests/fakes/jamma_fake.h"
 #include "tests/fakes/pty.h"
 #include "tests/io_lamps/serial_lines.h"
 #include "tests/plain_sheets.h"
+#include "tests/reset_rules.h"
 #include "tests/temp_folder.h"
 
 namespace {
 
-// A board: answers the type command and shows the last value and blink.
+// Answers the type command and keeps the last value and blink.
 class Board {
  public:
   explicit Board(std::string answer = "LED v1\r\n") : answer_(std::move(answer)) {
@@ -84,17 +84,18 @@ bool soon(const std::function<bool()>& what, int within_ms = 1000) {
   return what();
 }
 
-// The types that it was told, once nothing more is under way.
+// The type commands so far, once no more come.
 int settled(const Board& board) {
-  int last = -1;
-  while (last != board.types) {
-    last = board.types;
+  for (int i = 0; i < 100; ++i) {
+    const int before = board.types;
     clock_sleep_ms(60);
+    if (board.types == before) return before;
   }
-  return last;
+  ADD_FAILURE() << "type commands without end";
+  return -1;
 }
 
-// A board has ten milliseconds to answer; on a busy machine the one of this test may miss them.
+// The board's thread may miss the ten milliseconds for its answer on a busy machine.
 void search(const std::function<void()>& before = [] {}) {
   for (int tries = 0; tries < 5 && !led_active(); ++tries) {
     led_close();
@@ -108,14 +109,10 @@ class Led : public testing::Test {
   Led() {
     jamma_fake_reset();
     jamma_fake.port = 15;  // the I/O board was found, and is out of the way
-    prefs_reset();
     plain_sheets();
     for (std::string& port : environment.com) port.clear();
-    game_clock.now_ms = 1000;
-    playfield_reset();
+    reset_rules(1000);
     prefs[PREF_BONUS_VALUE].int_value = 25;
-    prefs[PREF_BOOST_BONUS].int_value = 0;
-    boost_factor = 1;
   }
   ~Led() override {
     led_close();
@@ -123,7 +120,7 @@ class Led : public testing::Test {
   }
 };
 
-TEST_F(Led, TheSearchPassesOverTakenSilentAndMissingPorts) {
+TEST_F(Led, SearchSkipsTakenSilentAndMissingPorts) {
   Pty silent;
   Pty board_of_another;
   Board led;
@@ -132,17 +129,17 @@ TEST_F(Led, TheSearchPassesOverTakenSilentAndMissingPorts) {
   environment.com[3] = "/dev/null";
   environment.com[6] = led.path();
   int error = 0;
-  SerialPort* taken = serial_open("COM1", &error);  // as the I/O board's link holds it
+  SerialPort* taken = serial_open("COM1", &error);  // held as by the I/O board's link
   ASSERT_NE(taken, nullptr);
   search();
   led_start();
   EXPECT_TRUE(led_active());
   EXPECT_GE(led.types, 1);
-  EXPECT_EQ(board_of_another.receive(50), "") << "not a byte may reach the I/O board";
+  EXPECT_EQ(board_of_another.receive(50), "") << "no byte may reach the I/O board";
   serial_close(taken);
 }
 
-TEST_F(Led, TheIoBoardsPortIsItsOwnEvenWhileItIsClosed) {
+TEST_F(Led, SearchSkipsIoBoardsPortEvenWhenClosed) {
   Board io_board;
   environment.com[0] = io_board.path();
   jamma_fake.port = 0;
@@ -173,7 +170,7 @@ TEST_F(Led, SearchLeavesAPortThatSpeaksUnaskedWhileNoIoBoardIsKnown) {
   voice.join();
 }
 
-TEST_F(Led, TheTimeForAnAnswerBeginsWhenTheBytesHaveLeft) {
+TEST_F(Led, AnswerTimeoutStartsWhenBytesAreSent) {
   static Pty* slow = nullptr;
   Pty pty;
   slow = &pty;
@@ -184,7 +181,7 @@ TEST_F(Led, TheTimeForAnAnswerBeginsWhenTheBytesHaveLeft) {
   EXPECT_TRUE(led_active());
 }
 
-TEST_F(Led, ItsPortsLinesStayOffAndOthersAreHeldOn) {
+TEST_F(Led, ControlLinesAreLowOnLedPortAndHighOnOthers) {
   constexpr int BOTH = TIOCM_DTR | TIOCM_RTS;
   Board led;
   environment.com[0] = led.path();
@@ -203,7 +200,7 @@ TEST_F(Led, ItsPortsLinesStayOffAndOthersAreHeldOn) {
   serial_close(port);
 }
 
-TEST_F(Led, AnyAnswerMakesItTheBoard) {
+TEST_F(Led, AnyAnswerIsAccepted) {
   Board led("?");
   environment.com[0] = led.path();
   search();
@@ -211,7 +208,7 @@ TEST_F(Led, AnyAnswerMakesItTheBoard) {
   EXPECT_TRUE(led_active());
 }
 
-TEST_F(Led, TheSearchTellsABenchOfEachHandle) {
+TEST_F(Led, SearchLogsEachPort) {
   static std::string heard;
   heard.clear();
   io_log.callback = [](int /*kind*/, const char* text) { heard += std::string(text) + "\n"; };
@@ -230,7 +227,7 @@ TEST_F(Led, TheSearchTellsABenchOfEachHandle) {
   EXPECT_TRUE(heard.ends_with("LED board returned LED v1\r\n\nLED is ACTIVE\n")) << heard;
 }
 
-TEST_F(Led, WithoutAPortABenchIsToldOfEveryTry) {
+TEST_F(Led, SearchWithoutBoardLogsEveryFailure) {
   static std::mutex mutex;
   static std::string heard;
   heard.clear();
@@ -242,7 +239,7 @@ TEST_F(Led, WithoutAPortABenchIsToldOfEveryTry) {
     const std::lock_guard guard(mutex);
     heard += std::string(kind == LOG_ERROR ? "! " : "") + line + "\n";
   };
-  environment.com[0] = "/dev/null";  // held for the I/O board, which is pulled
+  environment.com[0] = "/dev/null";  // the port of the I/O board, which is unplugged
   jamma_fake.port = 0;
   led_open();
   const std::string searched = text();
@@ -262,7 +259,7 @@ TEST_F(Led, WithoutAPortABenchIsToldOfEveryTry) {
   io_log.callback = nullptr;
 }
 
-TEST_F(Led, TheEndIsToldToABenchWithAndWithoutABoard) {
+TEST_F(Led, CloseIsLoggedWithAndWithoutBoard) {
   static std::string heard;
   constexpr const char* END = "Closing LED handle\nLED is INACTIVE\n";
   Board led;
@@ -279,7 +276,7 @@ TEST_F(Led, TheEndIsToldToABenchWithAndWithoutABoard) {
   io_log.callback = nullptr;
 }
 
-TEST_F(Led, ItShowsTheBonusAndBlinks) {
+TEST_F(Led, ShowsJackpotValueAndBlinks) {
   Board led;
   environment.com[0] = led.path();
   search();
@@ -308,17 +305,17 @@ TEST_F(Led, ItShowsTheBonusAndBlinks) {
   EXPECT_EQ(led.odd, 0);
 }
 
-TEST_F(Led, ADeafBoardIsFoundAgainWhereverItIs) {
-  static std::atomic<int> searched_in_vain;
-  searched_in_vain = 0;
+TEST_F(Led, SilentBoardIsFoundAgainOnAnyPort) {
+  static std::atomic<int> failed_searches;
+  failed_searches = 0;
   io_log.callback = [](int /*kind*/, const char* line) {
-    static bool last_port = false;  // told before its handle, by the one thread that searches
+    static bool last_port = false;  // logged before its handle, by one thread
     const std::string_view text(line);
     if (text.starts_with("Attempting to open")) last_port = text.ends_with(" COM16");
-    if (last_port && text.starts_with("LED handle is 0x0")) ++searched_in_vain;
+    if (last_port && text.starts_with("LED handle is 0x0")) ++failed_searches;
   };
-  // A search takes two seconds and more, and is begun again if a busy board has missed it.
-  const auto time_goes_by_until = [](bool active) {
+  // A search takes over two seconds, and is repeated if a busy board has missed it.
+  const auto let_time_pass_until = [](bool active) {
     return soon(
         [&] {
           game_clock.now_ms = now_ms() + 30100;
@@ -331,27 +328,27 @@ TEST_F(Led, ADeafBoardIsFoundAgainWhereverItIs) {
   search();
   led_start();
   ASSERT_TRUE(led_active());
-  const int before = searched_in_vain;
+  const int before = failed_searches;
   led->deaf = true;
-  EXPECT_TRUE(time_goes_by_until(false)) << "a check finds no answer";
-  EXPECT_TRUE(soon([&] { return searched_in_vain > before; }, 60'000));
+  EXPECT_TRUE(let_time_pass_until(false)) << "the check gets no answer";
+  EXPECT_TRUE(soon([&] { return failed_searches > before; }, 60'000));
   led.reset();
   Board again;
   environment.com[1].clear();
-  environment.com[4] = again.path();  // the adapter came back under another name
-  EXPECT_FALSE(soon([] { return led_active(); }, 100)) << "nobody searches before it is time";
-  EXPECT_TRUE(time_goes_by_until(true));
-  EXPECT_TRUE(soon([&] { return again.value == 25; }, 60'000)) << "and it is told what to show";
+  environment.com[4] = again.path();  // the adapter is back under another name
+  EXPECT_FALSE(soon([] { return led_active(); }, 100)) << "no search before its time";
+  EXPECT_TRUE(let_time_pass_until(true));
+  EXPECT_TRUE(soon([&] { return again.value == 25; }, 60'000)) << "it is told the value";
   led_close();
   io_log.callback = nullptr;
 }
 
-TEST_F(Led, NobodyLooksAfterItWhileFrogsAreInPlay) {
+TEST_F(Led, BoardIsNotCheckedWhileFrogsAreInPlay) {
   Board led;
   environment.com[0] = led.path();
   search();
   led_start();
-  ASSERT_TRUE(soon([&] { return led.types >= 2; })) << "the first check comes at once";
+  ASSERT_TRUE(soon([&] { return led.types >= 2; })) << "the first check is at once";
   frog_launch(SIDE_LEFT, false);
   ASSERT_FALSE(station_idle(SIDE_LEFT));
   int before = settled(led);
@@ -362,12 +359,12 @@ TEST_F(Led, NobodyLooksAfterItWhileFrogsAreInPlay) {
   before = settled(led);
   game_clock.now_ms = now_ms() + 29000;
   clock_sleep_ms(50);
-  EXPECT_EQ(led.types, before) << "the one that fell due is skipped";
+  EXPECT_EQ(led.types, before) << "the check that was due is skipped";
   game_clock.now_ms = now_ms() + 1100;
   EXPECT_TRUE(soon([&] { return led.types == before + 1; }));
 }
 
-TEST(UsbReset, OnlyTheAdapterIsTakenOffAndPutBack) {
+TEST(UsbReset, ResetsOnlyTheAdapter) {
   TempFolder sys;
   const auto device = [&](const char* name, const char* vendor, const char* product) {
     const std::string folder = sys.path() + "/" + name;
@@ -386,7 +383,7 @@ TEST(UsbReset, OnlyTheAdapterIsTakenOffAndPutBack) {
   const std::string other = device("1-1", "c1ca", "0005");
   EXPECT_FALSE(usb_reset_below(sys.path(), 0xC1CA, 0x0004));
   const std::string adapter = device("1-2", "c1ca", "0004");
-  std::filesystem::create_directories(sys.path() + "/1-2:1.0");  // an interface has no numbers
+  std::filesystem::create_directories(sys.path() + "/1-2:1.0");  // an interface has no idVendor
   EXPECT_TRUE(usb_reset_below(sys.path(), 0xC1CA, 0x0004));
   EXPECT_EQ(text(adapter), "1");
   EXPECT_EQ(text(hub), "x");

@@ -1,5 +1,5 @@
-// What a serial adapter would be told and would tell about its lines, on a pseudo-terminal, which
-// has none: the test program's own `ioctl` stands before the system's.
+// Control lines of a pseudo-terminal, which has none: an ioctl of the test program's own stands in
+// for the system's and notes them.
 #pragma once
 
 #include <atomic>

@@ -25,8 +25,8 @@ struct PayoutCase {
   std::vector<LaneCell> gold;
   int butterfly;
   Ending ending;
-  int total;    // on the frog
-  int paper;    // commanded to the dispenser, -1 for nothing
+  int total;    // shown on the frog
+  int paper;    // ordered from the dispenser, -1 for no order
   int shown;    // in the jackpot show, -1 for none
   Books books;  // every row that isn't 0
 };
@@ -162,7 +162,7 @@ class Awards : public Field {
   }
 };
 
-TEST_F(Awards, EveryPurseIsBookedToldAndStored) {
+TEST_F(Awards, BooksPaysAndStoresEveryPayout) {
   for (const PayoutCase& at : payout_cases) {
     for (const int side : {SIDE_LEFT, SIDE_RIGHT}) {
       SCOPED_TRACE(testing::Message() << at.name << ", side " << side);
@@ -178,7 +178,7 @@ TEST_F(Awards, EveryPurseIsBookedToldAndStored) {
   }
 }
 
-TEST_F(Awards, ADemoFrogTouchesNothingButCappedTickets) {
+TEST_F(Awards, DemoFrogCountsOnlyCappedTickets) {
   prefs[PREF_MAXIMUM_TICKETS].int_value = 2;
   clear_field();
   Frog& frog = frog_on(SIDE_LEFT, 7);
@@ -200,7 +200,7 @@ TEST_F(Awards, ADemoFrogTouchesNothingButCappedTickets) {
   }
 }
 
-TEST_F(Awards, AButterflyIsWorthHalfToOneAndAHalfOfTheTable) {
+TEST_F(Awards, ButterflyPaysHalfToOneAndAHalfTimesTableValue) {
   int least = 1000;
   int most = 0;
   for (int i = 0; i < 5000; ++i) {
@@ -224,7 +224,7 @@ TEST_F(Awards, AButterflyIsWorthHalfToOneAndAHalfOfTheTable) {
   }
 }
 
-TEST_F(Awards, AJackpotHurriesTheSinkingOfItsSide) {
+TEST_F(Awards, JackpotShortensSinkingOnItsSide) {
   clear_field();
   Frog& slow = stations[SIDE_LEFT].frogs[3];
   Frog& quick = stations[SIDE_LEFT].frogs[4];
@@ -240,7 +240,7 @@ TEST_F(Awards, AJackpotHurriesTheSinkingOfItsSide) {
   EXPECT_EQ(other.sink_ms, 20000);
 }
 
-TEST_F(Awards, TheRiderUnderTheFrogBlowsAKiss) {
+TEST_F(Awards, RiderOfLandedGoldCellBlowsKiss) {
   clear_field();
   Frog& frog = frog_on(SIDE_LEFT, 3);
   gold_riders[6].lane = 3;
@@ -257,7 +257,7 @@ TEST_F(Awards, TheRiderUnderTheFrogBlowsAKiss) {
   EXPECT_EQ(gold_riders[0].sheet_index, SHEET_WAVE);
 }
 
-TEST_F(Awards, CuesKeepTheirDistance) {
+TEST_F(Awards, SoundCuesKeepMinimumInterval) {
   clear_field();
   Frog& frog = frog_on(SIDE_LEFT, 7);
   award_bug(SIDE_LEFT, frog, 7, 0);
@@ -272,7 +272,7 @@ TEST_F(Awards, CuesKeepTheirDistance) {
   }
 
   int voices = 0;
-  for (int i = 0; i < 100; ++i) {  // five minutes of drowning
+  for (int i = 0; i < 100; ++i) {  // five minutes
     game_clock.now_ms += 3000;
     award_sink_cues(frog);
     voices = jps_fake_count("voxoops") + jps_fake_count("voxalmost");
@@ -280,16 +280,16 @@ TEST_F(Awards, CuesKeepTheirDistance) {
   EXPECT_EQ(jps_fake_count("splash"), 100);
   EXPECT_GT(voices, 10);
   EXPECT_LE(voices, 60);
-  EXPECT_EQ(jps_fake_count("voxalmost"), 0) << "said on lane 1 alone";
+  EXPECT_EQ(jps_fake_count("voxalmost"), 0) << "lane 1 only";
 }
 
-TEST_F(Awards, FrogsCroakNowAndThen) {
+TEST_F(Awards, CroaksOnAnEighthOfHopsAndAQuarterOfLandings) {
   const auto croaks = [](void (*cue)()) {
     jps_fake_reset();
     for (int i = 0; i < 1000; ++i) {
       game_clock.now_ms += 251;
       cue();
-      cue();  // the second one is never due
+      cue();  // never due
     }
     return jps_fake_count("croak");
   };
@@ -298,12 +298,13 @@ TEST_F(Awards, FrogsCroakNowAndThen) {
 
   clear_field();
   awards_reset();
+  jps_fake_reset();
   for (int i = 0; i < 100; ++i) {  // landings on the middle bank
     Frog& frog = frog_on(SIDE_LEFT, 7, FROG_HOPPING);
     stations_tick(351);
     ASSERT_EQ(frog.state, FROG_RESTING);
   }
-  EXPECT_GT(jps_fake_count("croak"), 250);
+  EXPECT_NEAR(jps_fake_count("croak"), 25, 18);
 }
 
 }  // namespace

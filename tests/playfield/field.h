@@ -22,7 +22,7 @@ extern std::vector<Outcome> outcomes;
 extern bool show_active[SIDE_COUNT];
 
 constexpr int TICK_MS = 17;
-constexpr int MANY_TICKS = 1000;  // no flight is longer: a wait for its end has failed
+constexpr int MANY_TICKS = 1000;  // bound of a loop: longer than any flight
 
 class Field : public ::testing::Test {
  protected:
@@ -30,17 +30,17 @@ class Field : public ::testing::Test {
 
   // The field's part of a tick, `ms` after the last one.
   static void tick(int ms = TICK_MS);
-  // The same for the stations alone: lanes and butterfly stand.
+  // The same without lanes and butterfly, which stand still.
   static void stations_tick(int ms = TICK_MS);
   // Gives the slots their places on the screen.
   static void draw();
 
   static void fill_lane(int lane, LaneCell cell);
-  // A meadow without bugs and a butterfly that stays parked: nothing but what the test puts there.
+  // No bugs, no logs, and a butterfly that stays parked.
   static void clear_field();
   // The first record of a side, put onto a lane, with its cell's middle at x 340.
   static Frog& frog_on(int side, int lane, FrogState state = FROG_RESTING);
-  // Ends a frog in the water, or on the far bank, by ticks of its station.
+  // Ends the frog's flight in the water or on the far bank.
   static void drown(Frog& frog);
   static void cross(Frog& frog);
 };

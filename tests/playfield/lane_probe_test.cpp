@@ -60,7 +60,7 @@ TEST_F(LaneProbe, SeesBothCellsOnlyWithinAPixelOfTheirBorder) {
   }
 }
 
-TEST_F(LaneProbe, CellNumbersRunThroughTheWrapOfTheScroll) {
+TEST_F(LaneProbe, CellStaysTheSameWhenScrollWraps) {
   Frog& frog = frog_on(SIDE_LEFT, 1);
   lane_cells[1][1] = CELL_PLAIN;
   lanes[1].scroll = 12079.0F;  // the frog's middle at 12079 + 340: cell 41
@@ -73,7 +73,7 @@ TEST_F(LaneProbe, CellNumbersRunThroughTheWrapOfTheScroll) {
             CELL_PLAIN);
 }
 
-TEST_F(LaneProbe, AFrogFarOffTheScreenFindsACellOfTheRing) {
+TEST_F(LaneProbe, FrogOffScreenWrapsToACellOfTheLane) {
   Frog& frog = frog_on(SIDE_LEFT, 1);
   lanes[1].scroll = 0.0F;
   lane_cells[1][39] = CELL_PLAIN;
@@ -82,7 +82,7 @@ TEST_F(LaneProbe, AFrogFarOffTheScreenFindsACellOfTheRing) {
             CELL_PLAIN);
 }
 
-TEST_F(LaneProbe, ABankHoldsNothingAndLeavesTheResultsAlone) {
+TEST_F(LaneProbe, BankIsEmptyAndLeavesOutputsUnchanged) {
   fill_lane(LANE_MIDDLE_BANK, CELL_PLAIN);
   const Frog& frog = frog_on(SIDE_LEFT, LANE_MIDDLE_BANK);
   stand_a = 77;

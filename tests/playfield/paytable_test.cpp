@@ -25,7 +25,7 @@ int row_for(float coin_value, float ticket_value = 1.0F, int coins = 1, int frog
 
 class Paytable : public Field {};
 
-TEST_F(Paytable, BuiltInSettingsAskForTenTickets) {
+TEST_F(Paytable, BuiltInSettingsSelectTheTenTicketRow) {
   EXPECT_EQ(paytable_wanted(), 10.0F);
   EXPECT_EQ(paytable_row, 14);
   EXPECT_EQ(bug_value(), 1);
@@ -40,7 +40,7 @@ TEST_F(Paytable, BuiltInSettingsAskForTenTickets) {
   EXPECT_EQ(jackpot_value(), 500);
 }
 
-TEST_F(Paytable, TheWishIsRoundedToAHalf) {
+TEST_F(Paytable, WantedTicketsRoundToNearestHalf) {
   struct {
     float wanted;
     int row;
@@ -51,7 +51,7 @@ TEST_F(Paytable, TheWishIsRoundedToAHalf) {
   EXPECT_EQ(row_for(4.0F, 1.0F, 3, 2), 6) << "coins by frogs is no whole number";
 }
 
-TEST_F(Paytable, NoStoredSettingLeavesTheTable) {
+TEST_F(Paytable, AnyStoredSettingSelectsAValidRow) {
   const float floats[] = {0.0F,   -0.0F,   1e-45F,   0.25F,       1e38F,
                           -1e38F, ENDLESS, -ENDLESS, NOT_A_NUMBER};
   const int ints[] = {0, 1, -1, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()};
@@ -70,7 +70,7 @@ TEST_F(Paytable, NoStoredSettingLeavesTheTable) {
   EXPECT_EQ(row_for(0.25F, 0.01F, 1, 0), 0);
 }
 
-TEST_F(Paytable, PointsAreTicketsRoundedUpToEven) {
+TEST_F(Paytable, TwoPointValuesAreRoundedUpToEven) {
   const auto even = [](int value) { return value + value % 2; };
   const PaytableRow* before = nullptr;
   for (const PaytableRow& row : paytable) {
@@ -81,7 +81,7 @@ TEST_F(Paytable, PointsAreTicketsRoundedUpToEven) {
     EXPECT_EQ(row.tier2_2pt, even(row.tier2));
     EXPECT_EQ(row.jackpot % 25, 0) << "a step of the menu";
     EXPECT_TRUE(row.bug < row.tier1 && row.tier1 < row.tier2 && row.tier2 < row.jackpot);
-    if (before != nullptr) {  // no column but the bugs' number ever falls
+    if (before != nullptr) {  // values never fall from row to row; the number of bugs may
       EXPECT_GE(row.bug, before->bug);
       EXPECT_GE(row.butterfly, before->butterfly);
       EXPECT_GE(row.tier1, before->tier1);
@@ -93,7 +93,7 @@ TEST_F(Paytable, PointsAreTicketsRoundedUpToEven) {
   }
 }
 
-TEST_F(Paytable, BugsAreSeededForEveryRow) {
+TEST_F(Paytable, SeedsBugsForEveryRow) {
   for (const int points : {0, 1}) {
     prefs[PREF_TWO_POINT_TICKETS].int_value = points;
     for (const PaytableRow& row : paytable) {
@@ -119,7 +119,7 @@ TEST_F(Paytable, BugsAreSeededForEveryRow) {
   }
 }
 
-TEST_F(Paytable, TheBonusFollowsTheRowOnlyWhenAsked) {
+TEST_F(Paytable, BonusValueFollowsRowOnlyOnReset) {
   prefs[PREF_BONUS_VALUE].int_value = 600;
   row_for(3.0F);
   EXPECT_EQ(jackpot_value(), 600);

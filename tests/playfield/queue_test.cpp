@@ -14,7 +14,7 @@ namespace {
 
 class Queue : public Field {};
 
-TEST_F(Queue, TheLineHoldsFiveAndClosesUpWhenTheFirstLands) {
+TEST_F(Queue, HoldsFiveFrogsAndMovesUpWhenTheFirstLands) {
   clear_field();
   for (int i = 0; i < 7; ++i) frog_enqueue(SIDE_RIGHT);
   FrogQueue& queue = frog_queues[SIDE_RIGHT];
@@ -40,7 +40,7 @@ TEST_F(Queue, TheLineHoldsFiveAndClosesUpWhenTheFirstLands) {
   EXPECT_EQ(queue.places[0].get()->x, 892.0F);
 }
 
-TEST_F(Queue, GamesAndRepeatPlaysAreCounted) {
+TEST_F(Queue, LaunchCountsGamesAndRepeatPlays) {
   const auto launch = [](std::int64_t since_award_ms, bool demo) {
     tick_timers.since_award_ms[SIDE_LEFT] = since_award_ms;
     tick_timers.award_done[SIDE_LEFT] = 1;
@@ -62,7 +62,7 @@ TEST_F(Queue, GamesAndRepeatPlaysAreCounted) {
   EXPECT_EQ(jps_fake_count("jump"), 3);
 }
 
-TEST_F(Queue, ReadinessFollowsModeShowRecordsAndFlight) {
+TEST_F(Queue, ReadinessDependsOnModeShowFreeRecordsAndFlight) {
   EXPECT_TRUE(frog_ready(SIDE_LEFT));
   game_mode = MODE_OPERATOR;
   EXPECT_FALSE(frog_ready(SIDE_LEFT));
@@ -89,15 +89,14 @@ TEST_F(Queue, ReadinessFollowsModeShowRecordsAndFlight) {
   EXPECT_FALSE(frog_ready(SIDE_LEFT));
   frog_enqueue(SIDE_LEFT);
   EXPECT_EQ(frog_queues[SIDE_LEFT].count, 0);
-  frog_launch(SIDE_LEFT, false);  // nobody there, nothing counted
+  frog_launch(SIDE_LEFT, false);  // no frog, so nothing is counted
   EXPECT_EQ(audit_count(AUDIT_GAMES_PLAYED, SIDE_LEFT), 0);
   frog.state = FROG_FREE;
-  frog_launch(SIDE_LEFT, false);  // a line that ran dry fills itself
+  frog_launch(SIDE_LEFT, false);  // an empty queue is filled
   EXPECT_EQ(frog.state, FROG_LAUNCHING);
 }
 
-// A record's place says nothing, nor does what was played before.
-TEST_F(Queue, AFrogInTheLastRecord_IsSeenAfterOthersHaveEnded) {
+TEST_F(Queue, FrogInLastRecordIsUpdatedAfterOthersEnd) {
   clear_field();
   Frog& played = frog_on(SIDE_LEFT, 5);
   drown(played);
@@ -117,7 +116,7 @@ TEST_F(Queue, AFrogInTheLastRecord_IsSeenAfterOthersHaveEnded) {
   EXPECT_EQ(last.y, (lane_y[4] + lane_y[3]) / 2) << "it flies on";
 }
 
-TEST_F(Queue, TheLeadIsTheFarthestFrogThatHopsOrRests) {
+TEST_F(Queue, LeadLaneIsThatOfFarthestHoppingOrRestingFrog) {
   lead_lane_update();
   EXPECT_EQ(lead_lane, 12);
   frog_on(SIDE_LEFT, 12, FROG_LAUNCHING);

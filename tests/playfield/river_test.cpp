@@ -20,20 +20,20 @@ class River : public Field {
       river_speed_step();
     }
   }
-  // Turns the lane until the cell stands there or just past it, and returns its place then.
-  static int turn_to(int lane, int cell, int x_from, int x_to) {
+  // Scrolls the lane until the cell's x is in that range.
+  static void scroll_to(int lane, int cell, int x_from, int x_to) {
     LaneSlot& slot = lanes[lane].slots[cell];
     for (int i = 0; i < 20000; ++i) {
       lane_update(lane);
       slot.x = -5000;
       gfx_strip_draw(&lanes[lane]);
-      if (slot.x >= x_from && slot.x <= x_to) break;
+      if (slot.x >= x_from && slot.x <= x_to) return;
     }
-    return slot.x;
+    ADD_FAILURE() << "never there";
   }
 };
 
-TEST_F(River, SpeedsWanderWithinTheirRangesForHours) {
+TEST_F(River, SpeedsVaryGraduallyWithinTheirRanges) {
   struct {
     float least, most;
   } const range[] = {
@@ -48,7 +48,7 @@ TEST_F(River, SpeedsWanderWithinTheirRangesForHours) {
       const float speed = lanes[1 + lane].speed;
       ASSERT_GE(speed, range[lane].least - 1e-5F) << lane;
       ASSERT_LE(speed, range[lane].most + 1e-5F) << lane;
-      ASSERT_NEAR(speed, before[lane], 0.005F) << "they ease, and never jump";
+      ASSERT_NEAR(speed, before[lane], 0.005F) << "speeds never jump";
       before[lane] = speed;
       seen_least[lane] = std::min(seen_least[lane], speed);
       seen_most[lane] = std::max(seen_most[lane], speed);
@@ -60,16 +60,16 @@ TEST_F(River, SpeedsWanderWithinTheirRangesForHours) {
   }
 }
 
-TEST_F(River, AFrogInTheRiverHoldsTheSpeeds) {
+TEST_F(River, SpeedsHoldWhileAFrogIsInTheRiver) {
   speed_steps(100000);
   Frog& frog = frog_on(SIDE_RIGHT, 3);
-  speed_steps(31000);  // the change under way ends
+  speed_steps(31000);  // until the current change has ended
   const float held = lanes[2].speed;
   for (int i = 0; i < 60; ++i) {
     speed_steps(1000);
     ASSERT_EQ(lanes[2].speed, held);
   }
-  frog.lane = LANE_MIDDLE_BANK;  // out of the river: new goals within a second
+  frog.lane = LANE_MIDDLE_BANK;  // out of the river: a new goal within a second
   speed_steps(3000);
   const float moving = lanes[2].speed;
   EXPECT_NE(moving, held);
@@ -81,7 +81,7 @@ TEST_F(River, AFrogInTheRiverHoldsTheSpeeds) {
   EXPECT_NE(lanes[2].speed, first);
 }
 
-TEST_F(River, AStandstillOfTheTickBeginsANewPeriodAtOnce) {
+TEST_F(River, LateTickStartsNextSpeedChangeAtOnce) {
   speed_steps(20000);
   game_clock.now_ms += 3600000;
   river_speed_step();
@@ -90,14 +90,14 @@ TEST_F(River, AStandstillOfTheTickBeginsANewPeriodAtOnce) {
   EXPECT_NE(lanes[1].speed, at_goal);
 }
 
-TEST_F(River, EatenBugsComeBackJustLeftOfTheMiddle) {
+TEST_F(River, EatenBugsReturnLeftOfScreenMiddle) {
   for (const int lane : {7, 9}) {  // one runs right, one left
     SCOPED_TRACE(lane);
     const float width = static_cast<float>(lanes[lane].sprite_w);
     fill_lane(lane, CELL_BUG);
     lane_cells[lane][5] = CELL_BUG;
     const bool runs_left = lanes[lane].speed > 0.0F;
-    turn_to(lane, 5, runs_left ? 900 : 300, runs_left ? 1000 : 400);
+    scroll_to(lane, 5, runs_left ? 900 : 300, runs_left ? 1000 : 400);
     lanes[lane].eaten |= cell_bit(5);
     LaneSlot& slot = lanes[lane].slots[5];
     lane_update(lane);
@@ -113,7 +113,7 @@ TEST_F(River, EatenBugsComeBackJustLeftOfTheMiddle) {
   }
 }
 
-TEST_F(River, EatenBugsComeBackOffTheScreen) {
+TEST_F(River, EatenBugsReturnOffScreen) {
   for (const int x : {-96, 1360}) {
     lanes[7].slots[0].x = x;
     lanes[7].eaten |= cell_bit(0);
@@ -128,7 +128,7 @@ TEST_F(River, EatenBugsComeBackOffTheScreen) {
   }
 }
 
-TEST_F(River, LanesStayOnTheirRingAndAnimationsOnTheirSheets) {
+TEST_F(River, ScrollWrapsAndFramesStayWithinTheirSheets) {
   std::set<int> wrapped;
   for (int i = 0; i < 30000; ++i) {
     game_clock.now_ms += TICK_MS;
@@ -151,9 +151,9 @@ TEST_F(River, LanesStayOnTheirRingAndAnimationsOnTheirSheets) {
   EXPECT_EQ(wrapped, (std::set<int>{1, 2, 3, 4, 5, 7, 8, 9, 10, 11}));
 }
 
-// A count of a lane's objects doesn't tell where they lie, and a player who times his jump feels
-// it. The runs are of cells that carry a frog and of water in turn, from cell 0 on.
-TEST_F(River, ObjectsLieWhereTheyBelong) {
+// Where the objects lie decides how hard a jump is. Runs: cells that carry a frog, then water, and
+// so on from cell 0.
+TEST_F(River, RiverCellsHaveTheirFixedLayout) {
   const struct {
     int lane;
     std::vector<int> runs;
@@ -186,8 +186,8 @@ TEST_F(River, ObjectsLieWhereTheyBelong) {
   }
 }
 
-// Where a curve turns, one side of the screen and the other.
-TEST_F(River, TheButterflysCurvesPassTheirTurningPoints) {
+// The points where a path turns, and its ends left and right of the screen.
+TEST_F(River, ButterflyPathsPassTheirTurningPoints) {
   const struct {
     int path, dx;
     float x;
@@ -209,7 +209,7 @@ TEST_F(River, TheButterflysCurvesPassTheirTurningPoints) {
   }
 }
 
-TEST_F(River, TheButterflyFliesItsCurvesAndRests) {
+TEST_F(River, ButterflyFliesAllPathsAndRestsBetween) {
   std::set<std::pair<int, bool>> seen;
   std::int64_t parked_at = now_ms();
   bool parked = true;
@@ -244,7 +244,7 @@ TEST_F(River, TheButterflyFliesItsCurvesAndRests) {
   EXPECT_EQ(seen.size(), 8U) << "four curves, both ways";
 }
 
-TEST_F(River, ACaughtButterflyIsGoneForTwoSecondsAndARest) {
+TEST_F(River, CaughtButterflyFadesForTwoSecondsThenRests) {
   game_clock.now_ms += TICK_MS;
   butterfly_update();
   ASSERT_EQ(butterfly.state, BUTTERFLY_FLYING);

@@ -18,7 +18,7 @@ class Workers : public Field {
   }
 };
 
-TEST_F(Workers, EffectsPlayThroughInTheirTime) {
+TEST_F(Workers, EffectsPlayOnceInTheirDuration) {
   fx_splash_start(10, 20, 4);
   fx_spark_start(30, 40);
   EXPECT_EQ(splash_fx[0].frame, 0);
@@ -33,7 +33,7 @@ TEST_F(Workers, EffectsPlayThroughInTheirTime) {
   EXPECT_EQ(splash_fx[0].frame, -1);
 }
 
-TEST_F(Workers, AnEffectStaysOverForGood) {
+TEST_F(Workers, FinishedEffectNeverRestarts) {
   fx_spark_start(30, 40);
   for (const int days : {30, 200, 4000}) {
     game_clock.now_ms = std::int64_t{days} * 24 * 3600 * 1000;
@@ -58,7 +58,7 @@ TEST_F(Workers, HeartsFollowTheirRider) {
   EXPECT_EQ(heart_fx[0].frame, -1);
 }
 
-TEST_F(Workers, AFullRingTakesItsOldestRecord) {
+TEST_F(Workers, FullRingReusesOldestEffect) {
   for (int i = 0; i <= SPLASH_COUNT; ++i) {
     fx_splash_start(i, 0, 1);
     work(1);
@@ -70,7 +70,7 @@ TEST_F(Workers, AFullRingTakesItsOldestRecord) {
             SPLASH_COUNT);
 }
 
-TEST_F(Workers, AKissEndsInAWave) {
+TEST_F(Workers, KissEndsInWave) {
   GoldRider& rider = gold_riders[2];
   rider.sheet_index = SHEET_KISS;
   rider.scale = 1.5F;
@@ -88,7 +88,7 @@ TEST_F(Workers, AKissEndsInAWave) {
   EXPECT_EQ(rider.frame, 32);
 }
 
-TEST_F(Workers, SceneryRunsInItsPeriodsAndThePadsBreathe) {
+TEST_F(Workers, SceneryAnimatesAndLilyPadsPulsate) {
   float least = 2.0F;
   float most = 0.0F;
   for (int i = 0; i < 6000; ++i) {
@@ -108,7 +108,7 @@ TEST_F(Workers, SceneryRunsInItsPeriodsAndThePadsBreathe) {
   EXPECT_EQ(signs[1].x, 552);
 }
 
-TEST_F(Workers, DingsCountEightToTheSecond) {
+TEST_F(Workers, TicketDingsPlayEightPerSecond) {
   const auto run = [](std::int64_t from_ms, std::int64_t to_ms) {
     for (std::int64_t ms = from_ms; ms < to_ms; ++ms) ticket_dings_step(ms);
   };
@@ -127,7 +127,7 @@ TEST_F(Workers, DingsCountEightToTheSecond) {
   EXPECT_EQ(jps_fake_count("ding07"), 0);
 }
 
-TEST_F(Workers, OnlyALongerRunOfDingsTakesOver) {
+TEST_F(Workers, OnlyALongerRunOfDingsReplacesTheCurrentOne) {
   const auto run = [](std::int64_t from_ms, std::int64_t to_ms) {
     for (std::int64_t ms = from_ms; ms < to_ms; ++ms) ticket_dings_step(ms);
   };
@@ -141,10 +141,10 @@ TEST_F(Workers, OnlyALongerRunOfDingsTakesOver) {
 
   ticket_dings(5, 10);
   run(3000, 3600);
-  ticket_dings(0, 6);  // as many as are left
+  ticket_dings(0, 6);  // at least as many as are left
   run(3600, 9000);
   EXPECT_EQ(jps_fake_count("ding03"), 15);
-  EXPECT_EQ(jps_fake_count("ding08"), 5);  // the wait it cut short is its first
+  EXPECT_EQ(jps_fake_count("ding08"), 5);  // the interrupted interval counts as the first
   ticket_dings(4, 1);
   run(9000, 9200);
   EXPECT_EQ(jps_fake_count("ding04"), 1);

@@ -1,4 +1,4 @@
-// The pictures of an idle cabinet: when they come, how they move, what stops them.
+// Attract pictures: when they are shown, how they move, what hides them.
 #include "presentation/attract.h"
 
 #include <algorithm>
@@ -9,7 +9,6 @@
 #include "books/audits.h"
 #include "books/prefs.h"
 #include "frame/game_clock.h"
-#include "frame/tick_timers.h"
 #include "playfield/paytable.h"
 #include "presentation/win_show.h"
 #include "presentation/win_show_start.h"
@@ -19,12 +18,7 @@ namespace {
 
 class Attract : public Stage {
  protected:
-  Attract() {
-    attract_reset();
-    win_show_reset();
-    game_clock.now_ms = 0;
-    tick_timers.next_vox_ms = 0;
-  }
+  Attract() { game_clock.now_ms = 0; }
   ~Attract() override { win_show_reset(); }
 
   // Ticks of 17 ms until this time.
@@ -53,7 +47,7 @@ class Attract : public Stage {
   }
 };
 
-TEST_F(Attract, TheFirstBoardComesAfter15SecondsAndBobs) {
+TEST_F(Attract, FirstBoardFadesInAfter15SecondsAndBobs) {
   at(15000);
   EXPECT_EQ(shown(), "");
   at(15250);
@@ -72,7 +66,7 @@ TEST_F(Attract, TheFirstBoardComesAfter15SecondsAndBobs) {
   EXPECT_TRUE(shown().starts_with("eat_bugs_tck 337,")) << shown();
 }
 
-TEST_F(Attract, TheBoardTellsTheJackpotThatIsAdvertised) {
+TEST_F(Attract, BoardShowsTheAdvertisedJackpot) {
   at(16000);
   const struct {
     int most;
@@ -94,7 +88,7 @@ TEST_F(Attract, TheBoardTellsTheJackpotThatIsAdvertised) {
   }
 }
 
-TEST_F(Attract, TheFrogSitsOnItsBoard) {
+TEST_F(Attract, FrogSitsOnItsBoard) {
   until("eat_bugs_tck");
   at(now_ms() + 1500);
   const std::vector<Drawn> drawn = seen(attract_draw);
@@ -105,8 +99,8 @@ TEST_F(Attract, TheFrogSitsOnItsBoard) {
   EXPECT_EQ(frog.y, board.y - 252);
 }
 
-TEST_F(Attract, MarksHopInStandAndHopOut) {
-  prefs[PREF_TICKET_USE].int_value = 0;  // nothing can be won: only the makers are named
+TEST_F(Attract, LogosHopInStandAndHopOut) {
+  prefs[PREF_TICKET_USE].int_value = 0;  // nothing can be won: logos only
   until("orblogo");
   const std::int64_t begun = now_ms();
   std::string seen_names;
@@ -129,16 +123,16 @@ TEST_F(Attract, MarksHopInStandAndHopOut) {
   until("lilyhoplogo");
   at(now_ms() + 3000);
   EXPECT_EQ(shown(), "lilyhoplogo 168,128");
-  until("orblogo");  // and over again: what isn't paid is never shown
+  until("orblogo");  // from the start again
 }
 
-TEST_F(Attract, WhatIsNotPaidIsNotPromised) {
+TEST_F(Attract, JackpotBoardIsSkippedWithFixedTickets) {
   prefs[PREF_FIXED_TICKET].int_value = 1;
   at(16000);
   EXPECT_TRUE(shown().starts_with("eat_bugs_tck")) << shown();
 }
 
-TEST_F(Attract, PlayMoneyOrAShowTakesThePictureAwayForAMinute) {
+TEST_F(Attract, CreditOrShowHidesPicturesForAMinute) {
   const struct {
     const char* what;
     void (*begin)();
@@ -165,7 +159,7 @@ TEST_F(Attract, PlayMoneyOrAShowTakesThePictureAwayForAMinute) {
     at(86000);
     EXPECT_EQ(shown(), "");
     at(87000);
-    EXPECT_TRUE(shown().starts_with("lrg_lilypad")) << "from the beginning";
+    EXPECT_TRUE(shown().starts_with("lrg_lilypad")) << "from the start again";
   }
 }
 

@@ -47,7 +47,7 @@ class Scene : public Stage {
   }
 };
 
-TEST_F(Scene, LayersLieInTheirOrder) {
+TEST_F(Scene, DrawsLayersInOrder) {
   frog(FROG_RESTING);
   int log = 0;
   while (log < LANE_CELLS - 1 && lane_cells[1][log] == CELL_EMPTY) ++log;
@@ -62,7 +62,7 @@ TEST_F(Scene, LayersLieInTheirOrder) {
   frog_queues[SIDE_RIGHT].places[0] = &ready;
   tick_timers.credit_wait_ms[SIDE_RIGHT] = 6001;
   tick_timers.idle_ms[SIDE_RIGHT] = 5001;
-  tick_timers.coin_prompt_start[SIDE_LEFT] = 99500;  // seen best now
+  tick_timers.coin_prompt_start[SIDE_LEFT] = 99500;  // opaque at 100000
   tick_timers.coin_prompt_until[SIDE_LEFT] = 200000;
   jamma_link_error = 1;
   tick_timers.volume_overlay_until = 200000;
@@ -83,7 +83,7 @@ TEST_F(Scene, LayersLieInTheirOrder) {
   EXPECT_EQ(names.back(), "ioerror");
 }
 
-TEST_F(Scene, TheRightShadowIsTheLeftOneMirrored) {
+TEST_F(Scene, RightShadowIsMirrored) {
   std::vector<Drawn> shadows;
   for (const Drawn& d : seen(scene_draw)) {
     if (d.what == "shadow") shadows.push_back(d);
@@ -96,46 +96,46 @@ TEST_F(Scene, TheRightShadowIsTheLeftOneMirrored) {
   for (const Drawn& d : shadows) EXPECT_EQ(d.colour, 0x80FFFFFFU);
 }
 
-TEST_F(Scene, TheButterflyLooksWhereItFlies) {
+TEST_F(Scene, ButterflyFacesItsDirectionOfFlight) {
   butterfly.state = BUTTERFLY_FLYING;
   butterfly.x = 300.0F;
   for (const int dx : {-4, 4, -6, 5}) {
     butterfly.dx = dx;
     const std::vector<Drawn> drawn = seen(butterfly_draw);
     EXPECT_EQ(first(drawn, "anim_butterfly").mirrored, dx < 0) << dx;
-    EXPECT_FALSE(first(drawn, "anim_cycleticket").mirrored) << "its ticket can always be read";
+    EXPECT_FALSE(first(drawn, "anim_cycleticket").mirrored) << "its ticket is never mirrored";
   }
 }
 
-TEST_F(Scene, AMachineThatGoesDownSaysJustThat) {
+TEST_F(Scene, GoingDownDrawsOnlyItsMessage) {
   game_mode = MODE_GOING_DOWN;
   const std::vector<Drawn> drawn = seen(scene_draw);
   ASSERT_EQ(drawn.size(), 1U);
   EXPECT_EQ(places(drawn, "GOING DOWN FOR MAINTENANCE"), "680,384");
 }
 
-TEST_F(Scene, FoamDriftsWithTheFrames) {
+TEST_F(Scene, FoamMovesWithEachFrame) {
   EXPECT_EQ(places(seen(foam_draw), "riverfoam_1"), "-473,68 0,68 473,68 946,68");
   EXPECT_EQ(places(seen(foam_draw), "riverfoam_2"), "1359,68 886,68 413,68 -60,68");
   for (int i = 2; i < 1279; ++i) foam_draw();
   EXPECT_EQ(first(seen(foam_draw), "riverfoam_1").x, 0 - 473) << "the next tile takes its place";
 }
 
-TEST_F(Scene, TheLilyShowsTheCappedJackpotAndAGhostOfIt) {
+TEST_F(Scene, LilyShowsCappedJackpotWithFadingCopy) {
   prefs[PREF_MAXIMUM_TICKETS].int_value = 100;
   std::vector<Drawn> drawn = seen(jackpot_lily_draw);
   EXPECT_EQ(places(drawn, "lily_bonus_txt"), "310,-1 990,-1");
   EXPECT_EQ(std::count_if(drawn.begin(), drawn.end(), [](auto& d) { return d.what == "100"; }), 8);
   EXPECT_EQ(places(drawn, "100"), "299,28 296,25 299,29 296,26 979,28 976,25 979,29 976,26");
   for (int i = 0; i < 140; ++i) drawn = seen(jackpot_lily_draw);
-  EXPECT_EQ(places(drawn, "100"), "299,29 296,26 979,29 976,26") << "the ghost has gone";
-  prefs[PREF_MAXIMUM_TICKETS].int_value = -5;  // from a damaged file; nothing is paid
+  EXPECT_EQ(places(drawn, "100"), "299,29 296,26 979,29 976,26") << "the copy has faded out";
+  prefs[PREF_MAXIMUM_TICKETS].int_value = -5;  // from a damaged file
   EXPECT_TRUE(has(seen(jackpot_lily_draw), "0"));
   prefs[PREF_TICKET_USE].int_value = 0;
   EXPECT_TRUE(seen(jackpot_lily_draw).empty());
 }
 
-TEST_F(Scene, AFrogInPlayHasRingsAndATag) {
+TEST_F(Scene, FrogInPlayHasRingsAndTicketTag) {
   Frog& f = frog(FROG_HOPPING);
   f.total_tickets = 12;
   f.ring_alpha = 90;
@@ -157,7 +157,7 @@ TEST_F(Scene, AFrogInPlayHasRingsAndATag) {
   EXPECT_FALSE(has(drawn, "ticket"));
 }
 
-TEST_F(Scene, ASunkenFrogShowsOnlyItsPurse) {
+TEST_F(Scene, SunkenFrogShowsOnlyItsTickets) {
   Frog& f = frog(FROG_SINKING, FROG_HIDDEN);
   f.total_tickets = 150;
   f.scale = 2.0F;
@@ -168,7 +168,7 @@ TEST_F(Scene, ASunkenFrogShowsOnlyItsPurse) {
   EXPECT_EQ(places(drawn, "150"), "377,396");
 }
 
-TEST_F(Scene, ADemoFrogIsLabelled) {
+TEST_F(Scene, DemoFrogHasLabelAndNoRings) {
   Frog& f = frog(FROG_RESTING, FROG_DEMO);
   f.total_tickets = 5;
   f.pulse = 33;
@@ -181,10 +181,10 @@ TEST_F(Scene, ADemoFrogIsLabelled) {
   EXPECT_FALSE(has(seen(frogs_draw), "you_won_tck"));
   f.state = FROG_WAITING;
   f.flags = 0;
-  EXPECT_FALSE(has(seen(frogs_draw), "ticket")) << "a frog in line has no tag";
+  EXPECT_FALSE(has(seen(frogs_draw), "ticket")) << "a waiting frog has no tag";
 }
 
-TEST_F(Scene, GoldCellsGetTheirRidersInOrder) {
+TEST_F(Scene, GoldCellsGetRidersInOrder) {
   lanes[2].scroll = 0.0F;  // its first gold cells are 0, 4 and 12
   lanes[3].scroll = 0.0F;
   gold_riders[0].scale = 2.0F;
@@ -204,10 +204,10 @@ TEST_F(Scene, GoldCellsGetTheirRidersInOrder) {
   int log = 0;
   while (gold_riders[log].lane != 3) ++log;
   EXPECT_EQ(gold_riders[log].y, 178 - 84);
-  EXPECT_NE(places(drawn, "pink_ticket").find("-68,118"), std::string::npos) << "a log's, at once";
+  EXPECT_NE(places(drawn, "pink_ticket").find("-68,118"), std::string::npos) << "that of a log";
 }
 
-TEST_F(Scene, ACellThatWasNeverOnScreenHasNoRider) {
+TEST_F(Scene, CellNeverOnScreenHasNoRider) {
   lanes[2].scroll = 0.0F;
   lanes_draw();
   int count = 0;
@@ -215,7 +215,7 @@ TEST_F(Scene, ACellThatWasNeverOnScreenHasNoRider) {
   EXPECT_EQ(count, 2) << "cells 0 and 4 of the eleven in view";
 }
 
-TEST_F(Scene, TheButterflyCarriesAQuestionAndThenTheAnswer) {
+TEST_F(Scene, ButterflyShowsQuestionMarkThenItsValue) {
   butterfly.state = BUTTERFLY_FLYING;
   butterfly.x = 300.9F;
   butterfly.y = 40;
@@ -235,7 +235,7 @@ TEST_F(Scene, TheButterflyCarriesAQuestionAndThenTheAnswer) {
   EXPECT_TRUE(seen(butterfly_draw).empty());
 }
 
-TEST_F(Scene, FaultsAreShown) {
+TEST_F(Scene, ShowsTicketAndLinkFaults) {
   ticket_status.ticket_error[SIDE_RIGHT] = 1;
   ticket_status.tickets_owed[SIDE_RIGHT] = 9;
   std::vector<Drawn> drawn = seen(scene_draw);
@@ -255,7 +255,7 @@ TEST_F(Scene, FaultsAreShown) {
   EXPECT_FALSE(has(seen(scene_draw), "ticketerror"));
 }
 
-TEST_F(Scene, TheVolumeIsReadOut) {
+TEST_F(Scene, ShowsVolumeLevel) {
   attract_flag = 0;
   volume_step = 7;
   tick_timers.volume_overlay_until = 100001;
@@ -266,7 +266,7 @@ TEST_F(Scene, TheVolumeIsReadOut) {
   EXPECT_FALSE(has(seen(scene_draw), "Attract Volume: 7 / 20"));
 }
 
-TEST_F(Scene, DebugPagesShowTheBooks) {
+TEST_F(Scene, DebugPagesListTheBooks) {
   EXPECT_TRUE(seen(debug_page_draw).empty());
   audits[AUDIT_GAMES_PLAYED].count = 4;
   audits[AUDIT_BUGS].count = 6;
@@ -291,7 +291,7 @@ TEST_F(Scene, DebugPagesShowTheBooks) {
   debug_page = DEBUG_PREFS;
   drawn = seen(debug_page_draw);
   EXPECT_EQ(places(drawn, "Payout Percent                   0.400"), "16,272");
-  std::memset(prefs[PREF_FREEPLAY].name, 'x', sizeof prefs[PREF_FREEPLAY].name);  // without its end
+  std::memset(prefs[PREF_FREEPLAY].name, 'x', sizeof prefs[PREF_FREEPLAY].name);  // unterminated
   EXPECT_EQ(places(seen(debug_page_draw), std::string(32, 'x') + " 0"), "16,48");
   histogram[SIDE_RIGHT][251] = 3;
   debug_page = DEBUG_HISTOGRAM_1 + 1;

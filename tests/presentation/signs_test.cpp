@@ -27,14 +27,14 @@ class Signs : public Stage {
   }
 };
 
-TEST_F(Signs, StandWithTheirAnimation) {
+TEST_F(Signs, SignsHaveTheirPlaces) {
   signs[1].frame = 9;
   const std::vector<Drawn> drawn = seen(signs_draw);
   EXPECT_EQ(places(drawn, "anim_wdsign"), "13,654 1091,654");
   EXPECT_EQ(places(drawn, "anim_lngsign"), "552,654");
 }
 
-TEST_F(Signs, AskForWhatIsMissing) {
+TEST_F(Signs, AskForMissingCoins) {
   price(CURRENCY_COINS, 2, 1);
   coins(SIDE_RIGHT, 1);
   std::vector<Drawn> drawn = seen(signs_draw);
@@ -63,11 +63,11 @@ TEST_F(Signs, ShowCreditsAsFrogs) {
   EXPECT_EQ(places(drawn, "frogicon"), "69,678");
   set(PREF_FREEPLAY, 1);
   drawn = seen(signs_draw);
-  EXPECT_EQ(places(drawn, "frogiconmed"), "74,649 1152,649") << "whatever the credits";
+  EXPECT_EQ(places(drawn, "frogiconmed"), "74,649 1152,649") << "with any credits";
   EXPECT_EQ(first(drawn, "FREEPLAY").y, 706);
 }
 
-TEST_F(Signs, SayThePrice) {
+TEST_F(Signs, ShowThePrice) {
   const auto line = [](const char* what, const char* icon) {
     const std::vector<Drawn> drawn = seen(signs_draw);
     const int n = static_cast<int>(std::string(what).size());
@@ -84,8 +84,8 @@ TEST_F(Signs, SayThePrice) {
   EXPECT_EQ(line("@1.00 /    X5", "frogicon"), "687,683");
 }
 
-// Before a number of two digits the gap is narrower than the frog.
-TEST_F(Signs, PriceWithANumberOfFrogs_IsNotCoveredByTheFrog) {
+// Before a number of two digits the gap is narrower than the icon.
+TEST_F(Signs, FrogIconLiesBehindThePrice) {
   const auto frog_is_behind = [](const char* line) {
     const std::vector<Drawn> drawn = seen(signs_draw);
     const auto at = [&drawn](const char* what) {
@@ -101,7 +101,7 @@ TEST_F(Signs, PriceWithANumberOfFrogs_IsNotCoveredByTheFrog) {
   frog_is_behind("2 COINS /    X10");
 }
 
-TEST_F(Signs, SayWhatASwipeBuys) {
+TEST_F(Signs, ShowWhatASwipeBuys) {
   const auto swipe = [](int worth, int cost, int frogs) {
     price(CURRENCY_SWIPES, cost, frogs);
     set(PREF_COINS_PER_SWIPE, worth);
@@ -126,10 +126,10 @@ TEST_F(Signs, SayWhatASwipeBuys) {
   drawn = swipe(4, 1, 3);
   EXPECT_EQ(first(drawn, "SWIPE /    X12").x, 680 - 7 * 14 - 4 + 2);
   EXPECT_EQ(places(drawn, "frogicon"), "652,683");
-  EXPECT_TRUE(has(swipe(4, 0, 1), "SWIPE / 4 COINS")) << "a cost of 0 divides nothing";
+  EXPECT_TRUE(has(swipe(4, 0, 1), "SWIPE / 4 COINS")) << "no division by 0";
 }
 
-TEST_F(Signs, ADamagedFileOfSettingsDoesNoHarm) {
+TEST_F(Signs, DamagedSettingsAreDrawnWithoutOverflow) {
   constexpr int MOST = std::numeric_limits<int>::max();
   constexpr int LEAST = std::numeric_limits<int>::min();
   price(CURRENCY_SWIPES, 1, MOST);
@@ -138,13 +138,13 @@ TEST_F(Signs, ADamagedFileOfSettingsDoesNoHarm) {
   price(CURRENCY_COINS, LEAST, 1);
   coins(SIDE_LEFT, 1);
   EXPECT_EQ(first(seen(signs_draw), "-2147483649 COINS").y, 711);
-  set(PREF_TIMEOUT_SECONDS, LEAST);  // as good as none
+  set(PREF_TIMEOUT_SECONDS, LEAST);  // as if off
   tick_timers.credit_wait_ms[SIDE_LEFT] = 6000;
   tick_timers.idle_ms[SIDE_LEFT] = 6000;
   EXPECT_EQ(seen(prompt_start_draw).size(), 3U);
 }
 
-TEST_F(Signs, PressStartPumpsAndCounts) {
+TEST_F(Signs, PressStartAnimatesAndCountsDown) {
   tick_timers.credit_wait_ms[SIDE_RIGHT] = 5001;
   tick_timers.idle_ms[SIDE_RIGHT] = 5000;
   EXPECT_TRUE(seen(prompt_start_draw).empty());
@@ -161,7 +161,7 @@ TEST_F(Signs, PressStartPumpsAndCounts) {
   EXPECT_EQ(places(drawn, "9"), "1009,504 1007,502") << "9.999 seconds are left";
 }
 
-TEST_F(Signs, InsertCoinBreathesFromDark) {
+TEST_F(Signs, InsertCoinFadesInAndOut) {
   tick_timers.coin_prompt_start[SIDE_LEFT] = 100000;
   tick_timers.coin_prompt_until[SIDE_LEFT] = 103000;
   const auto alpha_at = [](int ms) {
@@ -178,11 +178,11 @@ TEST_F(Signs, InsertCoinBreathesFromDark) {
   EXPECT_EQ(alpha_at(3000), -1);
 }
 
-TEST_F(Signs, BubblesTakeTurns) {
+TEST_F(Signs, BubblesAlternate) {
   tick_timers.credit_wait_ms[SIDE_LEFT] = 2001;
-  EXPECT_TRUE(seen(bubbles_draw).empty()) << "nobody stands in the launch place";
+  EXPECT_TRUE(seen(bubbles_draw).empty()) << "no frog in the launch place";
   frog_enqueue(SIDE_LEFT);
-  EXPECT_TRUE(seen(bubbles_draw).empty()) << "it hasn't appeared yet";
+  EXPECT_TRUE(seen(bubbles_draw).empty()) << "it is still hidden";
   Frog& head = *frog_queues[SIDE_LEFT].places[0].get();
   head.flags = 0;
   const auto bubble_at = [](int wait_ms) {
@@ -190,7 +190,7 @@ TEST_F(Signs, BubblesTakeTurns) {
     const std::vector<Drawn> drawn = seen(bubbles_draw);
     return drawn.empty() ? std::string() : drawn[0].what;
   };
-  EXPECT_EQ(places(seen(bubbles_draw), "msg1_bubble"), "") << "2001 modulo 6000 is a pause";
+  EXPECT_EQ(places(seen(bubbles_draw), "msg1_bubble"), "") << "2001 modulo 6000 ms is a pause";
   EXPECT_EQ(bubble_at(3000), "msg3_bubble");
   EXPECT_EQ(bubble_at(5000), "");
   EXPECT_EQ(bubble_at(6000), "msg1_bubble");

@@ -5,20 +5,15 @@
 #include <cstdint>
 #include <cstring>
 
-#include "books/audits.h"
-#include "books/prefs.h"
-#include "frame/game_clock.h"
-#include "frame/game_mode.h"
-#include "frame/tick_timers.h"
-#include "frame/ticket_status.h"
 #include "gfx/text.h"
 #include "gfx/texture.h"
-#include "io/jamma.h"
 #include "platform/headless/display_record.h"
-#include "platform/random.h"
 #include "playfield/lanes.h"
 #include "playfield/playfield.h"
 #include "presentation/scene.h"
+#include "tests/fakes/jamma_fake.h"
+#include "tests/fakes/jps_fake.h"
+#include "tests/reset_game.h"
 
 namespace {
 
@@ -81,25 +76,11 @@ Stage::Stage() {
     texture.width = texture.height = 4096;
     panels[i].width = panels[i].height = i < PANEL_FIRST_SHEET ? 256 : 4096;
   }
-  prefs_reset();
-  audits_reset();
-  random_seed(1);
-  game_mode = MODE_PLAY;
-  game_clock.now_ms = 100000;
-  jamma_link_error = 0;
+  jamma_fake_reset();
+  jps_fake_reset();
   sheet_table_fill();
-  playfield_reset();
-  far_bank_reset();
+  reset_game(100000);
   butterfly.state = BUTTERFLY_PARKED;
-  for (int side = 0; side < SIDE_COUNT; ++side) {
-    ticket_status.ticket_error[side] = 0;
-    ticket_status.tickets_owed[side] = 0;
-    tick_timers.coin_prompt_until[side] = 0;
-    tick_timers.credit_wait_ms[side] = 0;
-    tick_timers.idle_ms[side] = 0;
-    tick_timers.since_award_ms[side] = 0;
-  }
-  tick_timers.volume_overlay_until = 0;
 }
 
 Stage::~Stage() {

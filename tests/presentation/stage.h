@@ -1,4 +1,4 @@
-// The scene on a display that swallows draws: what was drawn, by name, place and words.
+// The game on a headless display: what was drawn, by name, place and words.
 #pragma once
 
 #include <gtest/gtest.h>

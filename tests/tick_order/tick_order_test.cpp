@@ -1,10 +1,10 @@
-// The order of the tick. Everything that the tick calls is replaced by a recorder here, so what is
-// compared is the tick's own order and nothing else.
+// The order of the tick. Everything that it calls is replaced by a recorder.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <initializer_list>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -188,15 +188,8 @@ class TickOrder : public testing::Test {
     game_mode = MODE_PLAY;
     game_clock.now_ms = 0;
     attract_flag = 1;
-    for (int side = 0; side < 2; ++side) {
-      tick_timers.attract_demo_next[side] = 1 << 20;
-      tick_timers.credit_wait_ms[side] = 0;
-      tick_timers.since_award_ms[side] = 0;
-      tick_timers.award_done[side] = 0;
-      tick_timers.idle_ms[side] = 0;
-    }
-    tick_timers.idle_both_ms = 0;
-    tick_timers.no_money_ms = 0;
+    std::construct_at(&tick_timers);
+    for (auto& next : tick_timers.attract_demo_next) next = 1 << 20;
   }
 
   Calls tick(std::int64_t at) {
@@ -235,7 +228,7 @@ TEST_F(TickOrder, InPlay) {
   EXPECT_EQ(now_ms(), 17);
 }
 
-TEST_F(TickOrder, WithAMenuOrATestScreenOrGoingDown) {
+TEST_F(TickOrder, InMenuTestScreenAndGoingDown) {
   const Calls open = joined({{"attract_step", "jamma_command 2", "menu_input"}, CLEARS, REST, END});
   game_mode = MODE_OPERATOR;
   state.menu_open = true;
@@ -243,7 +236,7 @@ TEST_F(TickOrder, WithAMenuOrATestScreenOrGoingDown) {
   state.menu_open = false;
   EXPECT_EQ(tick(34),
             joined({{"attract_step", "jamma_command 2", "test_screen_input"}, CLEARS, REST, END}));
-  game_mode = MODE_GOING_DOWN;  // no input is read any more, but presses don't pile up
+  game_mode = MODE_GOING_DOWN;  // no input is read, but presses are cleared
   EXPECT_EQ(tick(51), joined({{"attract_step", "jamma_command 2"}, CLEARS, REST, END}));
 }
 
@@ -259,7 +252,7 @@ TEST_F(TickOrder, VolumeButtonsUpBeforeDown) {
                               END}));
 }
 
-TEST_F(TickOrder, TestLevelNeedsABoard) {
+TEST_F(TickOrder, TestSwitchIsOffWithoutABoard) {
   state.inputs.counters[COUNTER_TST] = 7;
   tick(17);
   EXPECT_EQ(state.level_seen, 1);
@@ -272,10 +265,10 @@ TEST_F(TickOrder, TestLevelNeedsABoard) {
   EXPECT_EQ(state.level_seen, 0);
 }
 
-// Demo frogs fly in attract with no time-out set; the time of the next moves on even if none could.
-TEST_F(TickOrder, DemoFrogsOrAutomaticLaunch) {
+// Demo frogs fly in attract without a time-out. The next one's time is set even if none could fly.
+TEST_F(TickOrder, LaunchesDemoFrogsInAttractOrByTimeout) {
   tick_timers.attract_demo_next[0] = 100;
-  EXPECT_EQ(tick(100), tick(100)) << "not past yet";
+  EXPECT_EQ(tick(100), tick(100)) << "not due yet";
   EXPECT_EQ(tick(101), joined({PLAYFIELD,
                                {"attract_step", "jamma_command 2"},
                                PLAY_INPUTS,
@@ -302,7 +295,7 @@ TEST_F(TickOrder, DemoFrogsOrAutomaticLaunch) {
                                END}));
 }
 
-TEST_F(TickOrder, TimersGrowByTheStepAndFallAsTold) {
+TEST_F(TickOrder, TimersGrowByTheStepAndReset) {
   tick(100);
   tick(150);
   EXPECT_EQ(tick_timers.idle_both_ms, 150);
@@ -322,7 +315,7 @@ TEST_F(TickOrder, TimersGrowByTheStepAndFallAsTold) {
   EXPECT_EQ(tick_timers.credit_wait_ms[1], 50);
   EXPECT_EQ(tick_timers.since_award_ms[1], 50);
 
-  state.show[1] = true;  // a show keeps the wait at nothing, and so does free play
+  state.show[1] = true;  // a show holds the wait at 0, and so does free play
   tick(250);
   EXPECT_EQ(tick_timers.credit_wait_ms[1], 0);
   state.show[1] = false;
@@ -335,15 +328,15 @@ TEST_F(TickOrder, TimersGrowByTheStepAndFallAsTold) {
   EXPECT_EQ(tick_timers.since_award_ms[1], 0);
 }
 
-TEST_F(TickOrder, TicksAreSeventeenMillisecondsApart) {
+TEST_F(TickOrder, TickIsDueEvery17Milliseconds) {
   tick(1000);
   EXPECT_FALSE(game_tick_due(1016));
   EXPECT_TRUE(game_tick_due(1017));
   state.reboot = true;
-  EXPECT_FALSE(game_tick(1017)) << "an ordered reboot ends the ticks";
+  EXPECT_FALSE(game_tick(1017)) << "a reboot ends the ticks";
 }
 
-TEST_F(TickOrder, BeginningPutsAFrogInEachLineAndGivesTicketsBack) {
+TEST_F(TickOrder, GameBeginEnqueuesFrogsAndRestoresTickets) {
   game_begin();
   EXPECT_EQ(state.calls,
             (Calls{"frog_enqueue 0", "frog_enqueue 1", "late_board_begin", "tickets_restore"}));

@@ -1,4 +1,4 @@
-// Loudness in attract and in play, the glide between the two, and the music's moving on.
+// Volume in attract and in play, the fade between the two, and the change of music.
 #include "presentation/volume.h"
 
 #include <gtest/gtest.h>
@@ -9,14 +9,12 @@
 
 #include "books/prefs.h"
 #include "frame/game_clock.h"
-#include "frame/game_mode.h"
 #include "frame/tick_timers.h"
-#include "frame/ticket_status.h"
 #include "platform/files.h"
-#include "platform/random.h"
 #include "presentation/win_show.h"
 #include "presentation/win_show_start.h"
 #include "tests/fakes/jps_fake.h"
+#include "tests/reset_game.h"
 #include "tests/temp_folder.h"
 
 namespace {
@@ -27,14 +25,8 @@ class Volume : public testing::Test {
  protected:
   Volume() {
     files_use_roots(drive.path(), drive.path());
-    prefs_reset();
     jps_fake_reset();
-    win_show_reset();
-    random_seed(1);
-    game_mode = MODE_PLAY;
-    sound_enabled = 1;
-    game_clock.now_ms = BEGUN_MS;
-    tick_timers.volume_overlay_until = 0;
+    reset_game(BEGUN_MS);
     attract_begin();
     quiet(20000, 20000);
   }
@@ -48,7 +40,7 @@ class Volume : public testing::Test {
     game_clock.now_ms += ms;
     attract_volume_step();
   }
-  // Somebody plays, and the glide up is over.
+  // Play, with the fade up over.
   static void play() {
     quiet(0, 0);
     step();
@@ -64,24 +56,30 @@ class Volume : public testing::Test {
   TempFolder drive;
 };
 
-TEST_F(Volume, AttractBeginsWhenNeitherPlayNorMoneyNorAShowWasSeenFor15Seconds) {
+TEST_F(Volume, AttractNeeds15IdleSecondsWithoutMoneyOrShow) {
   const struct {
+    std::int32_t attract_before;
     std::int64_t idle_ms, no_money_ms;
     bool show;
     std::int32_t attract;
   } rows[] = {
-      {15001, 15001, false, 1}, {15000, 15001, false, 0}, {15001, 15000, false, 0},
-      {99999, 15000, false, 0}, {15000, 99999, false, 0}, {15001, 15001, true, 0},
+      {0, 15001, 15001, false, 1}, {0, 15000, 15001, false, 0}, {0, 15001, 15000, false, 0},
+      {0, 99999, 15000, false, 0}, {0, 15000, 99999, false, 0}, {0, 15001, 15001, true, 0},
+      {1, 1, 1, false, 1},         {1, 0, 20000, false, 0},     {1, 20000, 0, false, 0},
+      {1, 20000, 20000, true, 0},
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(testing::Message() << row.idle_ms << ' ' << row.no_money_ms << ' ' << row.show);
+    SCOPED_TRACE(&row - rows);
     win_show_reset();
     play();
+    if (row.attract_before != 0) quiet(20000, 20000);
+    step();
+    ASSERT_EQ(attract_flag, row.attract_before);
     if (row.show) win_show_start(SIDE_RIGHT, 10);
     quiet(row.idle_ms, row.no_money_ms);
     step();
     EXPECT_EQ(attract_flag, row.attract);
-    if (row.attract == 0) continue;
+    if (row.attract <= row.attract_before) continue;
     for (const auto& next : tick_timers.attract_demo_next) {
       EXPECT_GE(next, now_ms() + 7500);
       EXPECT_LE(next, now_ms() + 15000);
@@ -89,27 +87,7 @@ TEST_F(Volume, AttractBeginsWhenNeitherPlayNorMoneyNorAShowWasSeenFor15Seconds) 
   }
 }
 
-TEST_F(Volume, PlayMoneyOrAShowEndsAttract) {
-  const struct {
-    std::int64_t idle_ms, no_money_ms;
-    bool show;
-    std::int32_t attract;
-  } rows[] = {
-      {1, 1, false, 1}, {0, 20000, false, 0}, {20000, 0, false, 0}, {20000, 20000, true, 0}};
-  for (const auto& row : rows) {
-    SCOPED_TRACE(testing::Message() << row.idle_ms << ' ' << row.no_money_ms << ' ' << row.show);
-    win_show_reset();
-    quiet(20000, 20000);
-    step();
-    ASSERT_EQ(attract_flag, 1);
-    quiet(row.idle_ms, row.no_money_ms);
-    if (row.show) win_show_start(SIDE_LEFT, 10);
-    step();
-    EXPECT_EQ(attract_flag, row.attract);
-  }
-}
-
-TEST_F(Volume, ItGoesSoftInFourSecondsAndLoudInOne) {
+TEST_F(Volume, FadesDownInFourSecondsAndUpInOne) {
   play();
   expect_level(16, 227);
   quiet(20000, 20000);
@@ -142,10 +120,10 @@ TEST_F(Volume, ItGoesSoftInFourSecondsAndLoudInOne) {
   step(1);
   expect_level(16, 227);
   EXPECT_EQ(pref_int(PREF_VOLUME), 16);
-  EXPECT_EQ(tick_timers.volume_overlay_until, 0) << "only a button shows the readout";
+  EXPECT_EQ(tick_timers.volume_overlay_until, 0) << "shown after a button only";
 }
 
-TEST_F(Volume, ALouderAttractIsReachedAtOnceWhenTheGlideWouldBeOver) {
+TEST_F(Volume, LouderAttractLevelIsSetAtEndOfFade) {
   prefs[PREF_VOLUME].int_value = 8;
   prefs[PREF_ATTRACT_VOLUME].int_value = 16;
   attract_begin();
@@ -167,7 +145,7 @@ TEST_F(Volume, ALouderAttractIsReachedAtOnceWhenTheGlideWouldBeOver) {
   expect_level(8, 161);
 }
 
-TEST_F(Volume, AGlideThatTurnsBackGoesOnFromWhereItIs) {
+TEST_F(Volume, ReversedFadeContinuesFromCurrentVolume) {
   play();
   quiet(20000, 20000);
   step();
@@ -175,27 +153,18 @@ TEST_F(Volume, AGlideThatTurnsBackGoesOnFromWhereItIs) {
   ASSERT_EQ(volume_value, 194);
   quiet(0, 0);
   step();
-  EXPECT_EQ(volume_value, 194) << "loud doesn't begin by going soft";
+  EXPECT_EQ(volume_value, 194);
   step(400);
   EXPECT_EQ(volume_value, 194);
   step(350);
   EXPECT_EQ(volume_value, 210);
-}
-
-TEST_F(Volume, AGlideThatTurnsBackEndsOnItsLevelAndTheButtonsWork) {
-  play();
-  expect_level(16, 227);
-  quiet(20000, 20000);
-  for (int i = 0; i < 60; ++i) step();  // a second into the way down
-  EXPECT_LT(volume_value, 227);
-  quiet(0, 0);
-  for (int i = 0; i < 62; ++i) step();
+  step(251);
   expect_level(16, 227);
   volume_button(1);
   expect_level(17, 234);
 }
 
-TEST_F(Volume, AButtonMovesTheLevelOfTheMomentAndNoneInAGlide) {
+TEST_F(Volume, ButtonsChangeTheCurrentLevelExceptDuringFade) {
   step(4001);
   volume_button(1);
   expect_level(9, 173);
@@ -225,14 +194,14 @@ TEST_F(Volume, AButtonMovesTheLevelOfTheMomentAndNoneInAGlide) {
   expect_level(0, 0);
 }
 
-TEST_F(Volume, TheMusicMovesOnInAttractOnly) {
+TEST_F(Volume, MusicAdvancesInAttractOnly) {
   EXPECT_EQ(jps_fake_count("bgm"), 1);
   step(180000);
   EXPECT_EQ(jps_fake_count("nextbgm"), 0);
   step(1);
   EXPECT_EQ(jps_fake_count("nextbgm"), 1);
   quiet(0, 0);
-  step(180001);  // due, but somebody plays: asked again every 30 s
+  step(180001);  // due during play: again in 30 s
   EXPECT_EQ(jps_fake_count("nextbgm"), 1);
   EXPECT_EQ(tick_timers.next_music_check_ms, now_ms() + 30000);
   step(30000);
@@ -241,13 +210,13 @@ TEST_F(Volume, TheMusicMovesOnInAttractOnly) {
   EXPECT_EQ(jps_fake_count("nextbgm"), 1);
   step(1);
   EXPECT_EQ(jps_fake_count("nextbgm"), 2);
-  quiet(15000, 20000);  // attract still, but a demo frog or a lost one was just there
+  quiet(15000, 20000);  // still attract, but a frog has just been in play
   step(180001);
   EXPECT_EQ(attract_flag, 1);
   EXPECT_EQ(jps_fake_count("nextbgm"), 2);
 }
 
-TEST_F(Volume, ALevelOutsideTheScaleIsHeldToIt) {
+TEST_F(Volume, StoredLevelIsClampedToScale) {
   const struct {
     std::int32_t stored, level, value;
   } rows[] = {{INT_MIN, 0, 0}, {-1, 0, 0}, {99, 20, 255}, {INT_MAX, 20, 255}};
@@ -257,7 +226,7 @@ TEST_F(Volume, ALevelOutsideTheScaleIsHeldToIt) {
     prefs[PREF_ATTRACT_VOLUME].int_value = row.stored;
     play();
     expect_level(row.level, row.value);
-    EXPECT_EQ(pref_int(PREF_VOLUME), row.level) << "and put right in the table";
+    EXPECT_EQ(pref_int(PREF_VOLUME), row.level) << "also in the table";
     quiet(20000, 20000);
     step();
     step(2000);

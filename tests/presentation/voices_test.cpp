@@ -1,4 +1,4 @@
-// The lines that call for a player: who may speak, and how long everybody is silent after.
+// Spoken lines of attract and play: their conditions and intervals.
 #include "presentation/voices.h"
 
 #include <gtest/gtest.h>
@@ -12,17 +12,16 @@
 #include "frame/game_clock.h"
 #include "frame/game_mode.h"
 #include "frame/tick_timers.h"
-#include "platform/random.h"
-#include "playfield/playfield.h"
 #include "presentation/volume.h"
 #include "tests/fakes/jps_fake.h"
 #include "tests/plain_sheets.h"
+#include "tests/reset_game.h"
 
 namespace {
 
 constexpr std::int64_t BEGUN_MS = 900000;
 
-// Has waited with a credit long enough to be told what to do.
+// A credit has waited long enough for the line that asks to press the button.
 void patient(int side) {
   tick_timers.credit_wait_ms[side] = 5001;
   tick_timers.idle_ms[side] = 5001;
@@ -31,31 +30,14 @@ void patient(int side) {
 class Voices : public testing::Test {
  protected:
   Voices() {
-    prefs_reset();
     jps_fake_reset();
-    voices_reset();
-    random_seed(1);
     plain_sheets();
-    playfield_reset();
-    sound_enabled = 1;
+    reset_game(BEGUN_MS);
     attract_flag = 0;
-    game_clock.now_ms = BEGUN_MS;
-    quiet();
-  }
-  ~Voices() override { quiet(); }
-
-  static void quiet() {
-    tick_timers.next_vox_ms = 0;
-    for (int side = 0; side < SIDE_COUNT; ++side) {
-      tick_timers.credit_wait_ms[side] = 0;
-      tick_timers.idle_ms[side] = 0;
-      tick_timers.coin_prompt_until[side] = 0;
-      tick_timers.since_award_ms[side] = 0;
-    }
   }
 };
 
-TEST_F(Voices, EachLineHasItsMoment) {
+TEST_F(Voices, EachLineIsSpokenUnderItsCondition) {
   const struct {
     const char* name;  // "": silence
     std::function<void()> set;
@@ -64,7 +46,7 @@ TEST_F(Voices, EachLineHasItsMoment) {
       {"voxchatter", [] { attract_flag = 1; }},
       {"voxpressbutton", [] { patient(0); }},
       {"voxpressbutton", [] { patient(1); }},
-      {"voxeatbugs",  // patient, but its frog still flies
+      {"voxeatbugs",  // a frog is still in play
        [] {
          tick_timers.credit_wait_ms[1] = 5001;
          tick_timers.idle_ms[1] = 5000;
@@ -86,11 +68,9 @@ TEST_F(Voices, EachLineHasItsMoment) {
       {"", [] { tick_timers.since_award_ms[1] = 9000; }},
   };
   for (const auto& row : rows) {
-    voices_reset();
-    prefs_reset();
-    quiet();
-    attract_flag = 0;
     jps_fake_reset();
+    reset_game(BEGUN_MS);
+    attract_flag = 0;
     row.set();
     voices_step();
     std::string heard;
@@ -99,7 +79,7 @@ TEST_F(Voices, EachLineHasItsMoment) {
   }
 }
 
-TEST_F(Voices, OneAtATimeAndEachAtItsOwnPace) {
+TEST_F(Voices, LinesKeepMinimumIntervals) {
   patient(0);
   const std::int64_t end = BEGUN_MS + 10LL * 60 * 1000;
   std::int64_t last_ms = 0;
@@ -123,7 +103,7 @@ TEST_F(Voices, OneAtATimeAndEachAtItsOwnPace) {
   EXPECT_GT(jps_fake_count("voxeatbugs"), 20);
 }
 
-TEST_F(Voices, ThanksComeThreeTimesOutOfFourAndAlwaysCountAsSpoken) {
+TEST_F(Voices, PlayAgainIsSpokenThreeTimesOutOfFour) {
   int moments = 0;
   for (int i = 0; i < 1000; ++i) {
     voices_reset();
@@ -136,7 +116,7 @@ TEST_F(Voices, ThanksComeThreeTimesOutOfFourAndAlwaysCountAsSpoken) {
   EXPECT_NEAR(jps_fake_count("voxplayagain"), 750, 60);
 }
 
-TEST_F(Voices, AMutedCabinetKeepsItsPace) {
+TEST_F(Voices, MutedSoundStillStartsTheInterval) {
   sound_enabled = 0;
   attract_flag = 1;
   voices_step();
@@ -144,8 +124,8 @@ TEST_F(Voices, AMutedCabinetKeepsItsPace) {
   EXPECT_GT(tick_timers.next_vox_ms, now_ms());
 }
 
-TEST_F(Voices, ChatterWaitsAfterPlay) {
-  voices_step();  // somebody plays
+TEST_F(Voices, ChatterPausesAfterPlay) {
+  voices_step();  // in play
   attract_flag = 1;
   game_clock.now_ms += 4900;
   voices_step();
