@@ -136,6 +136,7 @@ TEST_F(Parser, RefusedCommandsAreReportedWithLineAndReason) {
       {"[-1] STOP 1", "time is less than previous command, ignoring command"},
       {"PLAY", "PLAY requires arguments"},
       {"PLAY 1", "Too few arguments to PLAY"},
+      {"PLAYS 1,", "Too few arguments to PLAY"},
       {"PLAY x, 'loud.wav', 1", "'x' is not a whole number"},
       {"PLAY 16, 'loud.wav', 1", track},
       {"PLAY 99999999999999999999, 'loud.wav', 1", track},
