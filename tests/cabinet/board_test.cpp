@@ -1,4 +1,5 @@
-// The board by its bytes: what the host sends, what goes back, and when.
+// The virtual I/O board byte by byte: what the host sends, what is answered, and when. What the
+// end-to-end scripts see isn't tested here.
 #include "cabinet/board.h"
 
 #include <gtest/gtest.h>
@@ -39,6 +40,7 @@ class BoardTest : public testing::Test {
   std::int64_t now = 0;
 };
 
+<<<<<<< HEAD
 TEST_F(BoardTest, AnswersThePortSearch) {
   EXPECT_EQ(ask("\nC0001\r1B\nU00\rCC"), "");
   EXPECT_EQ(ask("\nv\r8D"), "\nv0151\r");
@@ -57,6 +59,8 @@ TEST_F(BoardTest, ChecksumIsSumFromLineFeedToCarriageReturn) {
   EXPECT_EQ(wire_checksum("U00"), 0xCC);
 }
 
+=======
+>>>>>>> wip/tests2
 TEST_F(BoardTest, AnswersQueriesByteForByte) {
   board.settings.hardware = 0x2A;
   board.settings.firmware = 0x4C;
@@ -71,7 +75,7 @@ TEST_F(BoardTest, AnswersQueriesByteForByte) {
   EXPECT_EQ(ask("\ns\r"), "\ns003EFDFF7E\r");
 }
 
-TEST_F(BoardTest, CountersOfBothTablesStepOncePerEdge) {
+TEST_F(BoardTest, CountersStepOncePerEdge) {
   // Not valid until the host has configured the board.
   EXPECT_EQ(ask("\nS\r"), "\nS0000000000000000\r");
   ask("\nC0081\r");
@@ -94,6 +98,7 @@ TEST_F(BoardTest, CountersOfBothTablesStepOncePerEdge) {
   EXPECT_EQ(edge(INPUT_G1B), "\nS8001101021101111\r");
 }
 
+<<<<<<< HEAD
 TEST_F(BoardTest, CountersRollOverAfterSixteenEdges) {
   ask("\nC0081\r");
   for (int i = 0; i < 15; ++i) edge(INPUT_COIN_LEFT);
@@ -102,11 +107,14 @@ TEST_F(BoardTest, CountersRollOverAfterSixteenEdges) {
 }
 
 TEST_F(BoardTest, ReadsFramesSplitJoinedAndBetweenNoise) {
+=======
+TEST_F(BoardTest, ReadsSplitJoinedAndNoisyFrames) {
+>>>>>>> wip/tests2
   EXPECT_EQ(ask(std::string("8D\nv\r\0\0xyz\nv", 12)), "\nv0151\r");
   EXPECT_EQ(ask("\r"), "\nv0151\r");
   EXPECT_EQ(ask("\nT80\nv\r"), "\nv0151\r");  // LF begins anew
   EXPECT_EQ(board.counts.malformed, 0);
-  // What no host of this line may send.
+  // Malformed frames.
   ask("\nv00\r\nT8\r\nT800g\r\nWAB\r\nz\r\n\r");
   EXPECT_EQ(take(), "");
   EXPECT_EQ(board.counts.malformed, 6);
@@ -114,7 +122,11 @@ TEST_F(BoardTest, ReadsFramesSplitJoinedAndBetweenNoise) {
   EXPECT_EQ(board.counts.malformed, 7);
 }
 
+<<<<<<< HEAD
 TEST_F(BoardTest, UsesChecksumsBothWays) {
+=======
+TEST_F(BoardTest, ChecksumsAreCheckedAndSent) {
+>>>>>>> wip/tests2
   EXPECT_EQ(ask("\nU01\rCD"), "\nu\r8C");
   now += 1000;
   EXPECT_EQ(ask("\nv\r8D"), "\nv0151\r54");
@@ -122,10 +134,10 @@ TEST_F(BoardTest, UsesChecksumsBothWays) {
   EXPECT_EQ(ask("\nv\r8E"), "");
   EXPECT_EQ(ask("\nv\r8\nv\r8D"), "\nv0151\r54");  // a digit was lost
   EXPECT_EQ(board.counts.checksum_errors, 3);
-  // A host that didn't hear u is told again; its frame is gone.
+  // A host that missed u is told again; its frame is lost.
   EXPECT_EQ(ask(std::string("\nv\r\0", 4)), "\nu\r8C");
   EXPECT_EQ(board.counts.checksum_errors, 4);
-  // For a moment after u it is believed as it is.
+  // For a moment after u frames without a checksum are accepted.
   EXPECT_EQ(ask("\nv\r\nv\r8D"), "\nv0151\r54\nv0151\r54");
   EXPECT_EQ(ask("\nU00\rCC"), "");
   EXPECT_EQ(ask("\nv\r"), "\nv0151\r");
@@ -159,7 +171,7 @@ TEST_F(BoardTest, FaultKeepsTheCountUntilTheNextCommand) {
   EXPECT_EQ(pass(749), "");
   EXPECT_EQ(pass(1), "\nt8002\r");
   left.jammed = false;
-  EXPECT_EQ(pass(5000), "");  // it waits for a command
+  EXPECT_EQ(pass(5000), "");  // until a command
   left.jammed = true;
   EXPECT_EQ(ask("\nT8004\r"), "\nt0004\r");
   EXPECT_EQ(pass(750), "\nt8004\r");
@@ -168,7 +180,7 @@ TEST_F(BoardTest, FaultKeepsTheCountUntilTheNextCommand) {
   left.void_count = true;
   EXPECT_EQ(ask("\nT8004\r"), "\nt0004\r");
   EXPECT_EQ(pass(250), "\nt0003\r");
-  EXPECT_EQ(pass(750), "\nt4000\r");  // empty, and says so without a count
+  EXPECT_EQ(pass(750), "\nt4000\r");  // empty, reported without a count
   EXPECT_EQ(left.count, 3);
   left.paper_left = 100;
   ask("\nT8003\r");
@@ -189,6 +201,7 @@ TEST_F(BoardTest, MetersCountRisingEdges) {
   EXPECT_EQ(board.counts.malformed, 0);
 }
 
+<<<<<<< HEAD
 TEST_F(BoardTest, KeepsOnlyMechanicsInRestart) {
   ask("\nC0081\r\nU01\r\nP5fff\r\nT8005\r8A");
   board_switch(board, INPUT_COIN_LEFT, true, now);
@@ -202,12 +215,15 @@ TEST_F(BoardTest, KeepsOnlyMechanicsInRestart) {
 }
 
 TEST_F(BoardTest, WatchdogAsksAndRestartsBoard) {
+=======
+TEST_F(BoardTest, WatchdogAsksAndResetsUnfedBoard) {
+>>>>>>> wip/tests2
   board.settings.watchdog_ask_ms = 1000;
   board.settings.watchdog_bite_ms = 3000;
   board_restart(board, 0, now);
   take();
   EXPECT_EQ(pass(1000), "\n*W\r");
-  EXPECT_EQ(pass(9000).find("*R"), std::string::npos);  // nobody has ever fed it
+  EXPECT_EQ(pass(9000).find("*R"), std::string::npos);  // not yet fed
   ask("\nW4b\r");
   pass(2000);
   ask("\nW4b\r");
@@ -218,12 +234,13 @@ TEST_F(BoardTest, WatchdogAsksAndRestartsBoard) {
   EXPECT_EQ(pass(9000).find("*R"), std::string::npos);
 }
 
-TEST_F(BoardTest, WatchdogAllowsTheSecondsOfTheFrame) {
+TEST_F(BoardTest, WatchdogUsesSecondsOfTheFrame) {
   ask("\nW03\r");
   EXPECT_EQ(pass(2999), "");
   EXPECT_EQ(pass(1), "\n*R\r");
 }
 
+<<<<<<< HEAD
 TEST_F(BoardTest, SilentBoardReceivesAndBoardWithoutPowerDoesNot) {
   board.silent = true;
   EXPECT_EQ(ask("\nv\r\nT8003\r"), "");
@@ -235,4 +252,6 @@ TEST_F(BoardTest, SilentBoardReceivesAndBoardWithoutPowerDoesNot) {
   EXPECT_EQ(board.dispensers[LEFT].paper_out, 1);
 }
 
+=======
+>>>>>>> wip/tests2
 }  // namespace

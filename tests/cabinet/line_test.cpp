@@ -17,7 +17,7 @@ std::string pattern(std::size_t size) {
   return bytes;
 }
 
-TEST(LineFaults, RepeatBySeedAndHitAsOftenAsAsked) {
+TEST(LineFaults, SameSeedGivesSameFaultsAtTheSetRate) {
   const std::string bytes = pattern(100000);
   std::string outs[3];
   for (int run = 0; run < 3; ++run) {
@@ -45,7 +45,7 @@ TEST(LineFaults, DropAndDuplicateChangeTheLength) {
   EXPECT_EQ(line_faults_apply(faults, "abc"), "aabbcc");
 }
 
-TEST(LineFaults, KeepTheirDistanceAndTheirRate) {
+TEST(LineFaults, FaultsKeepMinimumDistanceAndRate) {
   LineFaults faults;
   ASSERT_TRUE(line_faults_set(faults, FAULT_GARBLE, 1, 24));
   EXPECT_FALSE(line_faults_set(faults, FAULT_GARBLE, 10, 24));
@@ -61,7 +61,7 @@ TEST(LineFaults, KeepTheirDistanceAndTheirRate) {
   EXPECT_NEAR(static_cast<double>(hits), 2000, 150);
 }
 
-TEST(Hands, BurstsKeepTheirRateSideBySideAndQueueOnOneSwitch) {
+TEST(Hands, BurstsRunSideBySideAndQueueOnOneSwitch) {
   Board board;
   Hands hands;
   hands_press(hands, INPUT_COIN_LEFT, 20, 20);
@@ -76,7 +76,7 @@ TEST(Hands, BurstsKeepTheirRateSideBySideAndQueueOnOneSwitch) {
   EXPECT_TRUE(hands.bursts.empty());
 }
 
-TEST(Hands, LetGoOfWhatTheyHold) {
+TEST(Hands, DropReleasesHeldSwitches) {
   Board board;
   Hands hands;
   hands_hold(hands, INPUT_TEST, 3000);

@@ -14,7 +14,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "cabinet/cabinet.h"
@@ -28,7 +27,7 @@ std::string error_of(const std::string& text) {
   return script_parse(text, "s", script);
 }
 
-TEST(ScriptParser, NamesTheLineAndWhatItWanted) {
+TEST(ScriptParser, ErrorNamesLineAndExpectedForm) {
   EXPECT_EQ(error_of("# nothing\n\ncoin left 3 rate 20\nexpect tickets left == 3 within 50\n"), "");
   EXPECT_EQ(error_of("mark\ncoin middle\n"),
             "s:2: the command is \"coin SIDE [COUNT] [rate RATE]\"");
@@ -52,7 +51,7 @@ TEST(ScriptParser, NamesTheLineAndWhatItWanted) {
   EXPECT_EQ(error_of("expect a == 1\nlet a = 1\n"), "s:1: there is no reading \"a\"");
 }
 
-TEST(CabinetPaths, WrongOnesAreOneLine) {
+TEST(CabinetPaths, WrongPathGivesOneLineError) {
   const TempFolder folder;
   folder.write("secret", "mark\n");
   std::filesystem::create_directory(folder.file("shut"));
@@ -80,16 +79,13 @@ TEST(CabinetPaths, WrongOnesAreOneLine) {
 class CabinetTest : public testing::Test {
  protected:
   void SetUp() override {
-    char folder[] = "/tmp/cabinet-test-XXXXXX";
-    ASSERT_NE(mkdtemp(folder), nullptr);
-    cabinet.options.drive = folder;
+    cabinet.options.drive = drive.path();
     cabinet.options.no_game = true;
     ASSERT_EQ(cabinet_open(cabinet), "");
   }
   void TearDown() override {
     if (port >= 0) close(port);
     cabinet_close(cabinet);
-    std::filesystem::remove_all(cabinet.options.drive);
   }
   void open_port() {
     port = open(cabinet.cable.path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK);
@@ -118,12 +114,13 @@ class CabinetTest : public testing::Test {
     return state;
   }
 
+  TempFolder drive;
   Cabinet cabinet;
   Script script;
   int port = -1;
 };
 
-TEST_F(CabinetTest, SurvivesAPortThatIsOpenedTwiceAndUnplugged) {
+TEST_F(CabinetTest, PortMayBeReopenedAndUnplugged) {
   open_port();
   EXPECT_EQ(ask("\nC0001\r1B\nU00\rCC\nv\r8D"), "\nv0151\r");
   close(port);
@@ -137,7 +134,7 @@ TEST_F(CabinetTest, SurvivesAPortThatIsOpenedTwiceAndUnplugged) {
   EXPECT_EQ(ask("\nv\r"), "\nv0151\r");
 }
 
-TEST_F(CabinetTest, ScriptSeesPaperMetersFramesAndSettings) {
+TEST_F(CabinetTest, ScriptReadsPaperMetersFramesAndSettings) {
   open_port();
   ask("\nC0081\r\nT8003\r\nH10\r\nPa001\r");
   EXPECT_EQ(play("rate left 100\n"
@@ -165,11 +162,11 @@ TEST_F(CabinetTest, ScriptSeesPaperMetersFramesAndSettings) {
             SCRIPT_PASSED)
       << script.failure;
   EXPECT_EQ(script.expectations, 15);
-  EXPECT_EQ(std::filesystem::file_size(cabinet.options.drive + "/prefs"), 3204U);
-  EXPECT_EQ(std::filesystem::file_size(cabinet.options.drive + "/prefbak"), 3204U);
+  EXPECT_EQ(drive.read("prefs").size(), 3204U);
+  EXPECT_EQ(drive.read("prefbak").size(), 3204U);
 }
 
-TEST_F(CabinetTest, FailedExpectationShowsBothSidesAndTheFrames) {
+TEST_F(CabinetTest, FailedExpectationShowsBothSidesAndFrames) {
   open_port();
   ask("\nT8003\r");
   EXPECT_EQ(play("jam left\n\nexpect tickets left == owed left + 2 within 10\nmark\n"),
@@ -183,7 +180,7 @@ TEST_F(CabinetTest, FailedExpectationShowsBothSidesAndTheFrames) {
   EXPECT_NE(failure.find("board > game  t 00 03"), std::string::npos);
 }
 
-TEST_F(CabinetTest, AuditsAreReadByNameFromTheDisk) {
+TEST_F(CabinetTest, AuditsAreReadByNameFromDisk) {
   std::string bytes = "810A" + std::string(58 * 56, '\0');
   const auto row = [&bytes](std::size_t index, const char* name, std::size_t at, int value) {
     bytes.replace(4 + index * 56 + 8, std::strlen(name), name);
@@ -195,7 +192,7 @@ TEST_F(CabinetTest, AuditsAreReadByNameFromTheDisk) {
   row(22, "Tickets Left", 40, 700);
   EXPECT_EQ(play("expect audit \"Tickets Left\" == 0 within 5\n"), SCRIPT_FAILED);
   EXPECT_NE(script.failure.find("unknown (there is no "), std::string::npos);
-  std::ofstream(cabinet.options.drive + "/audits", std::ios::binary) << bytes;
+  drive.write("audits", bytes);
   EXPECT_EQ(play("expect audit \"Tickets Left\" == 700\nexpect audit \"Time Game On\" == 1234\n"),
             SCRIPT_PASSED)
       << script.failure;
@@ -203,7 +200,7 @@ TEST_F(CabinetTest, AuditsAreReadByNameFromTheDisk) {
   EXPECT_EQ(commands_do(cabinet, "audit \"Tickets Left\" - 1", 0), "");
   EXPECT_EQ(commands_do(cabinet, "lamp 16", 0), "there is no command \"lamp\"");
   EXPECT_EQ(cabinet.said, "audit \"Tickets Left\" - 1 is 699\n");
-  std::ofstream(cabinet.options.drive + "/audits", std::ios::binary) << bytes.substr(0, 3000);
+  drive.write("audits", bytes.substr(0, 3000));
   EXPECT_EQ(play("expect audit \"Tickets Left\" == 700\n"), SCRIPT_FAILED);
 }
 
@@ -226,7 +223,7 @@ TEST_F(CabinetTest, KeysHoldSwitchesAndGiveCommands) {
   EXPECT_FALSE(cabinet.board.switches.closed[INPUT_VOLUME_UP]);
 }
 
-TEST(LedDisplay, TakesCommandsOutOfWhateverComes) {
+TEST(LedDisplay, FindsCommandsBetweenNoise) {
   LedDisplay led;
   EXPECT_EQ(led_display_text(led), "dark");
   const std::string type("\x55\x57\x00\x02\xAA\x00", 6), blink("\x55\x59\x00\x01\xAA\x77", 6);
@@ -245,24 +242,23 @@ TEST(LedDisplay, TakesCommandsOutOfWhateverComes) {
   EXPECT_EQ(led_display_text(led), "dark");
 }
 
-TEST_F(CabinetTest, GameIsStartedAskedToQuitAndKilled) {
+TEST_F(CabinetTest, StartsQuitsAndKillsGame) {
   cabinet.game.command = {"/bin/sh", "-c",
                           "test -c \"$LILYHOP_COM1\" && test -c \"$LILYHOP_COM2\" && "
                           "test -z \"$LILYHOP_COM3\" && "
                           "test \"$LILYHOP_POWER\" = off && test -d \"$LILYHOP_DRIVE_D\" && "
-                          "test -S \"${LILYHOP_KEYS#unix:}\" && touch \"$LILYHOP_DRIVE_D/up\" && "
-                          "trap 'exit 7' TERM && while :; do sleep 0.02; done"};
+                          "test -S \"${LILYHOP_KEYS#unix:}\" && trap 'exit 7' TERM && "
+                          "touch \"$LILYHOP_DRIVE_D/up\" && while :; do sleep 0.02; done"};
   setenv("LILYHOP_COM3", "/dev/ttyS0", 1);
   ASSERT_EQ(cabinet_start_game(cabinet), "");
-  for (int i = 0; i < 200 && !std::filesystem::exists(cabinet.options.drive + "/up"); ++i) turn(10);
+  for (int i = 0; i < 200 && !drive.has("up"); ++i) turn(10);
   EXPECT_TRUE(cabinet.game.running);
   EXPECT_NE(cabinet_start_game(cabinet), "");
-  turn(50);  // the trap is set right behind the file
   EXPECT_EQ(play("quit game\nexpect game ended within 3000\nexpect game exit-code == 7\n"
                  "start game\nexpect game running for 30\nkill game\nexpect game ended\n"),
             SCRIPT_PASSED)
       << script.failure;
-  EXPECT_EQ(game_verdict(cabinet.game), 0);  // it ended the way it was told to
+  EXPECT_EQ(game_verdict(cabinet.game), 0);  // it was told to end
   unsetenv("LILYHOP_COM2");
 }
 

@@ -1,4 +1,4 @@
-// The page's server over real sockets, with a cabinet that turns as it does in earnest.
+// The page's server over real sockets, with a running cabinet.
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
 #include <httplib.h>
@@ -8,13 +8,12 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -25,10 +24,21 @@
 #include "cabinet/greeting.h"
 #include "cabinet/media_files.h"
 #include "cabinet/page_server.h"
+#include "tests/temp_folder.h"
 
 using nlohmann::json;
 
 namespace {
+
+// False if it doesn't hold within ten seconds.
+bool soon(const std::function<bool()>& holds) {
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+  while (!holds()) {
+    if (std::chrono::steady_clock::now() > end) return false;
+    std::this_thread::yield();
+  }
+  return true;
+}
 
 class PageTest : public testing::Test {
  protected:
@@ -36,15 +46,13 @@ class PageTest : public testing::Test {
   void TearDown() override { end(); }
 
   void begin(SoundWay sound) {
-    std::string folder = testing::TempDir() + "page-XXXXXX";
-    ASSERT_NE(mkdtemp(folder.data()), nullptr);
-    cabinet.options.drive = folder;
+    cabinet.options.drive = drive.path();
     cabinet.options.no_game = cabinet.options.page = true;
     cabinet.options.page_port = 0;
     cabinet.options.sound = sound;
     ASSERT_EQ(cabinet_open(cabinet), "");
     address = page_address(cabinet.page);
-    address.pop_back();  // httplib wants none behind the port
+    address.pop_back();  // the slash
     port = std::stoi(address.substr(address.rfind(':') + 1));
     core = std::thread([this] {
       while (!ending) cabinet_turn(cabinet, 50);
@@ -53,7 +61,6 @@ class PageTest : public testing::Test {
   void end() {
     stop();
     cabinet_close(cabinet);
-    std::filesystem::remove_all(cabinet.options.drive);
   }
 
   void stop() {
@@ -69,7 +76,7 @@ class PageTest : public testing::Test {
     EXPECT_EQ(reply->status, reply->body.empty() ? 200 : 400);
     return reply->body;
   }
-  // The first line of the answer to a request whose head is made by hand.
+  // The first line of the answer to this request.
   std::string first_line(const std::string& request) {
     const int client = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in to{};
@@ -83,7 +90,7 @@ class PageTest : public testing::Test {
     close(client);
     return text;
   }
-  // Reads the stream of states until one is as wanted; the last one that came.
+  // Reads the stream of states until one is as wanted. Returns the last one.
   json watch(
       const std::string& page, const std::function<bool(const json&)>& wanted,
       const std::function<void()>& begun = [] {}) {
@@ -109,6 +116,7 @@ class PageTest : public testing::Test {
     return std::find(list.begin(), list.end(), text) != list.end();
   }
 
+  TempFolder drive;
   Cabinet cabinet;
   std::string address;
   int port = 0;
@@ -116,7 +124,7 @@ class PageTest : public testing::Test {
   std::atomic<bool> ending = false;
 };
 
-TEST(PageGuard, OnlyThisMachineAndThisPageMayAsk) {
+TEST(PageGuard, AllowsOnlyThisMachineAndThisPage) {
   EXPECT_EQ(page_server_refuses("127.0.0.1:8768", "", ""), "");
   EXPECT_EQ(page_server_refuses("localhost:9000", "http://localhost:9000", "same-origin"), "");
   EXPECT_EQ(page_server_refuses("[::1]:8768", "", "none"), "");
@@ -124,14 +132,14 @@ TEST(PageGuard, OnlyThisMachineAndThisPageMayAsk) {
                            "192.168.1.7:8768"}) {
     EXPECT_NE(page_server_refuses(host, "", ""), "") << host;
   }
-  // Another page of this machine, one that has no origin, and one that hides it.
+  // Another page of this machine, one without an origin, and one that hides it.
   EXPECT_NE(page_server_refuses("localhost:8768", "http://localhost:3000", ""), "");
   EXPECT_NE(page_server_refuses("localhost:8768", "http://127.0.0.1:8768", ""), "");
   EXPECT_NE(page_server_refuses("localhost:8768", "null", ""), "");
   EXPECT_NE(page_server_refuses("localhost:8768", "", "cross-site"), "");
 }
 
-TEST_F(PageTest, RefusesStrangersOnEveryPath) {
+TEST_F(PageTest, RefusesForeignHostsAndOriginsOnEveryPath) {
   const std::string ours = "Host: localhost:" + std::to_string(port) + "\r\n";
   EXPECT_EQ(first_line("GET / HTTP/1.1\r\n" + ours + "\r\n"), "HTTP/1.1 200 OK");
   for (const char* path : {"/", "/page.js", "/picture", "/state?page=a", "/nothing"}) {
@@ -148,7 +156,7 @@ TEST_F(PageTest, RefusesStrangersOnEveryPath) {
   EXPECT_FALSE(state["sides"][0]["jammed"]);
 }
 
-TEST_F(PageTest, CommandsAreDoneAndBadOnesSayWhatIsWrong) {
+TEST_F(PageTest, ExecutesCommandsAndExplainsWrongOnes) {
   EXPECT_EQ(refusal("jam right"), "");
   EXPECT_TRUE(watch("p", [](const json& s) {
                 return s["sides"][1]["jammed"].get<bool>();
@@ -161,14 +169,17 @@ TEST_F(PageTest, CommandsAreDoneAndBadOnesSayWhatIsWrong) {
   EXPECT_EQ(httplib::Client(address).Get("/nowhere")->status, 404);
 }
 
-TEST_F(PageTest, ACoinGoesThroughTheSwitch) {
+TEST_F(PageTest, CoinCommandPressesTheSwitch) {
   EXPECT_EQ(refusal("coin left 2"), "");
   stop();
-  while (!cabinet.hands.bursts.empty()) cabinet_turn(cabinet, 5);
+  EXPECT_TRUE(soon([this] {
+    cabinet_turn(cabinet, 5);
+    return cabinet.hands.bursts.empty();
+  }));
   EXPECT_EQ(cabinet.board.switches.edges[INPUT_COIN_LEFT], 4);
 }
 
-TEST_F(PageTest, APageThatClosesLetsGoOfItsKeys) {
+TEST_F(PageTest, ClosedPageReleasesItsKeys) {
   EXPECT_EQ(post("/key?page=p", "press T")->status, 409);
   const auto test_is_down = [](const json& s) { return has(s["pressed"], "test"); };
   json state = watch("p", test_is_down, [this] {
@@ -181,7 +192,7 @@ TEST_F(PageTest, APageThatClosesLetsGoOfItsKeys) {
   EXPECT_FALSE(test_is_down(state));
 }
 
-TEST_F(PageTest, SaysWhyThereIsNoPicture) {
+TEST_F(PageTest, StateExplainsMissingPicture) {
   EXPECT_EQ(httplib::Client(address).Get("/picture?after=0")->status, 204);
   const json state = watch("p", [](const json& s) { return s["picture_trouble"] != ""; });
   EXPECT_EQ(state["picture_trouble"], "the game isn't running");
@@ -198,7 +209,7 @@ struct Voice {
     EXPECT_EQ(connect(file, reinterpret_cast<sockaddr*>(&address), sizeof address), 0) << path;
   }
   ~Voice() { close(file); }
-  // Says 512 frames that tell their numbers; what was sent.
+  // Sends 512 numbered frames, less the last `cut` bytes. Returns what was sent.
   std::string say(std::int64_t frame, std::size_t cut = 0) const {
     std::string packet(SOUND_PORT_HEAD + 2048, '\0');
     const std::int64_t time_us = frame * 7;
@@ -236,7 +247,7 @@ std::string listen_to(const std::string& address, std::size_t bytes,
   return heard;
 }
 
-TEST_F(PageTest, SoundComesAsTheGameSentItToAllWhoListen) {
+TEST_F(PageTest, AllListenersGetTheGamesSound) {
   const std::string path = cabinet.keys.folder + "/sound";
   std::string sent, heard[2];
   std::atomic<int> listening = 0;
@@ -245,10 +256,10 @@ TEST_F(PageTest, SoundComesAsTheGameSentItToAllWhoListen) {
     listeners[i] =
         std::thread([&, i] { heard[i] = listen_to(address, 5 * 2072, [&] { ++listening; }); });
   }
-  while (listening < 2) std::this_thread::yield();
+  EXPECT_TRUE(soon([&] { return listening == 2; }));
   {
     const Voice game(path);
-    game.say(0, 2);  // no whole packet
+    game.say(0, 2);  // not a whole packet
     for (int i = 0; i < 3; ++i) sent += game.say(i * 512);
   }
   const Voice next_game(path);
@@ -260,7 +271,7 @@ TEST_F(PageTest, SoundComesAsTheGameSentItToAllWhoListen) {
   EXPECT_TRUE(state["sound"]);
 }
 
-TEST_F(PageTest, AListenerThatIsLateGoesOnWithTheNewest) {
+TEST_F(PageTest, LateListenerSkipsToNewestBlock) {
   const Voice game(cabinet.keys.folder + "/sound");
   EXPECT_EQ(sound_port_newest(*cabinet.sound), 0);
   EXPECT_EQ(sound_port_next(*cabinet.sound, 0, 0), nullptr);
@@ -273,7 +284,7 @@ TEST_F(PageTest, AListenerThatIsLateGoesOnWithTheNewest) {
     newest = block->number;
   }
   EXPECT_EQ(newest, 101);
-  EXPECT_EQ(sound_port_next(*cabinet.sound, 1, 0)->number, 101) << "forgotten";
+  EXPECT_EQ(sound_port_next(*cabinet.sound, 1, 0)->number, 101) << "the older ones are dropped";
   EXPECT_EQ(sound_port_next(*cabinet.sound, 90, 0)->frame, 90 * 512) << "the next one";
 }
 
@@ -283,13 +294,8 @@ std::uint32_t number_at(const std::string& bytes, std::size_t at) {
   return number;
 }
 
-std::string contents(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-TEST_F(PageTest, ARecordingHoldsTheSoundAndSilenceForWhatWasLost) {
-  const std::string path = cabinet.options.drive + "/show.wav";
+TEST_F(PageTest, RecordingFillsLostSoundWithSilence) {
+  const std::string path = drive.file("show.wav");
   std::string error;
   EXPECT_EQ(recording_start(path + "x", *cabinet.sound, nullptr, error), nullptr);
   EXPECT_NE(std::exchange(error, {}), "");
@@ -297,11 +303,11 @@ TEST_F(PageTest, ARecordingHoldsTheSoundAndSilenceForWhatWasLost) {
   ASSERT_EQ(error, "");
   const Voice game(cabinet.keys.folder + "/sound");
   const std::string first = game.say(512 * 10), second = game.say(512 * 12);
-  // The rest fills the stream's own store, so that the first ones are on the disk.
+  // The rest fills the stream's buffer, so that the first ones are on disk.
   for (int i = 0; i < 40; ++i) game.say(512 * (13 + i));
-  while (std::filesystem::file_size(path) < 44 + 3 * 2048) std::this_thread::yield();
+  EXPECT_TRUE(soon([&] { return std::filesystem::file_size(path) >= 44 + 3 * 2048; }));
   EXPECT_EQ(recording_stop(recording), "");
-  const std::string file = contents(path);
+  const std::string file = drive.read("show.wav");
   ASSERT_GT(file.size(), 44U + 3 * 2048);
   EXPECT_EQ(file.substr(0, 4) + file.substr(8, 8), "RIFFWAVEfmt ");
   EXPECT_EQ(number_at(file, 4), file.size() - 8);
@@ -312,19 +318,19 @@ TEST_F(PageTest, ARecordingHoldsTheSoundAndSilenceForWhatWasLost) {
   EXPECT_EQ(file.compare(44 + 4096, 2048, second, SOUND_PORT_HEAD), 0);
 }
 
-TEST(AviFile, IsAListOfChunksThatItsIndexFinds) {
-  const std::string path = testing::TempDir() + "show.avi";
+TEST(AviFile, IndexPointsToItsChunks) {
+  const TempFolder folder;
+  const std::string path = folder.file("show.avi");
   const std::int16_t sound[4] = {1, 2, 3, 4};
   AviFile avi(path, 1360, 768, 25);
   avi.add_picture("odd");
   avi.add_sound(sound, 2);
   avi.add_picture("");
   avi.close();
-  const std::string file = contents(path);
-  std::filesystem::remove(path);
+  const std::string file = folder.read("show.avi");
   EXPECT_EQ(file.substr(0, 4) + file.substr(8, 4), "RIFFAVI ");
   ASSERT_EQ(number_at(file, 4), file.size() - 8);
-  // From list to list, as players go.
+  // From list to list, as players read it.
   std::size_t at = 12, movi = 0;
   for (; at < file.size() && file.compare(at, 4, "idx1") != 0; at += 8 + number_at(file, at + 4)) {
     ASSERT_EQ(file.substr(at, 4), "LIST") << at;
@@ -344,7 +350,7 @@ TEST(AviFile, IsAListOfChunksThatItsIndexFinds) {
   }
 }
 
-TEST_F(PageTest, WithoutASoundOfItsOwnThePageIsTold) {
+TEST_F(PageTest, StateTellsWhetherThePageHasSound) {
   end();
   cabinet = Cabinet{};
   ending = false;
@@ -353,7 +359,7 @@ TEST_F(PageTest, WithoutASoundOfItsOwnThePageIsTold) {
   EXPECT_FALSE(watch("p", [](const json&) { return true; }).at("sound"));
 }
 
-TEST_F(PageTest, TheGreetingTellsAStrangerWhereToLookAndWhatToPress) {
+TEST_F(PageTest, GreetingNamesAddressAndKeys) {
   stop();
   unsetenv("SSH_CONNECTION");
   std::string text = greeting_text(cabinet);
@@ -370,29 +376,29 @@ TEST_F(PageTest, TheGreetingTellsAStrangerWhereToLookAndWhatToPress) {
   unsetenv("SSH_CONNECTION");
 }
 
-TEST_F(PageTest, WhatTheGamePrintsIsKeptAndNamedWhenItEndsBadly) {
+TEST_F(PageTest, GameOutputIsLoggedAndNamedAfterFailure) {
   stop();
   GameProcess& game = cabinet.game;
-  cabinet.options.log = game.log = cabinet.options.drive + "/game.log";
+  cabinet.options.log = game.log = drive.file("game.log");
   game.command = {"sh", "-c", "echo said; echo noise >&2; exit 3"};
   ASSERT_EQ(game_start(game), "");
-  while (!game_watch(game, cabinet_now_ms())) std::this_thread::yield();
-  EXPECT_EQ(contents(game.log), "said\nnoise\n");
+  ASSERT_TRUE(soon([&] { return game_watch(game, cabinet_now_ms()); }));
+  EXPECT_EQ(drive.read("game.log"), "said\nnoise\n");
   EXPECT_EQ(farewell_text(cabinet, game_verdict(game)),
             "The game ended with exit code 3; its output is in " + game.log + ".\n");
   EXPECT_EQ(farewell_text(cabinet, 0), "");
 }
 
-TEST_F(PageTest, EndsWhileAPageIsOpen) {
+TEST_F(PageTest, ClosesWhileAPageIsOpen) {
   std::atomic<bool> open = false;
   std::thread reader([&] { watch("p", [](const json&) { return false; }, [&] { open = true; }); });
-  while (!open) std::this_thread::yield();
+  EXPECT_TRUE(soon([&] { return open.load(); }));
   stop();
   page_close(cabinet);
   reader.join();
 }
 
-TEST_F(PageTest, APortThatIsTakenIsSaidUnlessAnyWillDo) {
+TEST_F(PageTest, TakenPortIsAnErrorUnlessAnyPortIsAllowed) {
   Cabinet other;
   other.options.page_port = port;
   EXPECT_NE(page_open(other).find("can't have port " + std::to_string(port)), std::string::npos);

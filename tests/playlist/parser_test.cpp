@@ -56,7 +56,7 @@ TEST_F(Parser, KeepsEveryCommandWithItsOperands) {
   EXPECT_EQ(playlist.key, jps_key("seven"));
   EXPECT_EQ(playlist.priority, 19);
   EXPECT_EQ(playlist.track_mask, 3);
-  EXPECT_EQ(playlist.tracks_needed, 4U) << "STOP and SETPAN ask for no track";
+  EXPECT_EQ(playlist.tracks_needed, 4U) << "STOP and SETPAN need no track";
   ASSERT_EQ(playlist.command_count, 17U);
   const JpsCommand* command = playlist.first_command;
   const auto next = [&command](JpsOpcode opcode, float time) -> const JpsCommand& {
@@ -101,7 +101,7 @@ TEST_F(Parser, KeepsEveryCommandWithItsOperands) {
   next(JPS_END, 2);
 }
 
-TEST_F(Parser, TimesAndWaits) {
+TEST_F(Parser, CommandTimesIncludeOffsetsAndWaits) {
   ASSERT_NE(parse_lines("[2.0] SIGNAL 1\n"
                         "[1.5] SIGNAL 2\n"
                         "[+1.5] SIGNAL 3\n"
@@ -122,86 +122,59 @@ TEST_F(Parser, TimesAndWaits) {
   }
 }
 
-TEST_F(Parser, RefusesWithFileLineAndReason) {
+TEST_F(Parser, RefusedCommandsAreReportedWithLineAndReason) {
   const std::string track = "Track number too high! Must be less than 16";
   const std::string loop =
       "the loop operand is missing: 1 plays the sound once, any other value repeats it";
   const std::string string = "Syntax error: string must surrounded by single quotes";
   const std::pair<const char*, std::string> lines[] = {
       {"[", "Syntax error after '['"},
-      {"[+]STOP 1", "Syntax error after '['"},
       {"[ 1] STOP 1", "Syntax error after '['"},
       {"[x] STOP 1", "invalid time value, ignoring command"},
-      {"[nan] STOP 1", "invalid time value, ignoring command"},
       {"[1e99] STOP 1", "invalid time value, ignoring command"},
       {"[1 STOP 1", "missing closing ']' after time, ignoring command"},
-      {"[1x] STOP 1", "missing closing ']' after time, ignoring command"},
       {"[-1] STOP 1", "time is less than previous command, ignoring command"},
-      {"[+-1] STOP 1", "time is less than previous command, ignoring command"},
       {"PLAY", "PLAY requires arguments"},
-      {"PLAY ; 1, 'loud.wav', 1", "PLAY requires arguments"},
       {"PLAY 1", "Too few arguments to PLAY"},
       {"PLAYS 1,", "Too few arguments to PLAY"},
       {"PLAY x, 'loud.wav', 1", "'x' is not a whole number"},
-      {"PLAY 08, 'loud.wav', 1", "'08' is not a whole number"},
       {"PLAY 16, 'loud.wav', 1", track},
       {"PLAY 99999999999999999999, 'loud.wav', 1", track},
-      {"PLAY -1, 'loud.wav', 1", track},
       {"PLAY 1, loud.wav, 1", string},
-      {"PLAY 1, 'loud.wav, 1", string},
       {"PLAY 1, 'loud.wav' 1", string},
       {"PLAY 1, 'loud.wav'", loop},
-      {"PLAYS 1, 'loud.wav',", loop},
       {"PLAY 1, 'none.wav', 1", "couldn't open sound file 'none.wav'"},
       {R"(PLAY 1, '..\sounds\loud.wav', 1)", R"(couldn't open sound file '..\sounds\loud.wav')"},
       {"PLAYGROUP", "Too few arguments to PLAYGROUP"},
       {"PLAYGROUP 1", "Too few arguments to PLAYGROUP"},
-      {"PLAYGROUP 16, 'g', 1", track},
-      {"PLAYGROUP 1, 'g'", loop},
       {"PLAYGROUP 1, 'g', 1", "PLAYGROUP: invalid group name 'g'"},
       {"STOP", "Too few arguments to STOP"},
-      {"STOP 16", track},
       {"WAITFOR", "Too few arguments to WAITFOR"},
-      {"WAITFOR 16", track},
       {"WAITFOR 1", "'WAITFOR' without 'PLAY'"},
       {"LOOPSTART", "No arguments!"},
       {"LOOPSTART -2", "Loop count must be 0 or more; 0 runs for ever"},
       {"SETVOL", "No arguments!"},
       {"SETVOL 1", "Not enough arguments!"},
-      {"SETVOL 1,,5", "Not enough arguments!"},
-      {"SETVOL 1, 5", "Not enough arguments!"},
       {"SETVOL 1, 256, 0", "Volume must be in the range 0-255"},
       {"SETVOL 1, 1-2, 0", "Volume must be in the range 0-255"},
       {"SETVOL 1, 5, -0.1", "Ramp time must be positive"},
       {"SETVOL 1, 5, soon", "'soon' is not a number of seconds"},
       {"SETVOL 1, 5, inf", "'inf' is not a number of seconds"},
-      {"SETVOL 16, 5, 0", track},
       {"SETPRI", "No arguments!"},
       {"SETPRI 1", "Not enough arguments!"},
       {"SETPRI 1, 256", "Priority must be in the range 0-255"},
-      {"SETPRI 16, 5", track},
       {"SETPAN 1, 0", "Too few arguments to SETPAN"},
-      {"SETPAN 1, 0, -1", "Ramp time must be positive"},
       {"SETFREQ 1", "Too few arguments to SETFREQ"},
       {"SETFREQ 1, 70000, 0", "Value must be in the range -32768 to 65535"},
-      {"SETFREQ 1, 0, -1", "Ramp time must be positive"},
       {"DUCK", "Too few arguments to DUCK"},
-      {"DUCK 1, 5", "Too few arguments to DUCK"},
       {"DUCK 1, 256, 0", "Volume must be in the range 0-255"},
-      {"DUCK 1, 5, -1", "Ramp time must be positive"},
-      {"DUCK 16, 5, 1", track},
       {"UNDUCK 1", "NOT ENOUGH ARGUMENTS"},
-      {"UNDUCK 1, -1", "Ramp time must be positive"},
       {"SIGNAL", "Too few arguments to SIGNAL"},
       {"SIGNAL 65536", "Signal number too high! Must be less than 65536"},
       {"MARKER", "Too few arguments to MARKER"},
       {"MARKER 2048", "Marker number too high! Must be less than 2048"},
-      {"MARKER -1", "Marker number too high! Must be less than 2048"},
-      {"ONMARKER 2048 STOP 1", "Marker number too high! Must be less than 2048"},
       {"ONSMARKER STOP 1", "ONSMARKER needs a marker number, not 'STOP'"},
-      {"ONMARKER", "ONMARKER needs a marker number, not ''"},
       {"GOTO", "Too few arguments to GOTO"},
-      {"LABEL x", string},
   };
   std::string script = "PLAYLIST 1, 'x', 1, 1\nLABEL 'GROUP'\n";
   std::string expected;
@@ -211,7 +184,7 @@ TEST_F(Parser, RefusesWithFileLineAndReason) {
     expected += error(++number, message);
   }
   ASSERT_NE(parse(script + "END\n"), nullptr);
-  std::string later;  // behind those of the first pass
+  std::string later;  // without those of the first pass
   for (std::size_t at = 0; at < printed.size();) {
     const std::size_t end = printed.find('\n', at) + 1;
     const std::string line = printed.substr(at, end - at);
@@ -219,19 +192,18 @@ TEST_F(Parser, RefusesWithFileLineAndReason) {
     at = end;
   }
   EXPECT_EQ(later, expected);
-  EXPECT_EQ(bank->command_count, 2U) << "what is refused leaves nothing behind";
+  EXPECT_EQ(bank->command_count, 2U) << "refused lines leave no command";
   EXPECT_EQ(bank->playlists[0].tracks_needed, 0U);
-  EXPECT_EQ(bank->sound_count, 0U) << "nothing is loaded for a line that is refused";
+  EXPECT_EQ(bank->sound_count, 0U) << "and no sound";
 }
 
-TEST_F(Parser, RefusesStatements) {
+TEST_F(Parser, RefusedStatementsAreReportedWithLineAndReason) {
   const std::string name = "Syntax error: string must surrounded by single quotes";
   const std::string long_name(53, 'N');
   const std::pair<std::string, std::string> lines[] = {
       {"PLAYLIST", "not enough args to PLAYLIST"},
       {"PLAYLIST x, 'a', 1, 1", "'x' is not a whole number"},
       {"PLAYLIST 1", name},
-      {"PLAYLIST 1, a, 1, 1", name},
       {"PLAYLIST 1, 'a', 256, 1", "priority must be in the range 0-255"},
       {"PLAYLIST 1, 'a', 0-1, 1", "priority must be in the range 0-255"},
       {"PLAYLIST 1, 'a', 1, 2-2", "trackmask must be non-zero"},
@@ -265,7 +237,7 @@ TEST_F(Parser, RefusesStatements) {
   EXPECT_EQ(bank->group_count, 0U);
 }
 
-TEST_F(Parser, DefaultsOfAPlaylist) {
+TEST_F(Parser, PlaylistHasDefaultPriorityAndMask) {
   parse("PLAYLIST 1, 'a'\nEND\nPLAYLIST 2, 'b', 3\nEND\n");
   EXPECT_EQ(printed, error(1, "no priority arg") + error(3, "no trackmask arg"));
   ASSERT_EQ(bank->playlist_count, 2U);
@@ -275,7 +247,7 @@ TEST_F(Parser, DefaultsOfAPlaylist) {
   EXPECT_EQ(bank->playlists[1].track_mask, 0xFF);
 }
 
-TEST_F(Parser, AnUnknownKeywordLosesTheRest) {
+TEST_F(Parser, UnknownKeywordEndsParsing) {
   parse(
       "PLAYLIST 1, 'a', 1, 1\nSIGNAL 1\nPLAYLIST 9, 'in', 1, 1\nEND\n"
       "PLAYLIST 2, 'b', 1, 1\nEND\n");
@@ -296,13 +268,13 @@ TEST_F(Parser, AnUnknownKeywordLosesTheRest) {
   EXPECT_EQ(jps_find_playlist(*bank, jps_key("a"))->number, 1);
 }
 
-TEST_F(Parser, Lines) {
+TEST_F(Parser, ReadsBlankCommentLongAndUnterminatedLines) {
   const std::string fits = "SIGNAL 1 ;" + std::string(244, '-');
   ASSERT_EQ(fits.size(), PLAYLIST_LINE_MAX);
   parse("\n \t \n; PLAY\n  ;\nPLAYLIST 1, 'a', 1, 1\r\n" + fits + "\n" + fits + "-\r\nEND\r\n");
   EXPECT_EQ(printed, error(7, "line is longer than 254 characters, ignoring it"));
   EXPECT_EQ(bank->command_count, 2U);
-  EXPECT_EQ(bank->command_capacity, 4U) << "blank lines and comments count for nothing";
+  EXPECT_EQ(bank->command_capacity, 4U) << "blank lines and comments are not counted";
 
   parse("PLAYLIST 1, 'a', 1, 1\nSIGNAL 1\nEND");
   EXPECT_EQ(printed, error(2, "Last command must be 'END' and must end with EOL") +
@@ -310,12 +282,12 @@ TEST_F(Parser, Lines) {
   parse("");
   EXPECT_EQ(printed, "");
   parse(std::string("\0PLAY\n[\0]\n", 10));
-  EXPECT_EQ(messages, 2) << "the first line is lost, and with it the rest";
+  EXPECT_EQ(messages, 2) << "the first line is lost, and the rest with it";
   EXPECT_EQ(parse(std::string(PLAYLIST_FILE_MAX + 1, '\n')), nullptr);
   EXPECT_EQ(playlist_parse(R"(sounds\none.txt)"), nullptr);
 }
 
-TEST_F(Parser, TheFirstPassCountsWords) {
+TEST_F(Parser, FirstPassCountsKeywords) {
   struct Lost {
     std::vector<int> lines;
   } lost;
@@ -331,7 +303,7 @@ TEST_F(Parser, TheFirstPassCountsWords) {
       "SOUND 'PLAYLIST', 1\n"      // a playlist and a sound of a group
       "SOUND 'y', 1 ; GROUP\n"     // a sound, also of a group
       "GROUP 'g', 1\n"             // a group
-      "PLAYGROUP 1, 'g', 1\n"      // a sound, by its first letters
+      "PLAYGROUP 1, 'g', 1\n"      // a sound, since it begins with PLAY
       "CONSTANT GROUPS 1\n",       // a group
       note, &lost);
   EXPECT_EQ(stats.commands, 9U);
@@ -345,7 +317,7 @@ TEST_F(Parser, TheFirstPassCountsWords) {
   EXPECT_EQ(jps_parse_get_stats(many, note, &lost).sounds, JPS_MAX_SOUND_NAMES);
 }
 
-TEST_F(Parser, Groups) {
+TEST_F(Parser, GroupsNormalizeWeightsAndLimitNoRepeat) {
   wave("third", 0.1, 1);
   parse(
       "GROUP 'two', 5\nSOUND 'loud.wav', 1\nSOUND 'soft.wav', 1\nEND\n"
@@ -381,7 +353,7 @@ TEST_F(Parser, Groups) {
   EXPECT_EQ(bank->groups[0].no_repeat, 10U);
 }
 
-TEST_F(Parser, ConstantsAndSums) {
+TEST_F(Parser, EvaluatesConstantsAndSums) {
   JpsConstants constants;
   constants.rows[constants.count++] = {"A", 5};
   constants.rows[constants.count++] = {"B C", -7};
@@ -421,7 +393,8 @@ TEST_F(Parser, ConstantsAndSums) {
                          error(1, "constant 'C' has an unknown name in its value") +
                          "INVALID SYMBOL: 'D'\n" + error(2, "trackmask contains an unknown name"));
   parse("PLAYLIST 1, 'x', A, 1\n");
-  EXPECT_NE(printed.find("INVALID SYMBOL: 'A'"), std::string::npos) << "of the last file";
+  EXPECT_NE(printed.find("INVALID SYMBOL: 'A'"), std::string::npos)
+      << "constants of the last file are gone";
 }
 
 TEST_F(Parser, FindsWavesInAnyCase) {
@@ -432,7 +405,7 @@ TEST_F(Parser, FindsWavesInAnyCase) {
   EXPECT_EQ(bank->sound_count, 2U);
 }
 
-TEST_F(Parser, StreamsBySizeAndByItsFirstUse) {
+TEST_F(Parser, StreamsBySizeAndFirstUse) {
   const auto sized = [this](const std::string& name, std::uint32_t bytes) {
     folder.write("sounds/" + name, riff(wave_chunk("fmt ", wave_format()) +
                                         wave_chunk("data", std::string(bytes, '\0'))));
@@ -452,13 +425,13 @@ TEST_F(Parser, StreamsBySizeAndByItsFirstUse) {
   EXPECT_EQ(bank->commands[0].sound->streamed, 1);
 }
 
-TEST_F(Parser, Banks) {
+TEST_F(Parser, BankIsFoundUntilItIsFreed) {
   EXPECT_EQ(play("a"), 0U);
   parse("PLAYLIST 1, 'a', 1, 1\nPLAY 0, 'loud.wav', 0\nEND\n");
   EXPECT_EQ(play("a"), 1U);
   jps_bank_free(bank);
   EXPECT_EQ(jps_players_running(), 0);
-  EXPECT_EQ(play("a"), 0U) << "a bank that is gone is not found";
+  EXPECT_EQ(play("a"), 0U) << "a freed bank is not found";
   EXPECT_EQ(level_after_ms(50), 0);
   const std::string script = "PLAYLIST 1, 'a', 1, 1\nPLAY 0, 'loud.wav', 0\nEND\n";
   std::vector<JpsBank*> banks;
@@ -466,9 +439,9 @@ TEST_F(Parser, Banks) {
   JpsBank* const last = parse_beside(script);
   ASSERT_NE(last, nullptr);
   EXPECT_EQ(play("a"), 0U) << "no place in the table";
-  EXPECT_EQ(jps_bank_play(*last, 1), 1U) << "but it works for its owner";
+  EXPECT_EQ(jps_bank_play(*last, 1), 1U) << "but its owner can play it";
   jps_bank_free(banks[7]);
   parse_beside(script);
-  EXPECT_EQ(play("a"), 1U) << "the place that was given up";
+  EXPECT_EQ(play("a"), 1U) << "in the place that was freed";
   jps_bank_free(last);
 }

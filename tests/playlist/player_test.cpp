@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -20,7 +21,7 @@ namespace {
 
 class Player : public Stage {
  protected:
-  // Plays "x" of these lines, and tells what was printed meanwhile.
+  // Plays "x" of these lines and returns what was printed meanwhile.
   std::string run_lines(const std::string& lines, int ms, std::uint32_t tracks = 1) {
     parse_lines(lines);
     EXPECT_EQ(printed, "");
@@ -52,7 +53,7 @@ double gain(int volume) {
 
 }  // namespace
 
-TEST_F(Player, CommandsRunInTheirTime) {
+TEST_F(Player, CommandsRunAtTheirTime) {
   parse_lines("SIGNAL 1\n[0.010] SIGNAL 2\n[+0.005] SIGNAL 3\nSIGNAL 4\n[1] SIGNAL 5\n");
   EXPECT_EQ(play("x"), 0U) << "it needs no track";
   EXPECT_EQ(signals(), "1 ") << "time 0 is done when the call returns";
@@ -67,7 +68,7 @@ TEST_F(Player, CommandsRunInTheirTime) {
   pass_ms(100);
   EXPECT_EQ(signals(), "5 ");
   EXPECT_EQ(jps_players_running(), 0);
-  EXPECT_EQ(play("y"), 0U) << "a name that isn't there is no trouble";
+  EXPECT_EQ(play("y"), 0U) << "an unknown name";
   parse_lines("SIGNAL 6\n");
   play("x");
   EXPECT_EQ(jps_players_running(), 1) << "END waits for the next update";
@@ -75,7 +76,7 @@ TEST_F(Player, CommandsRunInTheirTime) {
   EXPECT_EQ(jps_players_running(), 0);
 }
 
-TEST_F(Player, ASoundIsHeardAndThePlaylistEndsWithIt) {
+TEST_F(Player, PlaylistEndsWithItsSound) {
   parse_lines("SETVOL 0, 255, 0\nPLAY 0, 'short.wav', 1\n");
   EXPECT_EQ(play("x"), 1U);
   EXPECT_NEAR(level_after_ms(190), LOUD, 2);
@@ -93,7 +94,7 @@ TEST_F(Player, ASoundIsHeardAndThePlaylistEndsWithIt) {
   EXPECT_EQ(jps_players_running(), 0);
 }
 
-TEST_F(Player, AStreamEndsAndRepeatsToo) {
+TEST_F(Player, StreamPlaysWithoutGapAndEnds) {
   wave("stream", 2, SOFT);
   parse_lines("SETVOL 0, 255, 0\nPLAYS 0, 'stream.wav', 1\n");
   play("x");
@@ -104,7 +105,7 @@ TEST_F(Player, AStreamEndsAndRepeatsToo) {
   EXPECT_EQ(jps_players_running(), 0);
 }
 
-TEST_F(Player, VolumesAtOnceAndRamped) {
+TEST_F(Player, SetsVolumeAtOnceAndByRamp) {
   parse_lines("SETVOL 0, 255, 0\nPLAY 0, 'loud.wav', 1\nSETVOL 0, 55, 1\n[2] SETVOL 0, 100, 0\n");
   play("x");
   pass_ms(20);
@@ -131,24 +132,24 @@ TEST_F(Player, VolumesAtOnceAndRamped) {
   EXPECT_EQ(volume(0), 55 * 155 / 255) << "at the end of a ramp it counts once";
 }
 
-TEST_F(Player, ARampOfNoLengthIsOverThoughTheClockStandsStill) {
+TEST_F(Player, ZeroLengthRampEndsWithoutClockStep) {
   parse_lines("PLAY 0, 'loud.wav', 1\nSETVOL 0, 100, 0\nDUCK 0, 50, 9\nUNDUCK 0, 0\n");
   play("x");
   jps_update_all();
   EXPECT_EQ(volume(0), 150);
 }
 
-TEST_F(Player, RampsAreTenAndTheLaterWins) {
+TEST_F(Player, LimitsRampsToTenAndLatestWins) {
   std::string lines = "PLAY 0, 'loud.wav', 1\nSETVOL 0, 0, 1\n";
   for (int i = 1; i < 10; ++i) lines += "SETVOL 0, " + std::to_string(i * 10) + ", 1\n";
   parse_lines(lines + "SETVOL 0, 200, 1\n");
   play("x");
-  EXPECT_EQ(volume(0), 200) << "no ramp is free for the eleventh: it acts at once";
+  EXPECT_EQ(volume(0), 200) << "without a free ramp it acts at once";
   pass_ms(1010);
   EXPECT_EQ(volume(0), 90);
 }
 
-TEST_F(Player, DuckAndUnduck) {
+TEST_F(Player, DuckLowersOtherTracksUntilUnduck) {
   parse(
       "PLAYLIST 1, 'music', 10, 0x0001\nSETVOL 0, 250, 0\nPLAY 0, 'loud.wav', 0\nEND\n"
       "PLAYLIST 2, 'voice', 10, 0x0100\nSETVOL 0, 255, 0\nPLAY 0, 'soft.wav', 0\n"
@@ -181,7 +182,7 @@ TEST_F(Player, DuckAndUnduck) {
   EXPECT_EQ(volume(0), 255) << "a duck of no length does nothing";
   jpsdrvr_set_volume(0, 0);
   pass_ms(200);
-  EXPECT_EQ(volume(0), 255) << "but an unduck comes up from it";
+  EXPECT_EQ(volume(0), 255) << "but an unduck raises it";
   pass_ms(200);
   EXPECT_EQ(volume(5), 200) << "a track without an owner is not ducked";
   jps_stop_all();
@@ -189,7 +190,7 @@ TEST_F(Player, DuckAndUnduck) {
             "jps_opcode_func_unduck(): ERROR! Couldn't find matching duck call\n");
 }
 
-TEST_F(Player, LoopsCount) {
+TEST_F(Player, LoopsRunTheirCountAndNest) {
   EXPECT_EQ(run_lines("LOOPSTART 2\nSIGNAL 1\n[0.1] SIGNAL 2\n[0.2] LOOPEND\nSIGNAL 3\n", 590, 0),
             "");
   EXPECT_EQ(signals(), "1 2 1 2 1 2 ");
@@ -208,7 +209,7 @@ TEST_F(Player, LoopsCount) {
   EXPECT_GE(signals().size(), 2U * 95) << "0 has no end";
   jps_stop_all();
   run_lines("PLAY 0, 'loud.wav', 0\nLOOPSTART 0\n[0.01] LOOPEND\n", 1000);
-  EXPECT_EQ(owner(0)->loops[0].remaining, -1) << "nothing is counted that could run over";
+  EXPECT_EQ(owner(0)->loops[0].remaining, -1) << "no count that could overflow";
   jps_stop_all();
   EXPECT_EQ(run_lines("LOOPEND\nSIGNAL 1\n", 1, 0),
             "jps_opcode_func_loopend(): ERROR! LOOPEND without matching LOOPSTART... ignoring\n");
@@ -220,7 +221,7 @@ TEST_F(Player, LoopsCount) {
   EXPECT_EQ(run_lines(many, 1, 0), "jps_opcode_func_loopstart(): ERROR! Loop overflow\n");
 }
 
-TEST_F(Player, JumpsKeepTheScriptsTimes) {
+TEST_F(Player, GotoReturnsToTheTimeOfItsLabel) {
   run_lines(
       "SIGNAL 1\n[1] GOTO 'none'\n[2] LABEL 'here'\nSIGNAL 2\n[3.5] SIGNAL 3\n"
       "[5] GOTO 'here'\nSIGNAL 4\n",
@@ -238,7 +239,7 @@ TEST_F(Player, JumpsKeepTheScriptsTimes) {
   }
 }
 
-TEST_F(Player, AJumpWithoutTimeHoldsNobodyUp) {
+TEST_F(Player, EndlessJumpIsLimitedPerUpdate) {
   run_lines("LABEL 'a'\nSIGNAL 1\nGOTO 'a'\n", 0, 0);
   EXPECT_EQ(signals().size(), 2U * 50) << "a hundred commands in one go";
   pass_ms(1);
@@ -246,11 +247,10 @@ TEST_F(Player, AJumpWithoutTimeHoldsNobodyUp) {
   jps_stop_all();
   const std::string printed_now = run_lines("LABEL 'a'\nSETPAN 0, 0, 0\nGOTO 'a'\n", 2000, 0);
   EXPECT_EQ(printed_now.find("jps_player_exec(): ERROR! Invalid opcode '0xa'\n"), 0U);
-  EXPECT_LE(std::count(printed_now.begin(), printed_now.end(), '\n'), 63)
-      << "a script that goes wrong a thousand times a second doesn't fill the log";
+  EXPECT_LE(std::count(printed_now.begin(), printed_now.end(), '\n'), 63) << "messages are limited";
 }
 
-TEST_F(Player, MarkersWakeOthersOnce) {
+TEST_F(Player, MarkerIsSeenOnceWithinTwoSeconds) {
   parse(
       "PLAYLIST 1, 'set', 1, 1\nMARKER 2047\nEND\n"
       "PLAYLIST 2, 'test', 1, 1\nONMARKER 2047 SIGNAL 1\nEND\n"
@@ -278,13 +278,13 @@ TEST_F(Player, MarkersWakeOthersOnce) {
   EXPECT_FALSE(jps_marker_test(-1, 1));
 }
 
-TEST_F(Player, AnArmedCommandWaitsAndThenSkipsOne) {
+TEST_F(Player, ArmedCommandRunsOnMarkerAndSkipsTheNext) {
   const std::string set = "PLAYLIST 2, 'set', 1, 1\nMARKER 5\nEND\n";
   parse(set +
         "PLAYLIST 1, 'x', 1, 1\nONSMARKER 5 SIGNAL 1\nSIGNAL 2\n[1] SIGNAL 3\n[9] SIGNAL 4\n"
         "[20] SIGNAL 5\n[30] SIGNAL 6\nEND\n");
   play("x");
-  EXPECT_EQ(signals(), "2 ") << "what stands behind it runs on";
+  EXPECT_EQ(signals(), "2 ") << "the commands behind it go on";
   pass_ms(1500);
   EXPECT_EQ(signals(), "3 ");
   play("set");
@@ -292,7 +292,7 @@ TEST_F(Player, AnArmedCommandWaitsAndThenSkipsOne) {
   EXPECT_EQ(signals(), "1 5 ") << "4 was next and is skipped; 5 is due at once";
   play("set");
   pass_ms(100);
-  EXPECT_EQ(signals(), "") << "armed no more";
+  EXPECT_EQ(signals(), "") << "no longer armed";
   jps_stop_all();
 
   parse(set +
@@ -301,7 +301,7 @@ TEST_F(Player, AnArmedCommandWaitsAndThenSkipsOne) {
   play("x");
   play("set");
   pass_ms(1);
-  EXPECT_EQ(signals(), "2 4 ") << "the later one has taken the place of the first";
+  EXPECT_EQ(signals(), "2 4 ") << "the later one replaces the first";
   jps_stop_all();
 
   parse(set +
@@ -320,12 +320,12 @@ TEST_F(Player, AnArmedCommandWaitsAndThenSkipsOne) {
   pass_ms(500);
   play("set");
   pass_ms(900);
-  EXPECT_EQ(signals(), "") << "the jump has brought time back to 0";
+  EXPECT_EQ(signals(), "") << "the jump has set the time to 0";
   pass_ms(150);
   EXPECT_EQ(signals(), "1 ");
 }
 
-TEST_F(Player, GroupsDontRepeat) {
+TEST_F(Player, GroupPicksByWeightWithoutRepeating) {
   parse(
       "GROUP 'g', 2\nSOUND 'loud.wav', 1\nSOUND 'soft.wav', 1\nSOUND 'short.wav', 1\nEND\n"
       "GROUP 'w', 0\nSOUND 'loud.wav', 3\nSOUND 'soft.wav', 1\nEND\n"
@@ -357,7 +357,7 @@ TEST_F(Player, GroupsDontRepeat) {
   EXPECT_EQ(picked(0), nullptr) << "no pick while a command is armed";
 }
 
-TEST_F(Player, PlaylistsWithoutAnEndStop) {
+TEST_F(Player, PlaylistWithoutEndStopsWithMessage) {
   parse("PLAYLIST 1, 'x', 1, 1\nSIGNAL 1\nfoo\n");
   testing::internal::CaptureStdout();
   play("x");
@@ -372,7 +372,7 @@ TEST_F(Player, PlaylistsWithoutAnEndStop) {
   EXPECT_EQ(jps_players_running(), 0);
 }
 
-TEST_F(Player, ComplaintsArePrintedWithoutTheLockAndCountedWhenThereAreMany) {
+TEST_F(Player, MessagesArePrintedOutsideTheLockAndLimited) {
   const std::string line = "jps_opcode_func_unduck(): ERROR! Couldn't find matching duck call\n";
   std::string lines;
   for (int i = 0; i < 30; ++i) lines += "UNDUCK 0, 1\n";
@@ -384,17 +384,17 @@ TEST_F(Player, ComplaintsArePrintedWithoutTheLockAndCountedWhenThereAreMany) {
     const SoundLock lock;
     EXPECT_EQ(play("x"), 0U);
     std::fflush(stdout);
-    EXPECT_EQ(capture_size(), 0) << "nobody may wait for the reader of the output";
+    EXPECT_EQ(capture_size(), 0) << "no output while the lock is held";
   }
   pass_ms(500);
   std::fflush(stdout);
-  EXPECT_EQ(capture_size(), static_cast<long>(twenty.size())) << "while the second lasts";
+  EXPECT_EQ(capture_size(), static_cast<long>(twenty.size())) << "within one second";
   pass_ms(600);
   EXPECT_EQ(testing::internal::GetCapturedStdout(),
             twenty + "jps_complain(): Warning! 10 more messages were dropped\n");
 }
 
-TEST_F(Player, SignalsDropTheOldest) {
+TEST_F(Player, FullSignalQueueDropsTheOldest) {
   const SoundLock lock;
   for (int i = 0; i <= JPS_SIGNALS; ++i) jps_signal_post(static_cast<std::uint16_t>(i));
   std::uint16_t number = 0;
@@ -430,17 +430,17 @@ TEST_F(Player, PitchIsScaledWithinTheDriversRange) {
   EXPECT_EQ(jpsdrvr_is_playing(0), 0) << "100.9 Hz are 101, in which it takes 990 ms";
 }
 
-TEST_F(Player, PanOfAllTracks) {
+TEST_F(Player, SetsPanOfAllTracks) {
   jps_set_pan_all(-10000);
   jps_set_pan_all(10001);
   const SoundLock lock;
   for (int track = 0; track < JPS_TRACKS; ++track) {
-    EXPECT_EQ(jpsdrvr_track(track).pan, -10000) << "what is out of range changes nothing";
+    EXPECT_EQ(jpsdrvr_track(track).pan, -10000) << "out of range: ignored";
   }
 }
 
-// With the real thread, which drives the hand-set clock on by itself.
-TEST_F(Player, TheGamesCallsAndTheTimer) {
+// With the real thread, which advances the hand-set clock by itself.
+TEST_F(Player, TimerThreadRunsPlaylists) {
   jpsdrvr_shutdown();
   sound_capture_plug(false);
   testing::internal::CaptureStdout();
@@ -455,7 +455,10 @@ TEST_F(Player, TheGamesCallsAndTheTimer) {
                "PLAYLIST 1, 'x', 1, 1\nPLAY 0, 'loud.wav', 0\n[5] SIGNAL 1\n[6] STOP 0\nEND\n");
   EXPECT_TRUE(jps_bank_load(BANK));
   EXPECT_EQ(jps_bank_play_name("x"), 1U);
-  while (jps_players_running() > 0) std::this_thread::yield();
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+  while (jps_players_running() > 0 && std::chrono::steady_clock::now() < deadline) {
+    std::this_thread::yield();
+  }
   EXPECT_EQ(signals(), "1 ");
   EXPECT_EQ(jps_bank_play_name("x"), 1U);
   jps_stop_all();
@@ -464,5 +467,5 @@ TEST_F(Player, TheGamesCallsAndTheTimer) {
   EXPECT_FALSE(sound_capture_is_open());
   testing::internal::CaptureStdout();
   EXPECT_EQ(jps_bank_play_name("x"), 0U);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "") << "said once, at the start, is enough";
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "") << "no second message";
 }

@@ -75,7 +75,7 @@ class Stage : public testing::Test {
     return jps_bank_play_name(BANK, name.c_str(), volume);
   }
 
-  // Lets time pass, a millisecond at a time, and hears it.
+  // Lets time pass, a millisecond at a time, and records the sound.
   void pass_ms(int ms) {
     std::int16_t block[2 * 45];
     for (int i = 0; i < ms; ++i) {

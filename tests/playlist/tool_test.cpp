@@ -47,7 +47,7 @@ class Tool : public testing::Test {
 
 }  // namespace
 
-TEST_F(Tool, ChecksAScript) {
+TEST_F(Tool, CheckReportsUnusedMissingAndWrongEntries) {
   const std::string sounds =
       "PLAYLIST 1, 'all', 1, 1\nPLAY 0, 'loud.wav', 1\nPLAY 0, 'vox\\soft.wav', 1\nEND\n";
   EXPECT_TRUE(check(whole_game() + sounds)) << printed;
@@ -73,14 +73,14 @@ TEST_F(Tool, ChecksAScript) {
   EXPECT_NE(printed.find(
                 "line 93: 'take11000.wav' can't be distinguished from 'take00011.wav' in line 92"),
             std::string::npos)
-      << "the parser took one for the other without a word";
+      << "the parser confuses the two silently";
 
   EXPECT_FALSE(check(whole_game() + "PLAYLIST 1, 'x', 1, 1\nLABEL 'here'\nGOTO 'there'\nEND\n"));
   EXPECT_NE(printed.find("line 93: GOTO 'there', but its playlist has no such LABEL\n"),
             std::string::npos);
 }
 
-TEST_F(Tool, NamesWhatItCantRead) {
+TEST_F(Tool, NamesFilesItCannotRead) {
   const std::string sounds = "PLAYLIST 1, 'all', 1, 1\nPLAY 0, 'loud.wav', 1\nEND\n";
   std::filesystem::create_directory(folder.file("vox/shut"));
   folder.write("secret.txt", sounds);
@@ -107,7 +107,7 @@ TEST_F(Tool, NamesWhatItCantRead) {
       << printed;
 }
 
-TEST_F(Tool, RendersWhatThePlayerPlays) {
+TEST_F(Tool, RendersPlaylistsToWaveFile) {
   folder.write("pls.txt",
                "PLAYLIST 1, 'loud', 1, 1\nSETVOL 0, 255, 0\nPLAY 0, 'loud.wav', 1\nEND\n"
                "PLAYLIST 2, 'soft', 1, 2\nSETVOL 0, 255, 0\nPLAYS 0, 'vox\\soft.wav', 1\nEND\n");
@@ -140,7 +140,7 @@ TEST_F(Tool, RendersWhatThePlayerPlays) {
 }
 
 // Calls like cue_play("name") and jps_bank_play_name("name").
-TEST(GamePlaylists, HoldEveryNameInTheGamesSources) {
+TEST(GamePlaylists, ContainEveryNameUsedInSources) {
   int found = 0;
   for (const auto& entry : std::filesystem::recursive_directory_iterator("src")) {
     if (entry.path().extension() != ".cpp" || entry.path().parent_path() == "src/sound") continue;

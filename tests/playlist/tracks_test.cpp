@@ -10,7 +10,7 @@ namespace {
 
 class Tracks : public Stage {
  protected:
-  // Playlist "name" that plays `sound` for ever on so many tracks.
+  // A playlist that repeats `sound` on so many tracks.
   void add(const std::string& name, int tracks, int priority, const std::string& mask,
            const std::string& sound = "loud") {
     script_ += "PLAYLIST " + std::to_string(++count_) + ", '" + name + "', " +
@@ -33,7 +33,7 @@ class Tracks : public Stage {
 
 }  // namespace
 
-TEST_F(Tracks, FirstFreeThenLowerThenTheOldestEqual) {
+TEST_F(Tracks, TakesFreeThenLowerPriorityThenOldestEqual) {
   add("one", 1, 100, "0x0007");
   add("two", 1, 99, "0x0007");
   add("low", 1, 98, "0xFFFF");
@@ -49,12 +49,12 @@ TEST_F(Tracks, FirstFreeThenLowerThenTheOldestEqual) {
   EXPECT_EQ(jps_players_running(), 4);
   pass_ms(10);
   EXPECT_EQ(play("one"), 2U) << "the oldest of equals";
-  EXPECT_EQ(play("one"), 1U) << "the first of those as old";
+  EXPECT_EQ(play("one"), 1U) << "the first of equally old ones";
   EXPECT_EQ(play("two"), 0U) << "all of them are higher";
   EXPECT_EQ(play("high"), 1U);
 }
 
-TEST_F(Tracks, ALowRequestDisturbsNobody) {
+TEST_F(Tracks, LowPriorityRequestTakesNoTrack) {
   add("all", 16, 50, "1");
   add("low", 1, 49, "0xFFFF");
   add("pair", 2, 49, "0xFFFF");
@@ -71,7 +71,7 @@ TEST_F(Tracks, ALowRequestDisturbsNobody) {
   EXPECT_EQ(jps_players_running(), 1);
 }
 
-TEST_F(Tracks, RunsAreAdjacentAndTheMaskAllowsTheirBeginning) {
+TEST_F(Tracks, RunIsAdjacentAndMaskLimitsItsFirstTrack) {
   add("three", 3, 10, "0x0001");
   add("middle", 1, 20, "0x0002");
   add("pair", 2, 10, "0xFFFF");
@@ -82,10 +82,10 @@ TEST_F(Tracks, RunsAreAdjacentAndTheMaskAllowsTheirBeginning) {
   EXPECT_EQ(play("middle"), 2U);
   EXPECT_EQ(play("three"), 0U) << "only tracks 0 to 2, and one of them is higher";
   EXPECT_EQ(play("pair"), 0xCU) << "track 0 is free, but not its neighbour";
-  EXPECT_EQ(play("over"), 3U) << "the mask is of the first track alone";
+  EXPECT_EQ(play("over"), 3U) << "the mask limits the first track only";
 }
 
-TEST_F(Tracks, AStolenTrackFallsSilentAndTheTakerIsHeard) {
+TEST_F(Tracks, StolenTrackPlaysTheNewSound) {
   add("pair", 2, 10, "0x0001");
   add("taker", 1, 20, "0x0001", "soft");
   add("second", 1, 20, "0x0002", "soft");
@@ -93,14 +93,14 @@ TEST_F(Tracks, AStolenTrackFallsSilentAndTheTakerIsHeard) {
   EXPECT_EQ(play("pair"), 3U);
   EXPECT_NEAR(level_after_ms(50), 2 * LOUD, 3);
   EXPECT_EQ(play("taker"), 1U);
-  EXPECT_NEAR(level_after_ms(50), LOUD + SOFT, 3) << "the pair goes on with one";
+  EXPECT_NEAR(level_after_ms(50), LOUD + SOFT, 3) << "the pair goes on with one track";
   EXPECT_EQ(jps_players_running(), 2);
   EXPECT_EQ(play("second"), 2U);
   EXPECT_NEAR(level_after_ms(50), 2 * SOFT, 3);
-  EXPECT_EQ(jps_players_running(), 2) << "who has lost the last track has stopped";
+  EXPECT_EQ(jps_players_running(), 2) << "a player without tracks has stopped";
 }
 
-TEST_F(Tracks, WhatWasTakenIsOutOfTheLosersReach) {
+TEST_F(Tracks, StolenTrackIgnoresItsFormerOwner) {
   parse(
       "PLAYLIST 1, 'x', 10, 1\nSETVOL 0, 255, 0\nSETVOL 1, 255, 0\nPLAY 0, 'loud.wav', 0\n"
       "PLAY 1, 'soft.wav', 0\nSETVOL 0, 0, 1\n[0.3] STOP 0\nSETVOL 0, 10, 0\nSETPRI 0, 255\n"
@@ -109,9 +109,9 @@ TEST_F(Tracks, WhatWasTakenIsOutOfTheLosersReach) {
   play("x");
   pass_ms(100);
   EXPECT_EQ(play("taker"), 1U);
-  EXPECT_NEAR(level_after_ms(50), SOFT, 2) << "the old sound has ended though no new one began";
+  EXPECT_NEAR(level_after_ms(50), SOFT, 2) << "the old sound ends though no new one begins";
   pass_ms(600);
-  EXPECT_EQ(volume(0), 255) << "neither ramps nor commands of the loser reach the track";
+  EXPECT_EQ(volume(0), 255) << "neither ramps nor commands of the former owner";
   EXPECT_NEAR(heard.back(), LOUD + SOFT, 3);
   const SoundLock lock;
   EXPECT_EQ(jpsdrvr_track(0).priority, 11);
@@ -125,7 +125,7 @@ TEST_F(Tracks, SetpriProtectsATrack) {
   EXPECT_EQ(play("y"), 0U);
 }
 
-TEST_F(Tracks, PlayersAreThirtyTwo) {
+TEST_F(Tracks, LimitsPlayersTo32) {
   parse(
       "PLAYLIST 1, 'x', 1, 1\n[1] SIGNAL 1\nEND\n"
       "PLAYLIST 2, 'y', 1, 1\nPLAY 0, 'loud.wav', 0\nEND\n");
@@ -138,7 +138,7 @@ TEST_F(Tracks, PlayersAreThirtyTwo) {
   EXPECT_EQ(play("y"), 1U);
 }
 
-TEST_F(Tracks, OneSoundOnManyTracks) {
+TEST_F(Tracks, SameSoundPlaysOnManyTracks) {
   add("x", 1, 1, "0xFFFF", "soft");
   load();
   std::uint32_t taken = 0;

@@ -13,7 +13,7 @@ using WaveHeader = Stage;
 
 }  // namespace
 
-TEST_F(WaveHeader, WalksToTheSamples) {
+TEST_F(WaveHeader, FindsFormatAndSamplesBetweenOtherChunks) {
   // An odd chunk is followed by no byte of padding.
   const std::string before = wave_chunk("bext", "odd") +
                              wave_chunk("fmt ", wave_format(2, 22050, 8) + "xx") +
@@ -34,7 +34,7 @@ TEST_F(WaveHeader, WalksToTheSamples) {
   EXPECT_EQ(info.format.bits, 8);
 }
 
-TEST_F(WaveHeader, DamagedFilesAreNamedAndRefused) {
+TEST_F(WaveHeader, DamagedFilesAreReportedAndRefused) {
   const std::string data = wave_chunk("data", std::string(1000, '\1'));
   const auto with = [&data](const std::string& format) {
     return riff(wave_chunk("fmt ", format) + data);
@@ -77,7 +77,7 @@ TEST_F(WaveHeader, DamagedFilesAreNamedAndRefused) {
   EXPECT_EQ(bank->sound_count, 0U);
 }
 
-TEST_F(WaveHeader, AFileThatIsShorterThanItSaysPlaysWhatIsThere) {
+TEST_F(WaveHeader, FileShorterThanItsHeaderPlaysWhatIsThere) {
   const std::string whole = flat_wave(0.1, LOUD);  // 8820 bytes of samples
   const auto warned = [](const char* name, const char* bytes) {
     return "jps_parse_addsound(): Warning! sounds\\" + std::string(name) +

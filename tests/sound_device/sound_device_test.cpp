@@ -1,6 +1,5 @@
-// The real device, through SDL's driver that writes what it is given to a file in real time. Taking
-// the file's folder away, or the right to let the file grow, is pulling its plug. And what stands
-// in for a device where there is none.
+// The real device, through SDL's driver that writes to a file in real time: it is unplugged by
+// removing the file's folder or limiting the file's size. And what replaces a missing device.
 #include "platform/sound_device.h"
 
 #include <gtest/gtest.h>
@@ -40,7 +39,7 @@ using Clock = std::chrono::steady_clock;
 std::atomic<int> pulled_frames{0};
 std::atomic<int> pulling{0};  // threads in the callback
 
-// Counts up, so that the file tells which frames it got.
+// Numbers the frames.
 void count_up(std::int16_t* out, int frames) {
   EXPECT_EQ(pulling.fetch_add(1), 0) << "two threads pull at once";
   const int first = pulled_frames;
@@ -81,9 +80,9 @@ struct SoundDevice : testing::Test {
     setrlimit(RLIMIT_FSIZE, &limit);
   }
   void plug_in() const { std::filesystem::create_directories(folder.file("loudspeaker")); }
-  void pull_plug() const { std::filesystem::remove_all(folder.file("loudspeaker")); }
+  void unplug() const { std::filesystem::remove_all(folder.file("loudspeaker")); }
 
-  // Without the silence that a device runs on until it is let loose.
+  // Without the silence at the start.
   [[nodiscard]] std::vector<std::int16_t> played() const {
     const std::string bytes = folder.read("loudspeaker/raw");
     std::vector<std::int16_t> samples(bytes.size() / 4 * 2);
@@ -96,7 +95,7 @@ struct SoundDevice : testing::Test {
   std::string path = folder.file("loudspeaker/raw");
 };
 
-TEST_F(SoundDevice, PlaysWhatItPulls) {
+TEST_F(SoundDevice, PlaysWhatTheCallbackReturns) {
   testing::internal::CaptureStdout();
   ASSERT_TRUE(sound_device_open(count_up));
   EXPECT_TRUE(wait_for([] { return pulled_frames > 4096; }, 5000));
@@ -110,7 +109,7 @@ TEST_F(SoundDevice, PlaysWhatItPulls) {
   }
   const int at_end = pulled_frames;
   std::this_thread::sleep_for(std::chrono::milliseconds(60));
-  EXPECT_EQ(pulled_frames, at_end) << "closed: nobody pulls";
+  EXPECT_EQ(pulled_frames, at_end) << "called after close";
 }
 
 int processors() {
@@ -120,8 +119,8 @@ int processors() {
   return CPU_COUNT(&set);
 }
 
-// The main thread, which draws, is bound to one processor: the callback must not queue up there.
-TEST_F(SoundDevice, PullsOnAnyProcessorThoughItsOpenerIsPinned) {
+// The main thread, which draws, is pinned to one processor.
+TEST_F(SoundDevice, CallbackRunsOnAnyProcessorThoughOpenerIsPinned) {
   static std::atomic<int> callbacks_processors;
   const int all = processors();
   const auto note = [](std::int16_t* out, int frames) {
@@ -133,7 +132,7 @@ TEST_F(SoundDevice, PullsOnAnyProcessorThoughItsOpenerIsPinned) {
     callbacks_processors = 0;
     if (pinned) thread_pin_to_one_processor();
     ASSERT_TRUE(sound_device_open(note));
-    EXPECT_EQ(processors(), pinned ? 1 : all) << "the opener stays as it was";
+    EXPECT_EQ(processors(), pinned ? 1 : all) << "the opener stays pinned";
     EXPECT_TRUE(wait_for([] { return callbacks_processors != 0; }, 5000));
     EXPECT_EQ(callbacks_processors, all);
     sound_device_close();
@@ -142,9 +141,8 @@ TEST_F(SoundDevice, PullsOnAnyProcessorThoughItsOpenerIsPinned) {
   testing::internal::GetCapturedStdout();
 }
 
-// Playlists run, and one line tells of it.
-TEST_F(SoundDevice, WithoutOneTheSoundRunsUnheard) {
-  pull_plug();
+TEST_F(SoundDevice, CallbackRunsInRealTimeWithoutADevice) {
+  unplug();
   for (const char* driver : {"disk", "nothing"}) {
     setenv("SDL_AUDIODRIVER", driver, 1);
     pulled_frames = 0;
@@ -160,10 +158,10 @@ TEST_F(SoundDevice, WithoutOneTheSoundRunsUnheard) {
   }
   const int at_end = pulled_frames;
   std::this_thread::sleep_for(std::chrono::milliseconds(60));
-  EXPECT_EQ(pulled_frames, at_end) << "closed: nobody pulls";
+  EXPECT_EQ(pulled_frames, at_end) << "called after close";
 }
 
-TEST_F(SoundDevice, NoneAndASocketDontTouchTheDevice) {
+TEST_F(SoundDevice, NoneAndSocketDoNotOpenTheDevice) {
   environment.sound = SOUND_NONE;
   for (const char* socket : {"", "/nowhere/sound"}) {
     environment.sound_socket = socket;
@@ -177,7 +175,7 @@ TEST_F(SoundDevice, NoneAndASocketDontTouchTheDevice) {
   }
 }
 
-TEST(SoundPace, BlocksAreDueAtTheDevicesRateAndALongHoldUpIsNotMadeUpFor) {
+TEST(SoundPace, BlocksAreDueAtTheSampleRateExceptAfterLongDelays) {
   constexpr std::int64_t START_US = 77'000'000'000'000;
   SoundPace pace(START_US);
   int blocks = 0;
@@ -186,7 +184,7 @@ TEST(SoundPace, BlocksAreDueAtTheDevicesRateAndALongHoldUpIsNotMadeUpFor) {
     EXPECT_GT(pace.due_us(), START_US + us);
   }
   EXPECT_EQ(blocks, 10 * SOUND_RATE_HZ / SOUND_BLOCK_FRAMES + 1) << "the first is due at once";
-  // 400 ms late: made up for; ten seconds: not.
+  // 400 ms late are caught up with, ten seconds are not.
   std::int64_t now_us = START_US + 10'400'000;
   for (blocks = 0; pace.take(now_us); ++blocks) {
   }
@@ -197,7 +195,7 @@ TEST(SoundPace, BlocksAreDueAtTheDevicesRateAndALongHoldUpIsNotMadeUpFor) {
   EXPECT_EQ(pace.due_us(), now_us + 11'609);
 }
 
-// Who listens on the cabinet's side.
+// The cabinet's end of the socket.
 struct Listener {
   explicit Listener(const std::string& path) : listener(socket(AF_UNIX, SOCK_SEQPACKET, 0)) {
     sockaddr_un address{};
@@ -205,6 +203,8 @@ struct Listener {
     std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
     EXPECT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
     EXPECT_EQ(listen(listener, 1), 0);
+    const timeval bound{10, 0};  // of accept
+    setsockopt(listener, SOL_SOCKET, SO_RCVTIMEO, &bound, sizeof bound);
   }
   ~Listener() {
     hang_up();
@@ -232,7 +232,7 @@ struct Listener {
   std::vector<std::int16_t> samples;
 };
 
-TEST_F(SoundDevice, BlocksGoToTheSocketWholeAndInTurn) {
+TEST_F(SoundDevice, SocketGetsWholeBlocksInOrder) {
   environment.sound = SOUND_SOCKET;
   environment.sound_socket = folder.file("sound");
   Listener listener(environment.sound_socket);
@@ -241,7 +241,7 @@ TEST_F(SoundDevice, BlocksGoToTheSocketWholeAndInTurn) {
   std::int64_t frame = -1, time_us = 0;
   for (int i = 0; i < 20; ++i) {
     ASSERT_TRUE(listener.take());
-    EXPECT_TRUE(i == 0 || listener.head.frame == frame) << "block " << i << " is no next one";
+    EXPECT_TRUE(i == 0 || listener.head.frame == frame) << "block " << i;
     EXPECT_GT(listener.head.time_us, time_us);
     ASSERT_EQ(listener.head.frames, SOUND_BLOCK_FRAMES);
     ASSERT_EQ(listener.samples.size(), SOUND_BLOCK_FRAMES * 2U);
@@ -255,9 +255,8 @@ TEST_F(SoundDevice, BlocksGoToTheSocketWholeAndInTurn) {
   sound_device_close();
 }
 
-// No wait anywhere: time is handed in, and an hour of sound is sent to a listener that reads
-// nothing.
-TEST_F(SoundDevice, ASlowListenerLosesBlocksAndOneThatWentIsLookedForAgain) {
+// An hour of sound for a listener that reads nothing. The times are the test's own.
+TEST_F(SoundDevice, SlowListenerLosesBlocksAndNewListenerIsFound) {
   const std::vector<std::int16_t> block(SOUND_BLOCK_FRAMES * 2, 7);
   std::int64_t frame = 0, time_us = 0;
   SoundSocket sound(folder.file("sound"));
@@ -266,7 +265,7 @@ TEST_F(SoundDevice, ASlowListenerLosesBlocksAndOneThatWentIsLookedForAgain) {
       sound.send(frame, time_us, block.data(), SOUND_BLOCK_FRAMES);
     }
   };
-  send(3);  // nobody listens yet
+  send(3);  // no listener yet
   {
     Listener listener(folder.file("sound"));
     send(310'000);
@@ -281,7 +280,7 @@ TEST_F(SoundDevice, ASlowListenerLosesBlocksAndOneThatWentIsLookedForAgain) {
       EXPECT_EQ(listener.head.frame % SOUND_BLOCK_FRAMES, 0);
       EXPECT_GT(listener.head.frame, before);
     }
-    EXPECT_LT(taken, 5000) << "the rest is lost, not kept";
+    EXPECT_LT(taken, 5000) << "the rest is dropped";
   }
   std::filesystem::remove(folder.file("sound"));
   send(30);  // gone
@@ -292,7 +291,7 @@ TEST_F(SoundDevice, ASlowListenerLosesBlocksAndOneThatWentIsLookedForAgain) {
   EXPECT_EQ(other.samples, block);
 }
 
-TEST_F(SoundDevice, NameThatFitsNoneIsSaidAndPassedOver) {
+TEST_F(SoundDevice, UnknownDeviceNameIsReportedAndIgnored) {
   // This driver takes any name for that of its file.
   setenv("SDL_AUDIO_DEVICE_NAME", folder.file("nowhere/raw").c_str(), 1);
   testing::internal::CaptureStderr();
@@ -314,18 +313,18 @@ TEST_F(SoundDevice, NameThatFitsNoneIsSaidAndPassedOver) {
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "picked device " + path + "\n");
 }
 
-TEST_F(SoundDevice, LostOneIsOpenedAgainAndTimeGoesOnMeanwhile) {
+TEST_F(SoundDevice, LostDeviceIsReopenedWhileCallbackGoesOn) {
   testing::internal::CaptureStderr();
   testing::internal::CaptureStdout();
   ASSERT_TRUE(sound_device_open(count_up));
   ASSERT_TRUE(wait_for([] { return pulled_frames > 4096; }, 5000));
-  pull_plug();
+  unplug();
   limit_files(4096);  // the next write fails
   std::this_thread::sleep_for(std::chrono::milliseconds(300));
   limit_files(RLIM_INFINITY);
   const int lost_at = pulled_frames;
   const auto since = Clock::now();
-  std::this_thread::sleep_for(std::chrono::milliseconds(1500));  // one try fails
+  std::this_thread::sleep_for(std::chrono::milliseconds(1500));  // one retry fails
   const std::chrono::duration<double> unheard = Clock::now() - since;
   EXPECT_NEAR(pulled_frames - lost_at, unheard.count() * SOUND_RATE_HZ, 6000);
   plug_in();
@@ -344,7 +343,7 @@ TEST_F(SoundDevice, LostOneIsOpenedAgainAndTimeGoesOnMeanwhile) {
 }
 
 // Two looped streams for three seconds through the real device and the real transition thread, with
-// more work than there are processors: not one sample is wrong.
+// more busy threads than processors. Every sample is compared.
 TEST_F(SoundDevice, StreamsKeepUpUnderLoad) {
   constexpr std::size_t FRAMES = 3 * SOUND_RATE_HZ;
   ASSERT_EQ(jpsdrvr_init(), 0);

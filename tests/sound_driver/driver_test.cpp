@@ -1,4 +1,4 @@
-// Tracks, duplicates, what is refused, and a machine without sound.
+// Tracks, duplicates, refused calls, and a machine without sound.
 #include <atomic>
 #include <cmath>
 #include <cstdint>
@@ -14,7 +14,7 @@ namespace {
 
 using Driver = Studio;
 
-TEST_F(Driver, OneSoundOnTwoTracksMakesOneRow) {
+TEST_F(Driver, SameSoundOnTwoTracksSharesItsSamples) {
   JpsSound& tone = sine(1000, 0.25);
   jpsdrvr_play(&tone, 0);
   jpsdrvr_play(&tone, 1);
@@ -24,7 +24,7 @@ TEST_F(Driver, OneSoundOnTwoTracksMakesOneRow) {
   EXPECT_EQ(row->key, tone.key);
   EXPECT_EQ(row->track, 1);
   render(1024);
-  EXPECT_NEAR(level_at(render(8820).left, 1000), 0.5 * 32767, 10) << "both are heard";
+  EXPECT_NEAR(level_at(render(8820).left, 1000), 0.5 * 32767, 10) << "both play";
   EXPECT_EQ(jpsdrvr_stop(1), 0);
   EXPECT_EQ(row->buffer, nullptr);
   render(1024);
@@ -32,10 +32,10 @@ TEST_F(Driver, OneSoundOnTwoTracksMakesOneRow) {
   EXPECT_EQ(jpsdrvr_play(&tone, 1), 0);
   EXPECT_EQ(jpsdrvr_track(1).sound, row) << "the row is free again";
   EXPECT_EQ(jpsdrvr_play(&tone, 0), 0);
-  EXPECT_EQ(jpsdrvr_track(0).sound, &tone) << "on its own track the sound itself starts anew";
+  EXPECT_EQ(jpsdrvr_track(0).sound, &tone) << "on its own track the sound itself restarts";
 }
 
-TEST_F(Driver, PlayedOutSoundIsFoundAndCleanedUp) {
+TEST_F(Driver, FinishedSoundLeavesItsTrack) {
   JpsSound& tone = sine(1000, 0.5, {}, 4410);
   jpsdrvr_play(&tone, 9);
   EXPECT_EQ(jpsdrvr_is_playing(9), 1) << "before the first block too";
@@ -48,8 +48,8 @@ TEST_F(Driver, PlayedOutSoundIsFoundAndCleanedUp) {
   EXPECT_EQ(jpsdrvr_is_playing(9), 0);
 }
 
-// A sound that has played out on one track, unasked, is free to start on another.
-TEST_F(Driver, PlayedOutSoundMovesToAnotherTrack) {
+// Without a call of jpsdrvr_is_playing in between.
+TEST_F(Driver, FinishedSoundStartsOnAnotherTrack) {
   for (const bool streamed : {false, true}) {
     JpsSound& tone = wave([](int i) { return 0.5 * std::sin(i * 0.1); }, 4410, {}, streamed);
     jpsdrvr_play(&tone, 2);
@@ -64,7 +64,7 @@ TEST_F(Driver, PlayedOutSoundMovesToAnotherTrack) {
   }
 }
 
-TEST_F(Driver, RefusesWhatItCannotDo) {
+TEST_F(Driver, RefusesBadArgumentsAndFormats) {
   JpsSound& tone = sine(1000, 0.5);
   JpsSound none{};
   EXPECT_EQ(jpsdrvr_play(nullptr, 0), -1);
@@ -98,7 +98,7 @@ TEST_F(Driver, RefusesWhatItCannotDo) {
   read_close(none.file);
 }
 
-TEST_F(Driver, FreedSoundIsSilencedOnAllItsTracks) {
+TEST_F(Driver, FreedSoundFadesOutOnAllItsTracks) {
   JpsSound& tone = sine(1000, 0.25);
   jpsdrvr_play(&tone, 0);
   jpsdrvr_play(&tone, 1);
@@ -112,7 +112,7 @@ TEST_F(Driver, FreedSoundIsSilencedOnAllItsTracks) {
   EXPECT_EQ(jpsdrvr_free_sound(tone), -1);
 }
 
-TEST(NoDevice, EveryCallAnswersMinusOne) {
+TEST(NoDevice, EveryCallReturnsMinusOne) {
   sound_capture_plug(false);
   testing::internal::CaptureStdout();
   EXPECT_NE(jpsdrvr_init(), 0);
@@ -130,15 +130,15 @@ TEST(NoDevice, EveryCallAnswersMinusOne) {
   EXPECT_EQ(jpsdrvr_set_master_volume(255), -1);
   jpsdrvr_shutdown();
   sound_capture_plug(true);
-  EXPECT_EQ(jpsdrvr_init(), 0) << "and comes up when there is one";
+  EXPECT_EQ(jpsdrvr_init(), 0) << "works once there is a device";
   jpsdrvr_shutdown();
   EXPECT_FALSE(sound_capture_is_open());
   EXPECT_EQ(jpsdrvr_stop(0), -1);
 }
 
-// The device pulls while two threads start, stop, turn and free at random: nothing is undefined,
-// and what is left when all have stopped is silence.
-TEST_F(Driver, AnythingMayRaceWithTheMixing) {
+// The device mixes while two threads start, stop and change sounds at random. When all have
+// stopped, there is silence.
+TEST_F(Driver, CallsMayRaceWithTheMixing) {
   for (int i = 0; i < 6; ++i) {
     wave([](int n) { return 0.5 * std::sin(n * 0.05); }, 3000 + 40'000 * (i % 2), {}, i % 2 == 1,
          i % 3 == 0);
@@ -174,7 +174,7 @@ TEST_F(Driver, AnythingMayRaceWithTheMixing) {
       }
     }
   };
-  testing::internal::CaptureStdout();  // the device pulls too fast for any stream, and that is said
+  testing::internal::CaptureStdout();  // warnings, since the device mixes too fast for streams
   std::thread one(play_about, 1), other(play_about, 2);
   one.join();
   other.join();

@@ -1,4 +1,4 @@
-// How loud, on which side, and that no change of it is heard as a click.
+// Volume, pan, and changes of both without clicks.
 #include <cmath>
 #include <functional>
 #include <numbers>
@@ -15,14 +15,14 @@ constexpr double FULL = 32767;
 struct Levels : Studio {
   // Decibels below full scale of a full tone, left and right.
   std::pair<double, double> measure() {
-    render(1024);  // what changed is settled
+    render(1024);  // until the ramps have ended
     const Take take = render(8820);
     return {decibels(level_at(take.left, TONE_HZ) / FULL),
             decibels(level_at(take.right, TONE_HZ) / FULL)};
   }
 };
 
-TEST_F(Levels, VolumeIsAThirdOfADecibelAStepUnderTheMasterVolume) {
+TEST_F(Levels, VolumeStepIsAThirdOfADecibelBelowMaster) {
   JpsSound& tone = sine(TONE_HZ, 1);
   tone.loop = 1;
   ASSERT_EQ(jpsdrvr_play(&tone, 3), 0);
@@ -36,7 +36,7 @@ TEST_F(Levels, VolumeIsAThirdOfADecibelAStepUnderTheMasterVolume) {
   EXPECT_LE(peak(render(2000).left), 2) << "85 dB down are not quite silence";
   EXPECT_GE(peak(render(2000).left), 1);
   jpsdrvr_set_volume(3, 300);
-  EXPECT_EQ(jpsdrvr_track(3).volume, 255) << "held to the scale";
+  EXPECT_EQ(jpsdrvr_track(3).volume, 255) << "clamped to the scale";
 
   jpsdrvr_set_master_volume(225);
   EXPECT_NEAR(measure().first, -10, 0.01);
@@ -45,10 +45,10 @@ TEST_F(Levels, VolumeIsAThirdOfADecibelAStepUnderTheMasterVolume) {
   jpsdrvr_set_master_volume(0);
   jpsdrvr_set_volume(3, 0);
   render(1024);
-  EXPECT_EQ(peak(render(2000).left), 0) << "the sum is held at 100 dB";
+  EXPECT_EQ(peak(render(2000).left), 0) << "the sum is limited to -100 dB";
 }
 
-TEST_F(Levels, PanTakesFromTheOtherSide) {
+TEST_F(Levels, PanAttenuatesTheOtherSide) {
   JpsSound& tone = sine(TONE_HZ, 1, {1, 16, 44100});
   tone.loop = 1;
   jpsdrvr_play(&tone, 0);
@@ -66,7 +66,7 @@ TEST_F(Levels, PanTakesFromTheOtherSide) {
   EXPECT_EQ(peak(render(2000).right), 0);
 }
 
-TEST_F(Levels, TrackKeepsVolumeAndPanFromSoundToSound) {
+TEST_F(Levels, TrackKeepsVolumeAndPanBetweenSounds) {
   jpsdrvr_set_volume(7, 225);
   jpsdrvr_set_pan(7, 1000);
   for (int i = 0; i < 2; ++i) {
@@ -78,7 +78,7 @@ TEST_F(Levels, TrackKeepsVolumeAndPanFromSoundToSound) {
   }
 }
 
-TEST_F(Levels, ThreeSoundsGoPastTheMasterVolume) {
+TEST_F(Levels, ListedSoundsIgnoreMasterVolume) {
   const std::pair<JpsKey, double> rows[] = {
       {{0x36180000, 0xD3FA4754}, -13.33}, {{0x07460000, 0xBFF05DC7}, 0},
       {{0xCFE10000, 0xCA6D40BD}, 0},      {jps_key("sine100.wav"), 0},
@@ -94,12 +94,12 @@ TEST_F(Levels, ThreeSoundsGoPastTheMasterVolume) {
     jpsdrvr_set_volume(1, 225);
     EXPECT_NEAR(measure().first, expected - 10, 0.15) << "its own volume counts";
     jpsdrvr_set_volume(1, 255);
-    jpsdrvr_set_master_volume(128);  // laid over all tracks again
+    jpsdrvr_set_master_volume(128);  // sets all tracks again
     EXPECT_NEAR(measure().first, expected, 0.05);
   }
 }
 
-TEST_F(Levels, TooLoudStaysAtTheRails) {
+TEST_F(Levels, SumIsClippedAtFullScale) {
   JpsSound& square = wave([](int i) { return i == 0 ? 0 : i / 50 % 2 == 0 ? 1 : -1; }, 5000, {});
   square.loop = 1;
   for (int track = 0; track < JPS_TRACKS; ++track) ASSERT_EQ(jpsdrvr_play(&square, track), 0);
@@ -109,8 +109,8 @@ TEST_F(Levels, TooLoudStaysAtTheRails) {
   }
 }
 
-// A step is no larger than the tone's own steepest, twice where one fades out as the next begins,
-// and what a ramp of 128 frames adds. Without ramps these would be steps of up to 20000.
+// The largest step allowed: twice the tone's own steepest, where one fades out as the next begins,
+// and the step of a ramp over 128 frames. Without ramps there would be steps of up to 20000.
 TEST_F(Levels, NoChangeClicks) {
   constexpr double AMPLITUDE = 20000;
   const double slope = 2 * std::numbers::pi * 300 / 44100 * AMPLITUDE;
@@ -146,8 +146,8 @@ TEST_F(Levels, NoChangeClicks) {
   }
 }
 
-// A wave that is cut at its top begins and ends without a step, and what lies between is untouched.
-TEST_F(Levels, CutWaveIsEasedInAndOut) {
+// A constant level, which begins and ends with a step of its own.
+TEST_F(Levels, WaveWithoutOwnFadeIsFadedInAndOut) {
   JpsSound& cut = wave([](int) { return 0.6; }, 1000, {});
   jpsdrvr_play(&cut, 0);
   const Take take = render(1200);

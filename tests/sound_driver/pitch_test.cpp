@@ -1,4 +1,4 @@
-// Sounds of every format and rate, read at any other, without loss, images or aliases to be heard.
+// Sounds of every format and rate, played at any other, without loss, images or aliases.
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -27,7 +27,7 @@ double zero_crossings_hz(const Samples& samples) {
   return rises < 2 ? 0 : (rises - 1) * 44100.0 / static_cast<double>(last - first);
 }
 
-// All that isn't the tone at `hz`, in decibels below the tone.
+// Everything but the tone at `hz`, in decibels relative to it.
 double purity(const Samples& samples, double hz) {
   const double step = 2 * std::numbers::pi * hz / 44100;
   double ss = 0, sc = 0, cc = 0, xs = 0, xc = 0, xx = 0;
@@ -43,7 +43,7 @@ double purity(const Samples& samples, double hz) {
   return decibels(std::sqrt((xx - tone) / tone));
 }
 
-TEST_F(Pitch, EveryFormatSoundsAtItsOwnRate) {
+TEST_F(Pitch, EveryFormatPlaysAtItsOwnRate) {
   for (const int rate : {8000, 11025, 22050, 44100, 48000, 96000}) {
     for (const int channels : {1, 2}) {
       for (const int bits : {8, 16}) {
@@ -62,7 +62,7 @@ TEST_F(Pitch, EveryFormatSoundsAtItsOwnRate) {
   }
 }
 
-TEST_F(Pitch, FollowsTheFrequencyThatIsSet) {
+TEST_F(Pitch, PlaysAtTheFrequencySet) {
   JpsSound& tone = sine(500, 0.8);
   tone.loop = 1;
   jpsdrvr_play(&tone, 0);
@@ -74,16 +74,17 @@ TEST_F(Pitch, FollowsTheFrequencyThatIsSet) {
   }
   EXPECT_EQ(jpsdrvr_set_frequency(0, 99), -1);
   EXPECT_EQ(jpsdrvr_set_frequency(0, 100001), -1);
-  EXPECT_EQ(jpsdrvr_get_frequency(0), 44100) << "the sound's own, whatever it is played at";
-  EXPECT_EQ(jpsdrvr_set_frequency(1, 99), 0) << "no sound, nothing to refuse";
+  EXPECT_EQ(jpsdrvr_get_frequency(0), 44100) << "the sound's own rate";
+  EXPECT_EQ(jpsdrvr_set_frequency(1, 99), 0) << "ignored without a sound";
 
   jpsdrvr_play(&tone, 0);
   render(1024);
-  EXPECT_NEAR(zero_crossings_hz(render(22050).left), 500, 1) << "a new start has its own rate";
+  EXPECT_NEAR(zero_crossings_hz(render(22050).left), 500, 1)
+      << "a restart uses the sound's own rate";
 }
 
-// Read twice as fast, 15 kHz become 30 kHz, which the output would fold to 14.1 kHz.
-TEST_F(Pitch, WhatTheOutputCannotHoldIsTakenAway) {
+// Played twice as fast, 15 kHz become 30 kHz, whose alias is at 14.1 kHz.
+TEST_F(Pitch, AliasesAndImagesAreSuppressed) {
   struct Case {
     double tone_hz;
     int rate, hz;
@@ -107,7 +108,7 @@ TEST_F(Pitch, WhatTheOutputCannotHoldIsTakenAway) {
   }
 }
 
-TEST_F(Pitch, TrebleComesThrough) {
+TEST_F(Pitch, TrebleIsNotAttenuated) {
   JpsSound& tone = sine(14000, 0.5, {1, 16, 44100});
   jpsdrvr_play(&tone, 0);
   jpsdrvr_set_frequency(0, 44000);
@@ -116,8 +117,8 @@ TEST_F(Pitch, TrebleComesThrough) {
   EXPECT_NEAR(decibels(level_at(render(22050).left, hz) / (0.5 * 32767)), 0, 0.5);
 }
 
-// A loop of whole waves is one long tone: nothing but it may be heard, at any rate.
-TEST_F(Pitch, LoopHasNoSeam) {
+// A loop of whole periods is one long pure tone, at any rate.
+TEST_F(Pitch, LoopIsSeamless) {
   for (const int rate : {44100, 22000, 32000}) {
     JpsSound& loop = sine(rate / 50.0, 0.8, {2, 16, rate}, 350);
     loop.loop = 1;
@@ -145,7 +146,7 @@ TEST_F(Pitch, ShortestSoundsPlayAtTheFastestRate) {
   EXPECT_EQ(steepest(render(4096).left), 0) << "one frame in a loop is a constant";
 }
 
-TEST(Kernels, BothFormsAgree) {
+TEST(Kernels, Avx2AndPlainKernelsAgree) {
 #if defined(__x86_64__)
   if (&sound_kernels() != &sound_kernels_avx2) GTEST_SKIP() << "no AVX2 here";
   resample_prepare();

@@ -1,4 +1,4 @@
-// Streams give the bytes of their file, one-shot and looped, through a ring of 64 KB.
+// Streams play the bytes of their file, once or looped, through a ring of 64 KB.
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -24,7 +24,7 @@ std::atomic<bool> disk_stalls{false};
 std::atomic<int> reads_waiting{0};
 }  // namespace
 
-// In place of the system's: a disk that can be made to take its time.
+// In place of the system's: a disk that can be made to stall.
 extern "C" ssize_t pread(int file, void* data, std::size_t size, off_t offset) {
   ++reads_waiting;
   while (disk_stalls) std::this_thread::yield();
@@ -50,7 +50,7 @@ void expect_same(const Take& take, const std::string& bytes, Pcm pcm) {
   }
 }
 
-TEST_F(Streams, OneShotGivesItsBytesAndEnds) {
+TEST_F(Streams, OneShotPlaysItsBytesAndEnds) {
   for (const Pcm pcm : {STEREO_16, MONO_8, MONO_16, STEREO_8}) {
     for (const std::size_t size :
          {65536UL, 65537UL, 65540UL, 98304UL, 131072UL, 400'004UL, 400UL}) {
@@ -62,13 +62,13 @@ TEST_F(Streams, OneShotGivesItsBytesAndEnds) {
       const Take take = render(frames + 1200);
       expect_same(take, bytes, pcm);
       for (int i = frames + 64; i < frames + 1200; ++i) ASSERT_EQ(take.left[i], 0) << i;
-      EXPECT_EQ(jpsdrvr_track(4).sound, nullptr) << "its end fires an event that cleans it up";
+      EXPECT_EQ(jpsdrvr_track(4).sound, nullptr) << "the event at its end cleans up";
       EXPECT_EQ(stream.notify_event, nullptr);
     }
   }
 }
 
-TEST_F(Streams, LoopGoesRoundWithoutAGap) {
+TEST_F(Streams, LoopRepeatsWithoutGap) {
   for (const Pcm pcm : {STEREO_16, MONO_8}) {
     for (const std::size_t size : {65536UL, 65540UL, 65532UL, 32768UL, 131072UL, 100'000UL, 36UL}) {
       std::string bytes = noise_bytes(size, pcm, 2);
@@ -84,7 +84,7 @@ TEST_F(Streams, LoopGoesRoundWithoutAGap) {
   }
 }
 
-TEST_F(Streams, PartOfAFrameAtTheEndIsLeftOut) {
+TEST_F(Streams, PartialFrameAtTheEndIsIgnored) {
   const std::string bytes = noise_bytes(70'003, STEREO_16, 3);
   JpsSound& stream = sound(bytes, STEREO_16, true, true);
   EXPECT_EQ(stream.length, 70'000U);
@@ -93,7 +93,7 @@ TEST_F(Streams, PartOfAFrameAtTheEndIsLeftOut) {
   expect_same(render(52'500), lap + lap + lap, STEREO_16);
 }
 
-TEST_F(Streams, ResampledStreamIsTheSoundHeldWhole) {
+TEST_F(Streams, ResampledStreamEqualsSoundInMemory) {
   const Pcm pcm = {2, 16, 32000};
   const std::string bytes = noise_bytes(300'000, pcm, 4);
   JpsSound& whole = sound(bytes, pcm, false, true);
@@ -108,7 +108,7 @@ TEST_F(Streams, ResampledStreamIsTheSoundHeldWhole) {
   EXPECT_EQ(take.right, expected.right);
 }
 
-TEST_F(Streams, PlayedTwiceGoesThroughARowOfItsOwn) {
+TEST_F(Streams, SecondPlayOfAStreamIsIndependent) {
   const std::string bytes = noise_bytes(200'000, MONO_16, 5);
   JpsSound& stream = sound(bytes, MONO_16, true);
   jpsdrvr_set_pan(0, -10000);
@@ -128,11 +128,11 @@ TEST_F(Streams, PlayedTwiceGoesThroughARowOfItsOwn) {
     ASSERT_EQ(both.right[i], samples[i]) << i;
   }
   render(512);
-  EXPECT_EQ(row->buffer, nullptr) << "played out: the row is free";
+  EXPECT_EQ(row->buffer, nullptr) << "finished: the row is free";
   EXPECT_EQ(jpsdrvr_track(0).sound, nullptr);
 }
 
-TEST_F(Streams, StartsAnewWithoutWritingOverItsOwnEnd) {
+TEST_F(Streams, RestartDoesNotOverwriteWhatFadesOut) {
   JpsSound& stream =
       wave([](int i) { return 0.6 * std::sin(2 * std::numbers::pi * 300 / 44100 * i); }, 44100,
            MONO_16, true, true);
@@ -141,13 +141,13 @@ TEST_F(Streams, StartsAnewWithoutWritingOverItsOwnEnd) {
   for (int i = 0; i < 300; ++i) {
     const Samples some = render(900 + i % 7 * 100).left;
     all.insert(all.end(), some.begin(), some.end());
-    ASSERT_EQ(jpsdrvr_play(&stream, 0), 0) << "start " << i << ": no ring or event gets lost";
+    ASSERT_EQ(jpsdrvr_play(&stream, 0), 0) << "start " << i;
   }
-  // One fades out as the next begins; old and new bytes mixed up would be steps of up to 39000.
+  // One fades out as the next begins. Mixed bytes would give steps of up to 39000.
   EXPECT_LE(steepest(all), 2 * 2 * std::numbers::pi * 300 / 44100 * 19661 + 19661.0 / 100);
 }
 
-TEST_F(Streams, PointsAreServedAndRunThePlaylists) {
+TEST_F(Streams, NotifyPointsRefillAndUpdatePlaylists) {
   JpsSound& stream = sound(noise_bytes(2'000'000, STEREO_16, 6), STEREO_16, true);
   jpsdrvr_play(&stream, 0);
   const std::uint32_t filled = stream.file_pos;
@@ -162,28 +162,28 @@ TEST_F(Streams, PointsAreServedAndRunThePlaylists) {
   EXPECT_EQ(stream.write_cursor, (stream.file_pos - stream.data_offset) % JPS_STREAM_BUFFER);
 }
 
-TEST_F(Streams, OneThatFallsBehindSaysSoAndGoesOn) {
+TEST_F(Streams, LateRefillIsReportedAndPlayGoesOn) {
   const std::string bytes = noise_bytes(400'000, STEREO_16, 7);
   JpsSound& stream = sound(bytes, STEREO_16, true);
   jpsdrvr_play(&stream, 0);
-  jps_complaints_reset();  // other tests may have said all that a second allows
+  jps_complaints_reset();  // other tests may have used up this second's messages
   testing::internal::CaptureStdout();
   std::vector<std::int16_t> out(2 * 17'000);
   {
-    const SoundLock held;  // nobody can refill
+    const SoundLock held;  // blocks the refill
     sound_capture_render(17'000, out.data());
   }
   jpsdrvr_transition();
   const Samples samples = heard(bytes, STEREO_16, 0);
-  EXPECT_EQ(out[2 * 16'900], samples[16'900 - 16'384]) << "the ring goes round with old data";
+  EXPECT_EQ(out[2 * 16'900], samples[16'900 - 16'384]) << "the ring repeats old data";
   const Take take = render(80'000);
-  jpsdrvr_shutdown();  // waits for the driver's own thread, which may be the one that says so
+  jpsdrvr_shutdown();  // waits for the driver's thread, which may print it
   EXPECT_EQ(testing::internal::GetCapturedStdout(),
             "fill_buffer(): WARNING! not filling fast enough\n");
   EXPECT_GT(peak(take.left), 0);
 }
 
-TEST_F(Streams, AStartNeedsNoFile) {
+TEST_F(Streams, StartReadsNothingFromTheFile) {
   for (const std::size_t size : {65'536UL, 1'000UL, 400'000UL}) {
     const std::string name = "sound" + std::to_string(sounds.size());
     const std::string bytes = noise_bytes(size, MONO_16, 9);
@@ -196,9 +196,9 @@ TEST_F(Streams, AStartNeedsNoFile) {
   }
 }
 
-// The transition thread reads while the disk stands still; all others go about their business, and
-// what comes in late for a stream that was stopped goes nowhere.
-TEST_F(Streams, ASlowDiskHoldsNobodyUp) {
+// The transition thread waits for the disk. Other threads do not, and what is read late for a
+// stopped stream is dropped.
+TEST_F(Streams, SlowDiskBlocksNoOtherCall) {
   const std::string bytes = noise_bytes(400'000, STEREO_16, 10);
   JpsSound& stream = sound(bytes, STEREO_16, true);
   const std::function<void()> deeds[] = {
@@ -232,7 +232,7 @@ TEST_F(Streams, ASlowDiskHoldsNobodyUp) {
   EXPECT_EQ(peak(render(512).left), 0);
 }
 
-TEST_F(Streams, LostFileIsSilence) {
+TEST_F(Streams, TruncatedFilePlaysSilence) {
   for (const Pcm pcm : {STEREO_8, STEREO_16}) {
     const std::string name = "sound" + std::to_string(sounds.size());
     JpsSound& stream = sound(noise_bytes(400'000, pcm, 8), pcm, true, true);

@@ -1,4 +1,4 @@
-// Every wave file of the kit: its form, loudness, peaks, ends, and the seams of loops.
+// Every wave file of the kit: format, loudness, peaks, ends, and the seams of loops.
 #include <ebur128.h>
 #include <gtest/gtest.h>
 #include <sndfile.h>
@@ -78,7 +78,7 @@ class EachWave : public testing::TestWithParam<Row> {
   Heard wave_ = hear(kit_folder() + "/" + GetParam().name + ".wav");
 };
 
-TEST_P(EachWave, HasTheFormThatTheMixerTakesUnchanged) {
+TEST_P(EachWave, HasTheMixersFormat) {
   EXPECT_EQ(wave_.rate, 44100);
   EXPECT_EQ(wave_.format & SF_FORMAT_SUBMASK, SF_FORMAT_PCM_16);
   EXPECT_EQ(wave_.format & SF_FORMAT_TYPEMASK, SF_FORMAT_WAV);
@@ -89,13 +89,13 @@ TEST_P(EachWave, HasTheFormThatTheMixerTakesUnchanged) {
   }
 }
 
-TEST_P(EachWave, IsAsLoudAsItsKind) {
+TEST_P(EachWave, HasTheLoudnessOfItsKind) {
   const Kind kind = GetParam().kind;
   const double lufs = kind == Kind::kMusic ? integrated(wave_) : loudest_moment(wave_);
   EXPECT_NEAR(lufs, art::sound::target_lufs(kind), 3);
 }
 
-TEST_P(EachWave, IsNeitherClippedNorShifted) {
+TEST_P(EachWave, IsNotClippedAndHasNoOffset) {
   EXPECT_LT(true_peak(wave_), -1);
   for (int c = 0; c < wave_.channels; c++) {
     double sum = 0, square = 0;
@@ -109,7 +109,7 @@ TEST_P(EachWave, IsNeitherClippedNorShifted) {
   }
 }
 
-TEST_P(EachWave, BeginsAndEndsWithoutAClick) {
+TEST_P(EachWave, StartsAndEndsWithoutClick) {
   for (int c = 0; c < wave_.channels; c++) {
     const size_t n = wave_.frames();
     if (!GetParam().loop) {
@@ -136,7 +136,7 @@ TEST_P(EachWave, BeginsAndEndsWithoutAClick) {
 INSTANTIATE_TEST_SUITE_P(Kit, EachWave, testing::ValuesIn(all_rows()),
                          [](const auto& row) { return std::string(row.param.name); });
 
-TEST(Kit, IsTheSameBytesWhenRenderedAgain) {
+TEST(Kit, RendersTheSameBytesAgain) {
   if (std::getenv("LILYHOP_SOUNDS")) GTEST_SKIP() << "that folder isn't the render's";
   std::filesystem::remove_all(SOUND_AGAIN);
   ASSERT_EQ(std::system(SOUND_RENDER " " SOUND_AGAIN " >" SOUND_AGAIN ".log 2>&1"), 0);
@@ -154,7 +154,7 @@ TEST(Kit, FitsIntoSixtyMegabytes) {
   EXPECT_LT(size, 60'000'000u);
 }
 
-TEST(RenderSounds, RefusesAnUnknownName) {
+TEST(RenderSounds, RefusesUnknownName) {
   const int code = std::system(SOUND_RENDER " " SOUND_AGAIN " nosuchsound 2>/dev/null");
   EXPECT_NE(code, 0);
   EXPECT_FALSE(std::filesystem::exists(SOUND_AGAIN));

@@ -1,4 +1,4 @@
-// The notation, the loop, and whether the instruments are in tune.
+// The notation of the music, loops, swing, and the instruments' tuning.
 #include "art/sound/score.h"
 
 #include <gtest/gtest.h>
@@ -33,12 +33,12 @@ TEST(Melody, ReadsDegreesLengthsAndMarks) {
   EXPECT_LT(line[3].velocity, line[0].velocity);
 }
 
-TEST(Melody, TakesItsStepsFromTheMode) {
+TEST(Melody, UsesTheStepsOfItsMode) {
   EXPECT_EQ(pitches(melody("3*8 7 |", 60, kMinor)), (std::vector<int>{63, 70}));
   EXPECT_EQ(pitches(melody("3*8 7 |", 60, kMixolydian)), (std::vector<int>{64, 70}));
 }
 
-TEST(ScoreDeath, SaysWhereItIsWrong) {
+TEST(ScoreDeath, WrongNotationEndsWithItsReason) {
   const auto code = testing::ExitedWithCode(1);
   EXPECT_EXIT(melody("1*8 2*4 | 3*16 |", 60), code, "bar isn't full");
   EXPECT_EXIT(melody("1*8 9*8 |", 60), code, "degree of 1 to 7");
@@ -48,7 +48,7 @@ TEST(ScoreDeath, SaysWhereItIsWrong) {
   EXPECT_EXIT(bass_line(chords("1", 60), "1...2...........", 36), code, "unknown sign");
 }
 
-TEST(Chords, LieUnderBassAndHands) {
+TEST(Chords, GiveNotesForBassAndComp) {
   const Chords two = chords("2m7*8 57*8 |", 60);
   EXPECT_EQ(pitches(bass_line(two, "1.3.5.7.1.3.5.8.", 36)),
             (std::vector<int>{38, 41, 45, 48, 43, 47, 50, 55}));
@@ -56,11 +56,11 @@ TEST(Chords, LieUnderBassAndHands) {
     EXPECT_GE(note.midi, 58);
     EXPECT_LE(note.midi, 69);
   }
-  // A held chord ends where the next one begins.
+  // A held chord ends where the next begins.
   EXPECT_EQ(comp(two, "x---------------", 64)[0].length, 8);
 }
 
-// A single click instrument shows what the song does with time.
+// An instrument of two clicks, half a second apart.
 Signal tick(const Stroke& stroke) {
   Signal out(static_cast<size_t>(kRate / 2));
   out[0] = static_cast<float>(stroke.velocity);
@@ -68,11 +68,11 @@ Signal tick(const Stroke& stroke) {
   return out;
 }
 
-TEST(Song, LetsTheEndOfALoopRingIntoItsStart) {
+TEST(Song, EndOfALoopRingsIntoItsStart) {
   Song loop({.bpm = 240}, 1), once({.bpm = 240, .loop = false}, 1);
   for (Song* song : {&loop, &once}) play(*song, tick, {0}, melody("-*15 1*1 |", 60));
   ASSERT_EQ(loop.left.size(), 44100u);
-  // Struck at 15/16 s, the tick's other end lies half a second on: at 7/16 s of the next round.
+  // Played at 15/16 s, its second click is at 7/16 s of the next round.
   float rung = 0, cut = 0;
   for (size_t i = 18000; i < 21000; i++) {
     rung += loop.left[i];
@@ -82,14 +82,14 @@ TEST(Song, LetsTheEndOfALoopRingIntoItsStart) {
   EXPECT_EQ(cut, 0);
 }
 
-TEST(Song, Swings) {
+TEST(Song, SwingDelaysOffbeatsOnly) {
   const Song straight({.bpm = 120}, 1), shuffle({.bpm = 120, .swing = 2.0 / 3, .swing_unit = 2}, 1);
   EXPECT_NEAR(straight.seconds_at(2), 0.25, 1e-9);
   EXPECT_NEAR(shuffle.seconds_at(2), 1.0 / 3, 1e-9);
-  EXPECT_NEAR(shuffle.seconds_at(4), 0.5, 1e-9) << "the beats stay where they are";
+  EXPECT_NEAR(shuffle.seconds_at(4), 0.5, 1e-9) << "beats are not moved";
 }
 
-// Where the spectrum is highest within a half tone of where it should be, in cents.
+// The highest point of the spectrum within a semitone of the pitch, in cents from it.
 double cents_off(const Signal& sound, double hz) {
   const size_t n = std::min(sound.size(), frames_of(0.4));
   double best = 0, found = 0;
@@ -127,7 +127,7 @@ TEST(Instruments, AreInTune) {
     }
 }
 
-TEST(Instruments, StopAtTheEndOfANoteAndNeverBlowUp) {
+TEST(Instruments, EndWithTheNoteAndStayInRange) {
   for (Instrument instrument :
        {marimba,    kalimba, steelpan, bell,  wood_block, ukulele,  guitar_muted, bass_pluck,
         bass_funk,  clav,    jaw_harp, brass, whistle,    reed,     organ,        electric_piano,

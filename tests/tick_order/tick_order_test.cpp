@@ -323,8 +323,10 @@ TEST_F(TickOrder, TimersGrowByTheStepAndReset) {
   tick(300);
   EXPECT_EQ(tick_timers.credit_wait_ms[0], 0);
   EXPECT_EQ(tick_timers.credit_wait_ms[1], 0);
+  tick_timers.award_done[0] = 1;
   tick_timers.award_done[1] = 0;
   tick(350);
+  EXPECT_EQ(tick_timers.since_award_ms[0], 50);
   EXPECT_EQ(tick_timers.since_award_ms[1], 0);
 }
 

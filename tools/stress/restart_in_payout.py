@@ -1,16 +1,14 @@
 #!/usr/bin/env python3
-"""restart_in_payout.py OUT [TIMES [SEED]]: ends the game at random moments of payouts, by a kill or by a
-quit, starts it again, and counts: while the board stays up, the paper that came out has to be what
-the books say was awarded, each time. Prints a line for each restart; ends with 1 at the first that
-differs."""
+"""restart_in_payout.py OUT [TIMES [SEED]]: ends the game at random moments of payouts, by a kill or a quit,
+and starts it again. While the board stays up, the tickets that came out have to be those that the
+books show awarded. Prints a line for each restart; ends with 1 at the first difference."""
 
 import pathlib
 import random
 import sys
 import time
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "page"))
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent))
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tests" / "page"))
 from cabinet import Cabinet  # noqa: E402
 from random_presses import Machine, Wrong  # noqa: E402
 
@@ -32,7 +30,7 @@ def owed_by_board(machine):
 
 def wait(machine, what, holds):
     if not machine.until(holds, WAIT_S):
-        raise Wrong(f"waited in vain until {what}")
+        raise Wrong(f"not within {WAIT_S} s: {what}")
 
 
 def started(machine):
@@ -42,7 +40,7 @@ def started(machine):
 
 
 def one_restart(machine, chance):
-    """A payout on one side or both, an end in its middle, and the sum after it. Returns its story."""
+    """A payout on one side or both, an end in its middle, and the sums after it, as a line."""
     sides = chance.choice((["left"], ["right"], ["left", "right"]))
     rate = chance.choice((4, 10, 40))
     end = chance.choice(("kill", "quit"))

@@ -1,18 +1,19 @@
 #!/usr/bin/env python3
-"""measure.py OUT OBJ [SECONDS]: how fast, how late and how dear the page's picture and sound are.
-First the lag, with a stand-in for the game whose window shows the time and which sounds at each whole
-second; then SECONDS of play of the real game, both sides at once, with a compiler at work beside it.
-No test: the figures are for reading."""
+"""measure.py OUT OBJ [SECONDS]: rate, delay and cost of the page's picture and sound. First the delay,
+with a stand-in for the game whose window shows the time and which plays a tone at each whole second;
+then SECONDS of play of the real game, both sides at once, with a compiler at work beside it."""
 
 import contextlib
 import os
+import pathlib
 import subprocess
 import sys
 import time
 import urllib.request
 
-from browser import Browser
-from cabinet import Cabinet
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tests" / "page"))
+from browser import Browser  # noqa: E402
+from cabinet import Cabinet  # noqa: E402
 
 # Each picture that the page draws: when, and in the first measurement the age of the time in it.
 WATCH = """
@@ -84,7 +85,7 @@ def report(name, seen, seconds):
 
 
 def measure_lag(out, obj):
-    with Cabinet(out, "--sound", "page", "--", f"{obj}/tests/page/page_clock") as cabinet:
+    with Cabinet(out, "--sound", "page", "--", f"{obj}/bench/page_clock") as cabinet:
         with Browser(cabinet.address, free=True) as page:
             page.wait("pictureRate > 0 && state.sound", 30)
             page.click("#sound")
@@ -106,7 +107,7 @@ def measure_lag(out, obj):
 
 def measure_sound_alone(out, obj, seconds=30):
     """What the sound costs the cabinet, without a browser."""
-    with Cabinet(out, "--sound", "page", "--", f"{obj}/tests/page/page_clock") as cabinet:
+    with Cabinet(out, "--sound", "page", "--", f"{obj}/bench/page_clock") as cabinet:
         pid = cabinet.process.pid
         shares = []
         for listen in (False, True):

@@ -1,7 +1,7 @@
-// Stands in for the game: a window of its size, as busy as a painted scene, with the time in it as
-// 32 squares, black for 0 and white for 1, lowest bit first. A reader of its picture learns how old
-// that is. To the socket of LILYHOP_SOUND it sends a tone of 50 ms from each whole second on, as
-// soon after as a game could: from the next block on. Ends on SIGTERM.
+// Stands in for the game: a window of its size, as detailed as a painted scene, that shows the time
+// as 32 squares, black for 0 and white for 1, lowest bit first, so that a reader of the picture
+// knows its age. To the socket of LILYHOP_SOUND it sends a tone of 50 ms at each whole second, from
+// the next block on. Ends on SIGTERM.
 
 #include <sys/socket.h>
 #include <sys/un.h>

@@ -1,8 +1,7 @@
 #!/usr/bin/env python3
-"""random_presses.py OUT [MINUTES [SEED]]: a child at the buttons and a technician at the plugs. Presses
-of every switch and anything that can be pulled, at random, in whatever screen that leads to; and every
-two minutes a look whether the game still plays and counts its coins to the last one. Made for the
-sanitizers. Ends with 1 at the first thing that is wrong, and says how to see it again."""
+"""random_presses.py OUT [MINUTES [SEED]]: presses every switch and pulls every plug at random, in whatever
+screen that leads to. Every two minutes it checks that the game still plays and counts all coins. Best
+with the programs of a sanitized tree. Ends with 1 at the first fault, and prints the seed."""
 
 import pathlib
 import random
@@ -10,18 +9,18 @@ import re
 import sys
 import time
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "page"))
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tests" / "page"))
 from cabinet import Cabinet  # noqa: E402
 
-# What hands do, and how often beside the others. A long hold of Test leads to the menus, where Test and
-# Right Start choose, Left Start and the volume buttons walk, Service goes back.
+# Presses and their weights. A long hold of Test opens the menus, where Test and Right Start choose, Left
+# Start and the volume buttons move, and Service goes back.
 PRESSES = {
     "test": 20, "start right": 18, "start left": 24, "volume down": 12, "volume up": 8, "service": 7,
     "coin left": 5, "coin right": 5, "swipe left 2": 1, "swipe right 2": 1, "test 1500": 2, "test 5500": 4,
     "hold service 1500": 3, "hold start-left 700": 1, "press start-right": 1, "hands off": 1,
     "burst start-left 6 rate 12": 2, "burst test 5 rate 8": 1,
 }
-# What is done to the machine. The first of each pair takes something away, the second gives it back.
+# Faults and what ends them.
 PULLS = {
     "usb pull": "usb plug", "led pull": "led plug", "led deaf": "led hears", "unplug": "plug",
     "silence on": "silence off", "jam left": "clear-jam left", "jam right": "clear-jam right",
@@ -55,7 +54,7 @@ class Machine:
         return self.cabinet.do(line)
 
     def reading(self, text):
-        """The number that a reading is, or why the books can't tell it."""
+        """The number of a reading. Wrong with its text if it has none."""
         said = self.do(text)
         number = re.search(r" is (-?[\d.e+-]+)$", said.strip())
         if not number:
@@ -84,7 +83,7 @@ class Machine:
         time.sleep(SILENCE_ENDS_S)
 
     def takes_coins(self):
-        """Whether the game is in play: two coins a side, and the books say so."""
+        """Whether the game is in play: two coins a side are counted in the books."""
         before = [self.audit("Coin Drops Left"), self.audit("Coin Drops Right")]
         self.do("coin left 2")
         self.do("coin right 2")
@@ -100,11 +99,11 @@ class Machine:
         raise Wrong(f"of two coins a side {counted()} were counted")
 
     def walk_out(self):
-        """To play, from wherever it is: nothing tells the way but the screen."""
+        """Back to play from any screen."""
         self.do("hold service 1500")
         time.sleep(2)
         for attempt in range(20):
-            if attempt:  # some screens know no Service
+            if attempt:  # some screens ignore Service
                 self.do("test")
                 time.sleep(0.5)
             for _ in range(5):
@@ -139,8 +138,8 @@ def round_of(machine, dice, seconds):
 
 
 def check_books(before, now, seconds):
-    """Counters only grow. An audit reset sets all of them back at once, the time too, which then is
-    less than has passed since the last look."""
+    """Counters only grow, except in an audit reset, after which Time Game On is shorter than the time since
+    the last check. True after a reset."""
     if now["Time Game On"] < seconds * 1000:
         return True
     fallen = [name for name in COUNTERS if now[name] < before[name]]
@@ -173,7 +172,7 @@ def play(machine, dice, minutes):
 
 
 def end_and_look_again(machine):
-    """What was on disk is what a new start finds."""
+    """The next start reads what is on disk."""
     machine.do("quit game")
     if not machine.until(lambda: machine.reading("game ended"), 60):
         raise Wrong("the game doesn't quit")
