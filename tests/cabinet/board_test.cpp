@@ -40,27 +40,6 @@ class BoardTest : public testing::Test {
   std::int64_t now = 0;
 };
 
-<<<<<<< HEAD
-TEST_F(BoardTest, AnswersThePortSearch) {
-  EXPECT_EQ(ask("\nC0001\r1B\nU00\rCC"), "");
-  EXPECT_EQ(ask("\nv\r8D"), "\nv0151\r");
-  EXPECT_EQ(board.counts.malformed, 0);
-  // The same search meets a board that still has checksums on from a game that was killed.
-  board_set_checksums(board, true, now);
-  take();
-  now += 1000;
-  EXPECT_EQ(ask("\nC0001\r1B\nU00\rCC\nv\r8D"), "\nv0151\r");
-  EXPECT_EQ(board.counts.checksum_errors, 0);
-}
-
-TEST_F(BoardTest, ChecksumIsSumFromLineFeedToCarriageReturn) {
-  EXPECT_EQ(wire_checksum("v"), 0x8D);
-  EXPECT_EQ(wire_checksum("C0001"), 0x1B);
-  EXPECT_EQ(wire_checksum("U00"), 0xCC);
-}
-
-=======
->>>>>>> wip/tests2
 TEST_F(BoardTest, AnswersQueriesByteForByte) {
   board.settings.hardware = 0x2A;
   board.settings.firmware = 0x4C;
@@ -98,18 +77,7 @@ TEST_F(BoardTest, CountersStepOncePerEdge) {
   EXPECT_EQ(edge(INPUT_G1B), "\nS8001101021101111\r");
 }
 
-<<<<<<< HEAD
-TEST_F(BoardTest, CountersRollOverAfterSixteenEdges) {
-  ask("\nC0081\r");
-  for (int i = 0; i < 15; ++i) edge(INPUT_COIN_LEFT);
-  EXPECT_EQ(edge(INPUT_COIN_LEFT), "\nS8000000000000000\r");
-  EXPECT_EQ(board.switches.edges[INPUT_COIN_LEFT], 16);
-}
-
-TEST_F(BoardTest, ReadsFramesSplitJoinedAndBetweenNoise) {
-=======
 TEST_F(BoardTest, ReadsSplitJoinedAndNoisyFrames) {
->>>>>>> wip/tests2
   EXPECT_EQ(ask(std::string("8D\nv\r\0\0xyz\nv", 12)), "\nv0151\r");
   EXPECT_EQ(ask("\r"), "\nv0151\r");
   EXPECT_EQ(ask("\nT80\nv\r"), "\nv0151\r");  // LF begins anew
@@ -122,11 +90,7 @@ TEST_F(BoardTest, ReadsSplitJoinedAndNoisyFrames) {
   EXPECT_EQ(board.counts.malformed, 7);
 }
 
-<<<<<<< HEAD
-TEST_F(BoardTest, UsesChecksumsBothWays) {
-=======
 TEST_F(BoardTest, ChecksumsAreCheckedAndSent) {
->>>>>>> wip/tests2
   EXPECT_EQ(ask("\nU01\rCD"), "\nu\r8C");
   now += 1000;
   EXPECT_EQ(ask("\nv\r8D"), "\nv0151\r54");
@@ -201,23 +165,7 @@ TEST_F(BoardTest, MetersCountRisingEdges) {
   EXPECT_EQ(board.counts.malformed, 0);
 }
 
-<<<<<<< HEAD
-TEST_F(BoardTest, KeepsOnlyMechanicsInRestart) {
-  ask("\nC0081\r\nU01\r\nP5fff\r\nT8005\r8A");
-  board_switch(board, INPUT_COIN_LEFT, true, now);
-  pass(300);
-  board_restart(board, 7, now);
-  EXPECT_EQ(take(), "\n*R\r");
-  EXPECT_EQ(board.dispensers[LEFT].count, 0);
-  EXPECT_EQ(board.coils.lamp[5], 0);
-  EXPECT_EQ(edge(INPUT_COIN_LEFT), "\nS0000007787777777\r");  // the coin had been held
-  EXPECT_EQ(ask("\nC0081\r\nS\r"), "\nS8000007787777777\r");
-}
-
-TEST_F(BoardTest, WatchdogAsksAndRestartsBoard) {
-=======
 TEST_F(BoardTest, WatchdogAsksAndResetsUnfedBoard) {
->>>>>>> wip/tests2
   board.settings.watchdog_ask_ms = 1000;
   board.settings.watchdog_bite_ms = 3000;
   board_restart(board, 0, now);
@@ -240,18 +188,4 @@ TEST_F(BoardTest, WatchdogUsesSecondsOfTheFrame) {
   EXPECT_EQ(pass(1), "\n*R\r");
 }
 
-<<<<<<< HEAD
-TEST_F(BoardTest, SilentBoardReceivesAndBoardWithoutPowerDoesNot) {
-  board.silent = true;
-  EXPECT_EQ(ask("\nv\r\nT8003\r"), "");
-  board.silent = false;
-  EXPECT_EQ(pass(250), "\nt0002\r");
-  board_power_off(board);
-  EXPECT_EQ(ask("\nv\r\nT8003\r"), "");
-  EXPECT_EQ(pass(5000), "");
-  EXPECT_EQ(board.dispensers[LEFT].paper_out, 1);
-}
-
-=======
->>>>>>> wip/tests2
 }  // namespace
