@@ -8,12 +8,12 @@ namespace art {
 
 namespace {
 
-// Numbers in a PNG file have their high byte first.
+// Numbers in a PNG file are big-endian.
 void put(std::vector<uint8_t>& out, uint32_t value, int bytes) {
   for (int i = bytes - 1; i >= 0; i--) out.push_back(static_cast<uint8_t>(value >> (8 * i)));
 }
 
-// Rows as differences to the row above, which flat ground makes zero, and deflated.
+// Each row as its difference from the row above, which is zero on flat ground; then deflated.
 std::vector<uint8_t> deflated(const Picture& picture) {
   const size_t row_bytes = static_cast<size_t>(picture.width) * 4;
   std::vector<uint8_t> raw;
@@ -80,11 +80,11 @@ void AnimationWriter::add(const Picture& picture, int ms) {
   put(control, 0, 4);
   put(control, static_cast<uint32_t>(ms), 2);
   put(control, 1000, 2);
-  put(control, 0, 2);  // the next frame covers this one whole
+  put(control, 0, 2);  // the next frame replaces this one completely
   chunk("fcTL", control);
   std::vector<uint8_t> packed = deflated(picture);
   if (packed.empty()) good_ = false;
-  if (first) return chunk("IDAT", packed);  // the first frame is the picture of plain readers
+  if (first) return chunk("IDAT", packed);  // simple readers show the first frame
   std::vector<uint8_t> data;
   put(data, sequence_++, 4);
   data.insert(data.end(), packed.begin(), packed.end());

@@ -9,8 +9,8 @@
 
 namespace art {
 
-// Writes frames of one size as they come, each for its time. After `finish` the file is whole; it
-// plays for ever. One thread.
+// Writes frames of one size as they come, each for its time. After `finish` the file is complete;
+// it plays for ever. One thread.
 class AnimationWriter {
  public:
   // `frames` is the number of frames that will follow.
@@ -20,7 +20,7 @@ class AnimationWriter {
   AnimationWriter& operator=(const AnimationWriter&) = delete;
 
   void add(const Picture& picture, int ms);
-  // False if the file could not be written, or if more or fewer frames came than were told.
+  // False if the file could not be written, or if the number of frames was wrong.
   bool finish();
 
  private:

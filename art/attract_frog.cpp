@@ -15,7 +15,7 @@ constexpr float kPi = static_cast<float>(kTau / 2);
 constexpr ClayCamera kCamera{34, 81, {256, 428}};
 constexpr Colour kOutline{0.03, 0.18, 0.05};
 
-// A point of the picture as one of the world, as far ahead of the frog as given.
+// A point of the picture as a point of the world, at the given distance ahead of the frog.
 Vec in_world(Point p, float z) {
   const float a = kCamera.pitch_deg * kPi / 180, s = std::sin(a), k = std::cos(a);
   float x = static_cast<float>(p.x - kCamera.origin.x) / kCamera.px_per_unit;
@@ -23,14 +23,14 @@ Vec in_world(Point p, float z) {
   return {x, (v - z * s) / k, z};
 }
 
-// The bugs are those of the meadow, flying: a ladybug, a lightning bug and a beetle.
+// The bugs are those of the meadow, but flying: a ladybug, a lightning bug and a beetle.
 enum class Prey { kLadybug, kLightningbug, kBeetle };
 
 struct Flight {
   Vec at;
   float heading;  // -1 flies to the left, 1 to the right
   float size;
-  float beat;   // of the wings, in turns
+  float beat;   // of the wings, in cycles
   float panic;  // 1: the eyes pop
 };
 
@@ -65,7 +65,7 @@ void add_wings(PreyParts& p, const Flight& f, Vec colour, float length) {
 }
 
 void add_prey(ClayScene& scene, Prey kind, const Flight& f) {
-  // Modelled along x, turned so that one sees its side and its face.
+  // Modelled along x, and turned so that its side and its face are visible.
   PreyParts p{scene, frame_yaw(f.heading > 0 ? 38.0f : 142.0f), f.size};
   p.frame.at = f.at;
   Vec shell = linear({0.95, 0.14, 0.10}), head{0.02f, 0.018f, 0.024f};
@@ -128,13 +128,13 @@ void add_prey(ClayScene& scene, Prey kind, const Flight& f) {
   add_wings(p, f, wings, kind == Prey::kLightningbug ? 1.25f : 1.1f);
 }
 
-// A bug comes in, hovers, is caught and is swallowed; times are frames. The cell's upper 65 pixels
-// lie above the screen, and bugs keep below them.
+// A bug flies in, hovers, is caught and is swallowed; times are in frames. The cell's upper 65
+// pixels are above the screen, and bugs stay below them.
 struct Meal {
   Prey kind;
   float comes, shot, caught, home, swallowed;
   Point from, at;
-  float bulge;  // to which side the tongue swings out, in units
+  float bulge;  // how far the tongue swings out to the side, in units
 };
 constexpr Meal kMeals[] = {
     {Prey::kLadybug, 1, 13, 15, 19, 24, {66, 130}, {112, 168}, -0.7f},
@@ -159,8 +159,7 @@ Point bug_place(const Meal& m, float frame) {
   return {std::clamp(p.x, 66.0, 446.0), std::max(p.y, 124.0)};
 }
 
-// How far the tongue is out, 0 to 1; it overshoots a little, sticks, and comes home faster and
-// faster.
+// How far the tongue is out, 0 to 1; it overshoots a little, sticks, and returns faster and faster.
 float tongue_reach(const Meal& m, float frame) {
   if (frame <= m.shot || frame >= m.home) return 0;
   if (frame < m.caught) return step_s(m.shot, m.caught, frame);
@@ -196,7 +195,7 @@ void act(FrogPose& pose, const Meal& m, float frame) {
       ease(frame, m.shot - 1.5f, m.shot + 0.4f) - ease(frame, m.home - 0.8f, m.home + 0.4f);
   pose.mouth += (1.0f - pose.mouth) * gape;
 
-  // The tongue's weight throws the head back; cheeks full, eyes shut, and down it goes.
+  // The tongue's weight throws the head back; then cheeks full, eyes shut, swallow.
   float hit = bump((frame - m.home + 0.8f) / 3.2f);
   pose.head_pitch_deg += 13 * hit;
   pose.tall += 0.06f * hit;
@@ -211,7 +210,7 @@ void act(FrogPose& pose, const Meal& m, float frame) {
   float duck = bump((frame - m.home - 1) / (m.swallowed - m.home));
   pose.tall -= 0.09f * duck;
   pose.head_pitch_deg -= 12 * duck;
-  // The belly takes it and shakes.
+  // The belly wobbles.
   pose.breathe += 0.9f * std::exp(-0.35f * std::max(0.0f, frame - m.swallowed + 1)) *
                   step_s(m.swallowed - 2, m.swallowed, frame);
   pose.tall += 0.05f * ringing((frame - m.swallowed) / 8, 2, 3);
@@ -225,7 +224,7 @@ Moment moment(float frame, float frames) {
   pose.smile = 1;
   pose.mouth = 0.10f;
   const float end = frames - 1;
-  // At rest in the first picture, which stands for a second, and in the last.
+  // At rest in the first picture, which is shown for a second, and in the last.
   float awake = step_s(0, 3, frame) * (1 - step_s(end - 2, end, frame));
   float breath = std::sin(2 * kPi * frame / 15.5f);
   pose.breathe = 0.25f * awake * (0.5f + 0.5f * breath);
@@ -236,7 +235,7 @@ Moment moment(float frame, float frames) {
     if (tongue_reach(m, frame) > 0) now.tongue = &m;
   }
   pose.tongue_out = now.tongue ? 1.0f : 0.0f;
-  // A blink when a new one comes in sight.
+  // Blinks when a new bug comes into sight.
   for (const Meal& m : kMeals) {
     float shut = bump((frame - m.comes - 5) / 3.2f);
     for (float& lid : pose.lid) lid = std::max(lid, shut);
@@ -248,7 +247,7 @@ Moment moment(float frame, float frames) {
 
 using TonguePath = std::array<Vec, 28>;
 
-// From the mouth to its tip: it swings out to the side, and what comes home comes in waves.
+// From the mouth to its tip: it swings out to the side, and returns in waves.
 TonguePath tongue_path(const FrogPose& pose, const Meal& m, float frame, float reach) {
   TonguePath path;
   const Vec root = frog_head_point(pose, {0, -0.46f, 0.30f});
@@ -303,7 +302,7 @@ void draw_attract_frog(const Cell& cell) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    sheet("anim_frog_attract.png", 4096, 4096, 8, 8, 63, Play::kOnce, draw_attract_frog),
+    sheet(SHEET_FROG_ATTRACT, 512, 512, Play::kOnce, draw_attract_frog),
 };
 
 }  // namespace

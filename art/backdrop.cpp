@@ -1,4 +1,4 @@
-// The river scene behind everything, in two halves, and the shade at the screen's sides.
+// The river scene behind everything, in two halves, and the shade at the sides of the screen.
 #include <algorithm>
 #include <cmath>
 #include <vector>
@@ -16,7 +16,7 @@ double any_x(Rng& rng) {
   return rng.range(-10, kScreenWidth + 10);
 }
 
-// n heights, the farthest first, so that what stands nearer is drawn over what stands behind it.
+// n heights, the farthest first, so that near things are drawn over far ones.
 std::vector<double> heights(Rng& rng, int n, double far_y, double near_y) {
   std::vector<double> ys;
   ys.reserve(static_cast<size_t>(n));
@@ -25,7 +25,7 @@ std::vector<double> heights(Rng& rng, int n, double far_y, double near_y) {
   return ys;
 }
 
-// Sun falls through leaves that one doesn't see: soft shafts down to the water.
+// Sun through leaves outside of the picture: soft shafts down to the water.
 void draw_sunrays(cairo_t* c) {
   for (int i = 0; i < 6; i++) {
     double x = 150 + 104.0 * i + 30 * std::sin(i * 2.3), wide = 24 + 13 * (i % 3);
@@ -38,7 +38,7 @@ void draw_sunrays(cairo_t* c) {
 }
 
 void draw_far_bank(cairo_t* c, Rng& rng) {
-  // Three rows of bushes, paler the farther they stand.
+  // Three rows of bushes, paler with distance.
   for (double x : places(rng, -20, kScreenWidth + 30, 17, 34))
     draw_bush(c, rng, x, 15 + rng.range(-4, 4), rng.range(17, 27),
               mix({0.62, 0.80, 0.58}, {0.50, 0.74, 0.40}, rng.unit()));
@@ -76,9 +76,9 @@ void draw_far_shore(cairo_t* c, Rng& rng) {
     draw_bush(c, rng, x, far_shore(x) - 3, rng.range(9, 15),
               mix({0.16, 0.46, 0.14}, {0.36, 0.64, 0.16}, rng.unit()));
   }
-  // Reeds in stands of some stalks.
+  // Reeds in clumps of a few stalks.
   for (double x : places(rng, 40, kScreenWidth, 70, 150)) {
-    // Behind a goal they would only be in its way.
+    // They would obstruct a goal.
     if (std::fabs(x - kScreenWidth / 4) < 170 || std::fabs(x - kScreenWidth * 3 / 4) < 170)
       continue;
     int stalks = static_cast<int>(rng.range(7, 15));
@@ -92,14 +92,14 @@ void draw_far_shore(cairo_t* c, Rng& rng) {
                    mix({0.16, 0.44, 0.12}, {0.62, 0.82, 0.28}, rng.unit()));
     }
   }
-  // A thread of foam where the water meets the bank.
+  // A line of foam where the water meets the bank.
   for (double x : places(rng, 0, kScreenWidth, 14, 40)) {
     double y = far_shore(x) + rng.range(0.5, 3), run = rng.range(10, 30);
     draw_blade(c, {x, y}, {x + run, y + rng.range(-1, 1)}, 1.1, rng.range(-1, 1), kFoam, 0.5);
   }
 }
 
-// The river's current in dabs as long as they are near.
+// The river's current in strokes, shorter with distance.
 void draw_current(cairo_t* c, Rng& rng) {
   for (double y : heights(rng, 1500, 72, 352)) {
     double x = any_x(rng), t = (y - 64) / 296, run = rng.range(16, 62) * (0.6 + 0.8 * t);
@@ -111,7 +111,7 @@ void draw_current(cairo_t* c, Rng& rng) {
     double alpha = (pick < 0.8 ? 0.30 : 0.26) * (0.5 + 0.5 * smooth(0, 200, side));
     draw_blade(c, {x, y}, {x + run, y + slope * run / 60}, wide, rng.range(-3, 3), k, alpha);
   }
-  // Glints stand in flocks where the sun falls on the waves.
+  // Glints come in groups where the sun falls on the waves.
   for (int flock = 0; flock < 20; flock++) {
     double x = any_x(rng), y = rng.range(92, 342), sun = smooth(1200, 200, x + 2 * (y - 60));
     int count = 4 + static_cast<int>(7 * rng.unit());
@@ -139,7 +139,7 @@ void draw_middle_bank(cairo_t* c, Rng& rng) {
       draw_blade(c, {x, y + 5}, {x + lean, y + 5 - tall}, 2.2, lean * 0.2, k, 0.9);
     }
   }
-  // Stones and pebbles lie in heaps with room between them for a frog.
+  // Stones and pebbles lie in heaps, with room for a frog between them.
   for (double x : places(rng, 20, kScreenWidth, 58, 130)) {
     int count = 2 + static_cast<int>(4 * rng.unit());
     double big = rng.range(6, 11.5);
@@ -156,8 +156,8 @@ void draw_middle_bank(cairo_t* c, Rng& rng) {
 }
 
 void draw_meadow(cairo_t* c, Rng& rng) {
-  // Broad dabs first, then blades row on row; both keep close to the ground's own green, since
-  // green bugs have to stand out.
+  // Broad strokes first, then rows of blades. Both stay close to the ground's own green, because
+  // green bugs must stand out.
   for (double y : heights(rng, 2600, 398, 700)) {
     double x = any_x(rng), run = rng.range(14, 34);
     Colour k = dim(meadow_green(x, y), rng.range(0.84, 1.14));
@@ -233,7 +233,7 @@ void draw_near_bank(cairo_t* c, Rng& rng) {
   }
 }
 
-// The same sun on the meadow: pale and dark spots, lying flat.
+// The same sun on the meadow: flat pale and dark spots.
 void draw_dapples(cairo_t* c, Rng& rng) {
   for (int i = 0; i < 46; i++) {
     double x = any_x(rng), y = rng.range(404, 690), r = rng.range(16, 44);
@@ -260,7 +260,7 @@ void draw_scene(cairo_t* c) {
 }
 
 void draw_backdrop(const Cell& cell, double from_x) {
-  // The scene is painted once, whole: its halves can't but meet.
+  // The scene is painted as one, so its halves always match.
   static Memo<int> scenes;
   const Canvas& scene = scenes.get(0, static_cast<int>(kScreenWidth),
                                    static_cast<int>(kScreenHeight), [](Canvas& canvas) {
@@ -270,8 +270,8 @@ void draw_backdrop(const Cell& cell, double from_x) {
   paint_canvas(cell.ctx, scene, -from_x, 0);
 }
 
-// What comes in at the sides comes out of the leaves' shade. No wider than it must be: it is
-// blended over the whole height of the screen.
+// Things that come in at the sides come out of the leaves' shade. It is as narrow as possible,
+// because it is blended over the whole height of the screen.
 void draw_shadow(const Cell& cell) {
   constexpr double kWide = 184;
   cairo_t* c = cell.ctx;
@@ -288,11 +288,12 @@ void draw_shadow(const Cell& cell) {
 
 constexpr CatalogueRow kRows[] = {
     still(
-        "bkdrop_lft.bmp", 680, 768, [](const Cell& c) { draw_backdrop(c, 0); }, kTouchAll),
+        PANEL_BKDROP_LFT, LAYOUT_WIDTH / 2, LAYOUT_HEIGHT,
+        [](const Cell& c) { draw_backdrop(c, 0); }, kTouchAll),
     still(
-        "bkdrop_rt.bmp", 680, 768, [](const Cell& c) { draw_backdrop(c, kScreenWidth / 2); },
-        kTouchAll),
-    still("shadow.tga", 256, 1024, draw_shadow, kTouchLeft | kTouchTop),
+        PANEL_BKDROP_RT, LAYOUT_WIDTH / 2, LAYOUT_HEIGHT,
+        [](const Cell& c) { draw_backdrop(c, kScreenWidth / 2); }, kTouchAll),
+    still(PANEL_SHADOW, 256, 1024, draw_shadow, kTouchLeft | kTouchTop),
 };
 
 }  // namespace

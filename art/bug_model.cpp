@@ -12,7 +12,7 @@ namespace {
 constexpr float kTurn = static_cast<float>(kTau);
 constexpr float kDeg = kTurn / 360;
 constexpr float kPitch = 47;
-constexpr float kStance = 0.58f;  // of a step, the foot is on the ground
+constexpr float kStance = 0.58f;  // share of a step in which the foot is on the ground
 constexpr int kFineness = 3;
 
 }  // namespace
@@ -26,13 +26,14 @@ Step step_at(float turn) {
 
 Bug::Bug(float way, float yaw_deg, float turn) : turn_(turn) {
   float k = std::cos(yaw_deg * kDeg), s = std::sin(yaw_deg * kDeg);
-  // Left is right seen in a mirror; the light isn't, since it falls on the model in the world.
+  // The left is a mirror image of the right. The light is not mirrored, because it falls on the
+  // model in the world.
   ground_.x = {k * way, 0, -s};
   ground_.z = {s * way, 0, k};
 }
 
 void Bug::sway(float bob, float roll_deg, float nod_deg) {
-  // Each set of three carries the body over once a step: two rises, one roll.
+  // Each set of three legs carries the body once a step: two rises, one roll.
   float rise = -std::cos(2 * kTurn * turn_), lean = std::sin(kTurn * turn_);
   float n = nod_deg * kDeg * std::sin(2 * kTurn * turn_), r = roll_deg * kDeg * lean;
   body_.x = unit({1, n, 0});
@@ -60,7 +61,7 @@ void Bug::legs(const BugLegs& l) {
     for (float side : {-1.0f, 1.0f}) {
       bool first = (pair % 2 == 0) == (side > 0);
       float row = static_cast<float>(1 - pair), x = l.front_x + l.gap * (row - 1);
-      // A little later from front to rear, as a ripple.
+      // A little later from front to rear, like a ripple.
       Step step = step_at(turn_ + (first ? 0 : 0.5f) + 0.05f * row);
       Vec hip = from_body({x, l.hip_y, side * l.hip_z});
       Vec foot{x + l.splay * row + l.stride * step.x, l.thick + 0.34f * step.lift,
@@ -78,10 +79,10 @@ void Bug::feelers(const BugFeelers& f) {
   constexpr int kJoints = 4;
   for (float side : {-1.0f, 1.0f}) {
     ClayPart& part = body_part(0.03f, 0.4f);
-    // Both lean away from the viewer, or the near one would cross the face.
+    // Both lean away from the viewer; otherwise the near one would cross the face.
     Vec at{f.from.x, f.from.y, f.from.z * side + 0.10f};
     for (int i = 0; i < kJoints; i++) {
-      // Further out it swings later and wider.
+      // Its outer parts swing later and wider.
       float lag = 0.11f * static_cast<float>(i);
       float sway = f.sway_deg * (0.5f + 0.4f * static_cast<float>(i)) *
                    std::sin(kTurn * (turn_ - lag + (side > 0 ? 0.12f : 0)));

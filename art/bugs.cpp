@@ -1,5 +1,5 @@
-// The bugs of the meadow. Each lies in the box at its cell's left top that the eaten rule measures,
-// and walks the way its lane moves.
+// The bugs of the meadow. Each is in the box at the top left of its cell that the eating rule
+// measures, and walks in the direction of its lane.
 #include <algorithm>
 #include <cmath>
 
@@ -12,7 +12,7 @@ namespace art {
 namespace {
 
 constexpr float kTurn = static_cast<float>(kTau);
-// Steps of the legs in one run of a sheet: the ground passes too fast for one.
+// steps in one run of a sheet: the ground moves too fast for one
 constexpr float kSteps = 2;
 constexpr float kRight = 1, kLeft = -1;
 const Vec kBlackShell = linear({0.17, 0.12, 0.19});
@@ -33,7 +33,7 @@ void draw_caterpillar(const Cell& cell) {
             feet = linear({0.50, 0.16, 0.50});
   Bug bug(kRight, 9, turn);
   constexpr int kSegments = 6;
-  // A hump runs from tail to head; where it is, the body is drawn together.
+  // A hump runs from tail to head and pulls the body together.
   auto wave = [&](float i) { return kTurn * (turn - 0.19f * i); };
   for (int i = 0; i < kSegments; i++) {
     const float n = static_cast<float>(i), hump = 0.5f + 0.5f * std::sin(wave(n));
@@ -135,7 +135,7 @@ void draw_beetle(const Cell& cell) {
   shell.paint = [=](Vec p, Vec) {
     Vec d = on_ball(p, c, radii);
     if (std::fabs(d.z) < 0.05f || d.y < -0.25f) return linear({0.14, 0.05, 0.30});
-    // The colour turns with the surface, as on a real one.
+    // The colour changes with the angle of the surface, as on a real beetle.
     Vec shine = lerp(linear({0.72, 0.26, 1.0}), linear({0.12, 0.62, 1.0}),
                      step_s(-0.3f, 0.75f, d.x + 0.35f * d.z));
     return lerp(shine, linear({0.20, 1.0, 0.90}), step_s(0.35f, 1.0f, d.x - 0.4f * d.y));
@@ -157,7 +157,7 @@ void draw_beetle(const Cell& cell) {
 
 void draw_lightningbug(const Cell& cell) {
   const float turn = static_cast<float>(cell.turn());
-  // Swells slowly, and dies away faster.
+  // Swells slowly and fades faster.
   const float swell = 0.5f - 0.5f * std::cos(kTurn * (turn + 0.06f * std::sin(kTurn * turn)));
   const float glow = swell * swell * (3 - 2 * swell);
   Bug bug(kRight, 22, steps(cell));
@@ -197,7 +197,7 @@ void draw_lightningbug(const Cell& cell) {
   soft_spot(cell.ctx, 15, 28, 7, 8, {1, 1, 0.8}, 0.9 * glow);
 }
 
-// The great hind legs: thigh up to a knee above the back, shin down to a foot that pushes.
+// The big hind legs: thigh up to a knee above the back, shin down to a foot that pushes.
 void hind_legs(Bug& bug, float turn, Vec thigh, Vec shin) {
   for (float side : {-1.0f, 1.0f}) {
     Step step = step_at(turn + (side > 0 ? 0 : 0.5f));
@@ -255,11 +255,11 @@ void draw_grasshopper(const Cell& cell) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    sheet("anim_lightningbug.tga", 256, 256, 4, 4, 16, Play::kLoop, draw_lightningbug),
-    sheet("anim_ladybug.tga", 256, 256, 4, 4, 16, Play::kLoop, draw_ladybug),
-    sheet("anim_caterpillar.tga", 512, 512, 4, 4, 16, Play::kLoop, draw_caterpillar),
-    sheet("anim_beetle.tga", 512, 512, 4, 4, 16, Play::kLoop, draw_beetle),
-    sheet("anim_grasshopper.tga", 512, 512, 4, 4, 16, Play::kLoop, draw_grasshopper),
+    sheet(SHEET_LIGHTNINGBUG, 64, 64, Play::kLoop, draw_lightningbug),
+    sheet(SHEET_LADYBUG, 64, 64, Play::kLoop, draw_ladybug),
+    sheet(SHEET_CATERPILLAR, 128, 128, Play::kLoop, draw_caterpillar),
+    sheet(SHEET_BEETLE, 128, 128, Play::kLoop, draw_beetle),
+    sheet(SHEET_GRASSHOPPER, 128, 128, Play::kLoop, draw_grasshopper),
 };
 
 }  // namespace

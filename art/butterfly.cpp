@@ -1,5 +1,5 @@
-// The butterfly that crosses the field, flying to the right. Its wings are drawn flat, and made
-// into curved sheets of clay.
+// The butterfly that crosses the field, flying to the right. Its wings are drawn flat and then
+// turned into curved sheets of clay.
 #include <algorithm>
 #include <cmath>
 #include <functional>
@@ -16,7 +16,7 @@ namespace {
 
 constexpr float kTurn = static_cast<float>(kTau);
 constexpr float kDeg = kTurn / 360;
-constexpr int kBeat = 16;  // frames of one beat of the wings; a sheet holds two
+constexpr int kBeat = 16;  // frames of one wing beat; a sheet holds two
 constexpr float kPitch = 52, kYaw = -16, kNoseUp = 16, kScale = 36.5f;
 
 // A wing as drawn: along the body (ahead is up) and away from it (to the right), in units, with the
@@ -43,7 +43,7 @@ class Wing {
             {(row[x] >> 16 & 255) / 255.0, (row[x] >> 8 & 255) / 255.0, (row[x] & 255) / 255.0}));
     }
   }
-  // Units from the outline, below 0 within it.
+  // Units from the outline, negative inside.
   float distance(float ahead, float out) const { return sample(distances_, ahead, out); }
   Vec colour(float ahead, float out) const { return sample(colours_, ahead, out); }
 
@@ -87,7 +87,7 @@ class Wing {
 
 constexpr Colour kEdge{0.22, 0.06, 0.20};
 
-// What both wings share: sunny at the root, a dark hem with light beads, veins that fan out.
+// Shared by both wings: sunny at the root, a dark hem with light beads, veins that fan out.
 void draw_pattern(cairo_t* c, const Path& outline, Colour root, Colour tip, Point far_end,
                   std::initializer_list<Point> veins, std::initializer_list<Point> beads) {
   fill_linear(c, round_rect(0, 0, kSide, kSide, 0), {kRootX, kRootY}, root, far_end, tip);
@@ -144,7 +144,7 @@ const Wing& lower_wing() {
   return wing;
 }
 
-// How far the wings are raised, degrees: the beat down is the quicker one.
+// How far the wings are raised, in degrees; the downstroke is faster.
 float raised_deg(float beat) {
   float a = kTurn * beat;
   return 26 + 46 * std::cos(a + 0.35f * std::sin(a));
@@ -152,7 +152,7 @@ float raised_deg(float beat) {
 
 void add_wing(ClayScene& scene, const ClayFrame& body, const Wing& wing, float side, float beat) {
   const float up = raised_deg(beat) * kDeg;
-  // The tips come after: bent up on the way down.
+  // The tips follow later: bent up on the way down.
   const float bend = 0.035f - 0.0022f * (raised_deg(beat) - raised_deg(beat - 0.10f));
   ClayFrame own;
   own.x = {1, 0, 0};
@@ -161,14 +161,14 @@ void add_wing(ClayScene& scene, const ClayFrame& body, const Wing& wing, float s
   own.at = {0, 0.16f, side * 0.10f};
   ClayPart& g = scene.emplace_back();
   g.frame = frame_within(body, own);
-  g.gloss = 0.10f;  // all of a flat wing flashes at once
+  g.gloss = 0.10f;  // a flat wing flashes all at once
   g.soft = 0.7f;
   g.glow = 0.18f;
   g.ball({0.1f, 0, 1.4f}, {2.4f, 2.4f, 2.4f}, {1, 1, 1});
   g.field = [&wing, bend](Vec p) {
     constexpr float kThick = 0.065f;
     float edge = wing.distance(p.x, p.z) + kThick, off = p.y - bend * p.z * p.z;
-    // What lies beyond the drawing is at least so far away.
+    // Beyond the drawing the distance is at least this.
     float beyond = std::max({0.0f, p.z - 3.0f, -0.3f - p.z, std::fabs(p.x) - 1.9f});
     return 0.8f * (std::hypot(std::max(edge, 0.0f) + beyond, off) - kThick);
   };
@@ -234,7 +234,7 @@ const Canvas& butterfly_tile(int beat_frame) {
   static Memo<int> tiles;
   return tiles.get(beat_frame, 256, 256, [=](Canvas& canvas) {
     const float beat = static_cast<float>(beat_frame) / kBeat;
-    // The beat down lifts the body, a little late, and brings its nose down.
+    // The downstroke lifts the body, a little late, and lowers its nose.
     const float lift = std::sin(kTurn * (beat - 0.06f)), nose = (kNoseUp - 5 * lift) * kDeg;
     ClayFrame tilt;
     tilt.x = {std::cos(nose), std::sin(nose), 0};
@@ -256,7 +256,7 @@ void draw_butterfly(const Cell& cell) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    sheet("anim_butterfly.tga", 2048, 1024, 8, 4, 32, Play::kLoop, draw_butterfly),
+    sheet(SHEET_BUTTERFLY, 256, 256, Play::kLoop, draw_butterfly),
 };
 
 }  // namespace

@@ -48,8 +48,8 @@ void Canvas::clear() {
 }
 
 void paint_canvas(cairo_t* c, const Canvas& canvas, double x, double y, double alpha) {
-  // Another thread may paint the same canvas, and a Cairo surface keeps state: a view of the bytes
-  // is this thread's own.
+  // Another thread may paint the same canvas, and a Cairo surface has state, so each thread has its
+  // own view of the bytes.
   cairo_surface_t* view = cairo_image_surface_create_for_data(
       cairo_image_surface_get_data(canvas.surface), CAIRO_FORMAT_ARGB32, canvas.width,
       canvas.height, cairo_image_surface_get_stride(canvas.surface));
@@ -271,7 +271,7 @@ Ink words_path(cairo_t* c, const char* text, Face face, double size) {
 
 namespace {
 
-// Paints the path that stands, between top and foot.
+// Fills the current path with a gradient from top to foot.
 void paint_words(cairo_t* c, const WordStyle& s, double top, double foot) {
   cairo_set_line_join(c, CAIRO_LINE_JOIN_ROUND);
   if (s.rim_width > 0) {
@@ -305,7 +305,8 @@ void words(cairo_t* c, const char* text, const WordStyle& s, double x, double y,
 
 void words_arc(cairo_t* c, const char* text, const WordStyle& s, double x, double y,
                double radius) {
-  // Letter by letter: each needs its own angle. Advances come from the width of the text before it.
+  // Letter by letter, because each has its own angle. Advances come from the width of the text
+  // before it.
   std::string all = text;
   auto advance = [&](size_t n) {
     Layout l = lay_out(c, all.substr(0, n).c_str(), s.face, s.size);
@@ -323,7 +324,7 @@ void words_arc(cairo_t* c, const char* text, const WordStyle& s, double x, doubl
       cairo_rotate(c, ((from + to) / 2 - total / 2) / radius);
       cairo_translate(c, -(to - from) / 2, -radius + s.size * 0.30);
       words_path(c, all.substr(i, 1).c_str(), s.face, s.size);
-      // The rims first, so that no rim lies over its neighbour's face.
+      // All rims first, so that no rim covers its neighbour's face.
       if (pass == 0) {
         set(c, s.rim);
         cairo_set_line_join(c, CAIRO_LINE_JOIN_ROUND);

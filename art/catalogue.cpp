@@ -8,10 +8,10 @@ namespace art {
 
 std::span<const Family* const> families() {
   static constexpr const Family* kFamilies[] = {
-      &kAttractFrogFamily, &kBackdropFamily, &kBugsFamily,  &kButterflyFamily, &kEffectsFamily,
-      &kFontsFamily,       &kFrogFamily,     &kLogoFamily,  &kMarksFamily,     &kMessagesFamily,
-      &kPlantsFamily,      &kRidersFamily,   &kRiverFamily, &kSignsFamily,     &kThumbsFamily,
-      &kTicketsFamily,     &kTurtlesFamily,  &kWaterFamily};
+      &kAttractFrogFamily, &kBackdropFamily, &kBlankFamily,   &kBugsFamily,  &kButterflyFamily,
+      &kEffectsFamily,     &kFontsFamily,    &kFrogFamily,    &kLogoFamily,  &kMarksFamily,
+      &kMessagesFamily,    &kPlantsFamily,   &kRidersFamily,  &kRiverFamily, &kSignsFamily,
+      &kThumbsFamily,      &kTicketsFamily,  &kTurtlesFamily, &kWaterFamily};
   return kFamilies;
 }
 
@@ -27,11 +27,14 @@ const std::vector<CatalogueEntry>& catalogue() {
 
 CatalogueEntry catalogue_find(std::string_view name) {
   for (const CatalogueEntry& entry : catalogue()) {
-    std::string_view full = entry.row->name;
-    std::string_view file = full.substr(full.rfind('/') == full.npos ? 0 : full.rfind('/') + 1);
-    if (name == full || name == file || name == file.substr(0, file.rfind('.'))) return entry;
+    std::string_view file = entry.row->name;
+    if (name == file || name == file.substr(0, file.rfind('.'))) return entry;
   }
   return {nullptr, nullptr};
+}
+
+std::string catalogue_path(const CatalogueRow& row) {
+  return std::string(row.play == Play::kGlyphs ? "images/fonts/" : "images/") + row.name;
 }
 
 int catalogue_twin(const CatalogueRow& row, int frame) {
@@ -50,7 +53,7 @@ void catalogue_draw(const CatalogueRow& row, int frame, Canvas& canvas) {
   cairo_save(canvas.ctx);
   row.draw({canvas.ctx, row.cell_width, row.cell_height, frame, row.frames});
   cairo_restore(canvas.ctx);
-  // A context in error draws nothing more and says nothing: all later frames would repeat this one.
+  // A context with an error silently draws nothing more: all later frames would be like this one.
   if (cairo_status(canvas.ctx) != CAIRO_STATUS_SUCCESS) {
     std::fprintf(stderr, "%s frame %d: %s\n", row.name, frame,
                  cairo_status_to_string(cairo_status(canvas.ctx)));
@@ -62,7 +65,7 @@ Picture catalogue_render(const CatalogueRow& row) {
   Picture picture(row.width, row.height);
   Canvas canvas(row.cell_width, row.cell_height);
   if (std::strstr(row.name, ".bmp")) {
-    // What no cell covers is the colour that the loader makes transparent.
+    // Pixels outside of all cells have the colour that the loader makes transparent.
     for (size_t i = 0; i < picture.rgba.size(); i += 4)
       picture.rgba[i] = picture.rgba[i + 2] = picture.rgba[i + 3] = 255;
   }

@@ -65,9 +65,10 @@ float shape_distance(const ClayShape& q, Vec p) {
   return length(ap - ab * h) - (q.ra + (q.rb - q.ra) * h);
 }
 
-constexpr float kCutEdge = 0.06f;  // how far a cut's edge is rounded
+constexpr float kCutEdge = 0.06f;  // how far the edge of a cut is rounded
 
-// Distance to a part from a point in its own axes, and its melted colour there if asked for.
+// The distance from a point, in the part's own axes, to the part; and its blended colour there on
+// request.
 float part_distance(const ClayPart& g, Vec p, Vec* colour) {
   float d = 1e9f;
   Vec c{0, 0, 0};
@@ -76,7 +77,7 @@ float part_distance(const ClayPart& g, Vec p, Vec* colour) {
     return g.field(p);
   }
   for (const ClayShape& q : g.shapes) {
-    // A shape too far away to melt into what is nearer changes nothing.
+    // A shape too far away to blend with nearer ones changes nothing.
     Vec off = p - q.middle;
     float far = d + g.blend + q.reach;
     if (far < 1e8f && far > 0 && dot(off, off) > far * far) continue;
@@ -125,7 +126,7 @@ struct Tracer {
   Vec right, up, dir;
   int count;
 
-  // The nearest part among some; those far away count with their bounding sphere alone.
+  // The nearest of some parts; for distant ones only the bounding sphere counts.
   int nearest(const int* parts, int n, Vec p, float& best) const {
     best = 1e9f;
     int id = -1;
@@ -150,7 +151,7 @@ const Vec kKey = unit({-0.55f, 0.86f, 0.05f});
 const Vec kFill = unit({0.6f, 0.45f, -0.6f});
 const Vec kRim = unit({0.1f, 0.35f, 1.0f});
 
-// What a mirror sees along a direction: grass below, a bright horizon and sky.
+// What a mirror reflects in a direction: grass below, a bright horizon and sky.
 Vec sky_along(Vec r) {
   Vec sky = lerp({1.15f, 1.15f, 1.05f}, {0.34f, 0.50f, 0.80f}, step_s(0.05f, 0.85f, r.y));
   return lerp({0.10f, 0.12f, 0.05f}, sky, step_s(-0.22f, 0.10f, r.y));
@@ -158,7 +159,7 @@ Vec sky_along(Vec r) {
 
 Vec Tracer::shade(int part, Vec p) const {
   const ClayPart& g = scene[static_cast<size_t>(part)];
-  // Its own part first: near the surface the others then fail the test of their bounds.
+  // Its own part first: near the surface the bounds then exclude the others.
   int order[kMostParts], n_parts = 0;
   order[n_parts++] = part;
   for (int i = 0; i < count; i++)
@@ -197,13 +198,14 @@ Vec Tracer::shade(int part, Vec p) const {
               Vec{0.45f, 0.60f, 0.90f} * (0.30f * clamp(dot(n, kFill))) * ao +
               lerp({0.24f, 0.26f, 0.20f}, {0.40f, 0.46f, 0.52f}, n.y * 0.5f + 0.5f) * (0.85f * ao);
   if (g.soft > 0) {
-    // Light that went in elsewhere: it fills the terminator and shows where the body is thin.
+    // Light that entered elsewhere: it fills the terminator and shows where the body is thin.
     float seep = clamp((dot(n, kKey) + 0.9f) / 1.9f) * 0.34f + 0.30f * (1 - facing) * (1 - facing);
     light = light + Vec{1.0f, 0.82f, 0.62f} * (g.soft * seep * (0.5f + 0.5f * ao));
   }
   Vec out = colour * light;
   if (g.metal > 0) {
-    // Lacquer mirrors the sun's window white and little else; metal mirrors all, in its own colour.
+    // Lacquer reflects little but the white light of the sun; metal reflects everything, in its own
+    // colour.
     Vec r = dir - n * (2 * dot(dir, n)), tint = lerp({1, 1, 1}, colour, g.metal);
     float glancing = std::pow(1 - facing, 4.0f);
     float sky = (g.metal + (1 - g.metal) * (0.12f + 0.88f * glancing)) * (0.45f + 0.55f * ao);
@@ -255,7 +257,8 @@ size_t pixel(int width, int x, int y) {
   return static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x);
 }
 
-// How many rays across a pixel needs: more beside another part or a strong step, most at the rim.
+// How many rays a pixel needs in each direction: more beside another part or a strong step, most at
+// the rim.
 int rays_across(const std::vector<Hit>& hits, int w, int h, int x, int y) {
   const Hit& q = hits[pixel(w, x, y)];
   int rays = 1;
@@ -280,7 +283,7 @@ void add_outline(std::vector<Hit>& px, int w, int h, Colour colour, float width)
     for (int x = 0; x < w; x++) {
       float a = px[pixel(w, x, y)].a;
       if (a <= 0) continue;
-      // Only a pixel at the shape's edge can reach outward.
+      // Only a pixel at the shape's edge can extend the outline.
       bool inside = x > 0 && y > 0 && x + 1 < w && y + 1 < h && px[pixel(w, x - 1, y)].a >= 1 &&
                     px[pixel(w, x + 1, y)].a >= 1 && px[pixel(w, x, y - 1)].a >= 1 &&
                     px[pixel(w, x, y + 1)].a >= 1;

@@ -8,8 +8,8 @@ namespace art {
 
 namespace {
 
-// A band that lies on the ground, seen from the front and above: broader towards the viewer. The
-// rule is even-odd, so that the inner edge cuts it open.
+// A band on the ground, seen from the front and above: broader towards the viewer. The fill rule is
+// even-odd, so that the inner edge cuts a hole.
 Path ground_band(double x, double y, double r, double wide, double flat) {
   return [=](cairo_t* k) {
     cairo_new_path(k);
@@ -32,15 +32,16 @@ Path ground_band(double x, double y, double r, double wide, double flat) {
 
 void draw_rings(const Cell& cell) {
   cairo_t* c = cell.ctx;
-  // Drawn 132 pixels left of the frog at its height, so that this point lies below its feet.
+  // The game draws it 132 pixels left of the frog at its height, so this point is below the frog's
+  // feet.
   const double x = 260, y = 250, flat = 0.40;
   const int rings = 3;
   soft_spot(c, x, y, 104, 104 * flat, {0.66, 1.0, 0.30},
             0.45 + 0.15 * std::cos(kTau * rings * cell.turn()));
-  // The outermost first: the younger ones are brighter.
+  // The outermost first: younger ones are brighter.
   for (int i = rings - 1; i >= 0; i--) {
     double k = std::fmod(rings * cell.turn(), 1.0) / rings + static_cast<double>(i) / rings;
-    // It leaves fast and slows down, as a wave does.
+    // It starts fast and slows down, like a wave.
     double out = 1 - std::pow(1 - k, 1.7), r = 40 + 192 * out;
     double alpha = smooth(0, 0.10, k) * (1 - smooth(0.55, 1.0, k)), wide = 26 - 16 * k;
     if (alpha <= 0.01) continue;
@@ -60,7 +61,7 @@ void glint(cairo_t* c, double x, double y, double size, double turn, Colour colo
 
 void draw_spark(const Cell& cell) {
   cairo_t* c = cell.ctx;
-  // A tenth of a second in all: it is at its largest at once, and scatters.
+  // A tenth of a second in all: it is largest at once, and then scatters.
   const double t = cell.run(), flash = 0.06 + 0.94 * std::pow(1 - t, 0.8) * smooth(-0.18, 0.16, t);
   soft_spot(c, 64, 64, 46 * flash, 46 * flash, {1, 0.90, 0.30}, 0.9);
   double ring = 14 + 42 * (1 - (1 - t) * (1 - t)), thick = 7 * (1 - t) + 1.4;
@@ -84,7 +85,7 @@ void draw_spark(const Cell& cell) {
 
 void draw_hearts(const Cell& cell) {
   cairo_t* c = cell.ctx;
-  // A rider blows them: they come from its lips, at the lower left, one behind the other, and sway
+  // A rider blows them: they come from its lips, at the lower left, one after the other, and sway
   // as they rise.
   const double t = cell.run();
   struct Start {
@@ -108,7 +109,7 @@ void draw_hearts(const Cell& cell) {
     cairo_save(c);
     cairo_translate(c, x, y);
     cairo_rotate(c, 0.34 * std::cos(kTau * 1.4 * u) * s.way);
-    // Squeezed as it beats.
+    // Squeezed by its beat.
     double beat = 1 + 0.10 * std::sin(kTau * 3 * u);
     cairo_scale(c, beat, 1 / beat);
     puff(c, heart(0, 0, size), s.colour, 0, 0, size * 1.25, 1.8, 0);
@@ -118,9 +119,9 @@ void draw_hearts(const Cell& cell) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    sheet("anim_grn_rings.png", 4096, 2048, 8, 4, 30, Play::kLoop, draw_rings),
-    sheet("anim_spark.tga", 512, 512, 4, 4, 16, Play::kOnce, draw_spark),
-    sheet("anim_hearts.tga", 512, 256, 8, 4, 30, Play::kOnce, draw_hearts),
+    sheet(SHEET_GRN_RINGS, 512, 512, Play::kLoop, draw_rings),
+    sheet(SHEET_SPARK, 128, 128, Play::kOnce, draw_spark),
+    sheet(SHEET_HEARTS, 64, 64, Play::kOnce, draw_hearts),
 };
 
 }  // namespace

@@ -1,12 +1,12 @@
 #include "art/file_list.h"
 
-#include <zlib.h>
-
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <vector>
+
+#include "operator/list_sum.h"
 
 namespace art {
 
@@ -14,26 +14,23 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// The reader has signed decimals, so a sum with its top bit set has a minus sign.
-constexpr uint32_t kStart = 0x63046310;
-
 struct FileSum {
   uint64_t size;
-  int32_t crc;
+  int32_t crc;  // signed, as the list has it
   bool whole;
 };
 
 FileSum file_sum(const fs::path& path) {
   std::ifstream in(path, std::ios::binary);
   std::vector<char> block(1 << 18);
-  uLong sum = ~kStart;  // zlib inverts a sum on the way in and out; this one is inverted at neither
+  uint32_t sum = LIST_SUM_START;
   uint64_t size = 0;
   while (in.read(block.data(), static_cast<std::streamsize>(block.size())) || in.gcount() > 0) {
     const auto count = static_cast<size_t>(in.gcount());
-    sum = crc32_z(sum, reinterpret_cast<const Bytef*>(block.data()), count);
+    sum = list_sum(sum, block.data(), count);
     size += count;
   }
-  return {size, static_cast<int32_t>(~static_cast<uint32_t>(sum)), in.eof() && !in.bad()};
+  return {size, static_cast<int32_t>(sum), in.eof() && !in.bad()};
 }
 
 bool is_program(const fs::directory_entry& entry, std::error_code& error) {
@@ -41,7 +38,7 @@ bool is_program(const fs::directory_entry& entry, std::error_code& error) {
          (entry.status(error).permissions() & fs::perms::owner_exec) != fs::perms::none;
 }
 
-// What an installation can't do without: its programs, and all below images/ and sounds/.
+// What an installation needs: its programs, and everything below images/ and sounds/.
 std::vector<fs::path> files_listed(const fs::path& outdir, std::error_code& error) {
   std::vector<fs::path> paths;
   for (fs::directory_iterator it(outdir, error), end; !error && it != end; it.increment(error))
@@ -55,12 +52,12 @@ std::vector<fs::path> files_listed(const fs::path& outdir, std::error_code& erro
   return paths;
 }
 
-// A list that is half written is never seen as a whole one.
+// A half-written list must never look complete.
 bool lines_write(const fs::path& list, const std::vector<std::string>& lines) {
   fs::path part = list;
   part += ".part";
   std::ofstream out(part, std::ios::binary);
-  // The last line needs its line break too, or the boot check does not see it.
+  // The last line needs its line break too; otherwise the boot check ignores it.
   for (const std::string& line : lines) out << line << "\n";
   out.close();
   std::error_code error;
@@ -83,7 +80,8 @@ int file_list_write(const std::string& outdir) {
     lines.push_back(name + " " + std::to_string(sum.size) + " " + std::to_string(sum.crc));
   }
   std::sort(lines.begin(), lines.end());
-  return lines_write(fs::path(outdir) / "lhpcrc.txt", lines) ? static_cast<int>(lines.size()) : -1;
+  return lines_write(fs::path(outdir) / FILE_LIST_NAME, lines) ? static_cast<int>(lines.size())
+                                                               : -1;
 }
 
 }  // namespace art

@@ -8,7 +8,7 @@ namespace art {
 
 namespace {
 
-// The leaf's curve seen from its foot: along it 0 to 1, to its side in pixels.
+// The leaf's curve from its foot: 0 to 1 along it, pixels to its side.
 struct Spine {
   Point foot, tip;
   double length, nx, ny;
@@ -23,7 +23,7 @@ struct Spine {
     Point p = mix(foot, tip, along);
     return {p.x + nx * side, p.y + ny * side};
   }
-  // On the middle rib, which bends as leaf() does.
+  // On the middle rib, which bends like leaf().
   Point rib(double t, double bend) const {
     double u = 1 - t, side = 3 * u * u * t * bend * 0.5 + 3 * u * t * t * bend;
     double along = 3 * u * u * t * 0.30 + 3 * u * t * t * 0.75 + t * t * t;
@@ -35,7 +35,7 @@ struct Spine {
   }
 };
 
-// The half of a leaf on the side given (1 or -1).
+// The half of a leaf on the given side (1 or -1).
 Path leaf_half(const Spine& s, double width, double bend, double side) {
   return [=](cairo_t* c) {
     Point a = s.at(0.30, side * width + bend * 0.5), b = s.at(0.75, side * width * 0.5 + bend);
@@ -162,7 +162,7 @@ void draw_bush(cairo_t* c, Rng& rng, double x, double y, double r, Colour colour
   fill(c, ellipse(x, y - r * 0.42, r * 0.86, r * 0.48), deep);
   const int dabs = static_cast<int>(40 + r * 2.2);
   for (int i = 0; i < dabs; i++) {
-    // From behind to the front, and from the top of the heap outward.
+    // From back to front, and from the top of the heap outwards.
     double front = static_cast<double>(i) / dabs, a = kTau * rng.unit();
     double spread = std::sqrt(rng.unit());
     double dx = std::cos(a) * spread, dy = std::sin(a) * spread;
@@ -282,7 +282,7 @@ void draw_lotus(cairo_t* c, double x, double y, double r, double open, Colour pe
   const double reach[] = {1.0, 0.94, 0.78}, spread[] = {0.50, 0.36, 0.22};
   for (int ring = 0; ring < 3; ring++) {
     for (int i = 0; i < 7; i++) {
-      // From the outside inward, so that the middle petals lie on top.
+      // From the outside inwards, so that the middle petals are on top.
       int order = i % 2 ? 6 - i / 2 : i / 2;
       double a = -kTau / 4 + (order - 3) * spread[ring] * open, length = r * reach[ring];
       Point tip{x + std::cos(a) * length, y + std::sin(a) * length * 0.8 + ring * r * 0.05};
@@ -307,7 +307,7 @@ void draw_pad(cairo_t* c, double x, double y, double rx, double ry, double notch
       cairo_save(k);
       cairo_translate(k, x, y - lift);
       cairo_scale(k, rx * grow, ry * grow);
-      // Grown, not turned: the rim swings in and out a little.
+      // Irregular, not turned on a lathe: the rim swings in and out a little.
       for (int i = 0; i <= 72; i++) {
         double a = notch + 0.13 + (kTau - 0.26) * i / 72;
         double r = 1 - 0.012 * (1 + std::sin(5 * a + 1)) - 0.07 * smooth(0.06, 0, i / 72.0) -
@@ -325,7 +325,7 @@ void draw_pad(cairo_t* c, double x, double y, double rx, double ry, double notch
     };
   };
   const double rim = ry * 0.10;
-  // The thick rim stands up from the water: first its outside, then the green inside.
+  // The thick rim rises from the water: first its outside, then the green inside.
   stroke(c, pad(1, 0), {0.03, 0.22, 0.08}, rx * 0.03 + 2);
   fill_linear(c, pad(1, 0), {x - rx, y}, {0.50, 0.72, 0.22}, {x + rx, y + ry}, {0.12, 0.40, 0.16});
   fill_linear(c, pad(0.985, rim * 0.6), {x - rx * 0.7, y - ry}, {0.72, 0.93, 0.40},

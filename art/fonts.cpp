@@ -12,28 +12,23 @@ namespace art {
 
 namespace {
 
-constexpr char kGlyphs[] =
-    "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ1234567890"
-    "!@#$%^&*()`~-_=+[{]}\\|;:'\",<.>/? ";
-static_assert(sizeof kGlyphs == 96);
-
 // The sign "@" stands for the money of the unit Euro.
 std::string glyph_text(int glyph) {
-  char ch = kGlyphs[glyph];
+  char ch = GLYPH_ORDER[glyph];
   return ch == '@' ? "\u20ac" : std::string(1, ch);
 }
 
 bool is_digit(int glyph) {
-  return std::strchr("0123456789", kGlyphs[glyph]) != nullptr;
+  return std::strchr("0123456789", GLYPH_ORDER[glyph]) != nullptr;
 }
 
-// Small letters are taller still: they have to be read from as far away.
+// Small letters are even taller, because they must be readable from the same distance.
 constexpr double kBaseline = 0.78, kTaller = 1.22, kSmallBaseline = 0.85, kSmallTaller = 1.40;
 
-// One size and one baseline for all; what is too wide is made narrower, digits to one width. The
-// face is broad and the cells are narrow: letters are drawn taller than they were cut. `over`
-// pixels on each side will be pared off again.
-// Returns how much narrower the glyph has become, 1: not at all.
+// One size and one baseline for all. Glyphs that are too wide are made narrower, digits all to the
+// same width. The face is broad and the cells are narrow, so letters are stretched upwards. `over`
+// pixels on each side will be trimmed off again. Returns by how much the glyph was narrowed, 1: not
+// at all.
 double fill_glyph(cairo_t* c, const Cell& cell, const char* text, double over) {
   const bool small = cell.height < 30;
   const double gutter = small ? 0.95 - over : cell.height * 0.03;
@@ -41,11 +36,11 @@ double fill_glyph(cairo_t* c, const Cell& cell, const char* text, double over) {
   const double size = cell.height * 0.86;
   const double baseline = cell.height * (small ? kSmallBaseline : kBaseline);
   Ink ink = words_path(c, text, Face::kChunky, size);
-  const char mark = kGlyphs[cell.frame];
+  const char mark = GLYPH_ORDER[cell.frame];
   const double k = is_digit(cell.frame) ? room * 0.92 / ink.width
                    : mark == '?'        ? std::min(1.3, room / ink.width)
                                         : std::min(1.0, room / ink.width);
-  // A mark that stands too high or hangs too low for the cell is moved into it.
+  // A mark that is too high or too low for the cell is moved into it.
   const double taller = small ? kSmallTaller : mark == '$' ? 1.0 : kTaller;
   const double tall = std::min(taller, (cell.height - 2 * gutter) / ink.height);
   const double top = ink.y * tall, foot = (ink.y + ink.height) * tall;
@@ -60,7 +55,7 @@ double fill_glyph(cairo_t* c, const Cell& cell, const char* text, double over) {
   return k;
 }
 
-// Paints a canvas `fine` times too large, white, with a rim of `pare` of its pixels taken off.
+// Paints a canvas `fine` times too large, in white, and trims a rim of `pare` of its pixels.
 void paint_pared(cairo_t* c, Canvas& big, int fine, double pare) {
   cairo_surface_flush(big.surface);
   const unsigned char* data = cairo_image_surface_get_data(big.surface);
@@ -102,11 +97,11 @@ constexpr PixelGlyph kPixelGlyphs[] = {
 };
 
 void draw_glyph_8x12(const Cell& cell) {
-  // No shades: what isn't the key colour is opaque.
+  // Without shades: everything except the key colour is opaque.
   cairo_t* c = cell.ctx;
   set(c, kWhite);
   for (const PixelGlyph& own : kPixelGlyphs) {
-    if (own.letter != kGlyphs[cell.frame]) continue;
+    if (own.letter != GLYPH_ORDER[cell.frame]) continue;
     for (int y = 0; y < 8; y++)
       for (int x = 0; x < 8; x++)
         if (own.rows[y] << x & 0x80) cairo_rectangle(c, x, y + 1, 1, 1);
@@ -128,7 +123,7 @@ void draw_glyph_8x12(const Cell& cell) {
 void draw_credit_digit(const Cell& cell) {
   const char digit = static_cast<char>('0' + cell.frame);
   Cell glyph = cell;
-  glyph.frame = static_cast<int>(std::strchr(kGlyphs, digit) - kGlyphs);
+  glyph.frame = static_cast<int>(std::strchr(GLYPH_ORDER, digit) - GLYPH_ORDER);
   draw_glyph_8x12(glyph);
 }
 
@@ -141,8 +136,8 @@ void draw_glyph_chunky(const Cell& cell) {
     paint_canvas(cell.ctx, glyph, 0, 0);
     return;
   }
-  // The face is fat: in small sizes its holes would close, so the letters are pared down, most
-  // where a broad one was squeezed.
+  // The face is heavy: in small sizes its holes would close. So the letters are trimmed, most where
+  // a broad one was narrowed.
   const int fine = 8;
   Canvas glyph(cell.width * fine, cell.height * fine);
   cairo_scale(glyph.ctx, fine, fine);
@@ -154,7 +149,7 @@ void draw_glyph_chunky(const Cell& cell) {
 
 void draw_jackpot_digit(const Cell& cell, int digit) {
   const std::string text(1, static_cast<char>('0' + digit));
-  // 150 pixels from one to the next, whatever the digit.
+  // 150 pixels from digit to digit.
   const double width = 126, height = 168, depth = 11;
   const Path ink = [=](cairo_t* c) {
     cairo_save(c);
@@ -172,31 +167,32 @@ void draw_jackpot_digit(const Cell& cell, int digit) {
   block(cell.ctx, ink, style, 18, 190);
 }
 
-// Sixteen glyphs to a row from the top left corner of a picture that may be larger.
-constexpr CatalogueRow font(const char* name, int width, int height, int glyph_width,
-                            int glyph_height, Draw draw) {
-  return {name,        width,        height,        16,          6,          95,
-          glyph_width, glyph_height, Play::kGlyphs, Twin::kNone, kTouchNone, draw};
+// Its glyphs lie at the top left of a picture that may be larger.
+constexpr CatalogueRow font(Font index, int width, int height, Draw draw) {
+  const FontRow& row = FONTS[index];
+  return {row.file,      width,       height,          GLYPH_COLUMNS,
+          GLYPH_ROWS,    GLYPH_COUNT, row.glyph_width, row.glyph_height,
+          Play::kGlyphs, Twin::kNone, kTouchNone,      draw};
 }
 
 constexpr CatalogueRow kRows[] = {
-    still("jack_0.tga", 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 0); }),
-    still("jack_1.tga", 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 1); }),
-    still("jack_2.tga", 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 2); }),
-    still("jack_3.tga", 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 3); }),
-    still("jack_4.tga", 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 4); }),
-    still("jack_5.tga", 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 5); }),
-    still("jack_6.tga", 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 6); }),
-    still("jack_7.tga", 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 7); }),
-    still("jack_8.tga", 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 8); }),
-    still("jack_9.tga", 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 9); }),
-    font("fonts/font8x12.bmp", 128, 72, 8, 12, draw_glyph_8x12),
-    font("fonts/zoinks11x17.tga", 256, 128, 11, 17, draw_glyph_chunky),
-    font("fonts/zoinks14x22.tga", 256, 256, 14, 22, draw_glyph_chunky),
-    font("fonts/zoinks29x43.tga", 512, 512, 29, 43, draw_glyph_chunky),
-    font("fonts/zoinks58x90.tga", 1024, 1024, 58, 90, draw_glyph_chunky),
-    font("fonts/zoinks78x120.tga", 2048, 1024, 78, 120, draw_glyph_chunky),
-    {"fonts/numbers_credits.bmp", 80, 12, 10, 1, 10, 8, 12, Play::kGlyphs, Twin::kNone, kTouchNone,
+    still(PANEL_JACK_0, 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 0); }),
+    still(PANEL_JACK_1, 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 1); }),
+    still(PANEL_JACK_2, 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 2); }),
+    still(PANEL_JACK_3, 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 3); }),
+    still(PANEL_JACK_4, 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 4); }),
+    still(PANEL_JACK_5, 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 5); }),
+    still(PANEL_JACK_6, 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 6); }),
+    still(PANEL_JACK_7, 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 7); }),
+    still(PANEL_JACK_8, 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 8); }),
+    still(PANEL_JACK_9, 256, 256, [](const Cell& c) { draw_jackpot_digit(c, 9); }),
+    font(FONT_8X12, 128, 72, draw_glyph_8x12),
+    font(FONT_11X17, 256, 128, draw_glyph_chunky),
+    font(FONT_14X22, 256, 256, draw_glyph_chunky),
+    font(FONT_29X43, 512, 512, draw_glyph_chunky),
+    font(FONT_58X90, 1024, 1024, draw_glyph_chunky),
+    font(FONT_78X120, 2048, 1024, draw_glyph_chunky),
+    {NUMBER_FONT_FILE, 80, 12, 10, 1, 10, 8, 12, Play::kGlyphs, Twin::kNone, kTouchNone,
      draw_credit_digit},
 };
 

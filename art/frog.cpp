@@ -13,13 +13,13 @@ namespace art {
 namespace {
 
 constexpr float kPi = static_cast<float>(kTau / 2);
-// The ground under the frog's middle; its heels end at the cell's foot, y 248.
+// The ground under the frog's middle; its heels end at the foot of the cell, y 248.
 constexpr ClayCamera kCamera{50, 30, {128, 201}};
 constexpr Colour kOutline{0.03, 0.18, 0.05};
 
 void draw_scene(const Cell& cell, const FrogPose& pose, ClayScene& scene) {
   Canvas canvas(cell.width, cell.height);
-  // The shadow stays on the ground below, and is the smaller the higher the frog is.
+  // The shadow stays on the ground, and gets smaller as the frog rises.
   Vec middle = frog_head_point(pose, {0, 0, -0.9f});
   float high = 1 / (1 + 0.42f * std::max(0.0f, middle.y - 0.9f));
   const double rx = 80 * high, ry = 34 * high;
@@ -34,8 +34,9 @@ void draw_pose(const Cell& cell, const FrogPose& pose) {
   draw_scene(cell, pose, scene);
 }
 
-// A hop's key poses. Its cell slides a lane's height at an even pace during the hop, so what stands
-// on the ground goes backward in the cell before the leap and comes in from ahead after it.
+// The key poses of a hop. During the hop its cell moves the height of a lane at a steady pace, so
+// anything on the ground moves backwards in the cell before the leap, and comes in from ahead after
+// it.
 std::vector<FrogKey> hop_keys() {
   constexpr float kSlide = 2.43f / 15;  // units of ground for each frame
   const FrogPose sit = frog_sitting();
@@ -129,7 +130,7 @@ void draw_frog_hop(const Cell& cell) {
   draw_pose(cell, pose_between(keys, static_cast<float>(cell.frame)));
 }
 
-// The breath that all idle sheets share, at its end in the first frame and in the last.
+// The breath of all idle sheets, at its end in the first frame and in the last.
 void breathe(FrogPose& pose, float t) {
   pose.breathe = 0.5f - 0.5f * std::cos(4 * kPi * t);
   pose.tall *= 1 + 0.035f * pose.breathe;
@@ -145,7 +146,7 @@ void draw_frog_breathe(const Cell& cell) {
   FrogPose pose = frog_sitting();
   float t = static_cast<float>(cell.run());
   breathe(pose, t);
-  // The second breath becomes a call: the bubbles swell, quiver and go.
+  // The second breath becomes a croak: the bubbles swell, quiver and shrink.
   float call = ease(t, 0.52f, 0.68f) - ease(t, 0.84f, 0.94f);
   pose.bubbles = pose.pouch = call * (0.92f + 0.08f * std::cos(2 * kPi * 9 * t));
   pose.head_pitch_deg += 9 * call;
@@ -161,7 +162,7 @@ void draw_frog_look_round(const Cell& cell) {
   FrogPose pose = frog_sitting();
   float t = static_cast<float>(cell.run());
   breathe(pose, t);
-  // A dip the other way, the eyes, then the head, then the body: each a little after the last.
+  // A dip the other way, the eyes, then the head, then the body: each a little later than the last.
   auto aside = [&](float late) {
     float u = t - late;
     return 0.12f * bump((u - 0.02f) / 0.12f) - ease(u, 0.08f, 0.20f) +
@@ -180,7 +181,7 @@ void draw_frog_look_round(const Cell& cell) {
   float lifted = std::fabs(head);
   pose.pitch_deg = 9 * lifted;
   pose.hips.y += 0.06f * lifted;
-  // A blink goes with each turn, as it does with all that have lids.
+  // It blinks with each turn, like all animals with lids.
   blink(pose, t, 0.12f);
   blink(pose, t, 0.44f);
   blink(pose, t, 0.66f);
@@ -223,7 +224,7 @@ void draw_frog_yawn(const Cell& cell) {
   pose.head_yaw_deg = 14 * lean;
   pose.lid[1] = 0.95f * up;
   pose.lid[0] = 0.55f * up;
-  // Then it yawns: down first, the head far back, and the tongue whips home.
+  // Then it yawns: down first, the head far back, and the tongue whips back.
   float down = bump((t - 0.50f) / 0.12f);
   float yawn = ease(t, 0.55f, 0.68f) - ease(t, 0.82f, 0.90f);
   float out = ease(t, 0.62f, 0.74f) - ease(t, 0.83f, 0.87f);
@@ -246,7 +247,7 @@ void draw_frog_win(const Cell& cell) {
   draw_pose(cell, frog_dance(static_cast<float>(cell.frame)));
 }
 
-// Seen from the front, sitting: it has to read at half an inch.
+// Sitting, seen from the front: it must be recognisable at half an inch.
 FrogPose icon_pose() {
   FrogPose pose = frog_upright();
   pose.yaw_deg = 180;
@@ -263,8 +264,8 @@ void draw_frog_icon(const Cell& cell, const FrogPose& pose, double scale, Point 
   paint_canvas(cell.ctx, canvas, 0, 0);
 }
 
-// It stands behind a slash, which the price of a swipe has right in its cell, at x 36 to 50 and y
-// 50 to 72: it sits at the right and waves above that.
+// It follows a slash, which the price of a swipe has inside this cell, at x 36 to 50 and y 50 to
+// 72. So the frog sits at the right and waves above that.
 void draw_frog_waving(const Cell& cell) {
   FrogPose pose = icon_pose();
   pose.roll_deg = -4;
@@ -276,17 +277,17 @@ void draw_frog_waving(const Cell& cell) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    sheet("anim_gfrog_win.tga", 4096, 2048, 16, 8, 88, Play::kOnce, draw_frog_win),
-    sheet("anim_gfrog_idle2.tga", 4096, 1024, 16, 4, 60, Play::kOnce, draw_frog_look_round),
-    sheet("anim_gfrog_idle3.tga", 4096, 1024, 16, 4, 60, Play::kOnce, draw_frog_yawn),
-    sheet("anim_gfrog_idle1.tga", 4096, 1024, 16, 4, 60, Play::kLoop, draw_frog_breathe),
-    sheet("anim_gfrog.tga", 2048, 512, 8, 2, 15, Play::kOnce, draw_frog_hop),
+    sheet(SHEET_GFROG_WIN, 256, 256, Play::kOnce, draw_frog_win),
+    sheet(SHEET_GFROG_IDLE2, 256, 256, Play::kOnce, draw_frog_look_round),
+    sheet(SHEET_GFROG_IDLE3, 256, 256, Play::kOnce, draw_frog_yawn),
+    sheet(SHEET_GFROG_IDLE1, 256, 256, Play::kLoop, draw_frog_breathe),
+    sheet(SHEET_GFROG, 256, 256, Play::kOnce, draw_frog_hop),
     // 52 pixels from one to the next; the middle one stands under a line of words.
-    still("frogicon.tga", 64, 64,
+    still(PANEL_FROGICON, 64, 64,
           [](const Cell& c) { draw_frog_icon(c, icon_pose(), 11.2, {32, 42}); }),
-    still("frogiconmed.tga", 128, 128,
+    still(PANEL_FROGICONMED, 128, 128,
           [](const Cell& c) { draw_frog_icon(c, icon_pose(), 19.5, {64, 88}); }),
-    still("frogiconlrg.tga", 128, 128, draw_frog_waving),
+    still(PANEL_FROGICONLRG, 128, 128, draw_frog_waving),
 };
 
 }  // namespace

@@ -7,10 +7,10 @@ namespace art {
 
 namespace {
 
-// The dance is only ever seen on the far bank, where the screen ends 54 pixels above the cell's
-// foot. So the frog comes forward once it has turned, and dances low, its face between its knees.
+// The dance is only seen on the far bank, where the screen ends 54 pixels above the cell's foot. So
+// the frog comes forward once it has turned, and dances low, its face between its knees.
 constexpr float kForward = -1.06f;
-constexpr float kBeat = 8;  // frames from one hip to the other
+constexpr float kBeat = 8;  // frames from hip to hip
 
 const FrogLimb kPlanted{{1.36f, 0.24f, 0.22f}, {0.62f, -0.12f, 0.80f}, {0.9f, 0.55f, 0.35f}};
 const FrogLimb kLifted{{2.15f, 0.70f, 0.50f}, {0.80f, 0.55f, 0.10f}, {0.6f, 0.80f, 0.25f}};
@@ -34,7 +34,7 @@ FrogPose facing() {
   return pose;
 }
 
-// The weight on one foot, that hip pushed out and a hand on it; the other arm and leg fly.
+// Weight on one foot, that hip pushed out and a hand on it; the other arm and leg fly.
 FrogPose hip(float side) {
   FrogPose pose = facing();
   const int down = side > 0 ? 1 : 0, up = 1 - down;
@@ -134,7 +134,7 @@ std::vector<FrogKey> dance_keys() {
   key(15, land);
   key(17, squat(0.8f));
 
-  // It sees who is there: up with both arms.
+  // It sees the player: both arms up.
   FrogPose joy = facing();
   joy.hips.y = 1.12f;
   joy.tall = 1.14f;
@@ -149,7 +149,7 @@ std::vector<FrogKey> dance_keys() {
   for (int beat = 0; beat < 4; beat++) {
     const float frame = 27 + kBeat * static_cast<float>(beat), way = beat % 2 ? -1.0f : 1.0f;
     key(frame, hip(way));
-    // A moment's weight on the hip before it goes over.
+    // Its weight rests on the hip for a moment before it changes sides.
     FrogPose sit_in = hip(way);
     sit_in.hips.y -= 0.05f;
     sit_in.sway *= 1.12f;
@@ -157,7 +157,7 @@ std::vector<FrogKey> dance_keys() {
     if (beat < 3) key(frame + kBeat - 3, passing());
   }
 
-  // Down, and round once in the air with the arms held in.
+  // Down, and one turn in the air with the arms held in.
   FrogPose low = squat(1);
   low.move.z += 0.06f;
   key(57.5f, low);
@@ -182,7 +182,7 @@ std::vector<FrogKey> dance_keys() {
   down.mouth = 0.3f;
   key(68, down);
 
-  // And there it is.
+  // And the final pose.
   FrogPose bow = facing();
   bow.yaw_deg = 540;
   bow.hips = {0, 0.80f, -0.34f};
@@ -190,7 +190,7 @@ std::vector<FrogKey> dance_keys() {
   bow.head_pitch_deg = -17;
   bow.tall = 1.12f;
   bow.mouth = 0.68f;
-  bow.move.z += 0.18f;  // or its chin would leave the cell
+  bow.move.z += 0.18f;  // otherwise its chin would leave the cell
   bow.cheer = 0.3f;
   FrogLimb out = kOut;
   out.at = {2.35f, 1.75f, 0.80f};
@@ -211,7 +211,7 @@ std::vector<FrogKey> dance_keys() {
 FrogPose frog_dance(float frame) {
   static const std::vector<FrogKey> keys = dance_keys();
   FrogPose pose = pose_between(keys, frame);
-  // Head, eyes and hands follow a little later than what carries them.
+  // Head, eyes and hands follow a little later than the body.
   const FrogPose late = pose_between(keys, frame - 1.6f);
   pose.head_roll_deg = late.head_roll_deg;
   for (int i : {0, 1}) {

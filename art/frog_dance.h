@@ -1,4 +1,4 @@
-// The dance of a frog that has crossed.
+// The dance of a frog that got across.
 #pragma once
 
 #include "art/frog_pose.h"

@@ -32,7 +32,7 @@ ClayFrame head_turn(float yaw_deg, float pitch_deg, float roll_deg) {
   return frame_within(frame_yaw(yaw_deg), frame_within(pitch, roll));
 }
 
-// The body of a pose: its frame among the limbs, its squash, and the head on it.
+// The body of a pose: its position among the limbs, its squash, and the head on it.
 struct Build {
   FrogPose pose;
   ClayFrame ground;  // the frog's own axes in the world
@@ -47,7 +47,7 @@ struct Build {
     body.x = x * rk - y * rs;
     body.y = y * rk + x * rs;
     body.z = {0, s, k};
-    // What grows along one axis shrinks along the others.
+    // Growth along one axis shrinks the others.
     float wide = 1 / std::sqrt(p.tall * p.slim);
     scale = {wide, p.tall, p.slim};
     body.at = p.hips + body.y * 0.10f + body.z * (0.85f * p.slim);
@@ -79,11 +79,11 @@ struct Mouth {
   explicit Mouth(const FrogPose& pose) : open(0.90f * pose.mouth), curve(0.30f * pose.smile) {}
   float upper(float x) const { return kMouthHigh + curve * x * x + 0.10f * open; }
   float gap(float x) const { return open * std::max(0.0f, 1 - x * x / (kMouthWide * kMouthWide)); }
-  // Below 0 within the opening.
+  // Negative inside the opening.
   float outside(Vec q) const {
     float x = std::fabs(q.x), half = 0.5f * gap(x);
     float d = std::fabs(q.y - (upper(x) - half)) - half;
-    // Shallow at its corners, or one would see through the cheeks.
+    // Shallow at its corners; otherwise one could see through the cheeks.
     return std::max(d, std::max(x - kMouthWide, kMouthBack + 0.5f * x * x - q.z));
   }
 };
@@ -174,7 +174,7 @@ ClayPart body_part(const Build& build) {
   return body;
 }
 
-// The bubbles that a calling frog blows up at the sides of its head.
+// The bubbles at the sides of the head of a croaking frog.
 void add_bubbles(ClayScene& scene, const Build& build) {
   float size = 0.62f * build.pose.bubbles;
   if (size < 0.06f) return;
@@ -203,7 +203,7 @@ void add_mouth_tongue(ClayScene& scene, const Build& build) {
   scene.push_back(tongue);
 }
 
-// Lids that meet in an arc bent upward, as in a laugh: the lower one comes most of the way.
+// Lids that meet in an upward arc, as in a laugh: the lower one moves most of the way.
 struct GladLids {
   float glee;
   Vec skin, ink;
@@ -211,7 +211,7 @@ struct GladLids {
   float edge(float open_at, float x) const {
     return open_at + (0.38f - 0.70f * x * x - open_at) * std::min(1.0f, glee / 0.85f);
   }
-  // Whether they cover the eye where it faces n, in the head's axes; if so, in which colour.
+  // Whether they cover the eye in direction n, in the head's axes; if so, with which colour.
   bool cover(Vec n, Vec& colour) const {
     const float in = std::max(n.y - edge(1.1f, n.x), edge(-0.9f, n.x) - n.y);
     if (glee <= 0 || in < 0) return false;
@@ -262,7 +262,7 @@ ClayPart frog_eye(const Build& build, float side) {
   return g;
 }
 
-// The joint between two bones; bones that are too short for the way are stretched.
+// The joint between two bones; bones that are too short are stretched.
 Vec joint(Vec a, Vec b, float upper, float lower, Vec bend) {
   Vec d = b - a;
   float far = std::max(0.05f, length(d)), reach = upper + lower;
@@ -277,9 +277,9 @@ struct Digits {
   float spread, reach, thick, tip;
 };
 
-// Three toes with round pads and a web between, spread round the way they point.
+// Three toes with round pads and a web between, spread round their direction.
 void add_digits(ClayPart& g, Vec from, Vec toward, const Digits& d, Vec skin, Vec light) {
-  // The plane they spread in turns from the ground's to the viewer's as they are raised.
+  // The plane of the toes turns from the ground's to the viewer's as they are raised.
   Vec side = unit(cross({0, 1, -toward.y}, toward));
   Vec tips[3];
   for (int i = -1; i <= 1; i++) {
@@ -300,7 +300,7 @@ void add_leg(ClayScene& scene, const Build& build, int which) {
   Vec hip = build.body.out(build.in_body({side * 0.68f, -0.12f, -0.82f}));
   Vec ankle = limb.at, toward = unit(limb.toward);
   Vec knee = joint(hip, ankle, 1.12f, 1.30f, limb.bend);
-  // A stretched leg is a thin one.
+  // A stretched leg is thinner.
   float thin = std::clamp(std::sqrt(2.0f / std::max(0.5f, length(ankle - hip))), 0.78f, 1.0f);
   ClayPart leg;
   leg.blend = 0.17f;
@@ -313,7 +313,7 @@ void add_leg(ClayScene& scene, const Build& build, int which) {
   add_digits(leg, ankle + toward * 0.14f, toward, {0.46f, 0.58f, 0.17f, 0.22f}, skin, light);
   const Vec band = linear(kSpotGreen);
   leg.paint = [=](Vec p, Vec c) {
-    // Two patches over the thigh, as the spots go on there.
+    // Two patches on the thigh continue the spots.
     Vec along = knee - hip;
     float t = dot(p - hip, along) / std::max(0.01f, dot(along, along));
     float above = p.y - (hip.y + along.y * t);
@@ -369,7 +369,7 @@ Vec frog_head_point(const FrogPose& pose, Vec p) {
 
 ClayPart frog_tongue(std::span<const Vec> path, float thick, float lump) {
   ClayPart tongue;
-  // Wider than a piece is long, so that the seams between them don't show.
+  // Wider than a segment is long, so that the seams between segments don't show.
   tongue.blend = 0.15f;
   tongue.gloss = 1.3f;
   const Vec sticky{1.0f, 0.30f, 0.32f};

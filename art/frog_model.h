@@ -9,8 +9,8 @@ namespace art {
 
 ClayScene frog_scene(const FrogPose& pose);
 
-// Where a point of the head lies in the world: (0, 0, 0) is its middle, (0, 0, 1) the tip of its
-// snout.
+// The position of a point of the head in the world: (0, 0, 0) is its middle, (0, 0, 1) the tip of
+// its snout.
 Vec frog_head_point(const FrogPose& pose, Vec p);
 
 // A tongue along points of the world, thick at its root, with a sticky lump at its end.

@@ -14,7 +14,7 @@ constexpr size_t kNumbers = sizeof(FrogPose) / sizeof(float);
 static_assert(std::is_trivially_copyable_v<FrogPose> && sizeof(FrogPose) % sizeof(float) == 0);
 using Numbers = std::array<float, kNumbers>;
 
-// The slope through the middle one of three values that never carries beyond it.
+// The slope through the middle one of three values, without overshoot.
 float slope(float before, float after) {
   return before * after <= 0 ? 0 : 2 * before * after / (before + after);
 }

@@ -10,7 +10,7 @@ namespace art {
 
 namespace {
 
-// The goal stands round the middle of the pad that the jackpot's figure is on.
+// The goal surrounds the middle of the pad where the jackpot's figure is.
 constexpr Point kGoal{256, 92};
 constexpr double kPostTop = 70, kPostFoot = 124;
 
@@ -40,7 +40,7 @@ void draw_sunburst(const Cell& cell) {
   cairo_restore(c);
 }
 
-// A rope that hangs between two points.
+// A rope between two points.
 Point on_rope(Point a, Point b, double sag, double t) {
   Point p = mix(a, b, t);
   return {p.x, p.y + 4 * sag * t * (1 - t)};
@@ -78,7 +78,7 @@ void draw_bunting(const Cell& cell, Point a, Point b, double sag, int count, int
   }
 }
 
-// A chequered flag that flies from a post, to the side given (1 or -1).
+// A chequered flag on a post, flying to the given side (1 or -1).
 void draw_chequered_flag(const Cell& cell, Point at, double side) {
   cairo_t* c = cell.ctx;
   const int columns = 6, rows = 4;

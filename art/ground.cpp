@@ -12,13 +12,13 @@ double ragged(double x, double y, double high, uint32_t seed) {
   return y + high * (fbm(x / 74, 0.5, seed, 4) - 0.47) * 2 + high * 0.14 * std::sin(x / 19);
 }
 
-// 1 on a thin crest of the noise, 0 off it.
+// 1 on a thin crest of the noise, 0 elsewhere.
 double crest(double value, double at, double width) {
   return 1 - smooth(0, width, std::fabs(value - at));
 }
 
 Colour far_bank(double x, double y) {
-  // Haze at the very top, then a sunlit lawn that turns deeper towards the water.
+  // Haze at the very top, then a sunlit lawn that gets darker towards the water.
   double t = clamp01(y / 58), broad = fbm(x / 60, y / 18, 9, 3);
   Colour k = mix({0.76, 0.88, 0.56}, {0.40, 0.66, 0.22}, smooth(0.05, 0.85, t));
   k = mix(k, {0.24, 0.50, 0.16}, (0.2 + 0.6 * t) * broad);
@@ -41,7 +41,7 @@ Colour moss(double x, double y) {
   return dim(mix({0.20, 0.38, 0.10}, {0.50, 0.66, 0.20}, broad), 0.76 + 0.46 * fine);
 }
 
-// What stands on the far bank, upside down in the water below it and drawn out by the waves.
+// The far bank's reflection: upside down in the water and stretched by the waves.
 Colour reflection(double x, double depth, double wave) {
   double at = x + 9 * (wave - 0.5);
   double tall = fbm(at / 27, 3.5, 51, 3), tint = noise(at / 13, depth / 60, 52);
@@ -54,21 +54,21 @@ Colour water(double x, double y, double far_y, double near_y) {
   const double warp = fbm(x / 150, y / 46, 41, 3);
   const double wave = fbm(x / (46 + 60 * t) + 2.2 * warp, y / (4.5 + 6 * t), 21, 4);
   const double pool = fbm(x / 210 + warp, y / 58, 22, 3);
-  // Deep under the far bank, light over the shallows at the near one.
+  // Deep at the far bank, light over the shallows at the near one.
   Colour k = mix({0.03, 0.28, 0.46}, {0.05, 0.44, 0.68}, smooth(0, 0.42, t));
   k = mix(k, {0.16, 0.68, 0.84}, smooth(0.34, 0.92, t));
   k = mix(k, {0.02, 0.24, 0.44}, 0.75 * smooth(0.56, 0.26, pool) * (1 - 0.5 * t));
   k = mix(k, {0.20, 0.72, 0.84}, 0.55 * smooth(0.44, 0.74, pool) * (0.35 + 0.65 * t));
   k = mix(k, {0.02, 0.20, 0.38}, 0.55 * smooth(0.47, 0.30, wave));
   k = mix(k, {0.36, 0.78, 0.88}, 0.32 * smooth(0.52, 0.68, wave));
-  // The web of light on the shallow floor.
+  // The web of light on the shallow bottom.
   double web = fbm(x / 46 + 1.6 * fbm(x / 30, y / 15, 45, 2), y / 17, 46, 2);
   k = mix(k, {0.72, 0.96, 0.94}, 0.26 * crest(web, 0.38, 0.035) * smooth(0.35, 1, t));
-  // The far bank mirrored, in strips that the waves cut.
+  // The far bank's reflection, in strips cut by the waves.
   double mirrored = smooth(86, 8, depth + 60 * (wave - 0.5));
   k = mix(k, reflection(x, depth, wave), 0.86 * mirrored);
   k = mix(k, {0.01, 0.10, 0.14}, 0.66 * smooth(14, 0, depth));
-  // The near bank's moss darkens the water before it; its floor shines through.
+  // The near bank's moss darkens the water in front of it; the bottom shines through.
   double lip = near_y - y;
   k = mix(k, mix({0.10, 0.42, 0.40}, {0.46, 0.66, 0.46}, fbm(x / 24, y / 8, 48, 3)),
           0.66 * smooth(26, 2, lip));
@@ -76,7 +76,7 @@ Colour water(double x, double y, double far_y, double near_y) {
   // The sky's light from the upper left.
   double sky = smooth(900, 0, std::hypot((x - 330) * 0.8, (y - 40) * 2.6));
   k = mix(k, {0.66, 0.90, 0.92}, 0.10 * sky);
-  // Both sides of the river lie in the shade of the leaves there.
+  // Both sides of the river are in the shade of the leaves there.
   double side = std::fmin(x, kScreenWidth - x);
   return mix(k, {0.01, 0.14, 0.24}, 0.40 * smooth(210, 0, side));
 }

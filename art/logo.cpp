@@ -25,7 +25,7 @@ void draw_water_lily(cairo_t* c, double x, double y, double size) {
                         {5, 0.54, 0.20, {1.0, 0.62, 0.80}, {1.0, 0.93, 0.96}}};
   for (const Ring& ring : rings) {
     for (int i = 0; i < ring.petals; i++) {
-      // From the sides to the middle, so that the front ones lie on top.
+      // From the sides to the middle, so that the front ones are on top.
       const int order = i % 2 ? ring.petals - 1 - i / 2 : i / 2;
       const double a = -kTau / 4 + (order - (ring.petals - 1) / 2.0) * (2.7 / ring.petals);
       const Point root{x, y - size * ring.lift * 0.3};
@@ -42,7 +42,7 @@ void draw_water_lily(cairo_t* c, double x, double y, double size) {
 }
 
 void draw_logo_pad(cairo_t* c) {
-  // Water round the pad makes the name stand out from any scene behind it.
+  // The water round the pad sets the name off from any scene behind it.
   const Path water = ellipse(512, 408, 498, 96);
   stroke(c, water, {0.01, 0.10, 0.26}, 10);
   raise(c, water, ramp({0, 312}, {0.12, 0.48, 0.82}, {0, 504}, {0.04, 0.28, 0.62}),
@@ -188,7 +188,7 @@ void draw_logo(const Cell& cell) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    still("lilyhoplogo.tga", 1024, 512, draw_logo),
+    still(PANEL_LILYHOPLOGO, 1024, 512, draw_logo),
 };
 
 }  // namespace

@@ -50,7 +50,7 @@ void draw_ribbon(cairo_t* c, double x, double y, double w, double h, Colour colo
         {9, 0.6, 0.5, 0});
 }
 
-// A fox with a conjurer's hat and half an eye on you.
+// A fox with a conjurer's hat and one eye half closed.
 ClayScene sly_fox() {
   const Vec fur = linear({0.98, 0.48, 0.12}), cream = linear({1.0, 0.93, 0.80});
   const Vec dark = linear({0.26, 0.10, 0.06});
@@ -65,7 +65,7 @@ ClayScene sly_fox() {
   head.limb({0, -0.26f, -0.55f}, 0.46f, {0, -0.46f, -1.20f}, 0.22f, cream);
   head.paint = [=](Vec p, Vec colour) {
     if (p.y > 0.86f && std::fabs(p.x) > 0.9f) return dark;
-    // The bridge of the nose is fur again, and a grin goes up at one side.
+    // The bridge of the nose is fur again; the grin rises on one side.
     const float grin = -0.66f + 0.52f * p.x * p.x + 0.12f * p.x;
     if (p.z < -0.2f && std::fabs(p.y - grin) < 0.034f && std::fabs(p.x) < 0.66f) return dark;
     const float bridge = step_s(-0.30f, -0.10f, p.y + 0.5f * p.x * p.x);
@@ -175,118 +175,9 @@ void draw_mark_orb(const Cell& cell) {
   block_words(c, "ORB GAMES", 112, style, 256, 440, 496);
 }
 
-// Sun and river in a valley, in enamel with wires of gold between the fields.
-void draw_mark_tovali(const Cell& cell) {
-  cairo_t* c = cell.ctx;
-  const Path plate = star(256, 214, 190, 190 * 0.866, 6),
-             field = star(256, 214, 164, 164 * 0.866, 6);
-  stroke(c, plate, {0.24, 0.09, 0.02}, 26);
-  stroke(c, plate, {0.96, 0.66, 0.12}, 14);
-  raise(c, plate, ramp({0, 10}, {1.0, 0.90, 0.40}, {0, 420}, {0.96, 0.60, 0.08}),
-        {16, 0.9, 0.8, 0.9});
-  const Colour wire{1.0, 0.82, 0.30}, wire_dark{0.36, 0.16, 0.02};
-  auto enamel = [&](const Path& shape, Colour top, Colour foot, double y0, double y1) {
-    cairo_save(c);
-    field(c);
-    cairo_clip(c);
-    stroke(c, shape, wire_dark, 15);
-    stroke(c, shape, wire, 9);
-    raise(c, shape, ramp({0, y0}, top, {0, y1}, foot), {9, -0.5, 0.5, 0});
-    cairo_restore(c);
-  };
-  enamel(field, {0.20, 0.40, 0.90}, {1.0, 0.80, 0.62}, 40, 270);
-  enamel(circle(256, 196, 62), {1.0, 0.94, 0.40}, {1.0, 0.50, 0.10}, 134, 258);
-  for (double side : {-1.0, 1.0}) {
-    auto slope = [=](double top, double near, double foot) {
-      return Path([=](cairo_t* k) {
-        cairo_new_path(k);
-        cairo_move_to(k, 256 + side * 210, top);
-        cairo_curve_to(k, 256 + side * 130, top + 30, 256 + side * near, foot - 70,
-                       256 + side * near * 0.2, foot);
-        cairo_line_to(k, 256 + side * 40, 440);
-        cairo_line_to(k, 256 + side * 230, 440);
-        cairo_close_path(k);
-      });
-    };
-    enamel(slope(110, 90, 286), {0.10, 0.66, 0.56}, {0.02, 0.36, 0.40}, 110, 300);
-    enamel(slope(196, 84, 346), {0.42, 0.84, 0.34}, {0.06, 0.48, 0.26}, 200, 360);
-  }
-  enamel(
-      [](cairo_t* k) {
-        cairo_new_path(k);
-        cairo_move_to(k, 250, 268);
-        cairo_curve_to(k, 300, 300, 210, 322, 216, 420);
-        cairo_line_to(k, 312, 420);
-        cairo_curve_to(k, 290, 340, 322, 308, 262, 268);
-        cairo_close_path(k);
-      },
-      {0.70, 0.94, 1.0}, {0.14, 0.56, 0.92}, 270, 390);
-  Block style = kCreamLetters;
-  style.top = kWhite;
-  style.bottom = {0.66, 0.96, 0.82};
-  style.side = {0.06, 0.52, 0.46};
-  style.ink = {0.01, 0.16, 0.20};
-  style.rim = 10;
-  style.depth = 9;
-  style.relief = {13, 0.9, 0.7, 0.2};
-  block_words(c, "TOVALI", 120, style, 256, 430, 470);
-}
-
-// A rosette with a gold heart, as on a prize.
-void draw_mark_play_to_win(const Cell& cell) {
-  cairo_t* c = cell.ctx;
-  for (double side : {-1.0, 1.0}) {
-    const double x = 256 + side * 74;
-    const Path tail = polygon({{x - 52, 330},
-                               {x + 52, 330},
-                               {x + side * 40 + 52, 496},
-                               {x + side * 40, 462},
-                               {x + side * 40 - 52, 496}});
-    stroke(c, tail, {0.20, 0.02, 0.04}, 10);
-    raise(c, tail, ramp({0, 330}, {0.50, 0.04, 0.08}, {0, 496}, {0.86, 0.14, 0.14}),
-          {10, 0.6, 0.2, 0});
-  }
-  const Path frill = [](cairo_t* k) {
-    cairo_new_path(k);
-    for (int i = 0; i < 240; i++) {
-      const double a = kTau * i / 240, r = 214 + 15 * std::cos(18 * a);
-      cairo_line_to(k, 256 + r * std::sin(a), 238 - r * std::cos(a));
-    }
-    cairo_close_path(k);
-  };
-  stroke(c, frill, {0.20, 0.02, 0.04}, 10);
-  raise(c, frill,
-        [](cairo_t* k) {
-          set(k, {0.94, 0.20, 0.16});
-          cairo_paint(k);
-          for (int i = 0; i < 18; i++) {
-            const double a = kTau * (i + 0.5) / 18;
-            stroke(k, capsule({256, 238}, 1, {256 + 230 * std::sin(a), 238 - 230 * std::cos(a)}, 1),
-                   {0.62, 0.04, 0.08}, 14);
-          }
-        },
-        {16, 0.8, 0.3, 0});
-  draw_medal(c, 256, 238, 182, {0.10, 0.30, 0.78}, {0.16, 0.44, 0.92}, 14);
-  Block style = kCreamLetters;
-  style.top = kWhite;
-  style.bottom = {1.0, 0.92, 0.60};
-  style.rim = 9;
-  style.depth = 8;
-  style.relief.bevel = 12;
-  block_words(c, "PLAY", 116, style, 256, 158, 290);
-  block_words(c, "TO", 70, style, 256, 240);
-  Block gold = kGoldLetters;
-  gold.rim = 10;
-  gold.depth = 10;
-  gold.relief.bevel = 14;
-  block_words(c, "WIN!", 138, gold, 256, 324, 330);
-}
-
 constexpr CatalogueRow kRows[] = {
-    still("slymarvels.tga", 512, 512, draw_mark_slymarvels),
-    still("tovali.tga", 512, 512, draw_mark_tovali),
-    still("orblogo.tga", 512, 512, draw_mark_orb),
-    still("playtowin.tga", 512, 512, draw_mark_play_to_win),
+    still(PANEL_SLYMARVELS, 512, 512, draw_mark_slymarvels),
+    still(PANEL_ORBLOGO, 512, 512, draw_mark_orb),
 };
 
 }  // namespace

@@ -21,7 +21,7 @@ void draw_demo(const Cell& cell) {
   style.rim = 4;
   style.depth = 3;
   style.relief.bevel = 5;
-  // The ticket that the frog carries lies over all to the right of x 88.
+  // The frog's ticket covers everything to the right of x 88.
   block_words(cell.ctx, "DEMO", 42, style, 46, 40, 84);
 }
 
@@ -40,7 +40,7 @@ void draw_lily_bonus(const Cell& cell) {
 }
 
 void draw_frogs_label(const Cell& cell) {
-  // Its middle is that of the sign, 47 pixels from its left.
+  // Its middle is the middle of the sign, 47 pixels from its left.
   block_words(cell.ctx, "FROGS", 23, small_letters(), 47, 18, 90);
 }
 
@@ -61,9 +61,8 @@ void draw_win_words(const Cell& cell, bool tickets) {
 
 // --- Prompts
 
-// The left player's letters lie on a green meadow: they are lighter than others of their colour.
-Block players_letters(bool yellow) {
-  if (yellow) return kYellowLetters;
+// The players' letters lie on a green meadow: they are lighter than others of their colour.
+Block players_letters() {
   Block style = kGreenLetters;
   style.top = {1.0, 1.0, 0.82};
   style.bottom = {0.56, 1.0, 0.16};
@@ -73,8 +72,8 @@ Block players_letters(bool yellow) {
   return style;
 }
 
-void draw_prompt(const Cell& cell, const char* text, bool yellow, double y) {
-  block_words(cell.ctx, text, 52, players_letters(yellow), 128, y, 248);
+void draw_prompt(const Cell& cell, const char* text) {
+  block_words(cell.ctx, text, 52, players_letters(), 128, 30, 248);
 }
 
 void draw_arrow_down(cairo_t* c, double x, double tip) {
@@ -89,11 +88,11 @@ void draw_arrow_down(cairo_t* c, double x, double tip) {
   raise(c, arrow, ramp({0, tip - 34}, kWhite, {0, tip}, {1.0, 0.86, 0.40}), {5, 0.7, 0.4, 0});
 }
 
-void draw_button(const Cell& cell, bool yellow, bool down) {
+void draw_button(const Cell& cell, bool down) {
   cairo_t* c = cell.ctx;
-  // A round push button lying on the ground, lit while it is down; the countdown stands on it.
+  // A round push button on the ground, lit while it is pressed; the countdown is on it.
   const double x = 91, top = down ? 87 : 76;
-  const Colour own = yellow ? Colour{1.0, 0.74, 0.06} : Colour{0.22, 0.74, 0.10};
+  const Colour own{0.22, 0.74, 0.10}, hot{0.66, 1.0, 0.30};
   soft_spot(c, x, 100, 87, 25, kBlack, 0.5);
   const Path foot = ellipse(x, 93, 82, 30);
   stroke(c, foot, kInk, 5);
@@ -117,7 +116,6 @@ void draw_button(const Cell& cell, bool yellow, bool down) {
   stroke(c, side, dim(own, 0.22), 3);
   fill_linear(c, side, {x - 61, 0}, dim(own, 0.72), {x + 61, 0}, dim(own, 0.40));
   const Path face = ellipse(x, top, 61, 27);
-  const Colour hot = yellow ? Colour{1.0, 0.96, 0.50} : Colour{0.66, 1.0, 0.30};
   raise(c, face, ramp({0, top - 27}, down ? hot : mix(own, kWhite, 0.20), {0, top + 27}, own),
         {15, 0.55, 0.9, 0});
   draw_arrow_down(c, x, down ? 56 : 42);
@@ -136,7 +134,7 @@ void draw_coin(cairo_t* c, double x, double y, double r) {
   raise(c, mark, plain({1.0, 0.88, 0.32}), {r * 0.16, 0.8, 0.7, 0.5});
 }
 
-// What a coin or a card goes into: a plate with a lit slot.
+// The slot for a coin or a card: a plate with a light.
 void draw_slot(cairo_t* c, double x, double y, double w, double h) {
   const Path plate = round_rect(x - w / 2, y - h / 2, w, h, 13);
   stroke(c, plate, kInk, 6);
@@ -158,9 +156,9 @@ void draw_arrow_right(cairo_t* c, double x, double y, const Block& style) {
   raise(c, arrow, ramp({0, y - 19}, style.top, {0, y + 19}, style.bottom), {5, 0.7, 0.5, 0});
 }
 
-void draw_insert_coin(const Cell& cell, bool yellow) {
+void draw_insert_coin(const Cell& cell) {
   cairo_t* c = cell.ctx;
-  const Block style = players_letters(yellow);
+  const Block style = players_letters();
   block_words(c, "INSERT", 68, style, 128, 36, 248);
   soft_spot(c, 128, 140, 116, 56, kBlack, 0.35);
   draw_slot(c, 209, 128, 52, 104);
@@ -171,7 +169,7 @@ void draw_insert_coin(const Cell& cell, bool yellow) {
 
 void draw_swipe_card(const Cell& cell) {
   cairo_t* c = cell.ctx;
-  block_words(c, "SWIPE", 68, players_letters(false), 128, 36, 248);
+  block_words(c, "SWIPE", 68, players_letters(), 128, 36, 248);
   soft_spot(c, 128, 140, 116, 56, kBlack, 0.35);
   draw_slot(c, 215, 128, 46, 108);
   cairo_save(c);
@@ -188,15 +186,15 @@ void draw_swipe_card(const Cell& cell) {
         },
         {5, 0.7, 0.5, 0});
   cairo_restore(c);
-  draw_arrow_right(c, 163, 128, players_letters(false));
-  block_words(c, "CARD", 68, players_letters(false), 128, 219, 248);
+  draw_arrow_right(c, 163, 128, players_letters());
+  block_words(c, "CARD", 68, players_letters(), 128, 219, 248);
 }
 
 // --- Speech
 
 void draw_bubble(const Cell& cell, const char* upper, const char* lower) {
   cairo_t* c = cell.ctx;
-  // The frog that speaks sits at its left.
+  // The speaking frog sits at its left.
   const Path bubble = [](cairo_t* k) {
     cairo_new_path(k);
     cairo_move_to(k, 8, 96);
@@ -257,7 +255,7 @@ void draw_warning(cairo_t* c, double x, double y, double size) {
   fill(c, circle(x, y + h * 0.34, size * 0.075), kInk);
 }
 
-// A dispenser's mouth with a ticket that is stuck, folded on itself.
+// A dispenser's mouth with a ticket that is jammed and folded.
 void draw_stuck_ticket(cairo_t* c, double x, double y) {
   const Path plate = round_rect(x - 108, y - 52, 216, 58, 16);
   stroke(c, plate, {0.02, 0.02, 0.03}, 6);
@@ -275,7 +273,7 @@ void draw_stuck_ticket(cairo_t* c, double x, double y) {
     fill_linear(c, leaf, fold[i][0], i == 1 ? dark : paper, fold[i + 1][0],
                 i == 1 ? dim(dark, 0.8) : mix(paper, dark, 0.25));
   }
-  // Print on the leaf that hangs out, and the holes along its foot.
+  // Print on the part that hangs out, and the holes along its foot.
   fill(c, star(x - 8, y + 47, 11, 5, 5), print);
   for (double side : {-42.0, 26.0})
     stroke(c, capsule({x + side, y + 44}, 1, {x + side + 16, y + 46}, 1), print, 3);
@@ -285,7 +283,7 @@ void draw_stuck_ticket(cairo_t* c, double x, double y) {
 
 void draw_ticket_error(const Cell& cell) {
   cairo_t* c = cell.ctx;
-  // Shown at half size, with a line of the smallest font at y 106 of that, 212 here.
+  // Shown at half size; there a line of the smallest font is at y 106, which is 212 here.
   draw_fault_board(c, 512, 512);
   draw_warning(c, 94, 104, 74);
   Block style = fault_letters(true);
@@ -298,7 +296,7 @@ void draw_ticket_error(const Cell& cell) {
   block_words(c, "CALL ATTENDANT", 66, fault_letters(false), 256, 440, 430);
 }
 
-// Two halves of a plug that have come apart.
+// Two halves of an unplugged connector.
 void draw_parted_plug(cairo_t* c, double x, double y) {
   for (double side : {-1.0, 1.0}) {
     cairo_save(c);
@@ -334,33 +332,22 @@ void draw_io_error(const Cell& cell) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    still("demo.tga", 128, 64, draw_demo),
-    still("lily_bonus_txt.tga", 64, 32, draw_lily_bonus),
-    still("num_frogs_txt.tga", 128, 32, draw_frogs_label),
-    still("win.tga", 512, 128, [](const Cell& c) { draw_win_words(c, false); }),
-    still("tickets.tga", 512, 128, [](const Cell& c) { draw_win_words(c, true); }),
-    still("press_grn_txt.tga", 256, 128, [](const Cell& c) { draw_prompt(c, "PRESS", false, 30); }),
-    still("button_grn_txt.tga", 256, 128,
-          [](const Cell& c) { draw_prompt(c, "BUTTON", false, 40); }),
-    still("press_to_grn_txt.tga", 256, 128,
-          [](const Cell& c) { draw_prompt(c, "PRESS TO", false, 30); }),
-    still("start_grn_txt.tga", 256, 128,
-          [](const Cell& c) { draw_prompt(c, "START!", false, 30); }),
-    still("press_ylw_txt.tga", 256, 128, [](const Cell& c) { draw_prompt(c, "PRESS", true, 30); }),
-    still("button_ylw_txt.tga", 256, 128,
-          [](const Cell& c) { draw_prompt(c, "BUTTON", true, 40); }),
-    still("prsbtn_frog_up.tga", 256, 128, [](const Cell& c) { draw_button(c, false, false); }),
-    still("prsbtn_frog_dn.tga", 256, 128, [](const Cell& c) { draw_button(c, false, true); }),
-    still("prsbtn_ylw_up.tga", 256, 128, [](const Cell& c) { draw_button(c, true, false); }),
-    still("prsbtn_ylw_dn.tga", 256, 128, [](const Cell& c) { draw_button(c, true, true); }),
-    still("insertcoin_grn.tga", 256, 256, [](const Cell& c) { draw_insert_coin(c, false); }),
-    still("insertcoin_ylw.tga", 256, 256, [](const Cell& c) { draw_insert_coin(c, true); }),
-    still("swipe_crd.tga", 256, 256, draw_swipe_card),
-    still("msg1_bubble.tga", 256, 128, [](const Cell& c) { draw_bubble(c, "WIN", "TICKETS!"); }),
-    still("msg2_bubble.tga", 256, 128, [](const Cell& c) { draw_bubble(c, "PLAY", "AGAIN!"); }),
-    still("msg3_bubble.tga", 256, 128, [](const Cell& c) { draw_bubble(c, "EAT", "BUGS!"); }),
-    still("ticketerror.tga", 512, 512, draw_ticket_error),
-    still("ioerror.tga", 512, 256, draw_io_error),
+    still(PANEL_DEMO, 128, 64, draw_demo),
+    still(PANEL_LILY_BONUS_TXT, 64, 32, draw_lily_bonus),
+    still(PANEL_NUM_FROGS_TXT, 128, 32, draw_frogs_label),
+    still(PANEL_WIN, 512, 128, [](const Cell& c) { draw_win_words(c, false); }),
+    still(PANEL_TICKETS, 512, 128, [](const Cell& c) { draw_win_words(c, true); }),
+    still(PANEL_PRESS_TO_GRN_TXT, 256, 128, [](const Cell& c) { draw_prompt(c, "PRESS TO"); }),
+    still(PANEL_START_GRN_TXT, 256, 128, [](const Cell& c) { draw_prompt(c, "START!"); }),
+    still(PANEL_PRSBTN_FROG_UP, 256, 128, [](const Cell& c) { draw_button(c, false); }),
+    still(PANEL_PRSBTN_FROG_DN, 256, 128, [](const Cell& c) { draw_button(c, true); }),
+    still(PANEL_INSERTCOIN_GRN, 256, 256, draw_insert_coin),
+    still(PANEL_SWIPE_CRD, 256, 256, draw_swipe_card),
+    still(PANEL_MSG1_BUBBLE, 256, 128, [](const Cell& c) { draw_bubble(c, "WIN", "TICKETS!"); }),
+    still(PANEL_MSG2_BUBBLE, 256, 128, [](const Cell& c) { draw_bubble(c, "PLAY", "AGAIN!"); }),
+    still(PANEL_MSG3_BUBBLE, 256, 128, [](const Cell& c) { draw_bubble(c, "EAT", "BUGS!"); }),
+    still(PANEL_TICKETERROR, 512, 512, draw_ticket_error),
+    still(PANEL_IOERROR, 512, 256, draw_io_error),
 };
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The colours that the whole set shares: one sun, one ink, one wood, one green frog.
+// The colours that all pictures share: one sun, one ink, one wood, one green frog.
 #pragma once
 
 #include "art/canvas.h"

@@ -12,7 +12,7 @@ Picture::Picture(int w, int h)
 
 namespace {
 
-// Straight from premultiplied.
+// Straight alpha from premultiplied.
 void take_pixel(uint32_t from, uint8_t* to) {
   uint32_t a = from >> 24;
   to[3] = static_cast<uint8_t>(a);
@@ -24,9 +24,9 @@ void take_pixel(uint32_t from, uint8_t* to) {
   }
 }
 
-// Spreads the colour of what is seen outwards over transparent pixels, ring by ring: each takes the
-// mean of its neighbours of the ring before. Four rings reach as far as a block of a compressed
-// picture; what lies beyond is seen by nobody and repeats the last colour of its row.
+// Spreads the visible colours outwards over transparent pixels, ring by ring: each pixel takes the
+// mean of its neighbours in the ring before. Four rings reach as far as a block of a compressed
+// picture. Nobody sees the pixels beyond; they repeat the last colour of their row.
 class Bleed {
  public:
   Bleed(Picture& p, int x0, int y0, int w, int h)
@@ -57,7 +57,7 @@ class Bleed {
           visit((y + dy) * w_ + x + dx);
   }
 
-  // Gives pixel i the mean colour of neighbours in rings below `ring`, weighed by their alpha.
+  // Gives pixel i the mean colour of its neighbours in rings below `ring`, weighted by alpha.
   bool mean_of_known(int i, uint8_t ring) {
     int sum[3] = {}, weight = 0;
     neighbours(i, [&](int n) {
@@ -72,7 +72,7 @@ class Bleed {
     return true;
   }
 
-  // Settles a ring, and returns the pixels of the next one.
+  // Finishes a ring, and returns the pixels of the next one.
   std::vector<int> grow(const std::vector<int>& edge, uint8_t ring) {
     for (int i : edge) mean_of_known(i, ring);
     for (int i : edge) ring_[static_cast<size_t>(i)] = ring;
@@ -199,7 +199,7 @@ bool picture_write_png(const Picture& p, const std::string& path) {
     png_set_IHDR(png, info, static_cast<png_uint_32>(p.width), static_cast<png_uint_32>(p.height),
                  8, PNG_COLOR_TYPE_RGBA, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
                  PNG_FILTER_TYPE_DEFAULT);
-    // The game decodes these while a customer waits: little effort here, no filter to undo there.
+    // The game decodes these during its start: little compression, and no filters to undo.
     png_set_compression_level(png, 3);
     png_set_filter(png, 0, PNG_FILTER_NONE);
     png_write_info(png, info);

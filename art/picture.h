@@ -18,11 +18,11 @@ struct Picture {
   const uint8_t* at(int x, int y) const { return &rgba[(static_cast<size_t>(y) * width + x) * 4]; }
 };
 
-// Copies a canvas into a picture with its top left corner at (x, y). Transparent pixels take the
-// colour of a neighbour, so that nothing that filters or compresses the picture finds a dark rim.
+// Copies a canvas into a picture with its top left corner at (x, y). Transparent pixels get the
+// colour of a neighbour, so that filtering or compression makes no dark rim.
 void picture_take(Picture& picture, const Canvas& canvas, int x, int y);
 
-// Each returns false if the file could not be written whole.
+// Each returns false if the file could not be written completely.
 bool picture_write_tga(const Picture& picture,
                        const std::string& path);  // 32 bit, bottom row first
 bool picture_write_bmp(const Picture& picture, const std::string& path);  // 24 bit, no alpha

@@ -1,5 +1,5 @@
-// Green things: the foliage at the screen's edges, cattails, lily pads, grass and the stones that
-// the frogs start from.
+// Plants: the foliage at the screen's edges, cattails, lily pads, grass; and the stones that the
+// frogs start from.
 #include <cmath>
 #include <initializer_list>
 #include <span>
@@ -17,10 +17,10 @@ enum class Green { kLeaf, kFern, kFlower };
 struct Sprig {
   Green kind;
   double x, y, angle, length, width, bend;  // a flower's radius is its width
-  double shade;                             // 0 in the dark behind, 1 in the sun
+  double shade;                             // 0 in the dark at the back, 1 in the sun
 };
 
-// What grows at the left edge, the hindmost first; the right edge has its mirror image.
+// The plants at the left edge, the farthest first; the right edge is a mirror image.
 constexpr Sprig kUpper[] = {{Green::kLeaf, -12, 40, 0.62, 176, 34, 16, 0.0},
                             {Green::kLeaf, 40, -14, 0.86, 146, 30, -12, 0.1},
                             {Green::kFern, -6, 70, 0.92, 124, 0, 16, 0.3},
@@ -39,7 +39,7 @@ constexpr Sprig kMiddle[] = {{Green::kLeaf, -12, 150, -0.85, 132, 28, -14, 0.0},
                              {Green::kLeaf, -12, 160, 0.86, 96, 24, 10, 0.7},
                              {Green::kLeaf, -12, 152, -0.06, 104, 25, 10, 0.95},
                              {Green::kFlower, 40, 152, 0, 0, 21, 0, 1}};
-// These stand behind a sign, which hides their feet.
+// A sign hides the feet of these.
 constexpr Sprig kLower[] = {{Green::kLeaf, 46, 268, -1.56, 218, 26, -14, 0.0},
                             {Green::kLeaf, 70, 268, -1.16, 206, 28, 20, 0.1},
                             {Green::kFern, 50, 262, -1.66, 176, 0, -14, 0.3},
@@ -191,14 +191,15 @@ void draw_grass_strip(cairo_t* c, double width, double height) {
 void draw_grass(const Cell& cell, double from_x) {
   // One strip for the whole screen, of which each half shows its part.
   static Memo<int> strips;
-  const Canvas& strip = strips.get(0, 1360, cell.height,
-                                   [](Canvas& canvas) { draw_grass_strip(canvas.ctx, 1360, 128); });
+  const Canvas& strip = strips.get(0, LAYOUT_WIDTH, cell.height, [](Canvas& canvas) {
+    draw_grass_strip(canvas.ctx, LAYOUT_WIDTH, 128);
+  });
   cairo_rectangle(cell.ctx, 0, 0, 680, cell.height);
   cairo_clip(cell.ctx);
   paint_canvas(cell.ctx, strip, -from_x, 0);
 }
 
-// A round that is a little out of shape, as stone is.
+// A circle that is slightly out of shape, like a stone.
 Path slab(double x, double y, double rx, double ry, uint32_t seed) {
   return [=](cairo_t* c) {
     cairo_new_path(c);
@@ -211,7 +212,7 @@ Path slab(double x, double y, double rx, double ry, uint32_t seed) {
   };
 }
 
-// The launch place: a flat stone, worn by feet, with a ring let into it in its player's colour.
+// The launch place: a flat stone, worn by feet, with an inlaid ring in its player's colour.
 void draw_patch(const Cell& cell, Colour accent, uint32_t seed) {
   cairo_t* c = cell.ctx;
   const double x = 128, y = 60, rx = 102, ry = 43, thick = 11;
@@ -233,7 +234,7 @@ void draw_patch(const Cell& cell, Colour accent, uint32_t seed) {
   cairo_clip(c);
   paint_canvas(c, stone, 0, 0);
   stroke(c, slab(x + 1, y + 2, rx - 1, ry - 1, seed), kWhite, 3, 0.35);
-  // The ring is cut in: shade on its near side of the light, light on the far one.
+  // The ring is cut in: shade on the side towards the light, light on the other.
   auto ring = [&](double dx, double dy, Colour k, double width, double alpha) {
     stroke(c, ellipse(x + dx, y + dy, 76, 30), k, width, alpha);
   };
@@ -264,40 +265,38 @@ void draw_patch(const Cell& cell, Colour accent, uint32_t seed) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    // Foliage hangs in from the screen's edges and is cut there.
+    // The foliage is cut off at the screen's edges.
     sheet(
-        "plants1.tga", 2048, 1024, 8, 4, 31, Play::kLoop, [](const Cell& c) { draw_plant(c, 1); },
-        Twin::kNone, kTouchLeft | kTouchTop),
+        SHEET_PLANTS1, 256, 256, Play::kLoop, [](const Cell& c) { draw_plant(c, 1); }, Twin::kNone,
+        kTouchLeft | kTouchTop),
     sheet(
-        "plants2.tga", 2048, 1024, 8, 4, 31, Play::kLoop, [](const Cell& c) { draw_plant(c, 2); },
-        Twin::kNone, kTouchLeft),
+        SHEET_PLANTS2, 256, 256, Play::kLoop, [](const Cell& c) { draw_plant(c, 2); }, Twin::kNone,
+        kTouchLeft),
     sheet(
-        "plants3.tga", 2048, 2048, 4, 8, 31, Play::kLoop, [](const Cell& c) { draw_plant(c, 3); },
-        Twin::kNone, kTouchLeft | kTouchBottom),
+        SHEET_PLANTS3, 512, 256, Play::kLoop, [](const Cell& c) { draw_plant(c, 3); }, Twin::kNone,
+        kTouchLeft | kTouchBottom),
     sheet(
-        "plants4.tga", 2048, 1024, 8, 4, 31, Play::kLoop, [](const Cell& c) { draw_plant(c, 4); },
-        Twin::kNone, kTouchRight),
+        SHEET_PLANTS4, 256, 256, Play::kLoop, [](const Cell& c) { draw_plant(c, 4); }, Twin::kNone,
+        kTouchRight),
     sheet(
-        "plants5.tga", 2048, 1024, 8, 4, 31, Play::kLoop, [](const Cell& c) { draw_plant(c, 5); },
-        Twin::kNone, kTouchRight | kTouchTop),
+        SHEET_PLANTS5, 256, 256, Play::kLoop, [](const Cell& c) { draw_plant(c, 5); }, Twin::kNone,
+        kTouchRight | kTouchTop),
     sheet(
-        "plants6.tga", 2048, 2048, 4, 8, 31, Play::kLoop, [](const Cell& c) { draw_plant(c, 6); },
-        Twin::kNone, kTouchRight | kTouchBottom),
-    sheet("anim_finish.tga", 4096, 2048, 8, 8, 40, Play::kLoop, draw_goal),
-    sheet("anim_lilypad3.tga", 1024, 1024, 8, 8, 40, Play::kLoop, draw_lily_pad),
-    sheet("anim_ctail1.tga", 1024, 1024, 8, 8, 40, Play::kLoop,
-          [](const Cell& c) { draw_cattail(c, 1); }),
-    sheet("anim_ctail2.tga", 1024, 1024, 8, 8, 40, Play::kLoop,
-          [](const Cell& c) { draw_cattail(c, 2); }),
+        SHEET_PLANTS6, 512, 256, Play::kLoop, [](const Cell& c) { draw_plant(c, 6); }, Twin::kNone,
+        kTouchRight | kTouchBottom),
+    sheet(SHEET_FINISH, 512, 256, Play::kLoop, draw_goal),
+    sheet(SHEET_LILYPAD3, 128, 128, Play::kLoop, draw_lily_pad),
+    sheet(SHEET_CTAIL1, 128, 128, Play::kLoop, [](const Cell& c) { draw_cattail(c, 1); }),
+    sheet(SHEET_CTAIL2, 128, 128, Play::kLoop, [](const Cell& c) { draw_cattail(c, 2); }),
     still(
-        "grass_lft.tga", 1024, 128, [](const Cell& c) { draw_grass(c, 0); },
+        PANEL_GRASS_LFT, 1024, 128, [](const Cell& c) { draw_grass(c, 0); },
         kTouchLeft | kTouchBottom),
     still(
-        "grass_rt.tga", 1024, 128, [](const Cell& c) { draw_grass(c, 680); },
+        PANEL_GRASS_RT, 1024, 128, [](const Cell& c) { draw_grass(c, LAYOUT_WIDTH / 2); },
         kTouchLeft | kTouchBottom),
-    still("dpatch.tga", 256, 128, [](const Cell& c) { draw_patch(c, {0.30, 0.74, 0.14}, 11); }),
-    still("dpatch2.tga", 256, 128, [](const Cell& c) { draw_patch(c, {1.0, 0.80, 0.12}, 23); }),
-    still("lrg_lilypad.tga", 1024, 512, draw_big_lily_pad),
+    still(PANEL_DPATCH, 256, 128, [](const Cell& c) { draw_patch(c, {0.30, 0.74, 0.14}, 11); }),
+    still(PANEL_DPATCH2, 256, 128, [](const Cell& c) { draw_patch(c, {1.0, 0.80, 0.12}, 23); }),
+    still(PANEL_LRG_LILYPAD, 1024, 512, draw_big_lily_pad),
 };
 
 }  // namespace

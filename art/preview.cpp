@@ -11,15 +11,15 @@ namespace art {
 namespace {
 
 constexpr int kWidth = 480, kHeight = 400;
-constexpr int kLeft = 100, kTop = 190;  // of the scene that is shown
+constexpr int kLeft = 100, kTop = 190;  // of the part of the scene that is shown
 constexpr int kHop = 15, kHops = 6, kFrames = kHop * kHops, kFrameMs = 35;
-// Every other frame at two thirds of its size: a page has to load it.
+// Every other frame at two thirds of its size, so that a page loads fast.
 constexpr int kStep = 2;
 constexpr double kZoom = 2.0 / 3;
 constexpr double kLaneHeight = 94;
 
-// A lane's things: where its cells lie, how far apart, and how they move. In the time of the
-// preview each comes to the place of its neighbour, so that the end fits the beginning.
+// The things of a lane: the positions of its cells, their distance, and how they move. During the
+// preview each moves to its neighbour's position, so that the end matches the beginning.
 struct LaneRow {
   const char* picture;
   double y, gap;
@@ -52,7 +52,7 @@ void draw_scene(cairo_t* c, int frame) {
   draw_cell(c, *catalogue_find("bkdrop_lft").row, 0, 0, 0);
   for (const LaneRow& lane : kLanes) draw_lane(c, lane, turn);
   const CatalogueRow& frog = *catalogue_find("anim_gfrog").row;
-  // Its feet leave the ground after the crouch and come down before the landing is over.
+  // Its feet leave the ground after the crouch and touch down before the landing is over.
   const double u = smooth(0.15, 0.85, static_cast<double>(frame % kHop) / kHop);
   const int hops = frame / kHop;
   const double foot = kTop + kHeight + 150 - (hops + u) * kLaneHeight;

@@ -76,7 +76,7 @@ struct Field {
   float near(int x, int y) { return at(std::clamp(x, 0, width - 1), std::clamp(y, 0, height - 1)); }
 };
 
-// Squared distances along one line to the lower envelope of parabolas over it.
+// Squared distances along a line: the lower envelope of parabolas.
 void envelope(std::vector<float>& f, int n, std::vector<int>& at, std::vector<float>& from,
               std::vector<float>& out) {
   int k = 0;
@@ -103,7 +103,7 @@ void envelope(std::vector<float>& f, int n, std::vector<int>& at, std::vector<fl
   }
 }
 
-// Turns 0 outside and large inside into the distance to the outside.
+// Turns 0 outside and large values inside into the distance to the outside.
 void measure_distance(Field& d) {
   const size_t n = static_cast<size_t>(std::max(d.width, d.height)) + 2;
   std::vector<float> line(n), out(n), from(n);
@@ -120,7 +120,7 @@ void measure_distance(Field& d) {
   }
 }
 
-// A running mean, once along x and once along y.
+// A moving average, once along x and once along y.
 void blur(Field& f, int reach) {
   if (reach < 1) return;
   std::vector<float> line(static_cast<size_t>(std::max(f.width, f.height)));
@@ -137,7 +137,7 @@ void blur(Field& f, int reach) {
   for (int x = 0; x < f.width; x++) pass(f.height, [&](int y) -> float& { return f.at(x, y); });
 }
 
-// Heights over the fine pixels: a round rim of the given width, its ridges softened.
+// Heights of the fine pixels: a round rim of the given width with softened ridges.
 Field heights(const Canvas& mask, double bevel) {
   Field f(mask.width, mask.height);
   for (int y = 0; y < mask.height; y++)
@@ -152,7 +152,7 @@ Field heights(const Canvas& mask, double bevel) {
   return f;
 }
 
-// What a curved polished thing shows of sky, horizon and ground, by how much it looks up.
+// What a curved polished surface reflects of sky, horizon and ground, by how much it faces up.
 double mirror(double up) {
   struct Stop {
     double up, light;
@@ -166,7 +166,7 @@ double mirror(double up) {
   return std::end(kStops)[-1].light;
 }
 
-// A surface's colour under the light; (x, y) is how far it leans right and down.
+// A surface's colour in the light; (x, y) is how far it leans right and down.
 Colour lit(Colour own, double x, double y, const Relief& r) {
   const double k = 1 / std::sqrt(x * x + y * y + 1);
   const double nx = x * k, ny = y * k, nz = k;
@@ -174,7 +174,7 @@ Colour lit(Colour own, double x, double y, const Relief& r) {
   const double lacquer = 0.42 + 1.0 * std::max(0.0, -0.46 * nx - 0.67 * ny + 0.58 * nz);
   const double polish = mirror(-0.50 * nx - 0.86 * ny);
   const double light = lacquer + (polish - lacquer) * r.metal;
-  // Shade keeps the colour rich: what is weak in it goes first.
+  // Shade keeps the colour rich: its weak components go first.
   const double deep = 1 + 1.3 * std::max(0.0, 1 - light);
   const Colour shade{std::pow(own.r, deep), std::pow(own.g, deep), std::pow(own.b, deep)};
   Colour out = light < 1 ? dim(shade, 0.25 + 0.75 * light)
@@ -182,7 +182,7 @@ Colour lit(Colour own, double x, double y, const Relief& r) {
   const double bounce = std::max(0.0, 0.52 * nx + 0.72 * ny + 0.10 * nz);
   out = mix(out, mix(own, kWhite, 0.35), 0.42 * bounce * bounce * bounce);
   const double sparkle = std::pow(std::max(0.0, -0.26 * nx - 0.38 * ny + 0.89 * nz), 60.0);
-  // What is flat has no highlight of its own.
+  // Flat parts have no highlight of their own.
   const double lean = smooth(0.02, 0.25, nx * nx + ny * ny);
   return mix(out, kWhite, r.gloss * sparkle * lean);
 }
@@ -318,7 +318,7 @@ void block_words(cairo_t* c, const char* text, double size, const Block& s, doub
   cairo_path_extents(c, &x0, &y0, &x1, &y1);
   cairo_new_path(c);
   cairo_restore(c);
-  // Face, side and rim together stand in the middle.
+  // Face, side and rim together are centred.
   block(c, moved(shape, 0, -s.depth / 2), s, y0 - s.depth / 2, y1 - s.depth / 2);
 }
 

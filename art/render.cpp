@@ -18,6 +18,14 @@ bool write_picture(const CatalogueRow& row, const std::string& path) {
                                          : picture_write_tga(picture, path);
 }
 
+// What of a picture stands elsewhere than in its family's source.
+std::string facts(const CatalogueRow& row) {
+  std::string text;
+  for (int fact : {row.width, row.height, row.columns, row.rows, row.frames})
+    text += "-" + std::to_string(fact);
+  return text;
+}
+
 }  // namespace
 
 bool render_files(const std::string& outdir, const std::vector<CatalogueEntry>& pictures,
@@ -29,7 +37,7 @@ bool render_files(const std::string& outdir, const std::vector<CatalogueEntry>& 
     if (key.empty()) key = source_key(family->source);
     const double pixels = static_cast<double>(row->frames) * row->cell_width * row->cell_height;
     jobs.push_back(
-        {std::string("images/") + row->name, key, pixels,
+        {catalogue_path(*row), key + facts(*row), pixels,
          [picture = row](const std::string& path) { return write_picture(*picture, path); }});
   }
   return render_jobs(outdir, std::move(jobs), again, "pictures", log);

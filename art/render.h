@@ -10,7 +10,8 @@
 namespace art {
 
 // Brings pictures below OUTDIR/images up to date (see render_jobs): each is drawn if the sources of
-// its family changed since, or anyway if `again` is set. False if anything could not be written.
+// its family have changed since, or always if `again` is set. False if anything could not be
+// written.
 bool render_files(const std::string& outdir, const std::vector<CatalogueEntry>& pictures,
                   bool again, FILE* log);
 

@@ -55,7 +55,7 @@ bool write_file(const fs::path& outdir, const RenderJob& job) {
   return static_cast<bool>(out.flush());
 }
 
-// Where files are to go; a wrong place is told once and not by each of them.
+// Checks the target folders, so that a wrong one is reported once and not for each file.
 bool make_folders(const fs::path& outdir, const std::vector<RenderJob>& jobs) {
   std::set<fs::path> folders = {outdir / ".art"};
   for (const RenderJob& job : jobs) folders.insert((outdir / job.file).parent_path());

@@ -15,7 +15,7 @@ namespace {
 int usage() {
   std::fprintf(stderr,
                "usage: render OUTDIR            what is out of date\n"
-               "       render [OUTDIR] NAME...  these pictures, in any case (out/ if not told)\n"
+               "       render [OUTDIR] NAME...  these pictures, in any case (default out/)\n"
                "       render --list OUTDIR     the list of files, lhpcrc.txt\n");
   return 2;
 }
@@ -36,7 +36,7 @@ int main(int argc, char** argv) {
   if (argc == 3 && std::strcmp(argv[1], "--list") == 0) return list(argv[2]);
   if (argc < 2 || argv[1][0] == '-') return usage();
   if (argv[1][0] == '\0') {
-    std::fprintf(stderr, "render: an empty name is no folder\n");
+    std::fprintf(stderr, "render: an empty name is not a folder\n");
     return 2;
   }
   const bool named_first = art::catalogue_find(argv[1]).row != nullptr;

@@ -1,4 +1,4 @@
-// The royal frogs that stand on gold: they wave at the player and blow a kiss to whoever lands.
+// The royal frogs on gold: they wave at the player and blow a kiss to a frog that lands.
 #include <algorithm>
 #include <cmath>
 
@@ -11,15 +11,15 @@ namespace art {
 namespace {
 
 constexpr float kPi = static_cast<float>(kTau / 2);
-// Rose and violet, or they would drown in the gold they stand on; of gold is only the crown.
+// Rose and violet, to stand out from the gold under them; only the crown is gold.
 constexpr Colour kSkin{1.0, 0.48, 0.68}, kBelly{1.0, 0.93, 0.86};
 constexpr Colour kCape{0.42, 0.14, 0.82}, kFur{1.0, 0.97, 0.94};
 
-constexpr float kSkinGlow = 0.22f;  // so small, their own shade would be mud
+constexpr float kSkinGlow = 0.22f;  // they are so small that their own shade would look muddy
 
-// Faces the viewer: what lies ahead of it has a z below 0. Right is the screen's right.
+// Faces the viewer: z ahead of it is negative. Right is the screen's right.
 struct RiderPose {
-  float lift = 0, squash = 0;        // units; parts of the height
+  float lift = 0, squash = 0;        // units; fractions of the height
   float sway_deg = 0, lean_deg = 0;  // to the right; towards the viewer
   float tilt_deg = 0, nod_deg = 0;   // of the head alone
   float crown_deg = 0;               // how far the crown has slipped to the right
@@ -93,7 +93,7 @@ void add_crown(ClayScene& scene, const ClayFrame& head, const RiderPose& pose) {
     crown.limb(at(a, 0.64f, 0.30f), 0.09f, at(b, 0.64f, 0.30f), 0.09f, gold);
   }
   for (int i = 0; i < points; i++) {
-    // A gap faces the viewer: the stone in front is seen, and no point stands before another.
+    // A gap faces the viewer, so the stone in front is visible and no point covers another.
     float a = (static_cast<float>(i) + 0.5f) * 2 * kPi / points;
     crown.limb(at(a, 0.66f, 0.24f), 0.23f, at(a, 0.80f, 0.92f), 0.06f, gold);
     jewels.ball(at(a, 0.82f, 1.02f), {0.17f, 0.17f, 0.17f},
@@ -109,7 +109,7 @@ ClayPart rider_eye(const ClayFrame& head, Vec at, float side, const RiderPose& p
   const Vec above = unit({0, 1, -0.25f});
   ClayPart eye = clay_eye(head, at, 0.53f, look, 0.74f, lid, 0.66f * pose.blink, above);
   if (pose.blink < 0.8f) return eye;
-  // Shut: the lids meet in a line that hangs in an arc where the viewer sees it.
+  // Shut: the lids meet in a hanging arc on the viewer's side.
   eye.gloss = 0.5f;
   eye.paint = [=](Vec p, Vec) {
     Vec n = unit(p - at);
@@ -234,7 +234,7 @@ void add_limbs(ClayScene& scene, const ClayFrame& root, const RiderPose& pose) {
   const float tall = 1 - 0.8f * pose.squash;
   for (int which : {0, 1}) {
     float side = which ? 1.0f : -1.0f;
-    // Feet stay where they stand, unless all of it is in the air.
+    // Feet stay in place, unless all of it is in the air.
     ClayPart leg;
     leg.blend = 0.16f;
     leg.gloss = 0.6f;
@@ -295,7 +295,7 @@ float eased(double t, double a, double b) {
 float bump(float u) {
   return std::sin(kPi * std::fmin(1.0f, std::fmax(0.0f, u)));
 }
-// A push at a that dies away in waves: what is loose keeps on moving.
+// A push at a that dies away in waves: loose parts keep moving.
 float ring_out(double t, double a, double waves, double decay) {
   double u = t - a;
   return u <= 0 ? 0 : static_cast<float>(std::exp(-decay * u) * std::sin(kTau * waves * u));
@@ -343,7 +343,7 @@ void draw_rider_wave(const Cell& cell) {
 }
 
 void draw_rider_kiss(const Cell& cell) {
-  // It is seen from a fifth of it on, when a frog lands: hands to the mouth, leaning back, then
+  // When a frog lands, it is shown from the first fifth on: hands to the mouth, leaning back, then
   // the smack, arms flung open. It ends as the wave begins.
   const double t = cell.run();
   const RiderPose rest = wave_pose(0);
@@ -381,8 +381,8 @@ void draw_rider_kiss(const Cell& cell) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    sheet("anim_wave.tga", 1024, 1024, 8, 8, 64, Play::kLoop, draw_rider_wave),
-    sheet("anim_kiss.tga", 1024, 1024, 8, 8, 42, Play::kOnce, draw_rider_kiss),
+    sheet(SHEET_WAVE, 128, 128, Play::kLoop, draw_rider_wave),
+    sheet(SHEET_KISS, 128, 128, Play::kOnce, draw_rider_kiss),
 };
 
 }  // namespace

@@ -30,23 +30,24 @@ constexpr LogLook kGoldLog{{1.0, 0.95, 0.56},
                            0.9,
                            true};
 
-// A log lies along x. Its girth is a circle of this radius; a third of it is under water.
+// A log along x. Its cross-section is a circle of this radius; a third of it is under water.
 constexpr double kLogRadius = 25.5, kLogFace = 10.5;
 
 struct LogShape {
-  double length, middle;  // of its axis: pixels along it, line in the cell
+  double length, middle;  // of its axis: pixels along it, row in the cell
   double roll;            // turned about its axis, radians
   uint32_t seed;
 };
 
-// The bark's height, 0 in its furrows and 1 on its plates, by the place along the log and round it.
+// The bark's height, from 0 in the furrows to 1 on the plates, by the position along and round the
+// log.
 double bark(const LogShape& log, double x, double round) {
   double warp = 7 * (fbm(x / 58, round / 16, log.seed, 2) - 0.4);
   double plates = fbm(x / 44, (round + warp) / 5.4, log.seed + 5, 2);
   double high = smooth(0.02, 0.20, std::fabs(plates - 0.37));
   double grain = fbm(x / 26, (round + warp) / 1.7, log.seed + 9, 2);
   high = 0.78 * high + 0.22 * grain;
-  // Knots: rings round an eye, some way apart along the log.
+  // Knots: rings round an eye, at intervals along the log.
   for (int knot = 0; 78 + 118 * knot < log.length - 30; knot++) {
     const double at = 78 + 118 * knot;
     double jump = 40 * noise(at, 1.5, log.seed + 11), side = 14 * noise(at, 2.5, log.seed + 12) - 8;
@@ -58,7 +59,7 @@ double bark(const LogShape& log, double x, double round) {
   return high;
 }
 
-// Moss lies on the top in long cushions whose fringe hangs down.
+// Moss on the top in long cushions with a hanging fringe.
 double moss(const LogShape& log, double x, double across) {
   double cushion = smooth(0.40, 0.56, fbm(x / 52, 5.5, log.seed + 20, 2));
   double fringe = fbm(x / 9, 3.5 + across, log.seed + 24, 2) - 0.4;
@@ -95,7 +96,7 @@ Colour log_colour(const LogShape& log, const LogLook& k, double x, double y) {
   return mix(out, dim(k.deep, 0.6), 0.75 * smooth(0.93, 1, std::fabs(across)));
 }
 
-// The sawn end with its rings, which roll with the log.
+// The sawn end with its rings, which turn with the log.
 void draw_log_face(cairo_t* c, const LogShape& log, const LogLook& k) {
   const double x = kLogFace + 3, y = log.middle, rx = kLogFace, ry = kLogRadius - 1;
   auto at = [&](double radius, double a) {
@@ -125,9 +126,9 @@ void draw_log_face(cairo_t* c, const LogShape& log, const LogLook& k) {
   soft_spot(c, x - 2, y - ry * 0.45, rx * 0.7, ry * 0.4, kWhite, 0.4);
 }
 
-// Water over the log's foot: it runs round once in a loop, so that the log seems to drift.
+// Water over the log's foot: it circulates once in a loop, so that the log seems to drift.
 void draw_waterline(cairo_t* c, double length, double y, double turn) {
-  // Waves of three lengths, so that no two crests are alike.
+  // Waves of three lengths, so that no two crests look the same.
   auto surface = [=](double x) {
     double swell = 0.9 * std::sin(kTau * (x / 61 - turn)) + 0.7 * std::sin(kTau * (x / 23 + turn));
     return y + swell + 0.5 * std::sin(kTau * (x / 37 - 2 * turn) + 2) +
@@ -155,7 +156,7 @@ void draw_waterline(cairo_t* c, double length, double y, double turn) {
   set(c, kFoam, 0.34);
   cairo_set_line_width(c, 4);
   cairo_stroke(c);
-  // Foam gathers here and there; between, only a thin line shines.
+  // Foam gathers in places; elsewhere there is only a thin bright line.
   for (int x = 3; x < length - 3; x += 3) {
     double foamy = noise(x / 21.0 + 9, 1.5 + 0.8 * std::sin(kTau * turn), 91);
     cairo_move_to(c, x, surface(x));
@@ -164,7 +165,7 @@ void draw_waterline(cairo_t* c, double length, double y, double turn) {
     cairo_set_line_width(c, 0.9 + 2.6 * smooth(0.35, 0.8, foamy));
     cairo_stroke(c);
   }
-  // Little crests that part from it.
+  // Small crests split off from it.
   for (int i = 0; i < static_cast<int>(length / 46); i++) {
     double k = std::fmod(turn + 0.37 * i, 1.0), x = 24 + 46.0 * i + 10 * k, run = 16 + 8 * k;
     draw_blade(c, {x, surface(x) + 2 + 3.5 * k}, {x + run, surface(x) + 2 + 3.5 * k}, 1.1, 1.4,
@@ -225,7 +226,7 @@ void draw_log(const Cell& cell, int cell_length, bool gold) {
   draw_waterline(c, w, 51.5 + 0.5 * std::sin(kTau * turn), turn);
 }
 
-// A wavelet: a bright crest with its face below, and the dark trough before it.
+// A wavelet: a bright crest, its face below, and the dark trough in front.
 void draw_wavelet(cairo_t* c, double x, double y, double run, double high, double strength) {
   draw_blade(c, {x + run * 0.06, y + high * 0.9}, {x + run * 0.96, y + high * 1.2}, high * 0.7,
              -high * 0.5, {0.01, 0.20, 0.40}, 0.50 * strength);
@@ -236,13 +237,13 @@ void draw_wavelet(cairo_t* c, double x, double y, double run, double high, doubl
 }
 
 void draw_foam(const Cell& cell, int which) {
-  // Repeats every 473 pixels across; nothing may lie beyond, since the neighbour's tile lies there.
+  // Repeats every 473 pixels across; nothing may be beyond, because the neighbour's tile is there.
   const double tile = 473, lowest = 282;
   cairo_t* c = cell.ctx;
   cairo_rectangle(c, 0, 0, tile, lowest);
   cairo_clip(c);
   Rng rng{which == 1 ? 1234u : 98765u};
-  // Wavelets go in trains, larger towards the viewer; most of the water is left to the backdrop.
+  // Wavelets come in groups, larger towards the viewer; most of the water is left to the backdrop.
   for (int train = 0; train < 13; train++) {
     double x = tile * rng.unit(), y = 14 + (lowest - 34) * (train + rng.unit()) / 13;
     double near = y / lowest, strength = rng.range(0.38, 0.80);
@@ -267,23 +268,23 @@ void draw_foam(const Cell& cell, int which) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    // A log fills its cell of the lane from edge to edge: two neighbours meet without a gap.
+    // A log fills its cell of the lane from edge to edge, so two neighbours meet without a gap.
     sheet(
-        "anim_log1.tga", 1024, 512, 2, 8, 15, Play::kLoop,
-        [](const Cell& c) { draw_log(c, 386, false); }, Twin::kNone, kTouchLeft),
+        SHEET_LOG1, 512, 64, Play::kLoop, [](const Cell& c) { draw_log(c, 386, false); },
+        Twin::kNone, kTouchLeft),
     sheet(
-        "anim_log3.tga", 1024, 512, 2, 8, 15, Play::kLoop,
-        [](const Cell& c) { draw_log(c, 302, false); }, Twin::kNone, kTouchLeft),
+        SHEET_LOG3, 512, 64, Play::kLoop, [](const Cell& c) { draw_log(c, 302, false); },
+        Twin::kNone, kTouchLeft),
     sheet(
-        "anim_log4.tga", 512, 512, 2, 8, 15, Play::kLoop,
-        [](const Cell& c) { draw_log(c, 166, false); }, Twin::kNone, kTouchLeft),
+        SHEET_LOG4, 256, 64, Play::kLoop, [](const Cell& c) { draw_log(c, 166, false); },
+        Twin::kNone, kTouchLeft),
     sheet(
-        "anim_log4gold.tga", 512, 512, 2, 8, 15, Play::kLoop,
-        [](const Cell& c) { draw_log(c, 166, true); }, Twin::kNone, kTouchLeft),
+        SHEET_LOG4GOLD, 256, 64, Play::kLoop, [](const Cell& c) { draw_log(c, 166, true); },
+        Twin::kNone, kTouchLeft),
     still(
-        "riverfoam_1.tga", 512, 512, [](const Cell& c) { draw_foam(c, 1); }, kTouchLeft),
+        PANEL_RIVERFOAM_1, 512, 512, [](const Cell& c) { draw_foam(c, 1); }, kTouchLeft),
     still(
-        "riverfoam_2.tga", 512, 512, [](const Cell& c) { draw_foam(c, 2); }, kTouchLeft),
+        PANEL_RIVERFOAM_2, 512, 512, [](const Cell& c) { draw_foam(c, 2); }, kTouchLeft),
 };
 
 }  // namespace

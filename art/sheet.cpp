@@ -23,7 +23,7 @@ Colour ground_colour(Ground ground) {
   return {0.36, 0.60, 0.34};
 }
 
-// One frame at a place, on its ground. Enlarged pixels stay pixels.
+// One frame at a position, on its ground. Enlarged pixels stay sharp.
 void lay(cairo_t* c, const CatalogueRow& row, int frame, Ground ground, double x, double y,
          double zoom) {
   Canvas cell(row.cell_width, row.cell_height);
@@ -54,7 +54,7 @@ bool write_png(const Canvas& canvas, const std::string& path) {
 }  // namespace
 
 bool contact_sheet_write(const CatalogueRow& row, Ground ground, const std::string& path) {
-  // A font reads best as it is, glyph beside glyph; of a sheet some frames tell enough.
+  // A font is best shown as it is, glyph by glyph; for a sheet a few frames are enough.
   const bool glyphs = row.play == Play::kGlyphs;
   const int shown = glyphs ? row.frames : std::min(row.frames, 20);
   const int across =

@@ -17,7 +17,7 @@ struct Options {
   bool move = false;
   std::string families, preview;
   art::Ground ground = art::Ground::kGrass;
-  int frame_ms = 35;  // as most sheets run in the game
+  int frame_ms = 35;  // the pace of most sheets in the game
   std::vector<std::string> names;
 };
 

@@ -1,4 +1,4 @@
-// Wood with words: the three signs at the screen's foot and the board of the attract sequence.
+// Wooden signs: the three at the foot of the screen and the board of the attract sequence.
 #include <cmath>
 #include <initializer_list>
 
@@ -10,7 +10,7 @@ namespace art {
 
 namespace {
 
-// Sawn wood: long soft grain that bends round a knot or two; calm where words go.
+// Sawn wood: long soft grain that bends round a knot or two; even where words go.
 Colour wood_at(double x, double y, uint32_t seed, Colour base) {
   const double bend = 9 * fbm(x / 90, y / 60, seed, 2);
   const double rings = std::sin((y + bend) * 0.42 + 3 * fbm(x / 160, y / 14, seed + 7, 2));
@@ -18,13 +18,13 @@ Colour wood_at(double x, double y, uint32_t seed, Colour base) {
   return dim(base, 0.97 + 0.045 * rings + 0.20 * (streak - 0.45));
 }
 
-// A slab's outline: straight enough for words, its ends and edges as the tree grew.
+// The outline of a slab: straight enough for words, with ends and edges as the tree grew.
 Path slab(double x, double y, double w, double h, double wander, uint32_t seed) {
   return [=](cairo_t* c) {
     cairo_new_path(c);
     const int steps = 160;
     for (int i = 0; i < steps; i++) {
-      // A squared-off ellipse, its radius swaying with the angle.
+      // A squared-off ellipse whose radius varies with the angle.
       const double a = kTau * i / steps, k = std::cos(a), s = std::sin(a);
       const double px = std::copysign(std::pow(std::fabs(k), 0.24), k);
       const double py = std::copysign(std::pow(std::fabs(s), 0.24), s);
@@ -36,7 +36,7 @@ Path slab(double x, double y, double w, double h, double wander, uint32_t seed) 
   };
 }
 
-// A board with its bark on: the dark rim stands up, the sawn face lies a little deeper.
+// A board with its bark: the dark rim is raised, the sawn face is a little lower.
 void draw_board(cairo_t* c, double x, double y, double w, double h, double rim, Colour base,
                 uint32_t seed) {
   const Path bark = slab(x, y, w, h, 0.10, seed);
@@ -102,7 +102,7 @@ void draw_nail(cairo_t* c, double x, double y, double r) {
   raise(c, circle(x, y, r), plain({0.72, 0.70, 0.66}), {r * 0.9, 0.8, 0.8, 0.5});
 }
 
-// The board stands still enough to be read: the words on it don't move.
+// The board hardly moves, so that the words on it stay still and readable.
 constexpr int kFine = 2;
 
 void draw_sign_board(Canvas& canvas, bool price) {
@@ -129,7 +129,7 @@ void draw_sign(const Cell& cell, bool price) {
   cairo_scale(c, 1.0 / kFine, 1.0 / kFine);
   paint_canvas(c, board, -128 * kFine, -58 * kFine);
   cairo_restore(c);
-  // A sprig at a corner that nods in the wind, a moment after the board.
+  // A twig at a corner that nods in the wind, a moment after the board.
   const double x = price ? 226 : 30, way = price ? -1 : 1;
   for (int i = 0; i < 4; i++) {
     const double lean = -kTau / 4 + way * (-0.9 + 0.55 * i) + (0.10 + 0.03 * i) * late;
@@ -160,11 +160,9 @@ void draw_eat_bugs_board(const Cell& cell) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    sheet("anim_wdsign.tga", 2048, 1024, 8, 8, 40, Play::kLoop,
-          [](const Cell& c) { draw_sign(c, false); }),
-    sheet("anim_lngsign.tga", 2048, 1024, 8, 8, 41, Play::kLoop,
-          [](const Cell& c) { draw_sign(c, true); }),
-    still("eat_bugs_tck.tga", 1024, 512, draw_eat_bugs_board),
+    sheet(SHEET_WDSIGN, 256, 128, Play::kLoop, [](const Cell& c) { draw_sign(c, false); }),
+    sheet(SHEET_LNGSIGN, 256, 128, Play::kLoop, [](const Cell& c) { draw_sign(c, true); }),
+    still(PANEL_EAT_BUGS_TCK, 1024, 512, draw_eat_bugs_board),
 };
 
 }  // namespace

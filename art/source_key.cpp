@@ -28,7 +28,7 @@ std::string file_text(const std::string& path) {
   return text.str();
 }
 
-// Adds a source and all that it pulls in to the set.
+// Adds a source and everything that it includes to the set.
 void collect(const std::string& root, const std::string& file, std::set<std::string>& found) {
   std::error_code error;
   if (!std::filesystem::is_regular_file(root + "/" + file, error) || !found.insert(file).second)
@@ -39,7 +39,7 @@ void collect(const std::string& root, const std::string& file, std::set<std::str
     if (!line.starts_with(start)) continue;
     collect(root, line.substr(start.size(), line.find('"', start.size()) - start.size()), found);
   }
-  // What a header promises is kept in the .cpp file beside it.
+  // The .cpp file beside a header has its implementation.
   if (file.ends_with(".h")) collect(root, file.substr(0, file.size() - 2) + ".cpp", found);
 }
 

@@ -1,4 +1,4 @@
-// The thumb of a win, held up over its ribbon; the game draws the number on it.
+// The thumb of a win, raised over its ribbon; the game draws the number on it.
 #include <algorithm>
 #include <cmath>
 
@@ -12,13 +12,13 @@ namespace {
 
 constexpr float kPi = static_cast<float>(kTau / 2);
 constexpr Colour kOutline{0.03, 0.18, 0.05};
-constexpr int kSteps = 24;         // poses between a fist and a thumb held up
-constexpr int kPoses = 9;          // beyond that: the thumb bent back by its spring
-constexpr int kSide = 340;         // of a pose's picture, pixels
-constexpr Point kWrist{170, 292};  // in it: what the hand turns round
+constexpr int kSteps = 24;         // poses between a fist and a raised thumb
+constexpr int kPoses = 9;          // more poses: the thumb bends back as it springs up
+constexpr int kSide = 340;         // of the picture of a pose, pixels
+constexpr Point kWrist{170, 292};  // pivot of the hand in it
 
-// The hand, its thumb from 0 (folded over the fist) to kSteps (up) and beyond. Rendered once each;
-// the frames move it.
+// The hand, its thumb from 0 (folded over the fist) to kSteps (up) and beyond. Each pose is
+// rendered once; the frames move it.
 const Canvas& hand_pose(int pose) {
   static Memo<int> poses;
   return poses.get(pose, kSide, kSide, [=](Canvas& canvas) {
@@ -48,7 +48,7 @@ const Canvas& hand_pose(int pose) {
     };
     scene.push_back(palm);
     for (int i = 0; i < 3; i++) {
-      // Fingers come round from behind and lie over the palm, each with its pad.
+      // Fingers come round from the back and lie over the palm, each with its pad.
       const float n = static_cast<float>(i), y = 0.66f - 0.68f * n, in = 0.10f * n * n;
       ClayPart finger;
       finger.blend = 0.20f;
@@ -70,7 +70,7 @@ const Canvas& hand_pose(int pose) {
                   Vec{0.30f * back, 0.05f * back, 0};
     Vec tip = lerp({-0.52f, 1.14f, -1.10f}, {0.56f, 2.20f, -0.40f}, fold) +
               Vec{1.30f * back, 0.10f * back, 0};
-    // On its way it swings out in an arc.
+    // It swings out in an arc on its way.
     tip = tip + Vec{0.20f, 0.25f, -0.35f} * std::sin(kPi * fold);
     thumb.limb(root, 0.62f, knuckle, 0.50f, skin);
     thumb.limb(knuckle, 0.48f, tip, 0.42f, skin);
@@ -105,7 +105,7 @@ const Canvas& hand_pose(int pose) {
   });
 }
 
-// A sun behind the hand: solid rays, so that it costs no blending.
+// A sun behind the hand, with opaque rays, which need no blending.
 void rays(cairo_t* c, double grow, double turn) {
   if (grow < 0.05) return;
   const double x = 256, y = 188, outer = 170 * grow, inner = 122 * grow;
@@ -123,7 +123,7 @@ void rays(cairo_t* c, double grow, double turn) {
   fill(c, core, {1.0, 0.97, 0.66});
 }
 
-// Satin for the number to stand on, calm and dark enough for white digits.
+// Satin behind the number, calm and dark enough for white digits.
 void ribbon(cairo_t* c, double grow, double gleam) {
   cairo_save(c);
   cairo_translate(c, 256, 345);
@@ -145,7 +145,7 @@ void ribbon(cairo_t* c, double grow, double gleam) {
   cairo_save(c);
   band(c);
   cairo_clip(c);
-  // A sheen along the upper edge, and at times a gleam that runs over the satin.
+  // A sheen along the upper edge, and sometimes a gleam that crosses the satin.
   fill(c, ellipse(0, -60, 190, 20), {1.0, 0.45, 0.42}, 0.55);
   if (gleam > 0 && gleam < 1) {
     double x = -240 + 480 * gleam;
@@ -171,8 +171,8 @@ void sparkles(cairo_t* c, double turn, double strength) {
 }
 
 struct Show {
-  double pose = 0;             // of the thumb, 1 is up
-  double x = 0, y = 0;         // the hand moved, pixels
+  double pose = 0;             // of the thumb; 1 is up
+  double x = 0, y = 0;         // displacement of the hand, pixels
   double tilt = 0;             // to the right, radians
   double scale = 1, tall = 1;  // of the hand; tall above 1 stretches it
   double sun = 1, sun_turn = 0;
@@ -194,14 +194,14 @@ void draw_show(const Cell& cell, const Show& s) {
   sparkles(c, s.sparkle_turn, s.sparkle);
 }
 
-// A swing that dies away: 0 at a, then to and fro.
+// An oscillation that starts with 0 at a and dies away.
 double spring(double t, double a, double waves, double decay) {
   double u = t - a;
   return u <= 0 ? 0 : std::exp(-decay * u) * std::sin(kTau * waves * u);
 }
 
-// The show goes on from the frame that the idle sheet would have come to by itself: the last frames
-// of the first sheet have to move with it.
+// The show continues with the frame that the idle sheet would have reached by itself, so the last
+// frames of the first sheet must move like the idle sheet.
 constexpr double kUpSeconds = 1.25, kIdleSeconds = 1.5;
 
 Show idle_show(double turn) {
@@ -219,14 +219,14 @@ Show idle_show(double turn) {
 }
 
 void draw_thumb_up(const Cell& cell) {
-  // The fist swings up from below, sinks to gather strength, and the thumb springs out. The number
+  // The fist swings up from below, dips to gather strength, and the thumb springs out. The number
   // grows over the first quarter, and the ribbon with it.
   const double t = cell.run();
   const double in = clamp01(t / 0.24), come = 1 - (1 - in) * (1 - in) * (1 - in);
   const double gather = smooth(0.24, 0.36, t) * (1 - smooth(0.36, 0.42, t));
   const double pop = clamp01((t - 0.37) / 0.08), jolt = spring(t, 0.40, 5.5, 9);
   const Show idle = idle_show(cell.turn() * kUpSeconds / kIdleSeconds);
-  const double calm = smooth(0.60, 0.90, t);  // how far it moves as the idle sheet does
+  const double calm = smooth(0.60, 0.90, t);  // how far it already moves like the idle sheet
   Show s;
   s.scale = 0.30 + 0.70 * come + 0.10 * spring(t, 0.12, 3, 9) + 0.05 * jolt;
   s.x = -30 * (1 - come) * std::cos(2.2 * in);
@@ -250,8 +250,8 @@ void draw_thumb_idle(const Cell& cell) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    sheet("anim_thumbs_up.png", 4096, 4096, 8, 8, 58, Play::kOnce, draw_thumb_up),
-    sheet("anim_thumbs_idle.png", 4096, 2048, 8, 4, 28, Play::kLoop, draw_thumb_idle),
+    sheet(SHEET_THUMBS_UP, 512, 512, Play::kOnce, draw_thumb_up),
+    sheet(SHEET_THUMBS_IDLE, 512, 512, Play::kLoop, draw_thumb_idle),
 };
 
 }  // namespace

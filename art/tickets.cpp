@@ -12,13 +12,13 @@ namespace {
 
 struct TicketStyle {
   Colour paper, print;
-  Colour panel;  // where the number stands, and what the paper's rim takes on
+  Colour panel;  // behind the number, and the tint of the paper's rim
 };
 constexpr TicketStyle kPaidTicket{{1.0, 0.80, 0.28}, {0.78, 0.30, 0.04}, {1.0, 0.985, 0.90}};
 constexpr TicketStyle kPinkTicket{{0.98, 0.40, 0.66}, {1.0, 0.86, 0.92}, {0.60, 0.03, 0.30}};
 constexpr TicketStyle kMysteryTicket{{0.56, 0.30, 0.92}, {1.0, 0.84, 0.30}, {0.24, 0.06, 0.46}};
 
-// Torn off a roll: bites of the perforation along both ends.
+// Torn off a roll: perforation marks along both ends.
 Path ticket_shape(double x, double y, double w, double h) {
   return [=](cairo_t* c) {
     const int bites = 4;
@@ -61,8 +61,8 @@ void draw_paper(cairo_t* c, double x, double y, double w, double h, const Ticket
   fill_linear(c, panel, {x, y - h * 0.3}, dim(style.panel, 0.94), {x, y + h * 0.1}, style.panel);
 }
 
-// A frog's face round (64, 64) that is whole without a number: one of up to three digits fits
-// between its eyes and its mouth, on a brow pale enough for the game's red.
+// A frog's face round (64, 64) that is complete without a number. Up to three digits fit between
+// its eyes and its mouth, on a brow pale enough for the game's red.
 void draw_face(cairo_t* c) {
   const Colour ink{0.08, 0.34, 0.05}, brow{0.95, 1.0, 0.76}, jaw{0.54, 0.85, 0.24};
   const Path head = round_rect(32.5, 50.5, 63, 38.5, 19);
@@ -100,10 +100,10 @@ void draw_pink_ticket(const Cell& cell) {
 }
 
 void draw_cycle_ticket(const Cell& cell) {
-  // Turning about its upright axis, slowest when it faces the viewer: the number stays where it is.
+  // Turning about its vertical axis, slowest when it faces the viewer: the number stays in place.
   cairo_t* c = cell.ctx;
   const double a = kTau * cell.turn(), angle = a - 0.30 * std::sin(2 * a), k = std::cos(angle);
-  // Never quite edge on, so that what the game writes on it stays on paper.
+  // Never quite edge on, so that the game's number stays on the paper.
   const double width = 0.28 + 0.72 * std::fabs(k), shade = 0.62 + 0.38 * width;
   TicketStyle style = kMysteryTicket;
   for (Colour* part : {&style.paper, &style.print, &style.panel}) *part = dim(*part, shade);
@@ -111,7 +111,7 @@ void draw_cycle_ticket(const Cell& cell) {
   cairo_scale(c, width, 1);
   cairo_translate(c, -64, -32);
   draw_paper(c, 64, 32, 96, 50, style);
-  // A gleam runs over the paper as it comes round.
+  // A gleam crosses the paper as it comes round.
   const double gleam = std::sin(angle) * (k < 0 ? -1 : 1);
   cairo_save(c);
   ticket_shape(64, 32, 96, 50)(c);
@@ -139,10 +139,10 @@ void draw_you_won(const Cell& cell) {
 }
 
 constexpr CatalogueRow kRows[] = {
-    sheet("anim_cycleticket.tga", 512, 512, 4, 8, 18, Play::kLoop, draw_cycle_ticket),
-    still("ticket.tga", 128, 128, draw_ticket),
-    still("pink_ticket.tga", 128, 64, draw_pink_ticket),
-    still("you_won_tck.tga", 128, 128, draw_you_won),
+    sheet(SHEET_CYCLETICKET, 128, 64, Play::kLoop, draw_cycle_ticket),
+    still(PANEL_TICKET, 128, 128, draw_ticket),
+    still(PANEL_PINK_TICKET, 128, 64, draw_pink_ticket),
+    still(PANEL_YOU_WON_TCK, 128, 128, draw_you_won),
 };
 
 }  // namespace

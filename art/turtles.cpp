@@ -1,5 +1,5 @@
-// The turtles that carry frogs across the river: one, the gold one, and three in a row. They swim
-// to the right.
+// The turtles that carry frogs across the river: a single one, the gold one, and three in a row.
+// They swim to the right.
 #include <algorithm>
 #include <cmath>
 
@@ -15,7 +15,7 @@ constexpr int kStrokes = 25;  // frames of one paddle stroke; a sheet holds two
 constexpr float kTurn = static_cast<float>(kTau);
 constexpr float kDeg = kTurn / 360;
 constexpr float kPitch = 46, kYaw = -10, kScale = 21.5f;
-constexpr Point kPlace{61, 69};  // of the shell's middle at the water's level
+constexpr Point kPlace{61, 69};  // position of the shell's middle, at the water's level
 
 struct Look {
   Vec plate, plate_deep, seam, rim, skin, spot;
@@ -30,7 +30,7 @@ const Look& look_of(bool gold) {
                           linear({0.36, 0.70, 0.20}),
                           0.07f,
                           0.9f};
-  // A wide white gloss would make ivory of it.
+  // A wide white gloss would look like ivory.
   static const Look golden{linear({1.0, 0.74, 0.02}),
                            linear({0.84, 0.40, 0.0}),
                            linear({0.60, 0.29, 0.0}),
@@ -42,7 +42,8 @@ const Look& look_of(bool gold) {
   return gold ? golden : plain;
 }
 
-// One stroke: a strong pull back under water, then the way forward, raised. 1 ahead to -1 behind.
+// One stroke: a strong pull back under water, then the way forward, raised. From 1 (ahead) to -1
+// (behind).
 struct Stroke {
   float at, lift;
 };
@@ -60,7 +61,7 @@ Stroke stroke_at(float turn) {
 class Turtle {
  public:
   Turtle(float turn, bool gold, float gleam) : turn_(turn), gleam_(gleam), look_(look_of(gold)) {
-    // The pull lifts the bow and the body a little later.
+    // The pull lifts the bow, and the body a little later.
     float surge = std::sin(kTurn * (turn - 0.12f));
     ClayFrame tilt;
     tilt.x = unit({1, 0.045f * surge, 0});
@@ -95,7 +96,7 @@ class Turtle {
     return g;
   }
 
-  // Below the water's level all looks bluish, and where it is cut there is foam.
+  // Below the water's level everything looks bluish, and there is foam at the waterline.
   void wet(ClayPart& g) const {
     ClayFrame f = g.frame;
     float turn = turn_;
@@ -112,7 +113,7 @@ class Turtle {
   }
 
   Vec plates(Vec p) const {
-    // Plates lie in a honeycomb: the seam is where the two nearest middles are equally far.
+    // Plates form a honeycomb: a seam is where the two nearest centres are equally far.
     constexpr float a = 0.96f;
     float best = 9, second = 9, from_x = 0, from_z = 0;
     for (int r = -2; r <= 2; r++) {
@@ -131,7 +132,7 @@ class Turtle {
       }
     }
     float edge = second - best;
-    // Each plate is a cushion: lit towards the upper left, deep towards the other side.
+    // Each plate is a cushion: lit at the upper left, dark at the other side.
     float lean = (-0.7f * from_x + 0.7f * from_z) / a, bevel = 1 - step_s(0.25f, 0.62f, edge);
     Vec c = lerp(look_.plate_deep, look_.plate, step_s(0.08f, 0.42f, edge + 0.35f * lean));
     c = lerp(c, lerp(look_.plate, {1, 0.95f, 0.75f}, 0.45f), bevel * step_s(0.10f, 0.42f, lean));
@@ -184,7 +185,7 @@ class Turtle {
                                     {0.62f, 0.50f, -0.60f}));
   }
 
-  // An arm and a flat blade that swings about the shoulder, its outer half late by bend degrees.
+  // An arm, and a flat blade that swings about the shoulder; its outer half lags by bend degrees.
   void flipper(Vec shoulder, float side, float sweep_deg, float bend_deg, float lift, float length,
                float width) {
     auto along = [&](float deg, float rise) {
@@ -196,7 +197,7 @@ class Turtle {
     ClayPart& g = part(0.16f, 0.5f);
     g.soft = 0.6f;
     g.metal = 0.4f * look_.metal;
-    // The blade feathers: edge on through the air, flat against the water in the pull.
+    // The blade turns: edge on through the air, flat against the water in the pull.
     ClayFrame own;
     own.x = blade;
     own.z = unit(cross(own.x, {0.35f * (lift > 0 ? -lift : 0.8f), 1, 0}));
@@ -222,7 +223,7 @@ class Turtle {
   Look look_;
 };
 
-// Foam round the shell, and ripples that the strokes send out and the turtle leaves behind.
+// Foam round the shell, and ripples from the strokes and behind the turtle.
 void draw_water(cairo_t* c, double turn) {
   soft_spot(c, 60, 77, 56, 34, {0.01, 0.08, 0.22}, 0.60);
   double gone = (1 - turn) * smooth(0, 0.15, turn);
@@ -289,16 +290,16 @@ void draw_gold_turtle(const Cell& cell) {
 }
 
 void draw_three_turtles(const Cell& cell) {
-  // Out of step with each other, or they would look like one machine.
+  // Out of step with each other, so that they don't look like one machine.
   const int ahead[3] = {0, 9, 17};
   for (int i = 0; i < 3; i++)
     paint_canvas(cell.ctx, turtle_tile((cell.frame + ahead[i]) % kStrokes), 127.0 * i, 0);
 }
 
 constexpr CatalogueRow kRows[] = {
-    sheet("anim_3turtles.tga", 2048, 2048, 4, 16, 50, Play::kLoop, draw_three_turtles),
-    sheet("anim_1turtle.tga", 1024, 1024, 8, 8, 50, Play::kLoop, draw_turtle),
-    sheet("anim_1turtlegold.tga", 1024, 1024, 8, 8, 50, Play::kLoop, draw_gold_turtle),
+    sheet(SHEET_3TURTLES, 512, 128, Play::kLoop, draw_three_turtles),
+    sheet(SHEET_1TURTLE, 128, 128, Play::kLoop, draw_turtle),
+    sheet(SHEET_1TURTLEGOLD, 128, 128, Play::kLoop, draw_gold_turtle),
 };
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Water thrown up: the crown round a frog that fell in, and a small splash.
+// Water thrown up: the crown round a frog that fell in.
 #include <cmath>
 #include <vector>
 
@@ -12,12 +12,12 @@ namespace {
 
 constexpr float kPi = static_cast<float>(kTau / 2);
 constexpr double kPitch_deg = 23;
-constexpr double kPeak = 0.36;                 // of the run: when the crown stands highest
+constexpr double kPeak = 0.36;  // as a fraction of the run: when the crown is highest
 constexpr float kWet = 0.26f, kLight = 0.30f;  // lacquered, and lit from within
 constexpr Colour kDeep{0.02, 0.38, 0.86}, kBody{0.10, 0.66, 1.0}, kThin{0.66, 0.93, 1.0};
 constexpr Colour kOutline{0.02, 0.16, 0.42};
 
-// A throw against gravity: 0 at 0 and at its end, 1 at its peak.
+// A throw against gravity: 0 at the start and at the end, 1 at its peak.
 float thrown(float t, float peak, float end) {
   float u = t < peak ? (t - peak) / peak : (t - peak) / (end - peak);
   return std::fmax(0.0f, 1 - u * u);
@@ -75,7 +75,7 @@ void add_crown(ClayScene& scene, const Splash& s, float t) {
               linear(kBody));
     wall.limb(on_wall(p.turn, 0.55f * p.tall), 0.22f * thick, on_wall(p.turn, p.tall),
               0.10f * thick, linear(kBody));
-    // Two layers of links make a sheet of it, torn down between the points.
+    // Two layers of links form a sheet, torn down between the points.
     for (float k : {0.12f, 0.52f, 0.95f}) {
       wall.limb(on_wall(p.turn, k * low), 0.22f * thick, on_wall(between, k * low * 0.94f),
                 0.20f * thick, linear(kBody));
@@ -96,7 +96,7 @@ void add_crown(ClayScene& scene, const Splash& s, float t) {
   scene.push_back(wall);
 }
 
-// After the crown the hole closes, and a column jumps out of its middle.
+// After the crown the hole closes, and a column shoots up from its middle.
 void add_column(ClayScene& scene, const Splash& s, float t) {
   const float rise = thrown(t - 0.34f, 0.28f, 0.62f);
   if (t < 0.36f || rise <= 0.02f) return;
@@ -116,7 +116,7 @@ void add_column(ClayScene& scene, const Splash& s, float t) {
   scene.push_back(column);
 }
 
-// A drop that flies from `from` to `to` in a moment.
+// A drop that flies from `from` to `to`.
 void draw_drop(cairo_t* c, Point from, Point to, double r) {
   const double rim = std::fmax(1.0, 0.28 * r);
   Path tear = [=](cairo_t* k) { capsule(from, r * 0.25, to, r)(k); };
@@ -133,7 +133,8 @@ void draw_drops(cairo_t* c, Point middle, double unit, const Splash& s, double t
   const double k = std::cos(kTau * kPitch_deg / 360), flat = std::sin(kTau * kPitch_deg / 360);
   for (int i = 0; i < s.drops; i++) {
     double turn = rng.range(0, kTau), size = rng.range(0.09, 0.17), up = rng.range(0.80, 1.10);
-    // Those that come at the viewer fly less far, or they would leave the picture at its foot.
+    // Drops that fly towards the viewer go less far; otherwise they would leave the picture at its
+    // foot.
     double out = rng.range(1.2, 2.6) * (1 - 0.4 * std::cos(turn)), u = t - rng.range(0, 0.10);
     if (u <= 0.03 || behind != (std::cos(turn) < 0)) continue;
     auto high = [&](double w) { return up * gravity * kPeak * w - gravity * w * w / 2; };
@@ -143,7 +144,7 @@ void draw_drops(cairo_t* c, Point middle, double unit, const Splash& s, double t
                    middle.y - unit * (high(w) * k + z * flat)};
     };
     if (high(u) < 0.15) continue;
-    // What rises before the crown would hide it; it is seen once it is over it.
+    // In front of the crown it would hide it, so it is shown once it is above it.
     double crown = 0.72 * static_cast<double>(s.tall * thrown(static_cast<float>(t),
                                                               static_cast<float>(kPeak), 0.80f));
     if (!behind && u < kPeak && high(u) < crown) continue;
@@ -151,7 +152,7 @@ void draw_drops(cairo_t* c, Point middle, double unit, const Splash& s, double t
   }
 }
 
-// Foam on the water round the foot, and rings that run out from there.
+// Foam on the water round the foot, and rings that spread from there.
 void draw_rings(cairo_t* c, Point at, double unit, const Splash& s, double t) {
   const double flat = std::sin(kTau * kPitch_deg / 360), r0 = static_cast<double>(s.radius) * unit;
   for (int i = 2; i >= 0; i--) {
@@ -188,7 +189,7 @@ void add_foam(ClayScene& scene, const Splash& s, float t) {
 }
 
 void draw_splash(const Cell& cell, const Splash& s, Point at, double unit, double outline) {
-  // The first frame is a moment after the fall, the last one a moment before all is flat.
+  // The first frame is just after the fall, the last one just before the water is flat.
   const double t = (cell.frame + 1.0) / (cell.frames + 1.0);
   const float u = static_cast<float>(t);
   draw_rings(cell.ctx, at, unit, s, t);
@@ -205,13 +206,10 @@ void draw_splash(const Cell& cell, const Splash& s, Point at, double unit, doubl
 }
 
 constexpr Splash kCrown{13, 2.9f, 1.25f, 30, 5};
-constexpr Splash kSmall{7, 1.9f, 1.0f, 8, 9};
 
 constexpr CatalogueRow kRows[] = {
-    sheet("anim_gfrog_splash.tga", 4096, 1024, 8, 4, 20, Play::kOnce,
+    sheet(SHEET_GFROG_SPLASH, 512, 256, Play::kOnce,
           [](const Cell& c) { draw_splash(c, kCrown, {256, 204}, 44, 2.2); }),
-    sheet("anim_splash.tga", 256, 256, 4, 4, 16, Play::kOnce,
-          [](const Cell& c) { draw_splash(c, kSmall, {32, 48}, 11, 1.2); }),
 };
 
 }  // namespace

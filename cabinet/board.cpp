@@ -7,8 +7,8 @@ namespace {
 
 using Data = std::vector<std::uint8_t>;
 
-// The host hears of checksums by the u frame and needs a moment to follow; what it sent before it
-// had heard is not an error.
+// After the u frame the host needs a moment to turn checksums on. Frames without them are no error
+// until then.
 constexpr std::int64_t DIGITS_GRACE_MS = 100;
 
 constexpr unsigned T_SIDE = 0x08, T_COUNT_VOID = 0x40, T_FAULT = 0x80;
@@ -40,7 +40,7 @@ void send_tickets(Board& board, int side, bool fault, std::int64_t now_ms) {
   unsigned first = side == RIGHT ? T_SIDE : 0;
   if (fault && dispenser.void_count) {
     first |= T_COUNT_VOID;
-    count = 0;  // no host may believe it
+    count = 0;  // the host must ignore it
   } else if (fault) {
     first |= T_FAULT;
   }
@@ -131,7 +131,7 @@ void take_frame(Board& board, const std::string& body, std::int64_t now_ms) {
   ++board.counts.malformed;
 }
 
-// The host sends no checksums though it was told to: it was on its way, or it didn't hear.
+// A frame without the checksum that is on: sent before the u frame arrived, or that frame was lost.
 void take_frame_without_digits(Board& board, const std::string& body, std::int64_t now_ms) {
   if (now_ms < board.digits_due_ms) {
     take_frame(board, body, now_ms);
@@ -236,9 +236,9 @@ void board_turn_ball(Board& board, int axis, int steps, std::int64_t now_ms) {
   send_counters(board, now_ms);
 }
 
-// The u frame carries a checksum already: a host that has checksums off takes the digits behind CR
-// for noise between frames, and one that has them on, because only the board had lost them, would
-// lose this frame and the next without.
+// The u frame has a checksum already. A host with checksums off ignores the digits after CR. A host
+// with checksums on, if only the board had lost the mode, would lose this frame and the next
+// without them.
 void board_set_checksums(Board& board, bool on, std::int64_t now_ms) {
   board.checksums = on;
   if (!on) return;

@@ -1,5 +1,5 @@
-// The I/O board: bytes in, bytes out, and a time that the caller hands in. It knows nothing of
-// pseudo-terminals or clocks.
+// The I/O board: bytes in, bytes out, and the time from the caller. It uses no pseudo-terminal and
+// no clock.
 #pragma once
 
 #include <cstdint>
@@ -9,9 +9,11 @@
 #include "cabinet/coils.h"
 #include "cabinet/dispenser.h"
 #include "cabinet/frame_log.h"
-#include "cabinet/sides.h"
 #include "cabinet/switches.h"
 #include "cabinet/wire.h"
+
+// The two stations of the cabinet.
+enum Side { LEFT = 0, RIGHT = 1, SIDES = 2 };
 
 constexpr int WATCHDOG_BY_FRAME = -1;
 
@@ -21,13 +23,13 @@ struct BoardSettings {
   std::uint8_t dips = 0;         // a 1 is a switch that is on
   std::uint8_t config_bits = 0;  // second byte of the c answer
   int watchdog_ask_ms = 1000;    // how often the board asks for a W frame; 0: never
-  // How long it does without one: 0 for ever, WATCHDOG_BY_FRAME the seconds of the last one.
+  // Time without one until it restarts: 0 never, WATCHDOG_BY_FRAME the seconds of the last frame.
   int watchdog_bite_ms = WATCHDOG_BY_FRAME;
 };
 
 struct BoardCounts {  // since the cabinet began
   long checksum_errors = 0;
-  long malformed = 0;  // unknown letters, wrong lengths, capitals, values that can't be
+  long malformed = 0;  // unknown letters, wrong lengths, capitals, impossible values
   long restarts = 0;
   long watchdog_fed = 0;
   long watchdog_bites = 0;
@@ -36,9 +38,9 @@ struct BoardCounts {  // since the cabinet began
 struct Board {
   BoardSettings settings;
   bool powered = true;
-  bool silent = false;  // it hears but says nothing
+  bool silent = false;  // it receives but sends nothing
 
-  // What a restart forgets.
+  // Cleared by a restart.
   bool checksums = false;
   bool counters_valid = false;       // a C frame has come
   std::uint8_t config = 0;           // first byte of that frame
@@ -61,24 +63,23 @@ struct Board {
 
 constexpr int BOARD_RANDOM_COUNTERS = -1;
 
-// Starts the board: counters begin at `counter`, or each at a value of its own, everything that
-// isn't mechanical is forgotten, and *R goes out. Closed switches stay closed, paper stays where
-// it is.
+// Restarts the board: counters begin at `counter`, or each at a random value, and *R is sent. Only
+// mechanical state is kept, such as closed switches and paper.
 void board_restart(Board& board, int counter, std::int64_t now_ms);
 
-// Takes the board off its power: it hears and says nothing until `board_restart`.
+// Switches the power off: the board receives and sends nothing until `board_restart`.
 void board_power_off(Board& board);
 
 // Takes one byte from the host.
 void board_receive(Board& board, std::uint8_t byte, std::int64_t now_ms);
 
-// Lets time pass: tickets come out, the watchdog asks and bites. At least every few milliseconds.
+// Lets time pass: tickets come out, the watchdog asks and restarts. Call it every few milliseconds.
 void board_advance(Board& board, std::int64_t now_ms);
 
 // Moves a switch. Each edge sends an S frame at once.
 void board_switch(Board& board, int input, bool closed, std::int64_t now_ms);
 
-// Sends the S frame though nothing moved.
+// Sends the S frame without a change.
 void board_send_counters(Board& board, std::int64_t now_ms);
 
 // Sends a frame of any content, even from a silent board.
@@ -87,5 +88,5 @@ void board_say(Board& board, const std::string& body, std::int64_t now_ms);
 // Turns the trackball by `steps`; axis 0 is x, 1 is y.
 void board_turn_ball(Board& board, int axis, int steps, std::int64_t now_ms);
 
-// Turns checksums on, which it tells the host by a u frame, or off, which it tells nobody.
+// Turns checksums on, with a u frame to the host, or off, without a frame.
 void board_set_checksums(Board& board, bool on, std::int64_t now_ms);

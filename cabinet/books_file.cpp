@@ -7,8 +7,8 @@
 #include <fstream>
 #include <iterator>
 
-#include "books/audit_list.h"  // AUDIT_COUNT
-#include "books/settings.h"    // SETTINGS
+#include "books/settings.h"  // SETTINGS
+#include "cabinet/sides.h"
 
 namespace {
 
@@ -19,12 +19,12 @@ struct Format {
 constexpr Format AUDIT_FILE = {"810A", AUDIT_COUNT, 56};
 constexpr Format PREF_FILE = {"030P", PREF_COUNT, 128};
 
-// Places within a row.
+// Positions in a row.
 constexpr std::size_t FLAGS_AT = 4, NAME_AT = 8, NAME_BYTES = 32, INT_AT = 40, FLOAT_AT = 44;
 constexpr std::size_t AUDIT_TIME_AT = 48, PREF_TEXT_AT = 48, PREF_TEXT_BYTES = 80;
 constexpr std::uint32_t IS_FLOAT = 0x10, IS_TIME = 0x20, IS_TEXT = 0x40;
 
-// Numbers stand little-endian in the files.
+// Numbers in the files are little-endian.
 std::uint64_t get(const std::string& bytes, std::size_t at, std::size_t size) {
   std::uint64_t value = 0;
   for (std::size_t i = size; i-- > 0;) {
@@ -43,7 +43,7 @@ void put_float(std::string& bytes, std::size_t at, float value) {
   put(bytes, at, bits);
 }
 
-// A float as the decimal number that was meant, so that 0.4 is 0.4.
+// A float as the decimal number that was meant: 0.4, not 0.4000000059.
 double get_float(const std::string& bytes, std::size_t at) {
   const auto bits = static_cast<std::uint32_t>(get(bytes, at, 4));
   float value;
@@ -53,7 +53,7 @@ double get_float(const std::string& bytes, std::size_t at) {
   return std::strtod(text, nullptr);
 }
 
-// The whole file, or nothing with the reason in `why`.
+// The whole file. Empty on an error, with the reason in `why`.
 std::string read_books(const std::string& path, const Format& format, std::string& why) {
   std::ifstream file(path, std::ios::binary);
   if (!file) {
@@ -69,7 +69,7 @@ std::string read_books(const std::string& path, const Format& format, std::strin
   return bytes;
 }
 
-// Where the row with this name begins, 0 if there is none.
+// The offset of the row with this name, 0 if there is none.
 std::size_t find_row(const std::string& bytes, const Format& format, const std::string& name) {
   for (std::size_t i = 0; i < format.rows; ++i) {
     const std::size_t at = 4 + i * format.row_bytes;
@@ -149,6 +149,10 @@ BooksValue books_audit(const std::string& drive, const std::string& name) {
   return result;
 }
 
+BooksValue books_audit(const std::string& drive, AuditIndex row, int side) {
+  return books_audit(drive, std::string(audit_name(row)) + (side == LEFT ? " Left" : " Right"));
+}
+
 BooksValue books_pref(const std::string& drive, const std::string& name) {
   std::string bytes;
   std::size_t at = 0;
@@ -174,7 +178,7 @@ std::string books_set_pref(const std::string& drive, const std::string& name,
   if (bytes.empty()) bytes = new_prefs();
   const std::size_t at = find_row(bytes, PREF_FILE, name);
   if (at == 0) return "there is no setting \"" + name + "\"";
-  if (!set_value(bytes, at, value)) return "\"" + value + "\" is no value of \"" + name + "\"";
+  if (!set_value(bytes, at, value)) return "\"" + value + "\" is not a value of \"" + name + "\"";
   for (const char* file : {"/prefs", "/prefbak"}) {
     std::ofstream out(drive + file, std::ios::binary | std::ios::trunc);
     out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));

@@ -24,7 +24,7 @@ constexpr int BUSY_WAIT_MS = 2;  // while switches or tickets move
 
 std::string open_signals(Cabinet& cabinet) {
   for (const int signal : {SIGPIPE, SIGTTIN, SIGTTOU}) std::signal(signal, SIG_IGN);
-  // A shell starts what runs in its background with SIGINT ignored.
+  // A shell starts background jobs with SIGINT ignored.
   std::signal(SIGINT, SIG_DFL);
   sigset_t set;
   sigemptyset(&set);
@@ -38,7 +38,7 @@ std::string sound_path(const Cabinet& cabinet) {
   return cabinet.keys.folder + "/sound";
 }
 
-// The window's sound stays on the sound card of this machine if it has one.
+// The game's own sound stays on the sound card of this machine, if there is one.
 bool sound_is_ours(const Options& options) {
   if (options.sound != SOUND_AUTO) return options.sound == SOUND_PAGE;
   if (!options.record.empty()) return true;
@@ -57,7 +57,7 @@ void describe_game(Cabinet& cabinet) {
   if (cabinet.sound != nullptr) {
     game.environment.emplace_back("LILYHOP_SOUND", "unix:" + sound_path(cabinet));
   }
-  // No port of the machine but the cabinet's own may be probed.
+  // The game must probe no port of this machine except the cabinet's own.
   for (int port = 1; port <= 16; ++port) {
     std::string path;
     if (port == options.com) path = cabinet.cable.path;
@@ -99,7 +99,7 @@ void take_typed(Cabinet& cabinet, std::int64_t now_ms) {
   }
 }
 
-// What the board wants to say goes out, what has come in is heard, until both are quiet.
+// Passes bytes both ways between board and cable until both are quiet.
 void exchange(Cabinet& cabinet, std::int64_t now_ms) {
   Board& board = cabinet.board;
   for (const char byte : cable_take(cabinet.cable)) {
@@ -181,7 +181,7 @@ std::string cabinet_open(Cabinet& cabinet) {
   board.log.began_ms = now_ms;
   board_restart(board, BOARD_RANDOM_COUNTERS, now_ms);
   board.counts.restarts = 0;
-  board.to_host.clear();  // nobody listens yet
+  board.to_host.clear();  // nobody has the port open yet
   describe_game(cabinet);
   std::string error;
   if (options.page) error = page_open(cabinet);
@@ -197,7 +197,7 @@ void cabinet_close(Cabinet& cabinet) {
   if (!trouble.empty()) std::fprintf(stderr, "cabinet: %s\n", trouble.c_str());
   page_close(cabinet);
   game_kill(cabinet.game);
-  usb_port_close(cabinet.usb);  // its socket and the sound's lie in the keys' folder
+  usb_port_close(cabinet.usb);  // its socket and the sound's are in the keys' folder
   sound_port_close(std::exchange(cabinet.sound, nullptr));
   keys_close(cabinet.keys);
   cable_close(cabinet.cable);

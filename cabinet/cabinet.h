@@ -1,5 +1,5 @@
-// The whole virtual cabinet: the board on its cable, the hands at its switches, the game, and the
-// one loop that moves them. One thread.
+// The whole virtual cabinet: the board on its cable, the hands on its switches, the game, and the
+// one loop that runs them. One thread.
 #pragma once
 
 #include <cstdint>
@@ -31,28 +31,28 @@ struct Cabinet {
   Recording* recording = nullptr;
   Page page;
   GameProcess game;
-  std::map<std::string, double> names;  // what scripts noted with "let"
-  int signals = -1;                     // file descriptor that SIGINT, SIGTERM, SIGCHLD come by
+  std::map<std::string, double> names;  // from "let" in scripts
+  int signals = -1;                     // file descriptor that reports SIGINT, SIGTERM, SIGCHLD
   bool commands_open = false;           // standard input is read
-  bool finishing = false;               // no game is waited for but to end
-  std::string typed;                    // a line of standard input that isn't whole yet
-  std::string said;                     // what a command has to say to whoever gave it
+  bool finishing = false;               // waits only for the game to end
+  std::string typed;                    // an incomplete line of standard input
+  std::string said;                     // output of the last command
 };
 
 // Milliseconds of a steady clock.
 std::int64_t cabinet_now_ms();
 
-// Makes the board, the cable and the key socket, and says what the game's environment will be.
-// Returns an error text, empty if all went well.
+// Makes the board, the cable and the key socket, and sets the game's environment. Returns an error
+// text, empty on success.
 std::string cabinet_open(Cabinet& cabinet);
 void cabinet_close(Cabinet& cabinet);
 
 // Starts the game on a clean port.
 std::string cabinet_start_game(Cabinet& cabinet);
 
-// One turn of the loop: lets time pass for everything, then waits for something to happen, at most
-// `wait_ms`. Returns true if the game ended in this turn.
+// One turn of the loop: advances everything, then waits for an event, at most `wait_ms`. Returns
+// true if the game ended in this turn.
 bool cabinet_turn(Cabinet& cabinet, int wait_ms);
 
-// Begins the end: the game is asked to quit, with `signal`. The loop goes on until it has.
+// Begins the end: asks the game to quit, with `signal`. The loop continues until it has.
 void cabinet_finish(Cabinet& cabinet, int signal);

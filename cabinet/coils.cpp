@@ -8,7 +8,7 @@ constexpr std::uint8_t H_COIN_METER_LEFT = 0x10;
 
 struct MeterRow {
   int number;
-  int channel;  // lamp channel of its coil, -1: the H byte drives it
+  int channel;  // lamp channel of its coil; -1: the H byte
   const char* name;
 };
 

@@ -1,4 +1,4 @@
-// What the board's outputs drive: lamps, lockout coils, and meters that count mechanically.
+// What the board's outputs drive: lamps, lockout coils and mechanical meters.
 #pragma once
 
 #include <cstdint>
@@ -14,8 +14,8 @@ enum Meter {
   METER_COUNT,
 };
 
-// What a lamp did since "mark": a breathing one takes many small steps between its ends, a blinking
-// one few large ones.
+// What a lamp did since "mark". A breathing lamp takes many small steps between its limits, a
+// blinking one a few large ones.
 struct LampCurve {
   std::uint16_t lowest = 0, highest = 0;
   long changes = 0;
@@ -25,22 +25,23 @@ struct Coils {
   std::uint8_t h = 0;                      // the output byte as last received
   std::uint16_t lamp[LAMP_CHANNELS] = {};  // 12 bits
   LampCurve curve[LAMP_CHANNELS];
-  long meter[METER_COUNT] = {};  // pulses since the cabinet began
+  long meter[METER_COUNT] = {};  // pulses since the cabinet started
 };
 
-// The name of a meter in commands, "coin-left", and the meter of a name, -1 if there is none.
+// The name of a meter in commands, such as "coin-left"; and the meter with a name, -1 if there is
+// none.
 const char* meter_name(int meter);
 int meter_find(const std::string& name);
 
-// New outputs. A meter moves on when its coil goes from off to on.
+// New outputs. A meter steps when its coil goes from off to on.
 void coils_set_h(Coils& coils, std::uint8_t h);
 void coils_set_lamp(Coils& coils, int channel, int value);
 
-// Lamps' curves begin anew at what they show now.
+// Restarts the record of all lamps from their present brightness.
 void coils_mark(Coils& coils);
 
-// The lockout coil of a side is energised.
+// Whether the lockout coil of a side is energised.
 bool coils_lockout(const Coils& coils, int side);
 
-// All coils and lamps fall; the meters keep what they show.
+// Switches all coils and lamps off; the meters keep their counts.
 void coils_power_off(Coils& coils);

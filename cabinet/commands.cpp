@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
+#include <vector>
 
 #include "cabinet/books_file.h"
 #include "cabinet/cabinet.h"
+#include "cabinet/menu_presses.h"
 #include "cabinet/readings.h"
 #include "cabinet/status.h"
 
@@ -19,6 +21,7 @@ namespace {
 
 constexpr double PRESSES_PER_SECOND = 5;
 constexpr double SWIPE_PULSES_PER_SECOND = 10;
+constexpr double MENU_PRESSES_PER_SECOND = 2;  // the game takes all presses of a tick as one
 
 long whole(const Arguments& a, const char* name, long otherwise) {
   return static_cast<long>(argument(a, name, static_cast<double>(otherwise)));
@@ -56,6 +59,13 @@ std::string do_test(Cabinet& cabinet, const Arguments& a, std::int64_t) {
 std::string do_volume(Cabinet& cabinet, const Arguments& a, std::int64_t) {
   const int input = a.choices[0] == "up" ? INPUT_VOLUME_UP : INPUT_VOLUME_DOWN;
   return press(cabinet, input, a, PRESSES_PER_SECOND);
+}
+std::string do_menu(Cabinet& cabinet, const Arguments& a, std::int64_t now_ms) {
+  if (!cabinet.hands.bursts.empty()) return "the hands are still pressing something else";
+  const std::vector<int> presses = menu_presses(a.texts[0]);
+  if (presses.empty()) return "no menu has the row \"" + a.texts[0] + "\"";
+  hands_press_in_turn(cabinet.hands, presses, MENU_PRESSES_PER_SECOND, now_ms);
+  return {};
 }
 std::string do_press(Cabinet& cabinet, const Arguments& a, std::int64_t now_ms) {
   board_switch(cabinet.board, a.input, true, now_ms);
@@ -281,6 +291,7 @@ constexpr CommandRow COMMANDS[] = {
     {"service [COUNT]", "the service switch", do_service},
     {"test [MS]", "the test switch, briefly or held", do_test},
     {"volume up|down [COUNT]", "the volume switches", do_volume},
+    {"menu NAME", "from the main menu's first row to this row, there or in Diagnostics", do_menu},
     {"press INPUT", "close any switch", do_press},
     {"release INPUT", "open it", do_release},
     {"hold INPUT MS", "close it for a time", do_hold},

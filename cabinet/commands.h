@@ -1,4 +1,4 @@
-// The commands of standard input and of scripts: one table for parsing, help and doing.
+// The commands of standard input and of scripts: one table for parsing, help and execution.
 #pragma once
 
 #include <cstdint>
@@ -14,15 +14,15 @@ struct Command {
   Arguments arguments;
 };
 
-// Reads a command without doing it. Returns an error text, empty if all went well.
+// Reads a command without running it. Returns an error text, empty on success.
 std::string command_parse(const Words& words, Command& command);
 
-// Does it. Returns an error text, empty if all went well.
+// Runs it. Returns an error text, empty on success.
 std::string command_do(Cabinet& cabinet, const Command& command, std::int64_t now_ms);
 
-// Reads and does a line; an empty one does nothing, and one that is a reading says its value.
-// Returns an error text, empty if all went well.
+// Reads and runs a line. An empty line does nothing; a reading prints its value. Returns an error
+// text, empty on success.
 std::string commands_do(Cabinet& cabinet, const std::string& line, std::int64_t now_ms);
 
-// The commands, a line each.
+// The commands, one per line.
 std::string commands_help();

@@ -5,7 +5,7 @@
 
 namespace {
 
-// How long the motor may turn without a ticket before the dispenser gives up.
+// How long the motor may run without a ticket before the dispenser gives up.
 constexpr std::int64_t STALL_MS = 500;
 
 std::int64_t ticket_ms(const Dispenser& dispenser) {

@@ -9,7 +9,7 @@ foreach(file ${FILES})
   list(GET TYPES ${at} type)
   string(MAKE_C_IDENTIFIER ${name} symbol)
   file(READ ${file} bytes HEX)
-  # Browsers refuse a font whose inner name has a space: "Cherry Bomb-Regular".
+  # Browsers refuse a font with a space in its internal name: "Cherry Bomb-Regular".
   string(REPLACE 43686572727920426f6d622d526567756c6172 4368657272792d426f6d622d526567756c6172
          bytes "${bytes}")
   string(REGEX REPLACE "(..)" "0x\\1," bytes "${bytes}")

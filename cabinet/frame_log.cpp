@@ -7,7 +7,7 @@
 
 namespace {
 
-// Letter as it stands, digits in capitals, no spaces: one key for all ways to write a frame.
+// The letter unchanged, digits in capitals, no spaces: one key for all spellings of a frame.
 std::string key_of(const std::string& text) {
   std::string key;
   for (const char c : text) {

@@ -1,5 +1,4 @@
-// The frames that went over the line, kept for whoever asks: the last of them, and how often each
-// came since the last mark.
+// The frames on the line: the most recent ones, and a count of each since the last mark.
 #pragma once
 
 #include <cstddef>
@@ -16,13 +15,13 @@ struct FrameLog {
     std::string body;
   };
   struct Way {
-    std::deque<Entry> last;             // newest behind, at most FRAME_LOG_KEPT
-    std::map<std::string, long> exact;  // whole bodies since the mark
+    std::deque<Entry> last;             // newest last, at most FRAME_LOG_KEPT
+    std::map<std::string, long> exact;  // complete frames since the mark
     std::map<char, long> letters;       // since the mark
-    long total = 0;                     // since the cabinet began
+    long total = 0;                     // since the cabinet started
   };
   Way ways[DIRECTIONS];
-  bool printing = false;  // each frame goes to standard output
+  bool printing = false;  // print each frame to standard output
   std::int64_t began_ms = 0;
 };
 
@@ -31,15 +30,14 @@ constexpr std::size_t FRAME_LOG_KEPT = 20;
 void frame_log_add(FrameLog& log, Direction direction, const std::string& body,
                    std::int64_t now_ms);
 
-// Forgets the counts since the last mark.
+// Clears the counts since the last mark.
 void frame_log_mark(FrameLog& log);
 
 // How many frames with this letter came since the mark.
 long frame_log_letters(const FrameLog& log, Direction direction, char letter);
 
-// How many frames like `text` came since the mark: letter and digits, spaces and case of the digits
-// don't matter.
+// How many frames equal to `text` came since the mark. Spaces and the case of digits don't matter.
 long frame_log_exact(const FrameLog& log, Direction direction, const std::string& text);
 
-// The last frames of one direction, a line each with its time in seconds.
+// The last frames of one direction, one per line with its time in seconds.
 std::string frame_log_text(const FrameLog& log, Direction direction);

@@ -1,6 +1,7 @@
 #include "cabinet/game_process.h"
 
 #include <fcntl.h>
+#include <sched.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -15,8 +16,8 @@ namespace {
 constexpr std::int64_t QUIT_MS = 5000;
 
 [[noreturn]] void become_game(const GameProcess& game) {
-  // A process group of its own: Ctrl-C in the terminal is ours, and passed on once. If the cabinet
-  // dies the game goes with it.
+  // The game has its own process group: Ctrl-C in the terminal reaches only the cabinet, which
+  // passes it on once. If the cabinet dies, the game dies too.
   setpgid(0, 0);
   prctl(PR_SET_PDEATHSIG, SIGTERM);
   sigset_t none;
@@ -25,7 +26,7 @@ constexpr std::int64_t QUIT_MS = 5000;
   for (const int signal : {SIGINT, SIGTERM, SIGPIPE, SIGTTIN, SIGTTOU}) {
     std::signal(signal, SIG_DFL);
   }
-  // The page's connections are not the game's.
+  // The game must not inherit the page's connections.
   close_range(STDERR_FILENO + 1, ~0U, 0);
   const int null = open("/dev/null", O_RDONLY | O_CLOEXEC);
   if (null >= 0) dup2(null, STDIN_FILENO);
@@ -59,6 +60,12 @@ void note_end(GameProcess& game, int status) {
 }
 
 }  // namespace
+
+void hardware_goes_first() {
+  sched_param lowest_of_these{};
+  lowest_of_these.sched_priority = sched_get_priority_min(SCHED_RR);
+  sched_setscheduler(0, SCHED_RR | SCHED_RESET_ON_FORK, &lowest_of_these);
+}
 
 std::string game_start(GameProcess& game) {
   if (game.running) return "the game is running";

@@ -1,4 +1,4 @@
-// The game as a process of its own: started against this cabinet, watched, and ended.
+// The game as a separate process: started with this cabinet's environment, watched, and ended.
 #pragma once
 
 #include <sys/types.h>
@@ -11,27 +11,31 @@
 struct GameProcess {
   std::vector<std::string> command;
   std::vector<std::pair<std::string, std::string>> environment;  // an empty value: not set
-  std::string log;  // a file that what it prints is added to; empty: the terminal gets it
+  std::string log;  // a file that collects its output; empty: the terminal
   pid_t pid = -1;
   bool running = false;
   bool end_ordered = false;  // it was asked to quit, or killed
   bool would_not_quit = false;
-  std::int64_t kill_at_ms = 0;  // 0: nobody asked it to quit
-  int exit_code = 0;            // of the last run; 128 and the signal if one ended it
+  std::int64_t kill_at_ms = 0;  // 0: it was not asked to quit
+  int exit_code = 0;            // of the last run; 128 plus the signal if a signal ended it
 };
 
-// Starts the game. Returns an error text, empty if all went well.
+// Lets the calling thread run before other programs, if the user may do that: a board answers
+// however busy the PC is. Once, before the game starts, which doesn't inherit it.
+void hardware_goes_first();
+
+// Starts the game. Returns an error text, empty on success.
 std::string game_start(GameProcess& game);
 
-// Power off: ends it in the middle of whatever it does, and waits for its end.
+// Power off: kills the game at once, and waits for its end.
 void game_kill(GameProcess& game);
 
-// Asks it to quit, with `signal`; after five seconds it is killed.
+// Asks the game to quit, with `signal`; kills it after five seconds.
 void game_ask_to_quit(GameProcess& game, int signal, std::int64_t now_ms);
 
-// Looks whether it has ended, and kills it if its time to quit is over. Returns true once for each
-// end.
+// Checks whether the game has ended, and kills it if its time to quit is over. Returns true once
+// for each end.
 bool game_watch(GameProcess& game, std::int64_t now_ms);
 
-// The exit code that tells how the game behaved: 0 if it ended well or the way it was told to.
+// 0 if the game ended properly or was killed on purpose; otherwise its exit code.
 int game_verdict(const GameProcess& game);

@@ -9,17 +9,17 @@ namespace {
 std::string page_text(const Cabinet& cabinet) {
   const std::string address = page_address(cabinet.page);
   std::string text = "The cabinet is at " + address + " - open it in a browser of this machine.\n";
-  // Who came over the network has no browser here.
+  // A user who came over the network has no browser here.
   if (std::getenv("SSH_CONNECTION") != nullptr) {
     std::string port = address.substr(address.rfind(':') + 1);
     port.pop_back();
-    text += "From yours: ssh -L " + port + ":127.0.0.1:" + port +
-            " to this machine, and the same address.\n";
+    text += "From your own machine: ssh -L " + port + ":127.0.0.1:" + port +
+            " to this one, then open the same address.\n";
   }
-  text += "There 5 or 6 puts a coin in and 1 or 2 sends a frog off, by key, mouse or touch.\n";
+  text += "There, 5 or 6 inserts a coin and 1 or 2 starts a frog, by key, mouse or touch.\n";
   if (cabinet.sound != nullptr) {
-    text += sound_card_is_there() ? "The page sounds"
-                                  : "There is no sound card here, but the page sounds";
+    text += sound_card_is_there() ? "The page plays the sound"
+                                  : "There is no sound card here, but the page plays the sound";
     text += ": click SOUND on it.\n";
   }
   return text;
@@ -33,13 +33,13 @@ std::string greeting_text(const Cabinet& cabinet) {
   if (options.no_game && !options.no_board) text += "The board is on " + cabinet.cable.path + "\n";
   if (options.page) text += page_text(cabinet);
   if (options.page && !options.quiet && options.script.empty()) {
-    text += "Here commands can be typed; help lists them, Ctrl-C ends the game.\n";
+    text += "Type commands here; help lists them, Ctrl-C ends the game.\n";
   }
   return text;
 }
 
 std::string farewell_text(const Cabinet& cabinet, int code) {
   if (code == 0 || cabinet.options.log.empty()) return {};
-  return "The game ended with exit code " + std::to_string(code) + "; what it said is in " +
+  return "The game ended with exit code " + std::to_string(code) + "; its output is in " +
          cabinet.options.log + ".\n";
 }

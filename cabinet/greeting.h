@@ -1,12 +1,12 @@
-// What the cabinet says at its start and at a bad end.
+// What the cabinet prints at its start and when the game fails.
 #pragma once
 
 #include <string>
 
 struct Cabinet;
 
-// Where the cabinet can be seen and touched, and what to do first. Lines, a few.
+// The page's address and what to do first, in a few lines.
 std::string greeting_text(const Cabinet& cabinet);
 
-// How the game ended, if it ended badly and what it printed went to a file; else empty.
+// How the game ended, if it failed and its output went to a file; otherwise empty.
 std::string farewell_text(const Cabinet& cabinet, int code);

@@ -6,7 +6,7 @@
 namespace {
 
 constexpr double PRESS_MS = 60, PRESS_SHARE = 0.3;
-constexpr double PAUSE_MS = 40;  // between two presses that were asked for one after the other
+constexpr double PAUSE_MS = 40;  // between two presses of a sequence
 
 void advance_burst(Burst& burst, Board& board, std::int64_t now_ms) {
   const auto now = static_cast<double>(now_ms);
@@ -34,6 +34,18 @@ void hands_press(Hands& hands, int input, long count, double rate) {
   hands.bursts.push_back({input, count, period_ms, closed_ms, 0});
 }
 
+void hands_press_in_turn(Hands& hands, const std::vector<int>& inputs, double rate,
+                         std::int64_t now_ms) {
+  auto start_ms = static_cast<double>(now_ms);
+  for (const int input : inputs) {
+    hands_press(hands, input, 1, rate);
+    Burst& burst = hands.bursts.back();
+    burst.begun = true;
+    burst.next_ms = start_ms;
+    start_ms += burst.period_ms;
+  }
+}
+
 void hands_hold(Hands& hands, int input, double closed_ms) {
   hands.bursts.push_back({input, 1, closed_ms + PAUSE_MS, closed_ms, 0});
 }
@@ -44,7 +56,7 @@ void hands_advance(Hands& hands, Board& board, std::int64_t now_ms) {
     if (taken.insert(burst.input).second) advance_burst(burst, board, now_ms);
   }
   const auto done = [now_ms](const Burst& burst) {
-    // The pause behind the last press belongs to the burst, so that the next can't touch it.
+    // The pause after the last press belongs to the burst, so that the next burst can't touch it.
     return burst.presses <= 0 && burst.next_ms <= static_cast<double>(now_ms);
   };
   hands.bursts.erase(std::remove_if(hands.bursts.begin(), hands.bursts.end(), done),

@@ -1,7 +1,6 @@
 #include "cabinet/keys.h"
 
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -12,13 +11,14 @@
 
 #include "cabinet/cabinet.h"
 #include "cabinet/commands.h"
+#include "cabinet/unix_listener.h"
 
 namespace {
 
 struct KeyRow {
-  const char* names;    // SDL names, parted by spaces; of "Keypad +" the space is a "_"
+  const char* names;    // SDL names, separated by spaces; the space in "Keypad +" is written "_"
   int input;            // switch that the key holds, or -1
-  const char* command;  // what it does otherwise
+  const char* command;  // what the key does without a switch
   const char* help;
 };
 
@@ -53,7 +53,7 @@ const KeyRow* find_key(std::string name) {
   return nullptr;
 }
 
-// False once the client has gone.
+// False once the client has disconnected.
 bool take_client(Cabinet& cabinet, KeyClient& client, std::int64_t now_ms) {
   char buffer[512];
   const ssize_t n = recv(client.socket, buffer, sizeof buffer, MSG_DONTWAIT);
@@ -79,16 +79,7 @@ std::string keys_open(Keys& keys) {
   if (mkdtemp(folder.data()) == nullptr) return folder + ": " + std::strerror(errno);
   keys.folder = folder;
   keys.path = folder + "/keys";
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  std::memcpy(address.sun_path, keys.path.c_str(), keys.path.size() + 1);
-  keys.listener = socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-  if (keys.listener < 0 ||
-      bind(keys.listener, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
-      listen(keys.listener, 4) != 0) {
-    return keys.path + ": " + std::strerror(errno);
-  }
-  return {};
+  return unix_listen(keys.path, SOCK_STREAM, keys.listener);
 }
 
 void keys_close(Keys& keys) {
@@ -123,7 +114,7 @@ std::string keys_line(Cabinet& cabinet, KeyClient& client, const std::string& li
     return "a key is \"press NAME\" or \"release NAME\"";
   }
   const KeyRow* row = find_key(line.substr(press ? 6 : 8));
-  if (row == nullptr) return "no key does anything by the name of \"" + line + "\"";
+  if (row == nullptr) return "no key is called \"" + line + "\"";
   if (row->input < 0) return press ? commands_do(cabinet, row->command, now_ms) : "";
   client.held.erase(std::remove(client.held.begin(), client.held.end(), row->input),
                     client.held.end());

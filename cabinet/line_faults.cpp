@@ -35,7 +35,7 @@ bool line_faults_set(LineFaults& faults, LineFault fault, double percent, int ap
   if (percent < 0 || percent > 100 || apart < 0) return false;
   double chance = 0;
   if (percent > 0) {
-    // On average one byte in 100 / percent is hit; `apart` of those can't be.
+    // On average one byte in 100 / percent is hit; `apart` of these can't be.
     const double open = 100 / percent - apart;
     if (open < 1) return false;
     chance = 1 / open;

@@ -27,23 +27,24 @@ int help() {
   std::printf(
       "Scripts have commands, and\n"
       "  wait MS\n"
-      "  wait until CONDITION [within MS]   10000 at most, if it isn't said\n"
-      "  expect CONDITION [within MS]       at once, if it isn't said\n"
-      "  expect CONDITION for MS            true all the while\n"
+      "  wait until CONDITION [within MS]   at most MS, by default 10000\n"
+      "  expect CONDITION [within MS]       by default at once\n"
+      "  expect CONDITION for MS            true all the time\n"
       "  let NAME = READING                 a reading to compare later ones with\n"
-      "A condition is a reading, which mustn't be 0, or two with == != < <= > >= between them;\n"
-      "readings can be added and subtracted. Nothing starts the game but \"start game\".\n");
+      "A condition is a reading that must not be 0, or two with == != < <= > >= between them;\n"
+      "readings can be added and subtracted. Only \"start game\" starts the game.\n");
   return 0;
 }
 
-// Turns the loop until everything has come to its end. Returns the exit code.
+// Runs the loop until everything has ended. Returns the exit code.
 int run(Cabinet& cabinet, Status& status) {
   const std::int64_t end_ms =
       cabinet_now_ms() + static_cast<std::int64_t>(cabinet.options.for_seconds * 1000);
   for (;;) {
     if (cabinet.finishing && !cabinet.game.running) return game_verdict(cabinet.game);
     const bool ended = cabinet_turn(cabinet, IDLE_WAIT_MS);
-    // A game that ends by itself takes the cabinet along; one that a command ended may come back.
+    // If the game ends by itself, the cabinet ends too. A game that a command ended may be started
+    // again.
     if (ended && !cabinet.game.end_ordered) return game_verdict(cabinet.game);
     const std::int64_t now_ms = cabinet_now_ms();
     if (cabinet.options.for_seconds > 0 && now_ms >= end_ms && !cabinet.finishing) {
@@ -53,7 +54,7 @@ int run(Cabinet& cabinet, Status& status) {
   }
 }
 
-// The same with a script, which then has the word.
+// The same, controlled by a script.
 int run_script(Cabinet& cabinet, Script& script, Status& status) {
   ScriptState state = SCRIPT_RUNS;
   while (state == SCRIPT_RUNS) {
@@ -112,6 +113,7 @@ int main(int argc, char** argv) {
   std::fflush(stdout);
   Status status;
   status_open(status, cabinet);
+  hardware_goes_first();
   int code = 0;
   if (scripted) {
     code = run_script(cabinet, script, status);

@@ -19,18 +19,22 @@ void MediaFile::put_at(std::int64_t place, std::uint32_t number) {
   out_.seekp(0, std::ios::end);
 }
 
+void MediaFile::put_sound_format() {
+  put(1, 2);  // PCM
+  put(2, 2);  // channels
+  put(RATE_HZ, 4);
+  put(RATE_HZ * FRAME_BYTES, 4);
+  put(FRAME_BYTES, 2);
+  put(16, 2);  // bits
+}
+
 WavFile::WavFile(const std::string& path) {
   out_.open(path, std::ios::binary | std::ios::trunc);
   put("RIFF");
   put(0, 4);
   put("WAVEfmt ");
   put(16, 4);
-  put(1, 2);  // PCM
-  put(2, 2);
-  put(RATE_HZ, 4);
-  put(RATE_HZ * FRAME_BYTES, 4);
-  put(FRAME_BYTES, 2);
-  put(16, 2);
+  put_sound_format();
   put("data");
   put(0, 4);
 }
@@ -93,7 +97,7 @@ void AviFile::put_picture_stream(int width, int height, int pictures_per_second)
   pictures_at_ = size();
   put(0, 4);
   put(0, 4);
-  put(~0U, 4);  // quality: not said
+  put(~0U, 4);  // quality: default
   put(0, 4);
   put(0, 4);
   put(static_cast<std::uint32_t>(width), 2);
@@ -129,12 +133,7 @@ void AviFile::put_sound_stream() {
   put(0, 4);
   put("strf");
   put(18, 4);
-  put(1, 2);  // PCM
-  put(2, 2);
-  put(RATE_HZ, 4);
-  put(RATE_HZ * FRAME_BYTES, 4);
-  put(FRAME_BYTES, 2);
-  put(16, 2);
+  put_sound_format();
   put(0, 2);
 }
 

@@ -1,5 +1,5 @@
-// Files of sound, and of pictures with sound, that any player opens: WAV, and AVI with JPEG
-// pictures. 16 bit stereo at 44100 Hz.
+// Files of sound, and of sound with pictures, in formats that any player opens: WAV, and AVI with
+// JPEG pictures. 16-bit stereo at 44100 Hz.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-// What both can do. A file that ends without `close` has wrong sizes in its head; players mend
+// What both formats share. Without `close`, the sizes in the header are wrong; players correct
 // that.
 class MediaFile {
  public:
@@ -20,14 +20,16 @@ class MediaFile {
   // Writes the sizes and the index.
   virtual void close() = 0;
 
-  // Bytes so far. Neither format holds more than MEDIA_BYTES_MAX safely.
+  // Bytes so far. Neither format safely holds more than MEDIA_BYTES_MAX.
   [[nodiscard]] std::int64_t size() { return out_.tellp(); }
   [[nodiscard]] bool good() const { return out_.good(); }
 
  protected:
   void put(std::uint32_t number, int bytes);
   void put(const std::string& text) { out_ << text; }
-  void put_at(std::int64_t place, std::uint32_t number);  // 4 bytes; goes back to the end
+  void put_at(std::int64_t place, std::uint32_t number);  // 4 bytes; then back to the end
+
+  void put_sound_format();
 
   std::ofstream out_;
 };
@@ -47,7 +49,7 @@ class AviFile final : public MediaFile {
   void add_sound(const std::int16_t* samples, std::size_t frames) override;
   void close() override;
 
-  // The next picture; an empty text shows the last one once more.
+  // Adds a picture; an empty text repeats the last one.
   void add_picture(const std::string& jpeg);
 
  private:

@@ -16,7 +16,7 @@ std::string data_folder() {
   return std::string(home != nullptr ? home : "/tmp") + "/.local/share/lilyhop-cabinet";
 }
 
-// The program that lies beside this one.
+// The path of a program in this program's folder.
 std::string beside(const char* name) {
   std::error_code failed;
   const auto self = std::filesystem::read_symlink("/proc/self/exe", failed);
@@ -25,13 +25,13 @@ std::string beside(const char* name) {
 
 bool number(const std::string& text, double least, double most, double& value) {
   char* end = nullptr;
-  // strtoll reads 0x51, strtod the seconds of --for.
+  // Integers may be hexadecimal, such as 0x51; the seconds of --for may be fractions.
   value = text.compare(0, 2, "0x") == 0 ? static_cast<double>(std::strtoll(text.c_str(), &end, 16))
                                         : std::strtod(text.c_str(), &end);
   return !text.empty() && *end == '\0' && value >= least && value <= most;
 }
 
-// An option with a value. False if there is none of this name; `error` if the value is wrong.
+// An option with a value. False if it has another name. Sets `error` if the value is wrong.
 bool take_value(Options& options, const std::string& name, const std::string& value,
                 std::string& error) {
   double n = 0;
@@ -94,7 +94,7 @@ bool take_flag(Options& options, const std::string& name) {
   return true;
 }
 
-// "--page" alone, or with a port behind it. False if it is another option.
+// "--page", with or without a port. False if it is another option.
 bool take_page(Options& options, int argc, char** argv, int& i, std::string& error) {
   if (std::strcmp(argv[i], "--page") != 0) return false;
   options.page = true;
@@ -117,7 +117,7 @@ std::string choose_drive(Options& options) {
   }
   options.drive = data_folder();
   if (options.script.empty()) return {};
-  // A script has to find a new cabinet each time.
+  // A script must always start with a new cabinet.
   std::error_code failed;
   std::filesystem::create_directories(options.drive, failed);
   options.drive += "/script-XXXXXX";
@@ -159,27 +159,27 @@ std::string options_help() {
   return R"(usage: cabinet [options] [-- GAME [ARGUMENTS]]
 
 The virtual cabinet: an I/O board on a pseudo-terminal, with switches, dispensers, lamps and meters,
-and the game started against it. GAME is the lilyhop beside this program, if it isn't named.
+and the game started against it. The default GAME is the lilyhop beside this program.
 
-  --drive FOLDER   the game's drive d:; otherwise lilyhop-cabinet in the user's data folder, and with
-                   --script a new one that goes when the script has passed
-  --com N          the game's port that the board is on, 1 to 16; otherwise 1
-  --led-com N      the port that the LED board is on; otherwise 2
-  --firmware BYTE  the board's firmware version; 0x5n is the family with a trackball. 0x51
-  --seed N         chance begins here: line faults, counters after a restart. 1
-  --page [PORT]    serve the cabinet's face to browsers of this machine; the port is 8768 if that is
+  --drive FOLDER   the game's drive d:; by default lilyhop-cabinet in the user's data folder, and with
+                   --script a new one that is deleted when the script has passed
+  --com N          the game's port for the board, 1 to 16; default 1
+  --led-com N      the game's port for the LED board; default 2
+  --firmware BYTE  the board's firmware version; 0x5n is the family with a trackball; default 0x51
+  --seed N         of the random numbers: line faults, counters after a restart; default 1
+  --page [PORT]    serve the cabinet's page to browsers on this machine; the port is 8768 if that is
                    free, 0 takes any free one
   --sound WAY      the game's sound goes to the "page" or to the sound "card", which is where
-                   LILYHOP_SOUND says; otherwise to the page if there is one and no sound card
-  --record FILE    keep the sound in FILE.wav, or sound and picture in FILE.avi, which needs --page
-  --log FILE       what the game prints goes there, and not to the terminal
-  --script FILE    do what the file says; exit code 0 if all it expects came true, else 1
+                   LILYHOP_SOUND says; by default to the page if there is one and no sound card
+  --record FILE    record the sound in FILE.wav, or sound and picture in FILE.avi, which needs --page
+  --log FILE       the game's output goes there, not to the terminal
+  --script FILE    run this script; exit code 0 if all its expectations came true, otherwise 1
   --for SECONDS    ask the game to quit after this time
   --no-board       the game finds no port with an I/O board
   --no-led         nor one with an LED board
   --no-usb         nor a USB port with a watchdog
-  --no-game        only the board, for somebody else's program
-  --quiet          no status
-  --verbose        say each line of the script as it is done
+  --no-game        only the board, for another program
+  --quiet          no status line
+  --verbose        print each line of the script as it runs
 )";
 }

@@ -1,6 +1,5 @@
 #include "cabinet/page.h"
 
-#include <mutex>
 #include <utility>
 
 #include "cabinet/cabinet.h"
@@ -43,7 +42,7 @@ void publish(Cabinet& cabinet, std::int64_t now_ms) {
   cabinet.page.publish_at_ms = now_ms + PUBLISH_MS;
   std::string trouble;
   {
-    const std::lock_guard lock(link.mutex);
+    const MutexLock lock(link.mutex);
     trouble = link.picture_trouble;
   }
   page_link_publish(link, page_state_text(cabinet, trouble));

@@ -1,6 +1,6 @@
-// The cabinet's face: a page for the browser, with the game's screen and all that a player or an
-// attendant can touch. This is its end in the cabinet's one thread; page_server.h and
-// page_picture.h have threads of their own, and page_link.h lies between.
+// The cabinet's page for a browser, with the game's screen and everything that a player or an
+// attendant can touch. This is its part in the cabinet's one thread. page_server.h and
+// page_picture.h have threads of their own; page_link.h connects them.
 #pragma once
 
 #include <cstdint>
@@ -20,7 +20,7 @@ struct Page {
   std::int64_t publish_at_ms = 0;
 };
 
-// Starts the page of the options. Returns an error text, empty if all went well.
+// Starts the page according to the options. Returns an error text, empty on success.
 std::string page_open(Cabinet& cabinet);
 void page_close(Cabinet& cabinet);
 
@@ -33,5 +33,5 @@ PagePicture* page_picture(const Page& page);
 // A file descriptor that is readable when the page wants something, -1 if there is no page.
 int page_wake(const Page& page);
 
-// Does what the pages want, and shows them how the cabinet stands. Doesn't wait.
+// Carries out the pages' requests, and gives them the cabinet's state. Doesn't wait.
 void page_turn(Cabinet& cabinet, std::int64_t now_ms);

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int ANSWER_MS = 2000;  // a killed game is waited for meanwhile
+constexpr int ANSWER_MS = 2000;  // enough for a killed game to end
 
 void wake(const PageLink& link) {
   const std::uint64_t one = 1;
@@ -18,9 +18,8 @@ void wake(const PageLink& link) {
   [[maybe_unused]] const ssize_t n = write(link.wake, &one, sizeof one);
 }
 
-// With the mutex held.
 std::future<PageReply> put(PageLink& link, PageRequest::Kind kind, const std::string& page,
-                           const std::string& text) {
+                           const std::string& text) REQUIRES(link.mutex) {
   link.requests.push_back({kind, page, text, {}});
   wake(link);
   return link.requests.back().reply.get_future();
@@ -34,7 +33,7 @@ std::string page_link_open(PageLink& link) {
 }
 
 void page_link_close(PageLink& link) {
-  const std::lock_guard lock(link.mutex);
+  const MutexLock lock(link.mutex);
   link.closing = true;
   for (PageRequest& request : link.requests) request.reply.set_value({"the cabinet ends", {}});
   link.requests.clear();
@@ -50,7 +49,7 @@ PageReply page_link_ask(PageLink& link, PageRequest::Kind kind, const std::strin
                         const std::string& text) {
   std::future<PageReply> answer;
   {
-    const std::lock_guard lock(link.mutex);
+    const MutexLock lock(link.mutex);
     if (link.closing) return {"the cabinet ends", {}};
     answer = put(link, kind, page, text);
   }
@@ -63,12 +62,12 @@ PageReply page_link_ask(PageLink& link, PageRequest::Kind kind, const std::strin
 std::vector<PageRequest> page_link_take(PageLink& link) {
   std::uint64_t count = 0;
   [[maybe_unused]] const ssize_t n = read(link.wake, &count, sizeof count);
-  const std::lock_guard lock(link.mutex);
+  const MutexLock lock(link.mutex);
   return std::exchange(link.requests, {});
 }
 
 void page_link_publish(PageLink& link, std::string state) {
-  const std::lock_guard lock(link.mutex);
+  const MutexLock lock(link.mutex);
   if (state == link.state) return;
   link.state = std::move(state);
   ++link.state_number;
@@ -76,38 +75,40 @@ void page_link_publish(PageLink& link, std::string state) {
 }
 
 std::string page_link_state(PageLink& link, long& number, int wait_ms) {
-  std::unique_lock lock(link.mutex);
-  link.changed.wait_for(lock, std::chrono::milliseconds(wait_ms),
-                        [&] { return link.closing || link.state_number > number; });
+  const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(wait_ms);
+  const MutexLock lock(link.mutex);
+  while (!link.closing && link.state_number <= number) {
+    if (link.changed.wait_until(link.mutex, end) == std::cv_status::timeout) break;
+  }
   if (link.closing || link.state_number <= number) return {};
   number = link.state_number;
   return link.state;
 }
 
 void page_link_enter(PageLink& link, const std::string& page) {
-  const std::lock_guard lock(link.mutex);
+  const MutexLock lock(link.mutex);
   ++link.pages[page];
   wake(link);
 }
 
 void page_link_leave(PageLink& link, const std::string& page) {
-  const std::lock_guard lock(link.mutex);
+  const MutexLock lock(link.mutex);
   if (--link.pages[page] > 0) return;
   link.pages.erase(page);
   if (!link.closing) put(link, PageRequest::GONE, page, {});
 }
 
 bool page_link_knows(PageLink& link, const std::string& page) {
-  const std::lock_guard lock(link.mutex);
+  const MutexLock lock(link.mutex);
   return link.pages.count(page) > 0;
 }
 
 bool page_link_watched(PageLink& link) {
-  const std::lock_guard lock(link.mutex);
+  const MutexLock lock(link.mutex);
   return !link.pages.empty();
 }
 
 bool page_link_closing(PageLink& link) {
-  const std::lock_guard lock(link.mutex);
+  const MutexLock lock(link.mutex);
   return link.closing;
 }

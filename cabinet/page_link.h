@@ -1,5 +1,5 @@
-// What the page's threads and the cabinet's one thread hand each other: wishes one way, the state
-// the other. All functions may be called from any thread.
+// What the page's threads and the cabinet's one thread exchange: requests in one direction, the
+// state in the other. All functions may be called from any thread.
 #pragma once
 
 #include <atomic>
@@ -7,64 +7,66 @@
 #include <cstdint>
 #include <future>
 #include <map>
-#include <mutex>
 #include <string>
 #include <vector>
 
+#include "platform/mutex.h"
+
 struct PageReply {
-  std::string error;  // empty if all went well
-  std::string said;   // what the command has to say
+  std::string error;  // empty on success
+  std::string said;   // output of the command
 };
 
 struct PageRequest {
   enum Kind {
     COMMAND,  // `text` is a line of the command language
     KEY,      // `text` is "press NAME" or "release NAME", a key of the game's window
-    GONE,     // the page is closed: it lets go of all that it holds
+    GONE,     // the page is closed: release everything that it holds
   };
   Kind kind;
-  std::string page;  // the name that the page gave itself
+  std::string page;  // the name that the page chose
   std::string text;
   std::promise<PageReply> reply;
 };
 
 struct PageLink {
-  int wake = -1;                  // becomes readable when a request waits
-  std::atomic<int> game_pid{-1};  // -1: no game runs
+  int wake = -1;                  // readable when a request waits
+  std::atomic<int> game_pid{-1};  // -1: no game is running
 
-  std::mutex mutex;
-  std::condition_variable changed;  // the state, or `closing`
-  std::vector<PageRequest> requests;
-  std::map<std::string, int> pages;  // open streams of each page
-  std::string state;                 // JSON
-  long state_number = 0;             // 0: there is none yet
-  std::string picture_trouble;       // why there is no picture; empty if there is
-  bool closing = false;
+  Mutex mutex;
+  std::condition_variable_any changed;  // the state, or `closing`
+  std::vector<PageRequest> requests GUARDED_BY(mutex);
+  std::map<std::string, int> pages GUARDED_BY(mutex);  // number of open streams of each page
+  std::string state GUARDED_BY(mutex);                 // JSON
+  long state_number GUARDED_BY(mutex) = 0;             // 0: none yet
+  // Why there is no picture; empty if there is one.
+  std::string picture_trouble GUARDED_BY(mutex);
+  bool closing GUARDED_BY(mutex) = false;
 };
 
-// Makes the file descriptor. Returns an error text, empty if all went well.
+// Makes the file descriptor. Returns an error text, empty on success.
 std::string page_link_open(PageLink& link);
 
-// Wakes every thread that waits for the cabinet, for the last time. Files are closed when no thread
-// is left, by `page_link_free`.
+// Wakes every thread that waits for the cabinet, for the last time. `page_link_free` closes files
+// once no thread is left.
 void page_link_close(PageLink& link);
 void page_link_free(PageLink& link);
 
-// Has the cabinet do something, and waits for its answer, two seconds at most.
+// Sends the cabinet a request and waits for its answer, at most two seconds.
 PageReply page_link_ask(PageLink& link, PageRequest::Kind kind, const std::string& page,
                         const std::string& text);
 
-// The cabinet's side: takes what waits.
+// The cabinet's side: takes waiting requests.
 std::vector<PageRequest> page_link_take(PageLink& link);
 
-// The cabinet's side: shows a new state, if it is one.
+// The cabinet's side: publishes a state, if it is new.
 void page_link_publish(PageLink& link, std::string state);
 
-// A state newer than `number`, which becomes its number. Waits at most `wait_ms`, and returns an
+// A state newer than `number`, which is set to its number. Waits at most `wait_ms`; returns an
 // empty text if there was none.
 std::string page_link_state(PageLink& link, long& number, int wait_ms);
 
-// A page's stream of states begins and ends. With the last one the page counts as closed.
+// A page's stream of states begins and ends. With its last stream the page counts as closed.
 void page_link_enter(PageLink& link, const std::string& page);
 void page_link_leave(PageLink& link, const std::string& page);
 

@@ -4,11 +4,11 @@
 
 #include <chrono>
 #include <condition_variable>
-#include <mutex>
 #include <thread>
 #include <utility>
 
 #include "cabinet/screen_grab.h"
+#include "platform/mutex.h"
 
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
@@ -17,21 +17,21 @@ struct PagePicture {
   explicit PagePicture(PageLink& page_link) : link(page_link) {}
   PageLink& link;
   std::thread thread;
-  std::mutex mutex;
-  std::condition_variable wanted;  // somebody waits, or `stopping`
-  std::condition_variable taken;   // there is a new frame
-  std::shared_ptr<const PageFrame> newest;
-  int waiting = 0;  // calls that wait for a frame
-  bool stopping = false;
+  Mutex mutex;
+  std::condition_variable_any wanted;  // somebody waits, or `stopping`
+  std::condition_variable_any taken;   // there is a new frame
+  std::shared_ptr<const PageFrame> newest GUARDED_BY(mutex);
+  int waiting GUARDED_BY(mutex) = 0;  // calls that wait for a frame
+  bool stopping GUARDED_BY(mutex) = false;
 };
 
 namespace {
 
 constexpr milliseconds FRAME_MS(33);   // no more than 30 a second
-constexpr milliseconds RETRY_MS(200);  // after one that couldn't be taken
+constexpr milliseconds RETRY_MS(200);  // after a failed attempt
 constexpr int JPEG_QUALITY = 82;
 
-// With one thread for it there is one compressor and one buffer that grows as it must.
+// One thread needs only one compressor and one buffer, which grows as needed.
 struct Compressor {
   tjhandle handle = tjInitCompress();
   unsigned char* bytes = nullptr;
@@ -60,8 +60,16 @@ std::shared_ptr<PageFrame> compress(Compressor& compressor, const ScreenPicture&
 }
 
 void tell_trouble(PageLink& link, const std::string& trouble) {
-  const std::lock_guard lock(link.mutex);
+  const MutexLock lock(link.mutex);
   link.picture_trouble = trouble;
+}
+
+// Waits until somebody wants a frame, and not before `due`. False at the end.
+bool wait_until_wanted(PagePicture& picture, Clock::time_point due) {
+  const MutexLock lock(picture.mutex);
+  while (!picture.stopping && picture.waiting == 0) picture.wanted.wait(picture.mutex);
+  while (!picture.stopping && Clock::now() < due) picture.wanted.wait_until(picture.mutex, due);
+  return !picture.stopping;
 }
 
 void take_frames(PagePicture& picture) {
@@ -70,12 +78,7 @@ void take_frames(PagePicture& picture) {
   Compressor compressor;
   Clock::time_point due = Clock::now();
   long number = 0;
-  std::unique_lock lock(picture.mutex);
-  for (;;) {
-    picture.wanted.wait(lock, [&] { return picture.stopping || picture.waiting > 0; });
-    picture.wanted.wait_until(lock, due, [&] { return picture.stopping; });
-    if (picture.stopping) return;
-    lock.unlock();
+  while (wait_until_wanted(picture, due)) {
     const Clock::time_point now = Clock::now();
     ScreenPicture screen;
     std::string trouble = screen_grab_take(*grab, picture.link.game_pid, screen);
@@ -83,11 +86,11 @@ void take_frames(PagePicture& picture) {
     if (trouble.empty()) frame = compress(compressor, screen);
     if (trouble.empty() && !frame) trouble = tjGetErrorStr2(compressor.handle);
     tell_trouble(picture.link, trouble);
-    lock.lock();
     due = now + (frame ? FRAME_MS : RETRY_MS);
     if (!frame) continue;
     frame->number = ++number;
     frame->taken = now;
+    const MutexLock lock(picture.mutex);
     picture.newest = std::move(frame);
     picture.taken.notify_all();
   }
@@ -103,7 +106,7 @@ PagePicture* page_picture_start(PageLink& link) {
 
 void page_picture_stop(PagePicture* picture) {
   {
-    const std::lock_guard lock(picture->mutex);
+    const MutexLock lock(picture->mutex);
     picture->stopping = true;
     picture->wanted.notify_all();
     picture->taken.notify_all();
@@ -113,17 +116,18 @@ void page_picture_stop(PagePicture* picture) {
 }
 
 std::shared_ptr<const PageFrame> page_picture_next(PagePicture& picture, long number, int wait_ms) {
-  std::unique_lock lock(picture.mutex);
-  // While nobody watches the newest one grows old.
-  const Clock::time_point oldest = Clock::now() - FRAME_MS;
-  const auto is_newer = [&] {
-    const auto& newest = picture.newest;
-    return newest && newest->number != number && newest->taken >= oldest;
+  const Clock::time_point begun = Clock::now();
+  // If nobody watches, the newest frame is out of date.
+  const auto is_newer = [&](const std::shared_ptr<const PageFrame>& newest) {
+    return newest && newest->number != number && newest->taken >= begun - FRAME_MS;
   };
+  const MutexLock lock(picture.mutex);
   ++picture.waiting;
   picture.wanted.notify_one();
-  picture.taken.wait_for(lock, milliseconds(wait_ms),
-                         [&] { return picture.stopping || is_newer(); });
+  while (!picture.stopping && !is_newer(picture.newest)) {
+    const auto result = picture.taken.wait_until(picture.mutex, begun + milliseconds(wait_ms));
+    if (result == std::cv_status::timeout) break;
+  }
   --picture.waiting;
-  return is_newer() ? picture.newest : nullptr;
+  return is_newer(picture.newest) ? picture.newest : nullptr;
 }

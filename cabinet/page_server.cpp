@@ -27,12 +27,12 @@ struct PageServer {
 namespace {
 
 constexpr const char* LOOPBACK = "127.0.0.1";
-constexpr int STATE_WAIT_MS = 1000;  // then a sign of life; a page that has gone is noticed by it
+constexpr int STATE_WAIT_MS = 1000;  // then a sign of life, which shows when a page has gone
 constexpr int PICTURE_WAIT_MS = 1000;
-constexpr int SOUND_WAIT_MS = 250;     // then a sign of life as well
-constexpr int STATE_GAP_MS = 45;       // about 20 a second at most
-constexpr int THREADS = 32;            // one for each connection; a browser holds six at most
-constexpr int KEEP_ALIVE_SECONDS = 1;  // the end waits as long for connections that nobody uses
+constexpr int SOUND_WAIT_MS = 250;     // then a sign of life, too
+constexpr int STATE_GAP_MS = 45;       // at most about 20 a second
+constexpr int THREADS = 32;            // one for each connection; a browser opens at most six
+constexpr int KEEP_ALIVE_SECONDS = 1;  // at the end, idle connections delay it by this
 constexpr std::size_t BODY_BYTES_MAX = 4096, PAGE_NAME_MAX = 40;
 constexpr const char* TEXT = "text/plain; charset=utf-8";
 
@@ -49,7 +49,7 @@ void refuse(Response& response, int status, const std::string& why) {
   response.set_content(why + "\n", TEXT);
 }
 
-// The name of the page that asks; empty, and the request refused, if it has no good one.
+// The name of the page that asks. Empty, and the request is refused, if it has no valid one.
 std::string page_of(const Request& request, Response& response) {
   std::string page = request.get_param_value("page");
   const bool good = !page.empty() && page.size() <= PAGE_NAME_MAX;
@@ -72,7 +72,7 @@ void send_picture(PageServer& server, const Request& request, Response& response
       });
 }
 
-// Server-sent events: a line of JSON whenever something changed.
+// Server-sent events: a line of JSON for each change.
 void send_states(PageServer& server, const Request& request, Response& response) {
   const std::string page = page_of(request, response);
   if (page.empty()) return;
@@ -91,9 +91,9 @@ void send_states(PageServer& server, const Request& request, Response& response)
       [&link, page](bool) { page_link_leave(link, page); });
 }
 
-// Packets of sound as they came from the game, for as long as the listener stays.
+// Packets of sound as the game sent them, until the listener leaves.
 void send_sound(PageServer& server, Response& response) {
-  if (server.sound == nullptr) return refuse(response, 404, "the sound doesn't come here");
+  if (server.sound == nullptr) return refuse(response, 404, "the sound doesn't go to the page");
   response.set_chunked_content_provider(
       "application/octet-stream",
       [&link = server.link, &sound = *server.sound, number = sound_port_newest(*server.sound)](
@@ -105,7 +105,7 @@ void send_sound(PageServer& server, Response& response) {
           packets += block->packet;
         }
         if (page_link_closing(link)) return false;
-        if (packets.empty()) packets.assign(SOUND_PORT_HEAD, '\0');  // a packet of no frames
+        if (packets.empty()) packets.assign(SOUND_PORT_HEAD, '\0');  // a packet without frames
         return sink.write(packets.data(), packets.size());
       });
 }
@@ -192,8 +192,8 @@ void set_limits(httplib::Server& http) {
   });
 }
 
-// A server at that port of the loopback, at any free one if it is 0; null if it is taken. Each try
-// takes a server of its own: the library's binds once, and not at all after a try that failed.
+// A server at that port of the loopback address, at any free port for 0; null if it is taken. Each
+// attempt needs a new server: the library's binds only once, and never after a failed attempt.
 std::unique_ptr<PageServer> bound_server(const PageSources& sources, int port) {
   auto server = std::make_unique<PageServer>(sources);
   set_limits(server->http);
@@ -217,7 +217,7 @@ std::string page_server_refuses(const std::string& host, const std::string& orig
   const bool foreign_origin = !origin.empty() && origin != "http://" + host;
   const bool foreign_site = !site.empty() && site != "same-origin" && site != "none";
   if (foreign_origin || foreign_site) {
-    return "another page may not use this cabinet; type its address into the browser";
+    return "other pages may not use this cabinet; type its address into the browser";
   }
   return {};
 }
@@ -227,11 +227,11 @@ PageServer* page_server_start(PageSources sources, int port, std::string& error)
   if (!server && port < 0) server = bound_server(sources, 0);
   if (!server) {
     error = "the page can't have port " + std::to_string(port) +
-            "; another program has it, choose another or leave it out";
+            "; another program has it: choose another port or none";
     return nullptr;
   }
   server->thread = std::thread([&http = server->http] { http.listen_after_bind(); });
-  // A server that doesn't listen yet can't be stopped: it would begin later, and never end.
+  // A server that doesn't listen yet can't be stopped: it would begin later and never end.
   while (!server->http.is_running()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
   return server.release();
 }

@@ -6,6 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "books/settings.h"  // SETTINGS
 #include "cabinet/books_file.h"
 #include "cabinet/cabinet.h"
 #include "cabinet/status.h"
@@ -14,9 +15,9 @@ using nlohmann::json;
 
 namespace {
 
-// Rows of the audits, each " Left" and " Right".
-constexpr const char* AUDITS[] = {"Current Credits", "Coin Drops",   "Games Played",
-                                  "Tickets",         "Tickets Owed", "Jackpots"};
+// Counters of both sides.
+constexpr AuditIndex COUNTERS[] = {AUDIT_CURRENT_CREDITS, AUDIT_COIN_DROPS,   AUDIT_GAMES_PLAYED,
+                                   AUDIT_TICKETS,         AUDIT_TICKETS_OWED, AUDIT_JACKPOTS};
 
 json device(const char* name, bool good, const std::string& text) {
   return {{"name", name}, {"good", good}, {"text", text}};
@@ -40,7 +41,7 @@ json led_device(const Cabinet& cabinet) {
   return device("LED board", there && led.powered && cabinet.led_cable.plugged && !led.deaf, text);
 }
 
-// The board's own watchdog, which bites when the game falls silent.
+// The board's own watchdog, which restarts the board when the game is silent.
 json watchdog_device(const Cabinet& cabinet) {
   const Board& board = cabinet.board;
   std::string text = "fed " + std::to_string(board.counts.watchdog_fed) + " times";
@@ -51,7 +52,7 @@ json watchdog_device(const Cabinet& cabinet) {
   return device("Board's watchdog", board.watchdog_armed, text);
 }
 
-// The watchdog on USB, which resets the machine.
+// The USB watchdog, which resets the machine.
 json usb_device(const Cabinet& cabinet) {
   if (cabinet.usb.path.empty()) return device("USB watchdog", false, "none");
   return device("USB watchdog", usb_port_is_open(cabinet.usb),
@@ -61,24 +62,25 @@ json usb_device(const Cabinet& cabinet) {
 json books_device(const Cabinet& cabinet) {
   const std::string& drive = cabinet.options.drive;
   std::string text;
-  for (const BooksValue& value : {books_audit(drive, "Boot Count"), books_pref(drive, "Volume")}) {
+  for (const BooksValue& value : {books_audit(drive, audit_name(AUDIT_BOOT_COUNT)),
+                                  books_pref(drive, SETTINGS[PREF_VOLUME].name)}) {
     if (!value.found) text += (text.empty() ? "" : "; ") + value.why;
   }
   const bool good = text.empty();
   return device("Books", good, good ? "whole, in " + drive : text);
 }
 
-// Seconds since 1970 when the audits were last stored, 0 if they never were.
+// When the audits were last stored, in seconds since 1970; 0 if never.
 std::int64_t stored_at(const Cabinet& cabinet) {
   struct stat file{};
   return stat((cabinet.options.drive + "/audits").c_str(), &file) == 0 ? file.st_mtime : 0;
 }
 
-json audits(const Cabinet& cabinet, const char* side) {
+json audits(const Cabinet& cabinet, int side) {
   json rows;
-  for (const char* name : AUDITS) {
-    const BooksValue value = books_audit(cabinet.options.drive, std::string(name) + side);
-    rows[name] = value.found ? json(static_cast<long>(value.value)) : json();
+  for (const AuditIndex row : COUNTERS) {
+    const BooksValue value = books_audit(cabinet.options.drive, row, side);
+    rows[audit_name(row)] = value.found ? json(static_cast<long>(value.value)) : json();
   }
   return rows;
 }
@@ -87,7 +89,7 @@ json side_state(const Cabinet& cabinet, int side) {
   const Dispenser& dispenser = cabinet.board.dispensers[side];
   const Coils& coils = cabinet.board.coils;
   return {
-      {"audits", audits(cabinet, side == LEFT ? " Left" : " Right")},
+      {"audits", audits(cabinet, side)},
       {"coin_meter", coils.meter[METER_COIN_LEFT + side]},
       {"ticket_meter", coils.meter[METER_TICKET_LEFT + side]},
       {"takes_coins", coils_lockout(coils, side)},

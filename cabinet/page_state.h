@@ -1,5 +1,4 @@
-// What the page shows of the cabinet, as JSON. The names in it are those that cabinet/page/page.js
-// reads.
+// What the page shows of the cabinet, as JSON. cabinet/page/page.js reads these names.
 #pragma once
 
 #include <string>

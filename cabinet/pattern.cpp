@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <sstream>
 
+#include "cabinet/board.h"
 #include "cabinet/coils.h"
-#include "cabinet/sides.h"
 #include "cabinet/switches.h"
 
 namespace {

@@ -1,9 +1,8 @@
-// The words of a command line, and patterns that say what they may be. One pattern is the parser,
-// the error message and the line of the help.
-//
-// A pattern is words parted by spaces: "coin" stands for itself, "on|off" for one of its choices,
-// a word in capitals for an argument of the kinds in pattern.cpp, and what is in brackets may be
-// left out.
+// The words of a command line, and patterns that they must match. One pattern is the parser, the
+// error message and the line of the help.
+// A pattern consists of words separated by spaces: "coin" is itself, "on|off" is one of its
+// choices, a word in capitals is an argument of one of the kinds in pattern.cpp, and words in
+// brackets are optional.
 #pragma once
 
 #include <cstddef>
@@ -26,19 +25,19 @@ struct Arguments {
   std::map<std::string, double> numbers;  // of the others, by their word in the pattern
 };
 
-// Parts a line into words; "..." is one word, # begins a comment. Returns an error text, empty if
-// all went well.
+// Splits a line into words; "..." is one word, # begins a comment. Returns an error text, empty on
+// success.
 std::string words_split(const std::string& line, Words& words);
 
-// The number that a word is, decimal or 0x. False if it is none.
+// The value of a word, decimal or 0x. False if it is not a number.
 bool word_number(const Word& word, double& number);
 
-// Matches the words from `at` on. Returns the place behind the last one that the pattern took, or
-// -1; then `error` may say which argument was wrong.
+// Matches the words from `at` on. Returns the position after the last matched word, or -1; then
+// `error` may say which argument was wrong.
 int pattern_match(const std::string& pattern, const Words& words, std::size_t at,
                   Arguments& arguments, std::string& error);
 
-// A number argument, or `otherwise` if it was left out.
+// A number argument, or `otherwise` if it is missing.
 double argument(const Arguments& arguments, const char* name, double otherwise);
 
 // A line of the help, for a pattern.

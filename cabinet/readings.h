@@ -1,4 +1,4 @@
-// What scripts compare: readings of the cabinet and of the game's books, and conditions over them.
+// What scripts compare: readings of the cabinet and of the game's books, and conditions on them.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +14,7 @@ struct ReadingRow;
 struct Reading {  // a sum of terms
   struct Term {
     int sign;
-    const ReadingRow* row;  // null: a number, or a name given with "let"
+    const ReadingRow* row;  // null: a number, or a name from "let"
     Arguments arguments;
     double number;
     std::string name;
@@ -34,8 +34,8 @@ struct Verdict {
   std::string seen;  // each side with its value
 };
 
-// Reads a reading or a condition from the words at `at`, which it moves behind it. `names` are
-// those that "let" has given further up. Returns an error text, empty if all went well.
+// Reads a reading or a condition from the words at `at`, and moves `at` to the next word. `names`
+// are those from earlier "let" lines. Returns an error text, empty on success.
 std::string reading_parse(const Words& words, std::size_t& at,
                           const std::vector<std::string>& names, Reading& reading);
 std::string condition_parse(const Words& words, std::size_t& at,
@@ -48,5 +48,5 @@ std::string reading_seen(const Cabinet& cabinet, const Reading& reading);
 
 Verdict condition_check(const Cabinet& cabinet, const Condition& condition);
 
-// The readings, a line each.
+// The readings, one per line.
 std::string readings_help();

@@ -8,12 +8,12 @@
 #include <cstring>
 #include <fstream>
 #include <memory>
-#include <mutex>
 #include <thread>
 #include <utility>
 #include <vector>
 
 #include "cabinet/media_files.h"
+#include "platform/mutex.h"
 
 namespace {
 
@@ -36,12 +36,12 @@ struct Recording {
   std::atomic<bool> ending{false};
   std::thread writer, looker;
 
-  std::mutex mutex;
-  std::shared_ptr<const PageFrame> newest;  // what the looker saw last
+  Mutex mutex;
+  std::shared_ptr<const PageFrame> newest GUARDED_BY(mutex);  // the picture thread's last frame
 
-  // The writer's own.
+  // The writer's own:
   std::unique_ptr<MediaFile> file;
-  AviFile* avi = nullptr;  // the same, if it is one
+  AviFile* avi = nullptr;  // the same file, if it is an AVI
   std::int64_t begun_us = 0, frames = 0, next_frame = 0;
   std::int64_t pictures = 0;
   long shown = 0;
@@ -56,17 +56,17 @@ void look(Recording& recording) {
     const auto frame = page_picture_next(*recording.picture, number, WAIT_MS);
     if (!frame) continue;
     number = frame->number;
-    const std::lock_guard lock(recording.mutex);
+    const MutexLock lock(recording.mutex);
     recording.newest = frame;
   }
 }
 
 std::shared_ptr<const PageFrame> newest(Recording& recording) {
-  const std::lock_guard lock(recording.mutex);
+  const MutexLock lock(recording.mutex);
   return recording.newest;
 }
 
-// False as long as there is no picture yet that tells the size.
+// False until there is a picture, which gives the size.
 bool begin(Recording& recording, const SoundBlock& block) {
   if (recording.picture != nullptr) {
     const auto frame = newest(recording);
@@ -106,7 +106,7 @@ void add_block(Recording& recording, const SoundBlock& block) {
   recording.next_frame = block.frame + block.frames;
 }
 
-// As many pictures as there is sound for.
+// Adds pictures up to the end of the sound.
 void add_pictures(Recording& recording) {
   while (recording.pictures * SOUND_PORT_HZ < recording.frames * PICTURES_PER_SECOND) {
     const auto frame = newest(recording);

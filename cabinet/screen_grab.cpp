@@ -8,27 +8,20 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
+
+#include "platform/owned_reply.h"
 
 struct ScreenGrab {
   xcb_connection_t* connection = nullptr;
   xcb_atom_t pid_atom = 0;
   xcb_window_t window = 0;  // 0: not found yet
-  int window_pid = -1;      // the game that it belongs to
+  int window_pid = -1;      // the game that owns it
   xcb_shm_seg_t segment = 0;
   std::uint8_t* pixels = nullptr;
   std::size_t bytes = 0;
 };
 
 namespace {
-
-struct Free {
-  void operator()(void* memory) const { std::free(memory); }
-};
-template <typename T>
-std::unique_ptr<T, Free> owned(T* reply) {
-  return std::unique_ptr<T, Free>(reply);
-}
 
 constexpr int BYTES_PER_PIXEL = 4;
 constexpr const char* NO_DISPLAY =
@@ -58,7 +51,7 @@ std::string open_display(ScreenGrab& grab) {
   if (xcb_connection_has_error(grab.connection) != 0) return NO_DISPLAY;
   const auto shm = owned(xcb_shm_query_version_reply(
       grab.connection, xcb_shm_query_version(grab.connection), nullptr));
-  if (!shm) return "the X display shares no memory, so it isn't on this machine";
+  if (!shm) return "the X display can't share memory, so it isn't on this machine";
   constexpr char NAME[] = "_NET_WM_PID";
   const auto atom = owned(xcb_intern_atom_reply(
       grab.connection, xcb_intern_atom(grab.connection, 0, sizeof NAME - 1, NAME), nullptr));
@@ -74,8 +67,7 @@ int pid_of(const ScreenGrab& grab, xcb_window_t window) {
   return *static_cast<const int*>(xcb_get_property_value(reply.get()));
 }
 
-// The window below `parent` that the game has open, 0 if there is none. A window manager puts it
-// into a frame of its own.
+// The window of the game below `parent`, 0 if there is none. A window manager puts it into a frame.
 xcb_window_t find_window(const ScreenGrab& grab, xcb_window_t parent, int pid) {
   const auto tree = owned(
       xcb_query_tree_reply(grab.connection, xcb_query_tree(grab.connection, parent), nullptr));
@@ -100,13 +92,13 @@ std::string attach_segment(ScreenGrab& grab, std::size_t bytes) {
   const auto failed = owned(xcb_request_check(
       grab.connection,
       xcb_shm_attach_checked(grab.connection, grab.segment, static_cast<std::uint32_t>(id), 0)));
-  shmctl(id, IPC_RMID, nullptr);  // it goes with the last that has it attached
+  shmctl(id, IPC_RMID, nullptr);  // it is removed when nobody has it attached any more
   if (memory == reinterpret_cast<void*>(-1)) return "shared memory can't be attached";
   grab.pixels = static_cast<std::uint8_t*>(memory);
   grab.bytes = bytes;
   if (!failed) return {};
   forget_segment(grab);
-  return "the X display shares no memory with this machine";
+  return "the X display can't share memory with this machine";
 }
 
 }  // namespace
@@ -145,8 +137,8 @@ std::string screen_grab_take(ScreenGrab& grab, int pid, ScreenPicture& picture) 
   const auto cookie = xcb_shm_get_image(connection, grab.window, 0, 0, size->width, size->height,
                                         ~0U, XCB_IMAGE_FORMAT_Z_PIXMAP, grab.segment, 0);
   const auto image = owned(xcb_shm_get_image_reply(connection, cookie, nullptr));
-  if (!image) return "the game's window isn't wholly on the screen";
-  if (image->size != bytes) return "the screen has no 32 bits a pixel";
+  if (!image) return "the game's window isn't completely on the screen";
+  if (image->size != bytes) return "the screen doesn't have 32 bits a pixel";
   picture.pixels = grab.pixels;
   return {};
 }

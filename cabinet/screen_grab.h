@@ -1,12 +1,11 @@
-// The picture in the game's window, taken from the X server. The game has no part in it. One
-// thread.
+// The picture in the game's window, taken from the X server without the game's help. One thread.
 #pragma once
 
 #include <cstdint>
 #include <string>
 
 struct ScreenPicture {
-  const std::uint8_t* pixels = nullptr;  // blue, green, red and a byte without meaning
+  const std::uint8_t* pixels = nullptr;  // blue, green, red and an unused byte
   int width = 0, height = 0;
   int row_bytes = 0;
 };
@@ -18,6 +17,6 @@ ScreenGrab* screen_grab_new();
 void screen_grab_delete(ScreenGrab* grab);
 
 // Takes what the window of the process `pid`, or of one in its process group, shows now. The
-// picture lasts until the next call. Returns why there is none, empty if there is; a later call may
-// do better.
+// picture is valid until the next call. Returns why there is none, empty on success. A later call
+// may succeed.
 std::string screen_grab_take(ScreenGrab& grab, int pid, ScreenPicture& picture);

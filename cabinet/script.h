@@ -1,5 +1,5 @@
-// A script: commands, and lines that wait for the cabinet or say what has to be true of it. It runs
-// beside the cabinet's loop, a look at a time.
+// A script: commands, and lines that wait or check what must be true of the cabinet. It runs beside
+// the cabinet's loop, one step at a time.
 #pragma once
 
 #include <cstddef>
@@ -45,14 +45,14 @@ struct Script {
 };
 
 // Reads a script from its text; `file` is for messages. Returns an error text with the line's
-// number, empty if all went well.
+// number, empty on success.
 std::string script_parse(const std::string& text, const std::string& file, Script& script);
 
 // Reads it from the file.
 std::string script_load(const std::string& file, Script& script);
 
-// Does what is to be done now.
+// Runs what is due now.
 ScriptState script_step(Script& script, Cabinet& cabinet, std::int64_t now_ms);
 
-// Ends it with a failure at the line where it is.
+// Ends it with a failure at its present line.
 void script_fail(Script& script, const Cabinet& cabinet, const std::string& why);

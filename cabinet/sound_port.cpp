@@ -3,7 +3,6 @@
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <array>
@@ -14,17 +13,19 @@
 #include <cstring>
 #include <deque>
 #include <filesystem>
-#include <mutex>
 #include <thread>
 #include <utility>
+
+#include "cabinet/unix_listener.h"
+#include "platform/mutex.h"
 
 struct SoundPort {
   std::string path;
   int listener = -1, connection = -1, ending = -1;
   std::thread thread;
-  std::mutex mutex;
-  std::condition_variable came;
-  std::deque<std::shared_ptr<const SoundBlock>> blocks;  // the newest last
+  Mutex mutex;
+  std::condition_variable_any came;
+  std::deque<std::shared_ptr<const SoundBlock>> blocks GUARDED_BY(mutex);  // newest last
 };
 
 namespace {
@@ -32,26 +33,7 @@ namespace {
 constexpr std::size_t BLOCKS_KEPT = 43;  // half a second
 constexpr std::size_t PACKET_MAX = SOUND_PORT_HEAD + std::size_t{4} * 8192;
 
-std::string failure(const std::string& what) {
-  return what + ": " + std::strerror(errno);
-}
-
-std::string listen_at(SoundPort& port) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  if (port.path.size() >= sizeof address.sun_path) return port.path + ": the path is too long";
-  std::memcpy(address.sun_path, port.path.c_str(), port.path.size());
-  port.ending = eventfd(0, EFD_CLOEXEC);
-  port.listener = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-  if (port.ending < 0 || port.listener < 0) return failure("the sound's socket");
-  if (bind(port.listener, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
-      listen(port.listener, 4) != 0) {
-    return failure(port.path);
-  }
-  return {};
-}
-
-// Null if it is no packet of sound.
+// Null if it is not a packet of sound.
 std::shared_ptr<SoundBlock> read_packet(const char* bytes, std::size_t size) {
   if (size <= SOUND_PORT_HEAD) return nullptr;
   auto block = std::make_shared<SoundBlock>();
@@ -66,15 +48,20 @@ std::shared_ptr<SoundBlock> read_packet(const char* bytes, std::size_t size) {
   return block;
 }
 
+// The number of the newest block, 0 if there is none.
+long newest(const SoundPort& port) REQUIRES(port.mutex) {
+  return port.blocks.empty() ? 0 : port.blocks.back()->number;
+}
+
 void keep(SoundPort& port, std::shared_ptr<SoundBlock> block) {
-  const std::lock_guard lock(port.mutex);
-  block->number = port.blocks.empty() ? 1 : port.blocks.back()->number + 1;
+  const MutexLock lock(port.mutex);
+  block->number = newest(port) + 1;
   port.blocks.push_back(std::move(block));
   if (port.blocks.size() > BLOCKS_KEPT) port.blocks.pop_front();
   port.came.notify_all();
 }
 
-// A game that was started anew connects anew, and its predecessor may not have been noticed yet.
+// A restarted game opens a new connection, perhaps before the end of the old one is noticed.
 void take_connection(SoundPort& port) {
   const int connection = accept4(port.listener, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
   if (connection < 0) return;
@@ -114,7 +101,9 @@ void run(SoundPort& port) {
 SoundPort* sound_port_open(const std::string& path, std::string& error) {
   auto* port = new SoundPort;
   port->path = path;
-  error = listen_at(*port);
+  port->ending = eventfd(0, EFD_CLOEXEC);
+  error = port->ending < 0 ? std::string("eventfd: ") + std::strerror(errno)
+                           : unix_listen(path, SOCK_SEQPACKET, port->listener);
   if (error.empty()) {
     port->thread = std::thread([port] { run(*port); });
     return port;
@@ -138,17 +127,20 @@ void sound_port_close(SoundPort* port) {
 }
 
 std::shared_ptr<const SoundBlock> sound_port_next(SoundPort& port, long number, int wait_ms) {
-  std::unique_lock lock(port.mutex);
-  const auto is_newer = [&] { return !port.blocks.empty() && port.blocks.back()->number > number; };
-  if (!port.came.wait_for(lock, std::chrono::milliseconds(wait_ms), is_newer)) return nullptr;
+  const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(wait_ms);
+  const MutexLock lock(port.mutex);
+  while (newest(port) <= number) {
+    if (port.came.wait_until(port.mutex, end) == std::cv_status::timeout) break;
+  }
+  if (newest(port) <= number) return nullptr;
   const long oldest = port.blocks.front()->number;
   if (number + 1 < oldest) return port.blocks.back();
   return port.blocks[static_cast<std::size_t>(number + 1 - oldest)];
 }
 
 long sound_port_newest(SoundPort& port) {
-  const std::lock_guard lock(port.mutex);
-  return port.blocks.empty() ? 0 : port.blocks.back()->number;
+  const MutexLock lock(port.mutex);
+  return newest(port);
 }
 
 bool sound_card_is_there() {

@@ -21,8 +21,7 @@ std::string number_text(double number) {
 
 std::string side_text(const Cabinet& cabinet, int side) {
   const Dispenser& dispenser = cabinet.board.dispensers[side];
-  const BooksValue credits = books_audit(
-      cabinet.options.drive, side == LEFT ? "Current Credits Left" : "Current Credits Right");
+  const BooksValue credits = books_audit(cabinet.options.drive, AUDIT_CURRENT_CREDITS, side);
   const auto* meter = cabinet.board.coils.meter;
   std::string text = side == LEFT ? "LEFT " : "RIGHT ";
   text += (credits.found ? number_text(credits.value) : "?") + " credits ";
@@ -87,7 +86,7 @@ void draw(Status& status, const std::string& text) {
   ioctl(STDOUT_FILENO, TIOCGWINSZ, &size);
   if (size.ws_row < 3) return;
   if (size.ws_row != status.rows) {
-    // The lines above the last scroll by themselves; save and restore the cursor around it.
+    // The lines above the last one scroll by themselves; save and restore the cursor around it.
     std::printf("\n\0337\033[1;%dr\0338\033[A", size.ws_row - 1);
     status.rows = size.ws_row;
   }
@@ -121,7 +120,7 @@ void status_update(Status& status, const Cabinet& cabinet, std::int64_t now_ms) 
     status.shown = text;
     return;
   }
-  // In a file the lamps would fill page upon page: a line only when money or paper moved.
+  // Every lamp step would fill a file, so a line is printed only when money or paper changes.
   status.next_ms = now_ms + PRINT_MS;
   const std::string text = money_text(cabinet);
   if (!cabinet.options.script.empty() || text == status.shown) return;

@@ -1,4 +1,4 @@
-// The state of the cabinet in a line, at the bottom of the terminal or printed as it changes.
+// The state of the cabinet in one line, at the bottom of the terminal or printed at each change.
 #pragma once
 
 #include <cstdint>
@@ -16,7 +16,7 @@ struct Status {
 // The line.
 std::string status_text(const Cabinet& cabinet);
 
-// How the line between the game and the board stands.
+// The state of the line between game and board.
 std::string status_link_text(const Cabinet& cabinet);
 
 // Takes the bottom line of the terminal for it, if standard output is one.

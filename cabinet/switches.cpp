@@ -4,7 +4,7 @@ namespace {
 
 struct InputRow {
   int number;
-  int counter_byte, counter_shift;  // in an S frame, the letter being byte 0
+  int counter_byte, counter_shift;  // in an S frame, where byte 0 is the letter
   int line;                         // bit of the 24 lines of an s frame
   const char* name;
   const char* board_name;

@@ -1,20 +1,20 @@
 #include "cabinet/usb_port.h"
 
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <utility>
+
+#include "cabinet/unix_listener.h"
 
 namespace {
 
 constexpr int IN_ENDPOINT = 0x81, OUT_ENDPOINT = 0x02;
 constexpr std::uint32_t GOOD = 0, BAD_REQUEST = 0xE0001000;
 
-// Of the driver. Its version, 0x0141, comes first.
+// Of the driver; its version, 0x0141, comes first.
 const std::string DRIVER_INFO("\x41\x01\0\0\0\0\0\0\0\0\0\0", 12);
 // USB 1.1, packets of 8, vendor 0x0C70, product 0x0774, one configuration.
 const std::string DESCRIPTOR("\x12\x01\x10\x01\0\0\0\x08\x70\x0C\x74\x07\0\x01\0\0\0\x01", 18);
@@ -23,7 +23,7 @@ const std::string DESCRIPTOR_REQUEST("\0\0\0\0\x01\0\0\0", 8);
 std::string configuration_request() {
   std::string request(260, '\0');
   request[2] = 1;  // interface
-  request[8] = 8;  // bytes at most
+  request[8] = 8;  // maximum number of bytes
   return request;
 }
 
@@ -83,7 +83,7 @@ void take_packet(UsbPort& port, UsbFile& file, const std::string& packet, std::i
   }
 }
 
-// False once the game has closed it.
+// False once the game has closed the connection.
 bool take_packets(UsbPort& port, UsbFile& file, std::int64_t now_ms) {
   for (;;) {
     char buffer[512];
@@ -103,20 +103,6 @@ void give(UsbPort& port, UsbFile& file) {
   file.reading = 0;
 }
 
-std::string listen_at(UsbPort& port) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  if (port.path.size() >= sizeof address.sun_path) return port.path + " is too long a name";
-  std::memcpy(address.sun_path, port.path.c_str(), port.path.size());
-  port.listener = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-  if (port.listener < 0 ||
-      bind(port.listener, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
-      listen(port.listener, 8) != 0) {
-    return port.path + ": " + std::strerror(errno);
-  }
-  return {};
-}
-
 void leave(UsbPort& port) {
   for (const UsbFile& file : port.files) close(file.socket);
   port.files.clear();
@@ -130,7 +116,7 @@ void leave(UsbPort& port) {
 
 std::string usb_port_open(UsbPort& port, const std::string& folder) {
   port.path = folder + "/usb";
-  return listen_at(port);
+  return unix_listen(port.path, SOCK_SEQPACKET, port.listener);
 }
 
 void usb_port_close(UsbPort& port) {
@@ -142,7 +128,7 @@ std::string usb_port_plug(UsbPort& port, bool plugged) {
   if (port.path.empty()) return "this cabinet was started without USB";
   if (plugged == port.device.plugged) return {};
   usb_watchdog_plug(port.device, plugged);
-  if (plugged) return listen_at(port);
+  if (plugged) return unix_listen(port.path, SOCK_SEQPACKET, port.listener);
   leave(port);
   return {};
 }

@@ -77,7 +77,7 @@ void usb_watchdog_advance(UsbWatchdog& device, std::int64_t now_ms) {
     ++device.bites;
     device.bit = true;
     device.reset_seen = true;
-    std::printf("the USB watchdog bites: it had no food for %d s\n", device.allowance);
+    std::printf("the USB watchdog bites: it was not fed for %d s\n", device.allowance);
     std::fflush(stdout);
   }
   const bool heard_out = device.to_host.empty();

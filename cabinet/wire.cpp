@@ -25,7 +25,7 @@ void end_frame(WireReceiver& receiver) {
   receiver.in_digits = false;
 }
 
-// A byte behind CR, where the two digits belong.
+// A byte after CR, where the two digits belong.
 WireOutcome receive_digit(WireReceiver& receiver, char c, std::string& body) {
   body = receiver.body;
   // The next frame's LF or the NUL of the burst's end: the host sends no digits.

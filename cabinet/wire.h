@@ -1,5 +1,5 @@
-// Frames on the board's serial line: LF, a body of letters and digits, CR, and while checksums are
-// on two digits of a sum. The board's own reading of it.
+// Frames on the board's serial line, as the board reads them: LF, a body of letters and digits, CR,
+// and two digits of a sum while checksums are on.
 #pragma once
 
 #include <cstddef>
@@ -18,9 +18,9 @@ struct WireReceiver {
 };
 
 enum WireOutcome {
-  WIRE_NOTHING,         // the frame isn't over, or no frame has begun
+  WIRE_NOTHING,         // no frame, or it isn't complete
   WIRE_FRAME,           // a whole frame, its checksum right if there has to be one
-  WIRE_WITHOUT_DIGITS,  // whole, but it carried no checksum where one was due
+  WIRE_WITHOUT_DIGITS,  // a whole frame without the checksum that it must have
   WIRE_BAD_CHECKSUM,
   WIRE_TOO_LONG,
 };
@@ -34,8 +34,8 @@ std::string wire_frame(const std::string& body, bool checksums);
 // Appends a byte to a body as two capital digits.
 void wire_put_byte(std::string& body, unsigned value);
 
-// Takes one byte from the line. With an outcome other than WIRE_NOTHING `body` is what stood
-// between LF and CR. Bytes outside a frame, the NUL behind each burst among them, pass unnoticed.
+// Takes one byte from the line. With any outcome but WIRE_NOTHING, `body` is the text between
+// LF and CR. Bytes outside a frame, such as the NUL after each burst, are ignored.
 WireOutcome wire_receive(WireReceiver& receiver, std::uint8_t byte, bool checksums,
                          std::string& body);
 
@@ -43,5 +43,5 @@ WireOutcome wire_receive(WireReceiver& receiver, std::uint8_t byte, bool checksu
 // to send them.
 bool wire_data(const std::string& body, std::vector<std::uint8_t>& data);
 
-// A body as people read it, "T 80 19"; what can't be shown stands as "\x07".
+// A body for people to read, "T 80 19"; bytes that can't be shown become "\x07".
 std::string wire_text(const std::string& body);

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "books/audit_list.h"
 #include "books/prefs.h"
 
 namespace {
@@ -15,24 +16,25 @@ struct Check {
     text += std::string(what) + (side == SIDE_LEFT ? " Left: " : " Right: ") +
             std::to_string(first) + " against " + std::to_string(second) + "\n";
   }
+
+  void counter(const BooksSum& books, AuditIndex row, std::int64_t second) {
+    equal(audit_name(row), books.count[row + side], second);
+  }
 };
 
 void check_pieces(Check& check, const BooksSum& books, const AwardsSum& awards) {
   constexpr struct {
     AwardKind kind;
     AuditIndex row;
-    const char* name;
-  } PIECES[] = {{AWARD_BUG, AUDIT_BUG_TICKETS, "Bug Tickets"},
-                {AWARD_TIER1, AUDIT_BONUS_TICKETS, "Bonus Tickets"},
-                {AWARD_TIER2, AUDIT_DOUBLE_BONUS_TICKETS, "Double Bonus Tickets"},
-                {AWARD_JACKPOT, AUDIT_JACKPOT_TICKETS, "Jackpot Tickets"},
-                {AWARD_FREE, AUDIT_FREE_TICKETS, "Free Tickets"}};
-  const int side = check.side;
+  } PIECES[] = {{AWARD_BUG, AUDIT_BUG_TICKETS},
+                {AWARD_TIER1, AUDIT_BONUS_TICKETS},
+                {AWARD_TIER2, AUDIT_DOUBLE_BONUS_TICKETS},
+                {AWARD_JACKPOT, AUDIT_JACKPOT_TICKETS},
+                {AWARD_FREE, AUDIT_FREE_TICKETS}};
   for (const auto& piece : PIECES) {
-    check.equal(piece.name, books.count[piece.row + side], awards.base[side][piece.kind]);
+    check.counter(books, piece.row, awards.base[check.side][piece.kind]);
   }
-  check.equal("Butterfly Tickets", books.count[AUDIT_BUTTERFLY_TICKETS + side],
-              awards.butterfly[side]);
+  check.counter(books, AUDIT_BUTTERFLY_TICKETS, awards.butterfly[check.side]);
 }
 
 void check_histogram(Check& check, const BooksSum& books, const AwardsSum& awards) {
@@ -51,14 +53,13 @@ std::string audit_check(const Sums& sums) {
   Check check{};
   for (check.side = 0; check.side < SIDE_COUNT; ++check.side) {
     const int side = check.side;
-    check.equal("Games Played", books.count[AUDIT_GAMES_PLAYED + side], awards.frogs[side]);
-    check.equal("Jackpots", books.count[AUDIT_JACKPOTS + side],
-                awards.of_kind[side][AWARD_JACKPOT]);
-    check.equal("Frees", books.count[AUDIT_FREES + side], awards.of_kind[side][AWARD_FREE]);
-    check.equal("Tickets", books.count[AUDIT_TICKETS + side], awards.total[side]);
+    check.counter(books, AUDIT_GAMES_PLAYED, awards.frogs[side]);
+    check.counter(books, AUDIT_JACKPOTS, awards.of_kind[side][AWARD_JACKPOT]);
+    check.counter(books, AUDIT_FREES, awards.of_kind[side][AWARD_FREE]);
+    check.counter(books, AUDIT_TICKETS, awards.total[side]);
     check.equal("tickets told to the board", sums.paper[side], awards.paper[side]);
     check.equal("pulses of the ticket meter", sums.ticket_pulses[side], awards.paper[side]);
-    check.equal("Coin Drops", books.count[AUDIT_COIN_DROPS + side], sums.coin_pulses[side]);
+    check.counter(books, AUDIT_COIN_DROPS, sums.coin_pulses[side]);
     check_histogram(check, books, awards);
     if (pref_on(PREF_TICKET_USE) && !pref_on(PREF_FIXED_TICKET)) {
       check_pieces(check, books, awards);

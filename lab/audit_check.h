@@ -5,6 +5,5 @@
 
 #include "lab/sums.h"
 
-// Compares them to the ticket, under the settings of the moment. Empty if all agree, else one line
-// for each that doesn't.
+// Compares them under the present settings. Empty if all agree, else one line for each difference.
 std::string audit_check(const Sums& sums);

@@ -10,6 +10,7 @@ Shared<std::int32_t> jamma_link_error{0};
 Shared<std::uint32_t> jamma_checksum_failures{0};
 
 BoardBooks board_books{};
+void (*board_after_inputs)() = nullptr;
 
 namespace {
 
@@ -25,7 +26,7 @@ constexpr JammaCounter counter_of(JammaPress press) {
       return COUNTER_C1;
     case PRESS_C2:
       return COUNTER_C2;
-    default:  // nobody in the lab has a hand on the others
+    default:  // the lab uses no others
       return COUNTER_SRV;
   }
 }
@@ -69,7 +70,9 @@ std::int32_t jamma_command(std::int32_t command, std::intptr_t a, std::intptr_t 
 std::int32_t JammaInit() {
   return 0;
 }
+void jamma_search_start() {}
 void JammaShutdown() {}
+void jamma_search_start() {}
 bool jamma_link_alive() {
   return false;
 }
@@ -84,10 +87,12 @@ std::int32_t jamma_port() {
   return NO_PORT;
 }
 
-// No lamp hangs on it.
+// It has no lamps.
 void lamp_set(Lamp, std::int32_t, std::int32_t, std::int32_t, std::int32_t, std::int32_t) {}
 std::int32_t lamp_value(Lamp) {
   return 0;
 }
 void jamma_lamps_init() {}
-void jamma_lamps_tick() {}
+void jamma_lamps_tick() {
+  if (board_after_inputs != nullptr) board_after_inputs();
+}

@@ -1,5 +1,5 @@
-// The I/O board's place at the door io/jamma.h. Players step its counters as fingers and coins do;
-// its dispensers never run out and hand a ticket over at once.
+// The lab's I/O board, which implements io/jamma.h. Players step its counters as fingers and coins
+// do. Its dispensers never run out and pay each ticket at once.
 #pragma once
 
 #include <cstdint>
@@ -7,13 +7,16 @@
 #include "frame/sides.h"
 #include "io/jamma.h"
 
-// What the board was told since `board_reset`.
+// The orders since `board_reset`.
 struct BoardBooks {
   std::int64_t tickets[SIDE_COUNT];
   std::int64_t ticket_pulses[SIDE_COUNT];
   std::int64_t coin_pulses[SIDE_COUNT];
 };
 extern BoardBooks board_books;
+
+// Called in each tick after its inputs, null for nothing: tests press and count there.
+extern void (*board_after_inputs)();
 
 // A board just plugged in: counters and books at 0, no press pending.
 void board_reset();

@@ -6,16 +6,14 @@
 #include "books/audits.h"
 #include "frame/game_clock.h"
 #include "frame/game_mode.h"
-#include "frame/lockouts.h"
-#include "frame/periodic_reboot.h"
 #include "frame/tick.h"
+#include "frame/tick_steps.h"
 #include "frame/tick_timers.h"
 #include "frame/ticket_status.h"
 #include "io/lamp_effects.h"
 #include "io/lamps.h"
 #include "lab/board.h"
 #include "lab/flights.h"
-#include "lab/lab_clock.h"
 #include "platform/headless/clock_control.h"
 #include "platform/random.h"
 #include "playfield/looks.h"
@@ -28,13 +26,12 @@
 
 namespace {
 
-constexpr int FIRST_MEADOW_LANE = LANE_MIDDLE_BANK + 1;
 constexpr std::int32_t CELL_PX = 256;  // of the frog's and the butterfly's pictures
 
 constinit std::int32_t frogs_left[SIDE_COUNT]{};
 constinit std::int32_t games_seen[SIDE_COUNT]{};
 
-// What the rules know of pictures is the size of their cells.
+// The rules need the size of the pictures' cells.
 void sheets_set_up() {
   sheet_table_fill();
   for (const SpriteSheet& sheet : sheets) {
@@ -63,9 +60,9 @@ void modules_reset() {
   flights_reset();
 }
 
-// Of all that the drawing places, the rules ask for eaten bugs alone: whether they are out of view.
+// The rules read only one result of the drawing: whether eaten bugs are out of view.
 void eaten_bugs_place() {
-  for (int lane = FIRST_MEADOW_LANE; lane < LANE_NEAR_BANK; ++lane) {
+  for (int lane = LANE_MEADOW_FAR; lane <= LANE_MEADOW_NEAR; ++lane) {
     gfx_slots_place(&lanes[lane], lanes[lane].eaten);
   }
 }

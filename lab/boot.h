@@ -1,6 +1,6 @@
-// One boot of a cabinet without screen, sound or books on a disk: its bugs are seeded, both sides
-// play their frogs, the last one ends. Boots are what a run is made of: each depends on its seed
-// alone, so any process may play it.
+// One boot of a cabinet without screen, sound or books on a disk: bugs are placed, and both sides
+// play all their frogs. A run is made of boots. Each depends only on its seed, so any process may
+// play it.
 #pragma once
 
 #include <cstdint>
@@ -22,8 +22,8 @@ void boot_play(const BootPlan& plan, Sums& sums);
 void boot_switch_on(std::uint64_t seed);
 void boot_begin(const BootPlan& plan);
 bool boot_step(AwardsSum& awards);
-// Empty books and the field as the settings in memory have it, for who asks the rules what they
-// promise.
+// Empty books, and the field by the settings in memory. For figures that the rules calculate from
+// the settings.
 void boot_field();
 // The seed of boot `number` of a run.
 std::uint64_t boot_seed(std::uint64_t run_seed, std::int64_t number);

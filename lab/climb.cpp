@@ -3,21 +3,17 @@
 #include <algorithm>
 #include <cmath>
 
-#include "lab/lab_clock.h"
+#include "lab/players.h"  // HOP_TICKS
 #include "lab/screen.h"
 #include "playfield/paytable.h"
 
 namespace {
 
-constexpr int FIRST_MEADOW_LANE = LANE_MIDDLE_BANK + 1;
-constexpr int LAST_MEADOW_LANE = LANE_NEAR_BANK - 1;
-constexpr int FIRST_RIVER_LANE = LANE_MIDDLE_BANK - 1;
-constexpr int LAST_RIVER_LANE = LANE_FAR_BANK + 1;
 constexpr int LANE_TICKS = 2 * HOP_TICKS;  // a rest and the hop away from it
 
 constexpr std::int32_t MOST_BUGS = 12;  // that a frog can meet
 
-// How far a lane may be off its present course by the time that the frog gets there.
+// How far a lane may be from its predicted place when the frog gets there.
 constexpr float DOUBT_PX = 40.0F;
 
 // More than the rounding of 32-bit floats moves a place, and part of a sum of tickets.
@@ -28,7 +24,7 @@ constexpr float LONG_TICKS = 1e6F;
 
 // Ticks from the press to the first test of the frog on a lane.
 constexpr int ticks_to(int lane) {
-  return HOP_TICKS + LANE_TICKS * (LAST_MEADOW_LANE - lane) + 1;
+  return HOP_TICKS + LANE_TICKS * (LANE_MEADOW_NEAR - lane) + 1;
 }
 
 float place_of(const LaneCourse& lane, std::int64_t in_ticks) {
@@ -39,7 +35,7 @@ bool known(const LaneCourse& lane, std::int64_t in_ticks) {
   return lane.from <= in_ticks && in_ticks < lane.until;
 }
 
-// Nothing changes for a press from this moment on until the lane has moved so many pixels.
+// The result stays the same for later presses until the lane has moved so many pixels.
 void holds(LaneCourse& lane, std::int64_t in_ticks, float px) {
   const float ticks = (px - ROUNDING_PX) / std::fabs(lane.speed);
   lane.from = in_ticks;
@@ -77,7 +73,7 @@ const LaneCourse& meadow_lane(Climb& climb, int number, std::int64_t in_ticks) {
   LaneCourse& lane = climb.lanes[number];
   if (known(lane, in_ticks)) return lane;
   const float landing = place_of(lane, in_ticks);
-  const float before = number == LAST_MEADOW_LANE ? 0.0F : HOP_TICKS;
+  const float before = number == LANE_MEADOW_NEAR ? 0.0F : HOP_TICKS;
   const Passing passing =
       memory_bugs(number, landing - before * lane.speed, landing + LANE_TICKS * lane.speed);
   lane.bugs = passing.bugs;
@@ -89,12 +85,12 @@ std::int32_t capped(const Climb& climb, std::int32_t tickets) {
   return std::min(tickets, climb.maximum);
 }
 
-// Tickets on the average of a frog that comes to the river with this purse. More in the purse never
-// makes it less, not even by rounding.
+// Average tickets of a frog that reaches the river with this purse. It never falls as the purse
+// grows, not even by rounding.
 float river_worth(const Climb& climb, std::int32_t purse) {
   float worth = 0.0F;
   float alive = 1.0F;
-  for (int lane = FIRST_RIVER_LANE; lane >= LAST_RIVER_LANE && alive > 0.0F; --lane) {
+  for (int lane = LANE_RIVER_NEAR; lane >= LANE_RIVER_FAR && alive > 0.0F; --lane) {
     const float ends = alive * (1.0F - climb.lanes[lane].stands);
     worth += ends * static_cast<float>(capped(climb, std::max(purse, climb.minimum)));
     alive -= ends;
@@ -108,7 +104,7 @@ float river_worth(const Climb& climb, std::int32_t purse) {
 Climb climb_of(int side) {
   Climb climb{};
   float middle = screen_frog_middle(side);
-  for (int lane = LAST_MEADOW_LANE; lane >= LAST_RIVER_LANE; --lane) {
+  for (int lane = LANE_MEADOW_NEAR; lane >= LANE_RIVER_FAR; --lane) {
     if (lane == LANE_MIDDLE_BANK) continue;
     LaneCourse& course = climb.lanes[lane];
     course.start = memory_place(lane, middle);
@@ -123,7 +119,7 @@ Climb climb_of(int side) {
   climb.tier1 = tier1_value();
   climb.tier2 = tier2_value();
   std::int32_t most = std::max(MOST_BUGS * climb.bug, climb.minimum);
-  for (int lane = FIRST_RIVER_LANE; lane >= LAST_RIVER_LANE; --lane) {
+  for (int lane = LANE_RIVER_NEAR; lane >= LANE_RIVER_FAR; --lane) {
     climb.short_of[lane] = static_cast<float>(capped(climb, most)) * ROUNDING_OF_SUM;
     if (lane == 3) most = std::max(most, climb.tier1);
     if (lane == 2) most = std::max(most, climb.tier2);
@@ -132,26 +128,26 @@ Climb climb_of(int side) {
 }
 
 ClimbWorth climb_worth(Climb& climb, std::int64_t in_ticks, float best) {
-  // The lanes that it must stand on to bring more, the far ones first, for they are the emptiest.
-  for (int lane = LAST_RIVER_LANE; lane <= FIRST_RIVER_LANE; ++lane) {
+  // The lanes that it must stand on to get more, the far ones first: they are the emptiest.
+  for (int lane = LANE_RIVER_FAR; lane <= LANE_RIVER_NEAR; ++lane) {
     if (best < climb.short_of[lane]) continue;
     const LaneCourse& course = river_lane(climb, lane, in_ticks);
     if (course.stands <= 0.0F) return {0.0F, course.until};
   }
   std::int64_t until = INT64_MAX;
-  for (int lane = FIRST_RIVER_LANE; lane >= LAST_RIVER_LANE; --lane) {
+  for (int lane = LANE_RIVER_NEAR; lane >= LANE_RIVER_FAR; --lane) {
     const LaneCourse& course = river_lane(climb, lane, in_ticks);
     until = std::min(until, course.until);
     if (course.stands <= 0.0F) break;
   }
   const std::int32_t most = MOST_BUGS * climb.bug;
-  // Nothing but bugs, and a better moment is known.
-  if (climb.lanes[FIRST_RIVER_LANE].stands <= 0.0F && best > static_cast<float>(most)) {
+  // It would get only bugs, and a better moment is known.
+  if (climb.lanes[LANE_RIVER_NEAR].stands <= 0.0F && best > static_cast<float>(most)) {
     return {0.0F, until};
   }
   if (river_worth(climb, most) <= best) return {0.0F, until};
   std::int32_t bugs = 0;
-  for (int lane = LAST_MEADOW_LANE; lane >= FIRST_MEADOW_LANE; --lane) {
+  for (int lane = LANE_MEADOW_NEAR; lane >= LANE_MEADOW_FAR; --lane) {
     const LaneCourse& course = meadow_lane(climb, lane, in_ticks);
     until = std::min(until, course.until);
     bugs += course.bugs;

@@ -1,5 +1,5 @@
-// What a press at some moment would bring, by what the player has seen of the lanes and by their
-// present speeds.
+// What a press at some moment would pay, by the lanes that the player has seen and their present
+// speeds.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +13,7 @@ struct LaneCourse {
   float speed;
 
   std::int64_t from,
-      until;          // moments of the press, the last one left out, for which the rest holds
+      until;          // presses from one moment to before the other have these results
   float stands;       // the river: chance to stand
   std::int32_t gold;  // and what that pays
   std::int32_t bugs;  // the meadow: bugs that pass under the frog
@@ -22,16 +22,16 @@ struct LaneCourse {
 struct Climb {
   LaneCourse lanes[LANE_NEAR_BANK];
   std::int32_t bug, minimum, maximum, jackpot, tier1, tier2;
-  float short_of[LANE_MIDDLE_BANK];  // more than any frog brings that comes no farther than a lane
+  float short_of[LANE_MIDDLE_BANK];  // more than any frog can get that comes no farther than a lane
 };
 
-// As all stands now. Good until the next tick.
+// By the present state. Valid until the next tick.
 Climb climb_of(int side);
 
 struct ClimbWorth {
-  float tickets;       // on the average; 0 if that can't be more than what was asked for
-  std::int64_t until;  // no press before this moment brings more
+  float tickets;       // on the average; 0 if it can't be more than `best`
+  std::int64_t until;  // no press before this moment pays more
 };
 
-// Of a press `in_ticks` from now. Who only wants to know of more than `best` says so.
+// Of a press `in_ticks` from now. The search stops early if it can't pay more than `best`.
 ClimbWorth climb_worth(Climb& climb, std::int64_t in_ticks, float best);

@@ -6,19 +6,19 @@
 
 namespace {
 
-constexpr std::int64_t NEAR_TICKS = 24;  // each tick of these is looked at, then every third
+constexpr std::int64_t NEAR_TICKS = 24;  // the search looks at each of these, then at every third
 constexpr std::int64_t FAR_STEP = 3;
 constexpr std::int64_t LOOK_EVERY = 30;
 
 constexpr std::int64_t NEVER = -1;
 
-// The first moment to be looked at that isn't before this one.
+// The first moment, not before this one, that the search looks at.
 std::int64_t moment_from(std::int64_t in_ticks) {
   if (in_ticks <= NEAR_TICKS) return in_ticks;
   return NEAR_TICKS + (in_ticks - NEAR_TICKS + FAR_STEP - 1) / FAR_STEP * FAR_STEP;
 }
 
-// The best moment for a press, the first of equals, NEVER if none brings more than `floor`.
+// The best moment for a press, the first of equals; NEVER if none pays more than `floor`.
 std::int64_t best_moment(Climb& climb, std::int64_t most_ticks, float floor) {
   std::int64_t best_in = NEVER;
   float best = floor;
@@ -34,7 +34,7 @@ std::int64_t best_moment(Climb& climb, std::int64_t most_ticks, float floor) {
   return best_in;
 }
 
-// Who first asks for much has little to look at, and nearly always finds it.
+// A search with a high floor is short, and nearly always finds a moment.
 std::int64_t press_in(int side, std::int64_t most_ticks) {
   Climb climb = climb_of(side);
   for (const float floor : {climb.short_of[1], climb.short_of[2], climb.short_of[3], -1.0F}) {

@@ -1,6 +1,6 @@
-// A player with a perfect eye and memory: it knows how each lane goes round and how fast it runs at
-// this moment, and works out what a press now or soon would bring. It doesn't know how the river's
-// speeds will change until the frog is there, and it doesn't count on butterflies.
+// A player with a perfect eye and memory: it knows the whole of each lane and its present speed,
+// and calculates what a press now or soon would pay. It doesn't know future speeds of the river,
+// and it ignores butterflies.
 #pragma once
 
 #include <cstdint>
@@ -16,5 +16,5 @@ void expert_reset(Expert& expert);
 // at most.
 bool expert_presses(Expert& expert, int side, std::int64_t most_ticks);
 
-// Tickets that a press `in_ticks` from now would bring on the average, as the expert sees it.
+// Tickets that a press `in_ticks` from now would pay on the average, by what the expert knows.
 float expert_worth(int side, std::int64_t in_ticks);

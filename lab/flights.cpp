@@ -14,7 +14,7 @@ constinit Flight flights[SIDE_COUNT]{};
 
 const Frog* launched_frog(int side) {
   for (const Frog& frog : stations[side].frogs) {
-    if (frog.state == FROG_LAUNCHING && (frog.flags & FROG_DEMO) == 0) return &frog;
+    if (frog.state == FROG_LAUNCHING && !is_demo(frog)) return &frog;
   }
   return nullptr;
 }

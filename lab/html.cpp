@@ -15,7 +15,6 @@ namespace {
 constexpr const char* GREEN = "#2a8a3a";
 constexpr const char* BLUE = "#2a62b8";
 constexpr const char* GOLD = "#c8920a";
-constexpr const char* PLAYER_COLOURS[PLAYER_KINDS] = {"#2a62b8", "#2a8a3a", "#c8920a", "#b8322a"};
 
 std::string page(const std::string& title, const std::string& body) {
   return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n<title>" +
@@ -110,21 +109,30 @@ double most_of(const std::vector<PlotSeries>& series) {
   return most * 1.05;
 }
 
-// The first `players` of them: next to the expert the others lie flat on the table.
-std::string sweep_plot(const std::vector<SweepResult>& all, bool boost, bool points, int players) {
-  std::vector<PlotSeries> series{{"the row's average", "#555", true, {}}};
-  for (int player = 0; player < players; ++player) {
-    series.push_back({player_names[player], PLAYER_COLOURS[player], false, {}});
+// The results of one player. Without one, the averages that the rows stand for.
+PlotSeries sweep_series(const std::vector<SweepResult>& all, bool boost, bool points, int player) {
+  const bool averages = player < 0;
+  PlotSeries series{"the row's average", "#555", averages, {}};
+  if (!averages) {
+    series.name = player_kinds[player].name;
+    series.colour = player_kinds[player].colour;
   }
   for (const SweepResult& each : all) {
     if (each.place.boost != boost || each.place.points != points) continue;
-    if (each.place.player >= players) continue;
+    if (each.place.player != std::max(player, 0)) continue;
     const Results& r = each.results;
-    if (each.place.player == 0) {
-      series[0].points.push_back({r.row_average, r.row_average, 0.0});
-    }
-    series[static_cast<std::size_t>(each.place.player) + 1].points.push_back(
-        {r.row_average, r.tickets.mean, r.tickets.half_width});
+    series.points.push_back({r.row_average, averages ? r.row_average : r.tickets.mean,
+                             averages ? 0.0 : r.tickets.half_width});
+  }
+  return series;
+}
+
+std::string sweep_plot(const std::vector<SweepResult>& all, bool boost, bool points,
+                       bool everybody) {
+  std::vector<PlotSeries> series{sweep_series(all, boost, points, -1)};
+  for (int player = 0; player < static_cast<int>(player_kinds.size()); ++player) {
+    if (player_kinds[player].remembers && !everybody) continue;
+    series.push_back(sweep_series(all, boost, points, player));
   }
   const std::string title = std::string("Boost Bonus ") + (boost ? "On" : "Off") +
                             ", Two Point Tickets " + (points ? "On" : "Off");
@@ -140,8 +148,8 @@ std::string sweep_plot(const std::vector<SweepResult>& all, bool boost, bool poi
 }  // namespace
 
 std::string run_page(const Results& r, const Sums& sums) {
-  const std::string title =
-      std::string("What the settings pay to a player who is ") + player_names[r.plan.player.kind];
+  const std::string title = std::string("What the settings pay to a player who is ") +
+                            player_kinds[r.plan.player.kind].name;
   return page(title, "<pre>" + html_text(results_table(r, sums)) + "</pre>\n" + awards_plot(r) +
                          ends_plot(r) + histogram_plots(sums) + settings_rows());
 }
@@ -150,8 +158,8 @@ std::string sweep_page(const std::vector<SweepResult>& all) {
   std::string body;
   for (const bool points : {false, true}) {
     for (const bool boost : {false, true}) {
-      body += sweep_plot(all, boost, points, PLAYER_EXPERT);
-      body += sweep_plot(all, boost, points, PLAYER_KINDS);
+      body += sweep_plot(all, boost, points, false);
+      body += sweep_plot(all, boost, points, true);
     }
   }
   return page("What the rows of the paytable pay",

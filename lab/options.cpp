@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "lab/settings.h"
+#include "lab/text.h"
 
 namespace {
 
@@ -20,49 +21,52 @@ bool whole(const std::string& text, double least, double most, double& value) {
 }
 
 std::string take_player(const std::string& text, PlayerSettings& player) {
-  std::string all;
-  for (int kind = 0; kind < PLAYER_KINDS; ++kind) {
-    if (text == player_names[kind]) {
-      player.kind = static_cast<PlayerKind>(kind);
-      return {};
-    }
-    all += std::string(kind > 0 ? ", " : "") + player_names[kind];
+  const int kind = player_find(text);
+  if (kind >= 0) {
+    player.kind = kind;
+    return {};
   }
+  std::string all;
+  for (const PlayerKind& each : player_kinds)
+    all += (all.empty() ? "" : ", ") + std::string(each.name);
   return "--player can't be \"" + text + "\"; there are: " + all;
 }
+
+std::string refusal(const std::string& name, const std::string& text) {
+  return name + " can't be \"" + text + "\"";
+}
+
+struct NumberOption {
+  const char* name;
+  double least, most;
+  void (*set)(LabOptions& options, double n);
+};
+
+constexpr NumberOption WHOLE_NUMBERS[] = {
+    {"--frogs", 1, 1e9,
+     [](LabOptions& o, double n) { o.plan.frogs_per_side = static_cast<std::int64_t>(n); }},
+    {"--seed", 0, 0x1p53,
+     [](LabOptions& o, double n) { o.plan.seed = static_cast<std::uint64_t>(n); }},
+    {"--processes", 1, 1024, [](LabOptions& o, double n) { o.processes = static_cast<int>(n); }},
+};
 
 // An option that is one number. False if there is none of this name.
 bool take_number(LabOptions& options, const std::string& name, const std::string& text,
                  std::string& error) {
   double n = 0.0;
-  PlayerSettings& player = options.plan.player;
-  bool good = false;
-  if (name == "--frogs") {
-    good = whole(text, 1, 1e9, n);
-    options.plan.frogs_per_side = static_cast<std::int64_t>(n);
-  } else if (name == "--seed") {
-    good = whole(text, 0, 0x1p53, n);
-    options.plan.seed = static_cast<std::uint64_t>(n);
-  } else if (name == "--processes") {
-    good = whole(text, 1, 1024, n);
-    options.processes = static_cast<int>(n);
-  } else if (name == "--wait") {
-    good = number(text, 0, 100, n);
-    player.wait_s = static_cast<float>(n);
-  } else if (name == "--reaction") {
-    good = number(text, 0, 10000, n);
-    player.reaction_ms = static_cast<float>(n);
-  } else if (name == "--error") {
-    good = number(text, 0, 10000, n);
-    player.error_ms = static_cast<float>(n);
-  } else if (name == "--patience") {
-    good = number(text, 0, 100, n);
-    player.patience_s = static_cast<float>(n);
-  } else {
-    return false;
+  for (const NumberOption& row : WHOLE_NUMBERS) {
+    if (name != row.name) continue;
+    if (!whole(text, row.least, row.most, n)) error = refusal(name, text);
+    if (error.empty()) row.set(options, n);
+    return true;
   }
-  if (!good) error = name + " can't be \"" + text + "\"";
-  return true;
+  for (const PlayerOption& row : player_options) {
+    if (name != row.name) continue;
+    if (!number(text, 0, static_cast<double>(row.most), n)) error = refusal(name, text);
+    options.plan.player.*row.value = static_cast<float>(n);
+    return true;
+  }
+  return false;
 }
 
 bool take_value(LabOptions& options, const std::string& name, const std::string& text,
@@ -71,7 +75,7 @@ bool take_value(LabOptions& options, const std::string& name, const std::string&
   double n = 0.0;
   const bool path = name == "--html" || name == "--state" || name == "--prefs";
   if (path && text.empty()) {
-    error = name + " can't be \"\"";
+    error = refusal(name, text);
   } else if (name == "--player") {
     error = take_player(text, options.plan.player);
   } else if (name == "--html") {
@@ -83,12 +87,27 @@ bool take_value(LabOptions& options, const std::string& name, const std::string&
   } else if (name == "--set") {
     error = settings_set(text);
   } else if (name == "--row") {
-    error = whole(text, -1000, 1000, n) ? settings_use_row(static_cast<int>(n))
-                                        : "--row can't be \"" + text + "\"";
+    error =
+        whole(text, -1000, 1000, n) ? settings_use_row(static_cast<int>(n)) : refusal(name, text);
   } else {
     return false;
   }
   return true;
+}
+
+std::string player_help() {
+  std::string text;
+  for (const PlayerKind& kind : player_kinds) {
+    const bool first = text.empty();
+    text += text_of("  %-21s%s: %s%s\n", first ? "--player NAME" : "", kind.name, kind.help,
+                    first ? " (run's default)" : "");
+  }
+  for (const PlayerOption& option : player_options) {
+    const std::string name = std::string(option.name) + " " + option.unit;
+    text += text_of("  %-21s%s (%g)\n", name.c_str(), option.help,
+                    static_cast<double>(PlayerSettings{}.*option.value));
+  }
+  return text;
 }
 
 std::string take_command(const std::string& text, LabOptions& options) {
@@ -132,7 +151,8 @@ std::string options_read(int argc, char** argv, LabOptions& options) {
 }
 
 std::string options_help() {
-  return R"(What a setting of the cabinet really pays, by the game's own rules at many times real time.
+  const std::string head =
+      R"(What a setting of the cabinet really pays, by the game's own rules at many times real time.
 
   payout-lab run [OPTIONS]     one set of settings, one player on both sides
   payout-lab sweep [OPTIONS]   all rows of the paytable, with and without "Boost Bonus" and
@@ -146,15 +166,9 @@ settings, taken in the order given; without any, those of a cabinet out of the b
 play
   --frogs N            frogs on each side (run: 100000, sweep: 10000 in each place)
   --seed N             equal seeds give equal books (1)
-  --player NAME        random: presses at a random moment once the frog is ready (run's default)
-                       eager: presses as soon as it is ready
-                       watcher: waits for a good first log, with a hand's delay and error
-                       expert: looks ahead over all lanes at their present speeds
-  --wait S             random: mean wait in seconds (1)
-  --reaction MS        watcher: from seeing to the press (250)
-  --error MS           watcher: standard deviation of it (60)
-  --patience S         watcher, expert: longest wait for a good moment (10)
-  --processes N        processes to play on; the results don't depend on it (one for each core)
+)";
+  const std::string tail =
+      R"(  --processes N        processes to play on; the results don't depend on it (one for each core)
 
 results
   --json               as JSON instead of a table
@@ -162,4 +176,5 @@ results
   --quiet              no progress bar
   --state FOLDER       sweep: what is done is kept there, and a sweep that was ended goes on
 )";
+  return head + player_help() + tail;
 }

@@ -9,11 +9,15 @@
 #include "lab/board.h"
 #include "lab/expert.h"
 #include "lab/flights.h"  // flight_of
-#include "lab/lab_clock.h"
 #include "lab/screen.h"
 #include "playfield/frog_queue.h"  // frog_ready
 
-const char* const player_names[PLAYER_KINDS] = {"random", "eager", "watcher", "expert"};
+struct Player {
+  bool waiting;             // its frog is ready, and the player has begun to wait
+  std::int64_t press_at;    // tick of the press, NEVER while it isn't known
+  std::int64_t give_up_at;  // tick at which it presses in any case
+  Expert expert;
+};
 
 namespace {
 
@@ -23,15 +27,8 @@ constexpr std::int64_t NEVER = INT64_MAX;
 constexpr int FIRST_LOG_LANE = LANE_MIDDLE_BANK - 1;
 // From a press to the frog's first moment on the first log: seven hops and six rests.
 constexpr int TICKS_TO_FIRST_LOG = 13 * HOP_TICKS;
-constexpr float FIRST_LOG_SPEED = 2.3F;  // as habit knows it, pixels per tick
+constexpr float FIRST_LOG_SPEED = 2.3F;  // as players are used to it, pixels per tick
 constexpr int LOOK_EVERY_TICKS = 16;
-
-struct Player {
-  bool waiting;             // its frog is ready, and the player has begun to wait
-  std::int64_t press_at;    // tick of the press, NEVER while it isn't known
-  std::int64_t give_up_at;  // tick at which it presses in any case
-  Expert expert;
-};
 
 struct Players {
   PlayerSettings settings;
@@ -41,7 +38,7 @@ struct Players {
 };
 constinit Players players{};
 
-// A Weyl sequence of their own, scrambled.
+// A scrambled Weyl sequence of the players' own.
 double chance_unit() {
   std::uint64_t word = players.chance += 0x9E3779B97F4A7C15;
   word = (word ^ (word >> 30)) * 0xBF58476D1CE4E5B9;
@@ -62,8 +59,8 @@ std::int64_t random_wait() {
   return ticks_of_s(2.0 * static_cast<double>(players.settings.wait_s) * chance_unit());
 }
 
-// Where the log lies now that will be under the frog when it leaves the bank. On the right it is
-// still out of view: nobody can wait for what the screen doesn't show.
+// Whether the log is good that will be below the frog when it leaves the bank. On the right it is
+// still out of view, so a player can't wait for it.
 bool good_first_log(int side, bool& in_view) {
   const float x = screen_frog_middle(side) + FIRST_LOG_SPEED * TICKS_TO_FIRST_LOG;
   LaneCell cell = CELL_EMPTY;
@@ -83,36 +80,48 @@ void watcher_step(int side, Player& player) {
   }
 }
 
+void expert_step(int side, Player& player) {
+  if (expert_presses(player.expert, side, player.give_up_at - players.tick)) {
+    player.press_at = players.tick;
+  }
+}
+
+// A new player is a row here; what its functions leave alone, a press at `give_up_at`, is for all.
+constexpr PlayerKind KINDS[] = {
+    {"random", "presses at a random moment once the frog is ready", "#2a62b8", false,
+     [](Player& player) { player.press_at = players.tick + random_wait(); }, [](int, Player&) {}},
+    {"eager", "presses as soon as it is ready", "#2a8a3a", false,
+     [](Player& player) { player.press_at = players.tick; }, [](int, Player&) {}},
+    {"watcher", "waits for a good first log, with a hand's delay and error", "#c8920a", false,
+     [](Player&) {}, watcher_step},
+    {"expert", "looks ahead over all lanes at their present speeds", "#b8322a", true,
+     [](Player& player) { expert_reset(player.expert); }, expert_step},
+};
+
+constexpr PlayerOption OPTIONS[] = {
+    {"--wait", "S", &PlayerSettings::wait_s, 100.0F, "random: mean wait in seconds"},
+    {"--reaction", "MS", &PlayerSettings::reaction_ms, 10000.0F,
+     "watcher: from seeing to the press"},
+    {"--error", "MS", &PlayerSettings::error_ms, 10000.0F, "watcher: standard deviation of it"},
+    {"--patience", "S", &PlayerSettings::patience_s, 100.0F,
+     "watcher, expert: longest wait for a good moment"},
+};
+
+const PlayerKind& kind_of_players() {
+  return KINDS[players.settings.kind];
+}
+
 void begin_to_wait(Player& player) {
   player.waiting = true;
   player.press_at = NEVER;
   player.give_up_at = players.tick + ticks_of_s(static_cast<double>(players.settings.patience_s));
-  if (players.settings.kind == PLAYER_RANDOM) player.press_at = players.tick + random_wait();
-  if (players.settings.kind == PLAYER_EXPERT) expert_reset(player.expert);
-}
-
-void decide(int side, Player& player) {
-  switch (players.settings.kind) {
-    case PLAYER_EAGER:
-      player.press_at = players.tick;
-      break;
-    case PLAYER_WATCHER:
-      watcher_step(side, player);
-      break;
-    case PLAYER_EXPERT:
-      if (expert_presses(player.expert, side, player.give_up_at - players.tick)) {
-        player.press_at = players.tick;
-      }
-      break;
-    default:
-      break;
-  }
+  kind_of_players().begin_to_wait(player);
 }
 
 void start_step(int side) {
   Player& player = players.sides[side];
   if (!player.waiting) begin_to_wait(player);
-  decide(side, player);
+  kind_of_players().decide(side, player);
   if (players.tick < player.press_at && players.tick < player.give_up_at) return;
   board_press(START[side]);
   player.waiting = false;
@@ -134,6 +143,15 @@ bool has_credit(int side) {
 
 }  // namespace
 
+constinit const std::span<const PlayerKind> player_kinds = KINDS;
+constinit const std::span<const PlayerOption> player_options = OPTIONS;
+
+int player_find(const std::string& name) {
+  const auto is_named = [&](const PlayerKind& kind) { return name == kind.name; };
+  const auto found = std::ranges::find_if(player_kinds, is_named);
+  return found == player_kinds.end() ? -1 : static_cast<int>(found - player_kinds.begin());
+}
+
 void players_reset(const PlayerSettings& settings, std::uint64_t seed) {
   players = {};
   players.settings = settings;
@@ -142,7 +160,7 @@ void players_reset(const PlayerSettings& settings, std::uint64_t seed) {
 }
 
 void players_step(const bool (&may_launch)[SIDE_COUNT]) {
-  if (players.settings.kind == PLAYER_EXPERT && players.tick % LOOK_EVERY_TICKS == 0) screen_look();
+  if (kind_of_players().remembers && players.tick % LOOK_EVERY_TICKS == 0) screen_look();
   for (int side = 0; side < SIDE_COUNT; ++side) {
     if (!may_launch[side] || flight_of(side) != nullptr) continue;
     if (!has_credit(side)) {

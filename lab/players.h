@@ -1,28 +1,54 @@
-// Who plays. A player sees what a screen shows and has two fingers: one for Start, one for coins.
-// Its chance is its own and never moves the game's.
+// Who plays. A player sees what a screen shows and has two fingers, one for Start and one for
+// coins. Its random numbers are its own and never change the game's.
 #pragma once
 
 #include <cstdint>
+#include <span>
+#include <string>
 
 #include "frame/sides.h"
 
-enum PlayerKind : std::int32_t {
-  PLAYER_RANDOM = 0,   // presses at a random moment once its frog is ready
-  PLAYER_EAGER = 1,    // presses as soon as its frog is ready
-  PLAYER_WATCHER = 2,  // waits for a good first log, with a hand's delay and error
-  PLAYER_EXPERT = 3,   // looks ahead over all lanes at their present speeds
-  PLAYER_KINDS = 4,
-};
+// A tick comes with the first whole millisecond that is 1/60 s after the last one. The lab's
+// cabinet is never late.
+constexpr int TICK_STEP_MS = 17;
 
-extern const char* const player_names[PLAYER_KINDS];
+// A hop and a rest take 0.35 s each, and end with the first tick after that.
+constexpr int HOP_TICKS = 350 / TICK_STEP_MS + 1;
 
 struct PlayerSettings {
-  PlayerKind kind = PLAYER_RANDOM;
+  int kind = 0;                // index of player_kinds
   float wait_s = 1.0F;         // random: mean wait, from nothing to twice that
-  float reaction_ms = 250.0F;  // watcher: from seeing to the press, on the average
+  float reaction_ms = 250.0F;  // watcher: mean delay from seeing to the press
   float error_ms = 60.0F;      // and its standard deviation
   float patience_s = 10.0F;    // watcher, expert: longest wait for a good moment
 };
+
+// A setting on the command line.
+struct PlayerOption {
+  const char* name;
+  const char* unit;
+  float PlayerSettings::* value;
+  float most;  // from 0 to this
+  const char* help;
+};
+extern const std::span<const PlayerOption> player_options;
+
+struct Player;  // one side's, in lab/players.cpp
+
+struct PlayerKind {
+  const char* name;
+  const char* help;
+  const char* colour;  // in plots
+  // It watches the lanes all the time and remembers them. It plays so well that plots show the
+  // others without it too.
+  bool remembers;
+  void (*begin_to_wait)(Player& player);     // its frog is ready
+  void (*decide)(int side, Player& player);  // each tick from then on: sets the tick of the press
+};
+extern const std::span<const PlayerKind> player_kinds;
+
+// The index of a kind, -1 if there is none of this name.
+int player_find(const std::string& name);
 
 // Both players sit down at a cabinet that has just booted.
 void players_reset(const PlayerSettings& settings, std::uint64_t seed);

@@ -12,7 +12,7 @@ class Progress {
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
-  // `done` from `begun`, the part that was done before this process came, to 1.
+  // `done`: 0 to 1. The first call gives the part that an earlier process did.
   void show(double done);
 
  private:

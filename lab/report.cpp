@@ -21,7 +21,7 @@ const char* lane_name(int lane) {
 
 std::string head_lines(const Results& r) {
   std::string text;
-  text += text_of("player            %s\n", player_names[r.plan.player.kind]);
+  text += text_of("player            %s\n", player_kinds[r.plan.player.kind].name);
   text +=
       text_of("frogs             %lld on both sides, %lld boots, %.1f hours of play, seed %llu\n",
               static_cast<long long>(r.frogs), static_cast<long long>(r.boots), r.game_s / 3600.0,
@@ -148,7 +148,7 @@ std::string results_table(const Results& r, const Sums& sums) {
 
 std::string results_json(const Results& r, const Sums& sums) {
   std::string text = "{\n";
-  text += "  \"player\": " + json_text(player_names[r.plan.player.kind]) + ",\n";
+  text += "  \"player\": " + json_text(player_kinds[r.plan.player.kind].name) + ",\n";
   text += "  \"seed\": " + std::to_string(r.plan.seed) + ",\n";
   text += "  \"frogs\": " + std::to_string(r.frogs) + ",\n";
   text += "  \"boots\": " + std::to_string(r.boots) + ",\n";

@@ -26,7 +26,7 @@ double money_of_frog() {
 void settings_figures(Results& r) {
   boot_field();
   r.row = paytable_row;
-  r.row_average = static_cast<double>(paytable[paytable_row].average);
+  r.row_average = static_cast<double>(paytable_average(paytable_row));
   r.asked = static_cast<double>(paytable_wanted());
   r.menu_jackpots = static_cast<double>(jackpot_chance());
   r.jackpot = jackpot_value();

@@ -12,8 +12,8 @@ struct Estimate {  // of a mean, with the half width of its 95% interval
 };
 
 // The mean of a count per frog, from whole boots: `sum`, `squared` and `by_frogs` are its sum, the
-// sum of its squares and of its products with the boot's frogs. With one boot nothing is known of
-// the spread, and the half width is infinite.
+// sum of its squares and of its products with the boot's frogs. With one boot the
+// spread is unknown, and the half width is infinite.
 Estimate estimate(std::int64_t sum, std::int64_t squared, std::int64_t by_frogs, std::int64_t frogs,
                   std::int64_t frogs_squared, std::int64_t boots);
 
@@ -32,15 +32,15 @@ struct Results {
   std::int64_t boots, frogs;
   double game_s;
   Estimate tickets;         // per frog; in points with two to a ticket
-  Estimate jackpots;        // per frog; none seen tells nothing of the spread: infinite
+  Estimate jackpots;        // per frog; infinite half width if none fell
   double jackpots_at_most;  // per frog, 95%: what seeing none leaves possible; NaN if one fell
   double paper;             // per frog, out of the dispenser
   double side_tickets[SIDE_COUNT];
   double lanes_climbed;         // of twelve
   double ended_on[LANE_COUNT];  // part of the frogs
   AwardRow awards[AWARD_ROWS];
-  double capped;  // tickets per frog that the maximum took away, as the books say
-  // What the settings say, for the comparison.
+  double capped;  // tickets per frog that the maximum cut, by the books
+  // By the settings, for comparison.
   int row;
   double row_average, asked;                               // tickets per frog
   double percent_asked, percent_paid, percent_half_width;  // of the money, in percent; NaN if free

@@ -10,8 +10,7 @@
 
 namespace {
 
-// About twenty minutes of play on both sides; and never so few boots that nothing can be said of
-// their spread.
+// About twenty minutes of play on both sides, and enough boots to estimate their spread.
 constexpr std::int64_t FROGS_OF_BOOT_MOST = 250;
 constexpr std::int64_t BOOTS_LEAST = 20;
 

@@ -19,6 +19,6 @@ std::int64_t run_boots(const RunPlan& plan);
 std::int32_t run_frogs_of_boot(const RunPlan& plan);
 
 // Plays the run under the settings in memory, on `processes` processes; what it counts doesn't
-// depend on how many. `progress` is told the part that is done, 0 to 1. False if it failed.
+// depend on how many. `progress` gets the part that is done, 0 to 1. False if it failed.
 bool run_play(const RunPlan& plan, int processes, Sums& sums,
               const std::function<void(double done)>& progress);

@@ -5,7 +5,6 @@
 namespace {
 
 constexpr std::uint64_t ALL_CELLS = (std::uint64_t{1} << LANE_CELLS) - 1;
-constexpr int FIRST_MEADOW_LANE = LANE_MIDDLE_BANK + 1;
 
 struct LaneMemory {
   std::uint64_t seen;  // bit n: cell n has been on the screen
@@ -50,7 +49,7 @@ void look_at(int lane) {
   const std::uint64_t before = m.seen;
   const Lane& strip = lanes[lane];
   const int first = static_cast<int>(strip.scroll / static_cast<float>(strip.cell_size)) + 1;
-  for (int n = 0; n < SCREEN_WIDTH_PX / strip.cell_size; ++n) {  // those that are whole in view
+  for (int n = 0; n < LAYOUT_WIDTH / strip.cell_size; ++n) {  // those that are whole in view
     m.seen |= std::uint64_t{1} << wrapped(first + n);
   }
   if (m.seen != before && lane < LANE_MIDDLE_BANK) runs_update(lane);
@@ -70,7 +69,7 @@ void screen_look() {
 }
 
 bool screen_shows(int lane, float x_px, LaneCell& cell) {
-  if (x_px < 0.0F || x_px >= static_cast<float>(SCREEN_WIDTH_PX)) return false;
+  if (x_px < 0.0F || x_px >= static_cast<float>(LAYOUT_WIDTH)) return false;
   const int number = cell_at(lane, memory_place(lane, x_px));
   const bool eaten = bug_is_eaten(lanes[lane], number);
   cell = eaten ? CELL_EMPTY : static_cast<LaneCell>(lane_cells[lane][number].get());
@@ -88,7 +87,7 @@ float screen_frog_middle(int side) {
 LaneCell memory_cell(int lane, int number) {
   const std::uint64_t bit = std::uint64_t{1} << number;
   if ((memory[lane].seen & bit) == 0) return CELL_EMPTY;
-  if (lane >= FIRST_MEADOW_LANE && bug_is_eaten(lanes[lane], number)) return CELL_EMPTY;
+  if (lane >= LANE_MEADOW_FAR && bug_is_eaten(lanes[lane], number)) return CELL_EMPTY;
   return static_cast<LaneCell>(lane_cells[lane][number].get());
 }
 

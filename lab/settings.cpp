@@ -113,7 +113,7 @@ std::string settings_load(const std::string& path) {
   files_use_roots(root.string(), {});
   const std::string name = R"(d:\)" + (folder ? std::string("prefs") : given.filename().string());
   const bool good = take_file(name.c_str()) || (folder && take_file(R"(d:\prefbak)"));
-  files_use_roots({}, {});  // the lab has no drive: nothing of a run is stored
+  files_use_roots({}, {});  // the lab has no drive: a run stores nothing
   if (good) return {};
   return path +
          (folder ? ": holds no file of settings that can be read, neither \"prefs\" nor \"prefbak\""
@@ -158,7 +158,7 @@ std::string settings_use_row(int row) {
   prefs[PREF_PAYOUT_PERCENT].float_value = 1.0F;
   const float whole = paytable_wanted();
   if (!(whole > 0.0F)) return "no percentage of nothing asks for a row: see \"Coin Value\"";
-  prefs[PREF_PAYOUT_PERCENT].float_value = paytable[row].average / whole;
+  prefs[PREF_PAYOUT_PERCENT].float_value = paytable_average(row) / whole;
   paytable_row_update();
   bonus_value_reset();
   if (paytable_row == row) return {};

@@ -14,7 +14,7 @@ std::string settings_load(const std::string& path);
 
 // "Name=value" with the name that the table or the menus give a setting, in any case. On, Off and
 // percentages are understood. A new price, value or percentage brings the jackpot of its row along,
-// as in the menus, unless "Bonus Value" is set behind it. Empty, or a line that says what is wrong.
+// as in the menus, unless "Bonus Value" is set after it. Empty, or a line that says what is wrong.
 std::string settings_set(const std::string& assignment);
 
 // Sets the percentage so that the money settings ask for just this row of the paytable, 0 to 44,

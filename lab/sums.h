@@ -1,5 +1,5 @@
-// What a run counts. All of it is whole numbers in one flat record, so that parts played by
-// different processes, in any order, add up to exactly what one process counts.
+// What a run counts: whole numbers in one flat record, so parts played by different processes, in
+// any order, add up to exactly what one process counts.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +17,7 @@ struct BooksSum {
   std::int64_t histogram[SIDE_COUNT][HISTOGRAM_CELLS];
 };
 
-// The lab's count beside them, from the frogs as they end. It shares nothing with the books.
+// The lab's separate count, from the frogs as they end. It shares nothing with the books.
 struct AwardsSum {
   std::int64_t frogs[SIDE_COUNT];
   std::int64_t ended_on[SIDE_COUNT][LANE_COUNT];  // lane of the end
@@ -48,7 +48,7 @@ static_assert(sizeof(Sums) % sizeof(std::int64_t) == 0);
 
 void sums_add(Sums& to, const Sums& from);
 
-// Adds the books and the board as they stand at the end of a boot.
+// Adds the books and the board at the end of a boot.
 void sums_take_books(Sums& sums);
 // Works out the spread of a record that holds one boot.
 void sums_take_spread(Sums& boot);

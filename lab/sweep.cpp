@@ -17,7 +17,7 @@
 
 namespace {
 
-// --- the settings behind all places -----------------------------------------------------------
+// --- the settings that all places share --------------------------------------------------------
 
 struct Values {
   std::int32_t whole[PREF_COUNT];
@@ -49,6 +49,10 @@ RunPlan place_plan(const LabOptions& options, const SweepPlace& place) {
   return plan;
 }
 
+int player_count() {
+  return static_cast<int>(player_kinds.size());
+}
+
 // --- what is done, on the disk ------------------------------------------------------------------
 
 constexpr char MAGIC[8] = {'L', 'H', 'S', 'W', 'E', 'E', 'P', '1'};
@@ -71,8 +75,8 @@ std::uint64_t plan_number(const LabOptions& options, const Values& behind) {
   mix(hash, &behind, sizeof behind);
   mix(hash, &options.plan.frogs_per_side, sizeof options.plan.frogs_per_side);
   mix(hash, &options.plan.seed, sizeof options.plan.seed);
-  for (const float each : {player.wait_s, player.reaction_ms, player.error_ms, player.patience_s}) {
-    mix(hash, &each, sizeof each);
+  for (const PlayerOption& option : player_options) {
+    mix(hash, &(player.*option.value), sizeof(float));
   }
   return hash;
 }
@@ -90,7 +94,7 @@ bool place_read(const std::string& folder, std::uint64_t plan, int number, Sums&
   stream.read(reinterpret_cast<char*>(&sums), sizeof sums);
   if (!stream || std::memcmp(head.magic, MAGIC, sizeof MAGIC) != 0 ||
       head.size != static_cast<std::int64_t>(sizeof sums)) {
-    return false;  // half written, or of another make: to be played again
+    return false;  // incomplete, or of another version: play it again
   }
   if (head.plan != plan || head.number != number) {
     error = folder + ": holds a sweep with other settings, frogs or seed; name another --state";
@@ -126,7 +130,7 @@ bool state_read(Sweep& sweep) {
   std::error_code failed;
   std::filesystem::create_directories(folder, failed);
   if (failed) sweep.error = folder + ": can't be made: " + failed.message();
-  for (int number = 0; number < SWEEP_PLACES && sweep.error.empty(); ++number) {
+  for (int number = 0; number < sweep_places() && sweep.error.empty(); ++number) {
     auto sums = std::make_unique<Sums>();
     if (place_read(folder, sweep.plan, number, *sums, sweep.error)) {
       sweep.done[static_cast<std::size_t>(number)] = std::move(sums);
@@ -137,13 +141,13 @@ bool state_read(Sweep& sweep) {
 
 bool missing_play(Sweep& sweep) {
   std::vector<std::int64_t> missing;
-  for (int number = 0; number < SWEEP_PLACES; ++number) {
+  for (int number = 0; number < sweep_places(); ++number) {
     if (sweep.done[static_cast<std::size_t>(number)] == nullptr) missing.push_back(number);
   }
   Progress progress("sweep", sweep.options.quiet);
   std::size_t left = missing.size();
   const auto show = [&] {
-    progress.show(1.0 - static_cast<double>(left) / static_cast<double>(SWEEP_PLACES));
+    progress.show(1.0 - static_cast<double>(left) / static_cast<double>(sweep_places()));
   };
   show();
   const auto play = [&](std::int64_t number, Sums& sums) {
@@ -167,9 +171,13 @@ bool missing_play(Sweep& sweep) {
 
 }  // namespace
 
+int sweep_places() {
+  return player_count() * PAYTABLE_ROWS * 2 * 2;
+}
+
 SweepPlace sweep_place(int number) {
-  return {static_cast<PlayerKind>(number / (PAYTABLE_ROWS * 4)), number / 4 % PAYTABLE_ROWS,
-          (number & 2) != 0, (number & 1) != 0};
+  return {number / (PAYTABLE_ROWS * 4), number / 4 % PAYTABLE_ROWS, (number & 2) != 0,
+          (number & 1) != 0};
 }
 
 int sweep_number(const SweepPlace& place) {
@@ -180,11 +188,11 @@ int sweep_number(const SweepPlace& place) {
 bool sweep_play(const LabOptions& options, std::vector<SweepResult>& all, std::string& error) {
   Sweep sweep{options, values_now(), 0, {}, {}};
   sweep.plan = plan_number(options, sweep.behind);
-  sweep.done.resize(SWEEP_PLACES);
-  error = place_set(sweep.behind, sweep_place(0));  // a row that can't be reached shows at once
+  sweep.done.resize(sweep_places());
+  error = place_set(sweep.behind, sweep_place(0));  // finds a row that can't be reached before play
   if (!error.empty()) return false;
   const bool good = state_read(sweep) && missing_play(sweep);
-  for (int number = 0; number < SWEEP_PLACES && good; ++number) {
+  for (int number = 0; number < sweep_places() && good; ++number) {
     const SweepPlace place = sweep_place(number);
     place_set(sweep.behind, place);
     all.push_back({place, results_of(place_plan(options, place),
@@ -202,7 +210,7 @@ double off_table(const Results& r) {
 
 const SweepResult& at(const std::vector<SweepResult>& all, int player, int row, bool boost,
                       bool points) {
-  const SweepPlace place{static_cast<PlayerKind>(player), row, boost, points};
+  const SweepPlace place{player, row, boost, points};
   return all[static_cast<std::size_t>(sweep_number(place))];
 }
 
@@ -210,11 +218,11 @@ std::string table_block(const std::vector<SweepResult>& all, bool boost, bool po
   std::string text =
       text_of("\nBoost Bonus %s, Two Point Tickets %s: %s per frog\n\nrow  average",
               boost ? "On" : "Off", points ? "On" : "Off", points ? "points" : "tickets");
-  for (const char* player : player_names) text += text_of("  %-24s", player);
+  for (const PlayerKind& kind : player_kinds) text += text_of("  %-24s", kind.name);
   text += "\n";
   for (int row = 0; row < PAYTABLE_ROWS; ++row) {
-    text += text_of("%3d  %7.1f", row, static_cast<double>(paytable[row].average));
-    for (int player = 0; player < PLAYER_KINDS; ++player) {
+    text += text_of("%3d  %7.1f", row, static_cast<double>(paytable_average(row)));
+    for (int player = 0; player < player_count(); ++player) {
       const Results& r = at(all, player, row, boost, points).results;
       text += text_of("  %7.3f +- %.3f %+6.1f%%", r.tickets.mean, r.tickets.half_width,
                       100.0 * off_table(r));
@@ -246,9 +254,9 @@ std::string sweep_table(const std::vector<SweepResult>& all) {
     for (const bool boost : {false, true}) text += table_block(all, boost, points);
   }
   text += "\nfarthest from its table\n";
-  for (int player = 0; player < PLAYER_KINDS; ++player) {
+  for (int player = 0; player < player_count(); ++player) {
     const SweepResult& each = all[static_cast<std::size_t>(sweep_farthest(all, player))];
-    text += text_of("%-8s row %d%s%s: %.3f for %.1f, %+.1f%%\n", player_names[player],
+    text += text_of("%-8s row %d%s%s: %.3f for %.1f, %+.1f%%\n", player_kinds[player].name,
                     each.place.row, each.place.boost ? ", boost" : "",
                     each.place.points ? ", two points" : "", each.results.tickets.mean,
                     each.results.row_average, 100.0 * off_table(each.results));
@@ -261,7 +269,7 @@ std::string sweep_json(const std::vector<SweepResult>& all) {
   for (const SweepResult& each : all) {
     const Results& r = each.results;
     text += text_of("  {\"player\": \"%s\", \"row\": %d, \"boost\": %s, \"two_points\": %s, ",
-                    player_names[each.place.player], each.place.row,
+                    player_kinds[each.place.player].name, each.place.row,
                     each.place.boost ? "true" : "false", each.place.points ? "true" : "false");
     text += "\"frogs\": " + std::to_string(r.frogs) +
             ", \"average\": " + json_number(r.row_average) +

@@ -10,12 +10,12 @@
 #include "playfield/paytable.h"  // PAYTABLE_ROWS
 
 struct SweepPlace {  // one of them
-  PlayerKind player;
+  int player;        // index of player_kinds
   int row;
   bool boost, points;
 };
-constexpr int SWEEP_PLACES = PLAYER_KINDS * PAYTABLE_ROWS * 2 * 2;
 
+int sweep_places();  // how many there are
 SweepPlace sweep_place(int number);
 int sweep_number(const SweepPlace& place);
 
@@ -25,7 +25,7 @@ struct SweepResult {
 };
 
 // Plays what the state folder doesn't hold yet and returns all places in order. The settings in
-// memory stand behind all of them, apart from those that a place sets itself. False with a line in
+// memory apply to all of them, apart from those that a place sets itself. False with a line in
 // `error` if it failed.
 bool sweep_play(const LabOptions& options, std::vector<SweepResult>& all, std::string& error);
 

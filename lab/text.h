@@ -1,4 +1,4 @@
-// Text out of numbers.
+// Numbers as text.
 #pragma once
 
 #include <string>
@@ -12,8 +12,8 @@ std::string json_number(double value);
 std::string json_text(const std::string& text);
 std::string html_text(const std::string& text);
 
-// Whether a file could be written, so that a wrong name is told before the work; one that isn't
-// there yet is made. Empty, or a line that says what is wrong.
+// Checks before the work that a file can be written, and creates it if it is missing. Empty, or a
+// line that says what is wrong.
 std::string text_try_file(const std::string& path);
 
 // Writes a whole file. Empty, or a line that says what is wrong.

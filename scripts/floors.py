@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Holds the floors of src/: an include goes down or stays level, never up; modules that stand each
-on its own don't know each other; no two files include each other; what belongs to the machine is
-included in platform/ alone. The payout lab stands on top of it all, as frame/ does: it may include
-everything, needs no display or device, and nothing in src/ knows it. Prints what is wrong and exits with 1."""
+"""Checks the floors of src/: an include goes down or stays level, never up; independent modules don't
+include each other; no two files include each other; only platform/ includes the machine's headers. The
+payout lab is on top, like frame/: it may include everything but needs no display or device, and nothing
+in src/ includes it. Prints what is wrong and exits with 1."""
 
 import pathlib
 import re
@@ -18,7 +18,7 @@ MACHINE = re.compile(r"(SDL|GL/|SOIL|termios|pthread|libusb|sched\.h|unistd\.h|f
 
 
 def floor(file):
-    """The height of a file, and the name of its room where neighbours may not meet."""
+    """The height of a file, and the name of its module where modules may not include each other."""
     folder = file.split("/")[0]
     if folder == "platform":
         return 0, "platform"

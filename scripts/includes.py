@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Holds that every file includes what it uses of the standard library, so that no compiler's headers
-decide what builds: for each name of std a header that has it is included by the file itself or, for
-NAME.cpp, by its own NAME.h. Prints what is missing and exits with 1; with --mend it also includes
-it. A name that the table lacks is wrong too: it belongs there."""
+"""Checks that every file includes what it uses of the standard library, so that the build doesn't depend
+on a compiler's own headers: the file itself or, for NAME.cpp, its NAME.h includes a header for each name
+in std. Prints what is missing and exits with 1; with --mend it also adds the includes. A name that is not
+in the table is an error too: add it."""
 
 import pathlib
 import re
@@ -11,7 +11,7 @@ import sys
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 FOLDERS = ("src", "cabinet", "lab", "art", "tools", "tests", "bench")
 
-# What stands behind std::, by the header that is asked for.
+# The names in std, by their header.
 NAMES = {
     "algorithm": "adjacent_find all_of any_of binary_search clamp copy copy_backward copy_if "
                  "copy_n count count_if equal equal_range fill fill_n find find_first_of find_if "
@@ -132,7 +132,7 @@ NAMES = {
     "variant": "get_if holds_alternative monostate variant visit",
     "vector": "vector",
 }
-# Names that several headers have; the first is the one to include if there is none.
+# Names that several headers declare; the first is the one to include if there is none.
 CONTAINERS = ["array", "deque", "list", "map", "set", "span", "string", "string_view", "vector"]
 ERASABLE = ["vector", "deque", "list", "string"]
 STREAMS = ["fstream", "iostream", "sstream"]
@@ -158,11 +158,11 @@ SHARED = {
     "size_t": ["cstddef", "cstdio", "cstdlib", "cstring", "ctime"],
     "streamsize": ["ios"] + STREAMS,
 }
-# A loop over a list in braces uses initializer_list without its name.
+# A loop over a list in braces uses initializer_list without naming it.
 LIST_LOOP = re.compile(r"\bfor \([^;{}]*: \{")
 LIST_HEADERS = ["initializer_list", "algorithm", "array", "deque", "list", "map", "set", "string",
                 "utility", "vector"]
-# Names without std::, most of them macros.
+# Names outside of std, most of them macros.
 PLAIN = {
     "assert": "cassert", "errno": "cerrno", "offsetof": "cstddef", "va_end": "cstdarg",
     "va_start": "cstdarg", "CHAR_BIT": "climits", "INT_MAX": "climits", "INT_MIN": "climits",
@@ -179,7 +179,7 @@ def headers_of():
 
 
 def code(text):
-    """A file without includes, comments and texts, which name what they don't use."""
+    """A file without includes, comments and texts: names in those are not uses."""
     text = re.sub(r"^#include.*$", "", text, flags=re.M)
     text = re.sub(r'R"(\w*)\(.*?\)\1"', '""', text, flags=re.S)
     text = re.sub(r'"(?:\\.|[^"\\\n])*"|\'(?:\\.|[^\'\\\n])\'', '""', text)
@@ -191,7 +191,7 @@ def included(text):
 
 
 def missing(path, table):
-    """Pairs for a file: a name, and the headers of which it needs one; none for an unknown name."""
+    """Pairs for a file: a name, and the headers of which one is needed; none for an unknown name."""
     text = path.read_text()
     have = included(text)
     own = path.with_suffix(".h")
@@ -207,8 +207,8 @@ def missing(path, table):
 
 
 def mend(path, headers):
-    """Includes headers where the file has its others of the standard library, or ahead of the
-    project's own; clang-format puts them in order."""
+    """Adds includes beside the file's other standard headers, or before the project's own;
+    clang-format puts them in order."""
     text = path.read_text()
     block = "".join(f"#include <{h}>\n" for h in sorted(headers))
     first = re.search(r"^#(pragma once|include)", text, re.M).start()

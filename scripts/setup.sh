@@ -20,10 +20,10 @@ BUILD_PACKAGES="g++ $(compiler_package) cmake ninja-build pkg-config ccache git 
   libusb-1.0-0-dev libumockdev-dev libgtest-dev libbenchmark-dev fonts-cherrybomb fonts-dejavu-core fontconfig
   libcpp-httplib-dev libssl-dev nlohmann-json3-dev libturbojpeg0-dev libxcb1-dev libxcb-shm0-dev libxcb-randr0-dev"
 DISPLAY_PACKAGES="xvfb imagemagick x11-utils"
-# One version of the tools that Debian 12 and 13 both have, so that they agree everywhere.
+# The tools have the one version that Debian 12 and 13 share, so that they agree everywhere.
 CHECK_PACKAGES="clang-format-19 clang-tidy-19 python3 xdotool libsdl2-mixer-dev libopenal-dev umockdev chromium"
 
-# install_packages LIST: installs what of LIST is missing, as root or through sudo.
+# install_packages LIST: installs the missing packages of LIST, as root or through sudo.
 install_packages() {
   local missing="" name
   for name in $1; do
@@ -49,7 +49,7 @@ install_packages() {
   }
 }
 
-# is_configured DIRECTORY: whether there is a build tree, of the compiler that CXX names if it does.
+# is_configured DIRECTORY: whether there is a build tree, for the compiler in CXX if it is set.
 is_configured() {
   [ -f "$1/build.ninja" ] || return 1
   [ -z "${CXX:-}" ] ||
@@ -69,7 +69,7 @@ build() {
   cmake --build "$where" -- --quiet || exit 1
 }
 
-# Fills out/: the pictures, the sounds and the list of files, where their sources changed.
+# Fills out/: renders pictures and sounds whose sources changed, and makes the list of files.
 fill_out() {
   say "rendering pictures"
   obj/art/render out || exit 1

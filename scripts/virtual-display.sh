@@ -1,4 +1,4 @@
-# Sourced: a screen for a machine without one.
+# To be sourced: a screen for a machine without one.
 
 # start_virtual_display WIDTHxHEIGHT: starts Xvfb, sets DISPLAY, and ends it with the script.
 start_virtual_display() {
@@ -11,8 +11,8 @@ start_virtual_display() {
   trap 'kill $(jobs -p) $XVFB_PID 2>/dev/null' EXIT
 }
 
-# keep_screenshots FILE: a fresh picture of the screen in FILE every ten seconds. One takes
-# half a second of a processor.
+# keep_screenshots FILE: writes a new picture of the screen to FILE every ten seconds. One takes
+# half a second of processor time.
 keep_screenshots() {
   while sleep 10; do
     import -silent -window root "$1.new.png" 2>/dev/null && mv "$1.new.png" "$1"

@@ -1,5 +1,5 @@
-// The table of all sounds: what each is called, what kind it is and who makes it. Each family of
-// sounds is a source file that ends with its own rows.
+// The table of all sounds: name, kind and function of each. Each family of sounds is a source file
+// that ends with its own rows.
 #pragma once
 
 #include <span>
@@ -11,19 +11,19 @@
 
 namespace art::sound {
 
-// Makes the sound at any level, from nothing. Any thread; the same samples each time.
+// Makes the sound at any level. Any thread; always the same samples.
 using Make = Wave (*)(int variant);
 
 struct Row {
   const char* name;  // of the file, without ".wav"
   Kind kind;
-  bool loop;  // its end runs into its start
+  bool loop;  // its end leads into its start
   Make make;
-  int variant = 0;  // for makers of several sounds
+  int variant = 0;  // for functions that make several sounds
 };
 
 struct Family {
-  const char* source;  // from the project's root: what decides whether its sounds are up to date
+  const char* source;  // from the project's root; its sounds are out of date when it changes
   std::span<const Row> rows;
   double cost;  // of one sound, in seconds
 };
@@ -40,7 +40,7 @@ struct Entry {
 };
 Entry catalogue_find(std::string_view name);
 
-// The sound as it goes into its file.
+// The sound as it is written to its file.
 Wave catalogue_render(const Row& row);
 
 }  // namespace art::sound

@@ -6,7 +6,7 @@ namespace art::sound {
 
 namespace {
 
-// A skin: a sine that falls to its pitch.
+// A drumhead: a sine that falls to its pitch.
 struct Skin {
   double hz, drop, drop_s, t60;
 };
@@ -29,7 +29,7 @@ Signal hiss(const Stroke& s, double seconds, double hz, double q, double attack,
   });
 }
 
-// Six squares that don't fit together: the clang of thin metal.
+// Six square waves at inharmonic ratios: the clang of thin metal.
 Signal metal(const Stroke& s, double seconds, double base, double cut, double t60) {
   constexpr double kRatios[] = {1, 1.342, 1.2312, 1.6532, 1.9523, 2.1523};
   Oscillator tone[6];

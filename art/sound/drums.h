@@ -1,4 +1,4 @@
-// Drums and small percussion. The stroke's hz tunes those that have a pitch.
+// Drums and small percussion. The hz of a stroke tunes those that have a pitch.
 #pragma once
 
 #include "art/sound/stroke.h"

@@ -1,5 +1,5 @@
-// The small parts that all sounds are built of: noise, oscillators, filters, envelopes.
-// Everything runs at 44100 samples a second; times are in seconds, frequencies in hertz.
+// The building blocks of all sounds: noise, oscillators, filters, envelopes. Everything runs at
+// 44100 samples a second; times are in seconds, frequencies in hertz.
 #pragma once
 
 #include <algorithm>
@@ -26,7 +26,7 @@ inline double hz_of_midi(double midi) {
   return 440 * std::pow(2.0, (midi - 69) / 12);
 }
 
-// White noise, -1 to 1. The seed decides all of it, so a sound is the same each time.
+// White noise, -1 to 1. The seed determines all of it, so a sound is always the same.
 class Noise {
  public:
   explicit Noise(uint32_t seed) : state_(seed * 2654435761u + 0x9E3779B9u) {
@@ -44,7 +44,7 @@ class Noise {
   uint32_t state_;
 };
 
-// An oscillator without audible aliases: the corners are rounded over one sample (polyBLEP).
+// An oscillator without audible aliasing: the corners are rounded over one sample (polyBLEP).
 class Oscillator {
  public:
   explicit Oscillator(double phase = 0) : phase_(phase) {}
@@ -60,7 +60,7 @@ class Oscillator {
     step(hz);
     return 2 * phase_ - 1 - corner(phase_);
   }
-  // width: the share of the period that is high, 0 to 1; the mean is taken out.
+  // width: the share of the period that is high, 0 to 1; the mean is removed.
   double pulse(double hz, double width) {
     step(hz);
     double other = phase_ + 1 - width;
@@ -82,7 +82,7 @@ class Oscillator {
   double phase_, delta_ = 0;
 };
 
-// A state variable filter that may be swept at any speed; gives low, band and high at once.
+// A state variable filter that can be swept at any speed; gives low, band and high at once.
 class Filter {
  public:
   double low = 0, band = 0, high = 0;
@@ -114,7 +114,7 @@ inline double decay(double t, double t60) {
   return std::exp(-6.9078 * t / t60);
 }
 
-// From 0 to 1 in `seconds`, without a corner.
+// From 0 to 1 in `seconds`, smoothly.
 inline double rise(double t, double seconds) {
   if (t >= seconds) return 1;
   return t <= 0 ? 0 : 0.5 - 0.5 * std::cos(std::numbers::pi * t / seconds);
@@ -137,7 +137,7 @@ inline double glide(double a, double b, double t) {
   return a * std::pow(b / a, std::clamp(t, 0.0, 1.0));
 }
 
-// A signal of so many seconds, sample by sample from its time.
+// A signal of this many seconds, computed sample by sample from its time.
 template <class F>
 Signal fill(double seconds, F&& sample_at) {
   Signal out(frames_of(seconds));

@@ -8,7 +8,7 @@ namespace art::sound {
 
 namespace {
 
-// A coin clinks in and is answered by a rising chord.
+// A coin clinks in, and a rising chord answers.
 Wave coin(int) {
   Signal out(frames_of(0.85));
   add(out, bell({3150, 0.1, 1, 1}), 0, 0.30);
@@ -25,7 +25,7 @@ Wave coin(int) {
   return {1, out};
 }
 
-// Off it goes: a twang, and a whistle that flies away.
+// The launch: a twang, and a whistle that flies away.
 Wave ricochet(int) {
   Noise noise(33);
   Filter crack(2600, 1.2), wind;

@@ -1,4 +1,4 @@
-// A crowd for the jackpot: some fifty throats, each with its own pitch and moment, hands and
+// A crowd for the jackpot: about fifty throats, each with its own pitch and timing, hands and
 // whistles.
 #include <algorithm>
 #include <cmath>
@@ -67,7 +67,7 @@ void finger_whistle(Signal& out, double at, double low, double high, double gain
       at, gain);
 }
 
-// All those that are too far off to be told apart.
+// People too far away to be heard one by one.
 void roar(Signal& out, double seconds, double gain) {
   Noise noise(701);
   Filter throats(950, 0.7), air(2600, 0.6), lid(4200, 0.7);
@@ -111,7 +111,7 @@ Wave jackpotcheer(int) {
   return {1, out};
 }
 
-// It is over: a last "hey", and hands.
+// The end: a last "hey", and clapping.
 Wave endjackpotcheer(int) {
   Signal out;
   Noise chance(78);

@@ -12,8 +12,8 @@ namespace art::sound {
 
 namespace {
 
-// A spring: the pitch leaps up and wobbles, over the slap of two feet. Heard three times a second,
-// so it is short and soft.
+// A spring: the pitch leaps up and wobbles, over the slap of two feet. It is heard three times a
+// second, so it is short and soft.
 Wave jump(int) {
   double phase = 0;
   Signal out = fill(0.24, [&](double t) {
@@ -46,7 +46,7 @@ Wave croak(int n) {
   return {1, out};
 }
 
-// The tongue snaps, the throat closes over it, a bubble of air comes back.
+// The tongue snaps, the throat closes over it, an air bubble comes back.
 Wave gulp(int) {
   double phase = 0, bubble = 0;
   Noise noise(5);
@@ -64,8 +64,8 @@ Wave gulp(int) {
           })};
 }
 
-// A muted horn's "wah, waaah". The game plays it slowed to two thirds, which is how low it is
-// meant.
+// A muted horn's "wah, waaah". The game plays it at two thirds of its speed, which gives the
+// intended pitch.
 Wave wah(int) {
   Signal out(frames_of(0.82));
   auto note = [&](double at, double hz, double to, double seconds) {

@@ -18,7 +18,7 @@ Signal bubble(double hz, double seconds) {
   });
 }
 
-// The slap on the water, the spray that falls back, the bubbles that come up.
+// The slap on the water, the falling spray, the rising bubbles.
 Wave splash(int) {
   Noise noise(21);
   Filter slap(420, 0.9), spray, top(900, 0.7);
@@ -39,10 +39,10 @@ Wave splash(int) {
   return {1, out};
 }
 
-// The pentatonic scale from C: at home in the key of every tune.
+// The pentatonic scale from C, which fits the key of every tune.
 constexpr int kScale[] = {0, 2, 4, 7, 9, 12};
 
-// The leading frog lands on a log: wood with a glint, a step higher on each lane.
+// The leading frog lands on a log: wood with a bright overtone, a step higher on each lane.
 Wave log_note(int step) {
   const double hz = hz_of_midi(72 + kScale[step]);
   Signal out(frames_of(0.75));
@@ -55,7 +55,7 @@ Wave log_note(int step) {
   return {1, out};
 }
 
-// One for each ticket, eight a second: gone before it is cut off by the fourth one after it.
+// One for each ticket, eight a second. It ends before the fourth one after it cuts it off.
 Wave ding(int step) {
   Signal out = bell({hz_of_midi(84 + kScale[step]), 0.3, 0.9, 70u + static_cast<uint32_t>(step)});
   add(out, bell({hz_of_midi(72 + kScale[step]), 0.3, 0.6, 80u}), 0, 0.35);

@@ -83,7 +83,7 @@ int main(int argc, char** argv) {
   const bool levels_only = argc > 1 && std::strcmp(argv[1], "--levels") == 0;
   if (argc < 2 || (argv[1][0] == '-' && !levels_only)) return usage();
   if (argv[1][0] == '\0') {
-    std::fprintf(stderr, "render_sounds: an empty name is no folder\n");
+    std::fprintf(stderr, "render_sounds: an empty name is not a folder\n");
     return 2;
   }
   std::vector<Entry> sounds;

@@ -9,7 +9,7 @@ namespace art::sound {
 namespace {
 
 struct Mode {
-  double ratio, gain, t60, onset = 0;  // onset: seconds until it is up
+  double ratio, gain, t60, onset = 0;  // onset: attack time in seconds
 };
 
 Signal ring(const Stroke& s, double seconds, std::initializer_list<Mode> modes) {
@@ -17,7 +17,7 @@ Signal ring(const Stroke& s, double seconds, std::initializer_list<Mode> modes) 
   for (const Mode& mode : modes) {
     const double hz = s.hz * mode.ratio;
     if (hz > 0.45 * kRate) continue;
-    // A damped turning pointer: two multiplications a sample.
+    // A damped rotating phasor: two multiplications a sample.
     const double r = std::exp(-6.9078 / (mode.t60 * kRate)),
                  turn = 2 * r * std::cos(kTau * hz / kRate);
     double y1 = 0, y2 = -std::sin(kTau * hz / kRate) * mode.gain / r;
@@ -31,7 +31,7 @@ Signal ring(const Stroke& s, double seconds, std::initializer_list<Mode> modes) 
   return out;
 }
 
-// The mallet's own knock, and silence at the end.
+// The knock of the mallet, and silence at the end.
 void strike(Signal& out, const Stroke& s, double knock_hz, double knock_gain, double knock_t60) {
   Noise noise(s.seed);
   Filter knock(knock_hz, 1.2);

@@ -1,4 +1,4 @@
-// Struck bars, tongues and pans: each a handful of ringing modes.
+// Struck bars, tongues and pans: a few ringing modes each.
 #pragma once
 
 #include "art/sound/stroke.h"
@@ -9,6 +9,6 @@ Signal marimba(const Stroke& stroke);
 Signal kalimba(const Stroke& stroke);
 Signal steelpan(const Stroke& stroke);
 Signal bell(const Stroke& stroke);        // a glockenspiel
-Signal wood_block(const Stroke& stroke);  // tuned by its hz, dry
+Signal wood_block(const Stroke& stroke);  // tuned by hz, dry
 
 }  // namespace art::sound

@@ -20,7 +20,7 @@ using Meter = std::unique_ptr<ebur128_state, Freed>;
 
 Meter meter_of(const Wave& wave, int mode) {
   Meter meter(ebur128_init(static_cast<unsigned>(wave.channels), kRate, mode));
-  // One channel is heard from both speakers.
+  // A mono file is heard from both speakers.
   if (wave.channels == 1) ebur128_set_channel(meter.get(), 0, EBUR128_DUAL_MONO);
   return meter;
 }
@@ -48,9 +48,8 @@ void remove_constant(Wave& wave) {
   }
 }
 
-// Turns down what is above the ceiling, beginning 3 ms before it and ending 3 ms after. It looks
-// both ways in time, and round the corner in a loop, so that nothing is clipped and a loop stays
-// seamless.
+// Turns down what is above the ceiling, from 3 ms before it to 3 ms after. It looks both ways in
+// time, and across the end of a loop, so nothing is clipped and a loop stays seamless.
 void limit(Wave& wave, bool loop, double ceiling) {
   const size_t frames = wave.frames(), channels = static_cast<size_t>(wave.channels);
   const auto reach = static_cast<ptrdiff_t>(frames_of(0.003)), n = static_cast<ptrdiff_t>(frames);
@@ -115,7 +114,7 @@ double loudness_of(const Wave& wave, Kind kind) {
     ebur128_loudness_global(meter.get(), &found);
     return found;
   }
-  // Silence before and behind it, so that the window of 0.4 s slides over all of a short sound.
+  // Silence before and after it, so that the window of 0.4 s slides over all of a short sound.
   Meter meter = meter_of(wave, EBUR128_MODE_M);
   const size_t step = frames_of(0.01), channels = static_cast<size_t>(wave.channels);
   Wave padded{wave.channels, std::vector<float>(channels * frames_of(0.4))};
@@ -146,7 +145,7 @@ void finish(Wave& wave, Kind kind, bool loop) {
   remove_constant(wave);
   if (!loop) fade_ends(wave);
   double ceiling_db = kCeilingDb;
-  // What the limiter takes has to be given back, and what rises between samples taken off.
+  // Restores the loudness that the limiter took, and removes new peaks between samples.
   for (int round = 0; round < 6; round++) {
     const double short_of = target_lufs(kind) - loudness_of(wave, kind);
     if (!std::isfinite(short_of)) return;

@@ -5,7 +5,7 @@
 namespace art::sound {
 
 Reverb::Reverb(double t60_s) : bottom_(180, 0.7) {
-  // Lengths without a common divisor, so that the echoes don't fall together.
+  // Lengths without a common divisor, so that the echoes don't coincide.
   constexpr std::array<size_t, kLines> kLengths = {887, 1049, 1229, 1427, 1621, 1847, 2089, 2311};
   for (size_t i = 0; i < kLines; i++) {
     lines_[i].assign(kLengths[i], 0);

@@ -1,4 +1,4 @@
-// A room: eight delays that feed each other, and lose treble with each round.
+// A room: eight delays that feed each other and lose treble with each pass.
 #pragma once
 
 #include <array>

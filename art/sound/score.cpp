@@ -17,7 +17,7 @@ constexpr double kPlain = 0.78, kLoud = 1.0, kSoft = 0.5;
   std::exit(1);
 }
 
-// What melodies and chords have in common: signs, lengths, bars.
+// Shared by melodies and chords: signs, lengths, bars.
 struct Reader {
   std::string_view text;
   size_t at = 0;
@@ -60,8 +60,8 @@ const Chord& chord_at(const Chords& over, double at) {
   return over.back();
 }
 
-// Calls hit(chord, sign, at, length) for each sign of the repeated pattern that isn't . or -; a
-// note ends with its chord.
+// Calls hit(chord, sign, at, length) for each sign of the repeated pattern except . and -; a note
+// ends with its chord.
 template <class F>
 void each_hit(const Chords& over, std::string_view pattern, F&& hit) {
   const size_t total = static_cast<size_t>(over.back().at + over.back().length);

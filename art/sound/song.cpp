@@ -12,7 +12,7 @@ namespace art::sound {
 
 namespace {
 
-// Where a loop's note falls past the end it comes in at the start.
+// A loop's note that goes past the end continues at the start.
 void mix_in(Song& song, const Signal& note, size_t at, const Place& place) {
   const double angle = (place.pan + 1) * std::numbers::pi / 4, gain = gain_of_db(place.db);
   const auto left = static_cast<float>(gain * std::cos(angle));
@@ -29,7 +29,7 @@ void mix_in(Song& song, const Signal& note, size_t at, const Place& place) {
   }
 }
 
-// Pulls down what stands out, slowly enough to leave the beat alive.
+// Turns down loud parts, slowly enough to keep the beat alive.
 class Glue {
  public:
   explicit Glue(double drive) : drive_(drive) {}
@@ -47,7 +47,7 @@ class Glue {
   double drive_, seen_ = 0;
 };
 
-// Small speakers in a loud room: what is above the voice's range is lifted.
+// For small speakers in a loud room: lifts the range above the voice.
 class Brightness {
  public:
   double step(double x) {
@@ -117,7 +117,7 @@ Wave mix_down(const Song& song, double wet, double drive) {
   const double level = 0.9 / peak_of(song);
   const size_t frames = song.left.size();
   Wave out{2, std::vector<float>(2 * frames)};
-  // A loop goes through twice: the second time round, room and filters know of its end.
+  // A loop is processed twice: the second time, room and filters include its end.
   for (int pass = song.feel.loop ? 0 : 1; pass < 2; pass++)
     for (size_t i = 0; i < frames; i++) {
       double room_left, room_right;

@@ -15,7 +15,7 @@ namespace art::sound {
 
 namespace {
 
-// Flite keeps its voices and words in globals: one line at a time.
+// Flite keeps its voices and words in globals, so it can speak only one line at a time.
 Signal flite_says(const char* text, double stretch, int& rate) {
   static std::mutex mutex;
   std::lock_guard<std::mutex> lock(mutex);
@@ -40,7 +40,7 @@ void trim(Signal& s, int rate) {
              last + std::min(after, s.end() - last));
 }
 
-// Band-limited reading between samples: a windowed sinc of 32 points.
+// Band-limited interpolation between samples: a windowed sinc of 32 points.
 double between(const Signal& s, double at) {
   const auto middle = static_cast<ptrdiff_t>(at);
   double sum = 0;
@@ -78,7 +78,8 @@ const char* speech_version() {
 Signal speak(const Speech& speech) {
   const double up = std::pow(2.0, speech.cents / 1200);
   int rate = 16000;
-  // It speaks slower by as much as it will be sped up: the pace stays, the frog is smaller.
+  // It speaks slower by as much as it will be sped up: the pace stays, but the speaker sounds
+  // smaller.
   Signal raw = flite_says(speech.text, 1.08 * speech.pace * up, rate);
   trim(raw, rate);
   float peak = 1e-6f;

@@ -9,12 +9,12 @@ namespace {
 
 struct String {
   double t60;         // how long it rings
-  double softness;    // 0 bright to 0.9 dull: the loss of treble on each round
-  double pick;        // where it is plucked, as a share of its length
+  double softness;    // 0 bright to 0.9 dull: the loss of treble on each pass
+  double pick;        // where it is plucked, as a fraction of its length
   double brightness;  // of the pluck, hertz
 };
 
-// A burst of noise that runs round a delay as long as the pitch's period and dulls on the way.
+// A burst of noise in a delay as long as the period of the pitch; it loses treble on each pass.
 Signal pluck(const Stroke& s, double seconds, const String& string) {
   const double period = kRate / s.hz, loop = period - string.softness;
   const size_t whole = static_cast<size_t>(loop - 0.3);
@@ -36,7 +36,7 @@ Signal pluck(const Stroke& s, double seconds, const String& string) {
   return fill(seconds, [&](double t) {
     const double x = line[at], y = line[at] * (1 - string.softness) + last * string.softness;
     last = x;
-    const double tuned = c * y + all_in - c * all_out;  // the part of a sample that is left
+    const double tuned = c * y + all_in - c * all_out;  // the remaining fraction of a sample
     all_in = y, all_out = tuned;
     line[at] = static_cast<float>(tuned * loss);
     at = (at + 1) % whole;

@@ -1,4 +1,4 @@
-// How every instrument is asked for a note.
+// One note for any instrument.
 #pragma once
 
 #include "art/sound/dsp.h"
@@ -9,7 +9,7 @@ struct Stroke {
   double hz;
   double seconds;   // how long it is held; it may ring on
   double velocity;  // 0 to 1: louder and brighter
-  uint32_t seed;    // for what differs from note to note
+  uint32_t seed;    // for small differences between notes
 };
 
 using Instrument = Signal (*)(const Stroke& stroke);

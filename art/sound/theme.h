@@ -1,5 +1,5 @@
-// The tune that all the music is made of, in degrees, so that each piece can play it in its own key
-// and mode: a frog that hops three times and looks round.
+// The tune that all the music is based on, in degrees, so that each piece can play it in its own
+// key and mode: a frog that hops three times and looks round.
 #pragma once
 
 #include "art/sound/drums.h"

@@ -1,5 +1,6 @@
-// Test tones: a whole number of waves, so that they can be repeated for ever without a step. By
-// their names the player lets them pass by the master volume: an operator measures with them.
+// Test tones: a whole number of waves, so that they repeat for ever without a click. The player
+// recognises their names and ignores the master volume for them, because operators measure with
+// them.
 #include <cmath>
 
 #include "art/sound/catalogue.h"

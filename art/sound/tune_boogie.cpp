@@ -1,4 +1,4 @@
-// "Bug Boogie": a fast twelve-bar blues with an organ, a reed and everybody's hands.
+// "Bug Boogie": a fast twelve-bar blues with an organ, a reed and clapping.
 #include <initializer_list>
 
 #include "art/sound/catalogue.h"

@@ -1,5 +1,5 @@
-// "Pond Calypso": steel pan and marimba by a warm pond. The first tune, and the theme at its
-// plainest.
+// "Pond Calypso": steel pan and marimba by a warm pond. The first tune, with the theme at its
+// simplest.
 #include <initializer_list>
 
 #include "art/sound/catalogue.h"
@@ -57,7 +57,7 @@ Wave calypso(int) {
     play(song, steelpan, {-6, -0.1, 0.25}, tune, part.bar);
     if (part.bar >= 12) play(song, steelpan, {-13, 0.25, 0.25}, transposed(tune, -12), part.bar);
   }
-  // The pan rests: the marimba talks with the brass.
+  // The pan rests; marimba and brass alternate.
   play(song, marimba, {-6, 0.2, 0.25},
        melody("5*1 6 1'*2 6*1 5 3*2 -*8 | 4*1 5 6*2 5*1 4 2*2 -*8 |"
               "3*1 5 1'*2 5*1 3 1*2 2 4 ,7*4 | 1*1 3 5 1' 3'*2 1'*2 5*2 1'*2 -*4 |",

@@ -1,5 +1,5 @@
-// "Heron!": somebody hungry is behind the frog. The theme in minor and in a hurry; the operator
-// hears it when setting the volume, so all of the range is in it.
+// "Heron!": somebody hungry is after the frog. The theme in minor and in a hurry. The operator
+// hears it when setting the volume, so it covers the whole frequency range.
 #include <initializer_list>
 
 #include "art/sound/catalogue.h"

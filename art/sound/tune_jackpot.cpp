@@ -1,5 +1,5 @@
-// "Jackpot Samba": the far bank is reached. A fanfare, the theme in full brass for as long as the
-// show lasts, and a last chord that lets go of it.
+// "Jackpot Samba": the frog is across. A fanfare, the theme in full brass while the show lasts, and
+// a last chord to end it.
 #include "art/sound/catalogue.h"
 #include "art/sound/theme.h"
 

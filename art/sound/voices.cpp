@@ -1,6 +1,6 @@
-// The frog's lines. A group is what the game may ask for; the player picks one of it and never the
-// one before. Lines of groups that may come every two seconds last at most 1.5 s, the others 2 s:
-// the music is turned down for so long (mainpls.txt).
+// The frog's lines. A group is what the game may ask for; the player picks one line of it, never
+// the same one twice in a row. Lines of groups that may come every two seconds last at most 1.5 s,
+// the others 2 s, because the music is turned down for that time (mainpls.txt).
 #include <array>
 #include <cmath>
 #include <string_view>

@@ -15,8 +15,7 @@ struct Wave {
   size_t frames() const { return samples.size() / static_cast<size_t>(channels); }
 };
 
-// 16-bit PCM, in the plainest form that there is: RIFF, fmt, data. False if it could not be
-// written.
+// 16-bit PCM in the simplest form: RIFF, fmt, data. False if it could not be written.
 bool wave_write(const Wave& wave, const std::string& path);
 
 }  // namespace art::sound

@@ -1,4 +1,4 @@
-// Blown and sustained: brass, whistle, reed, organ, electric piano.
+// Blown and sustained instruments: brass, whistle, reed, organ, electric piano.
 #pragma once
 
 #include "art/sound/stroke.h"

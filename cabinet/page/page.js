@@ -1,6 +1,7 @@
 "use strict";
-// The cabinet's face: it shows what /state tells and /picture brings, and sends what hands do as
-// lines of the cabinet's command language (/command) or as keys of the game's window (/key).
+// The cabinet's page: it shows the state from /state and the picture from /picture. It sends
+// actions as lines of the cabinet's command language (/command) or as keys of the game's window
+// (/key).
 
 const PAGE = Math.random().toString(36).slice(2) + Date.now().toString(36);
 const SIDES = ["left", "right"];
@@ -13,7 +14,7 @@ const pause = ms => new Promise(done => setTimeout(done, ms));
 
 let state = null;
 
-// --- what hands do ------------------------------------------------------------------------------
+// --- actions -----------------------------------------------------------------------------------
 
 let last = Promise.resolve();
 
@@ -71,8 +72,8 @@ function swipe(side) {
   command(`swipe ${SIDES[side]}`);
 }
 
-// What can be in one of two states: whether it is "on", which is the state that needs a hand, and
-// the commands that lead there and back.
+// Things with two states: whether the state that needs attention is "on", and the commands that
+// switch to it and back.
 const TOGGLES = {
   "jam-left": [s => s.sides[0].jammed, "jam left", "clear-jam left"],
   "jam-right": [s => s.sides[1].jammed, "jam right", "clear-jam right"],
@@ -95,7 +96,7 @@ function openDoor() {
   find("#hatch").setAttribute("aria-expanded", open);
 }
 
-// --- where hands find it ------------------------------------------------------------------------
+// --- where the controls are --------------------------------------------------------------------
 
 function makeSide(name, side) {
   const place = document.getElementById(name);
@@ -157,7 +158,7 @@ function onKey(event) {
 
 // --- the state ----------------------------------------------------------------------------------
 
-// Which of the seven segments, from the top clockwise and the middle last, a digit lights.
+// Which of the seven segments a digit lights: from the top clockwise, the middle last.
 const DIGITS = ["1111110", "0110000", "1101101", "1111001", "0110011", "1011011", "1011111", "1110000", "1111111", "1111011"];
 const SEGMENTS = ["4,2 26,2 22,8 8,8", "27,3 27,27 21,24 21,9", "27,29 27,53 21,47 21,32", "4,54 26,54 22,48 8,48",
                   "3,29 3,53 9,47 9,32", "3,3 3,27 9,24 9,9", "5,28 9,25 21,25 25,28 21,31 9,31"];
@@ -179,7 +180,7 @@ function showLed(led) {
   find("[data-led]").setAttribute("aria-label", `Bonus display: ${text || "dark"}`);
 }
 
-// The eye sees half the power as much more than half the light.
+// To the eye, half the power is more than half the light.
 const MARQUEE_FULL = 2048, LAMP_FULL = 4095;
 function showLamps(lamps) {
   for (const element of all("[data-lamp]")) {
@@ -197,7 +198,7 @@ function takePaper(side) {
 
 function showPaper(side, now) {
   const place = document.getElementById(SIDES[side]);
-  taken[side] = Math.min(taken[side], now.paper_out);  // it is less after the cabinet began anew
+  taken[side] = Math.min(taken[side], now.paper_out);  // it is less after a restart of the cabinet
   const count = now.paper_out - taken[side];
   const hanging = Math.min(count, STRIP_TICKETS);
   const strip = find("[data-strip]", place);
@@ -288,8 +289,8 @@ const visible = () => new Promise(done => {
   else document.addEventListener("visibilitychange", () => done(), {once: true});
 });
 
-// Asks for a picture when it has got the last one, and decodes that meanwhile: never an old one,
-// and no more than this machine can show.
+// Asks for a picture when the last one has arrived, and decodes that one meanwhile: never an old
+// one, and no more than this machine can show.
 async function followPicture() {
   const canvas = find("#screen"), context = canvas.getContext("bitmaprenderer");
   let number = 0, drawn = Promise.resolve();

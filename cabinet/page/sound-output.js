@@ -1,36 +1,36 @@
 "use strict";
-// Plays the blocks that come through a port, on the browser's sound thread. Between coming and
-// sounding lies a small store, so that a block may be late: it is kept as short as it can be without
-// a gap, and grows after one. While it is a little too long or too short, for two clocks never agree,
-// the speed is changed by parts of a thousand; where it is far too long, after a time in which nothing
-// came, some sound is left out. Otherwise samples are played as they came.
+// Plays the blocks that come through a port, on the browser's sound thread. A small buffer lets a
+// block be late. It is kept as short as possible without gaps, and grows after a gap. Two clocks
+// never agree: while the buffer is a little too long or too short, the speed changes by a few
+// thousandths. If it is far too long, after a time without blocks, some sound is skipped. Otherwise
+// samples are played unchanged.
 
 const RATE = 44100;
 const ROOM = 65536;  // frames of the ring, a power of two
 const frames = ms => ms * RATE / 1000;
 const LEAST = frames(30), LEAST_GROWS = frames(10), LEAST_AT_MOST = frames(110);
-const BEGIN = frames(16);  // above the least, when it begins to sound
+const BEGIN = frames(16);  // frames above the minimum, when playing begins
 const TOO_LONG = frames(16), TOO_SHORT = frames(12), FAR_TOO_LONG = frames(50);  // above and below it
 const FASTER = 1.004, SLOWER = 0.996;
-const SHRINKS = frames(1) / 10;  // of the least, in a window without a gap
-const WINDOW = RATE / 2;         // the least in store is looked at over this
-const FADE = 256;                // from one place to the other where sound is left out
+const SHRINKS = frames(1) / 10;  // of the minimum, in a window without a gap
+const WINDOW = RATE / 2;         // the minimum in the buffer is measured over this
+const FADE = 256;                // cross-fade where sound is skipped
 const REPORT = 2048;             // between two reports
 
 class Output extends AudioWorkletProcessor {
   constructor() {
     super();
     this.ring = [new Float32Array(ROOM), new Float32Array(ROOM)];
-    this.at = this.end = -1;  // next frame to sound; behind the newest
+    this.at = this.end = -1;  // next frame to play; after the newest
     this.newest = {frame: 0, time: 0};
     this.playing = false;
     this.step = RATE / sampleRate;
     this.speed = 1;
     this.least = LEAST;
-    this.seen = Infinity;  // least in store in this window
+    this.seen = Infinity;  // minimum in the buffer in this window
     this.window = this.sinceReport = 0;
     this.peaks = [0, 0];
-    this.fade = this.jump = 0;  // frames of fade that are left; how far it leads
+    this.fade = this.jump = 0;  // frames of fade left; how far ahead it reads
     this.gaps = this.lost = this.cuts = 0;
     this.port.onmessage = ({data}) => { data.onmessage = block => this.take(block.data); };
   }
@@ -38,7 +38,7 @@ class Output extends AudioWorkletProcessor {
   take({frame, time, samples}) {
     const count = samples.length / 2;
     const far = this.end < 0 || frame < this.end || frame - this.end > ROOM / 2;
-    if (far) {  // the first one, or another game's
+    if (far) {  // the first block, or another game's
       this.at = this.end = frame;
       this.playing = false;
     }
@@ -46,7 +46,7 @@ class Output extends AudioWorkletProcessor {
     while (this.end < frame) this.put(0, 0);
     for (let i = 0; i < count; ++i) this.put(samples[2 * i] / 32768, samples[2 * i + 1] / 32768);
     this.newest = {frame, time};
-    if (this.end - this.at > ROOM - WINDOW) this.at = this.end - ROOM / 2;  // nobody pulls
+    if (this.end - this.at > ROOM - WINDOW) this.at = this.end - ROOM / 2;  // nobody plays
   }
 
   put(left, right) {
@@ -55,7 +55,7 @@ class Output extends AudioWorkletProcessor {
     this.ring[1][place] = right;
   }
 
-  // Looks at the least that was in store in the last window.
+  // Adapts to the minimum of the last window.
   steer() {
     const over = this.seen - this.least;
     this.least = Math.max(this.least - SHRINKS, LEAST);
@@ -97,7 +97,7 @@ class Output extends AudioWorkletProcessor {
     }
   }
 
-  // `made` is when the frame that sounds at `context` was made.
+  // `made` is when the frame that plays at `context` was made.
   report() {
     this.port.postMessage({
       peaks: this.peaks, playing: this.playing, gaps: this.gaps, lost: this.lost, cuts: this.cuts,
@@ -112,7 +112,7 @@ class Output extends AudioWorkletProcessor {
     const count = output[0].length, step = this.step * this.speed;
     const stored = this.end - this.at;
     if (!this.playing && this.end >= 0 && stored >= this.least + BEGIN) {
-      // What came in one heap with it would only be late.
+      // Blocks that arrived together with this one would only be late.
       this.at = Math.floor(this.end - this.least - BEGIN);
       this.playing = true;
       this.look();

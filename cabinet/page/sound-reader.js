@@ -1,15 +1,15 @@
 "use strict";
-// Reads the cabinet's sound on a thread of its own, where no picture holds it up, and hands it on
-// block by block to the port that it is given. A packet is its first frame's number and the time when
-// it was made (microseconds of the cabinet's clock), 8 bytes each, its frames and 0, 4 bytes each,
-// then 16 bit samples, left and right in turn; lowest bytes first.
+// Reads the cabinet's sound on its own thread, where no picture delays it, and passes it block by
+// block to the port that it is given. A packet is the number of its first frame and the time when
+// that was made (microseconds of the cabinet's clock), 8 bytes each; its number of frames and 0, 4
+// bytes each; then 16-bit samples, left and right in turn. Lowest bytes come first.
 
 const HEAD = 24;
 const AGAIN_MS = 500;
 
 const number = (view, at) => Number(view.getBigInt64(at, true));
 
-// Hands on all whole packets; what is left.
+// Passes on all complete packets. Returns the rest.
 function handOn(bytes, output) {
   const view = new DataView(bytes.buffer, bytes.byteOffset, bytes.byteLength);
   let at = 0;

@@ -1,15 +1,15 @@
 "use strict";
-// The cabinet's loudspeaker: its switch, meter, volume and delay. What sounds goes from
-// sound-reader.js to sound-output.js, past this thread.
+// The cabinet's loudspeaker: its switch, meter, volume and delay. The sound itself goes from
+// sound-reader.js to sound-output.js and does not pass through this thread.
 
 const SILENT_AFTER_MS = 1000;
 const CLOCK_QUESTIONS = 5;
-const METER_DB = 48;  // its whole length
+const METER_DB = 48;  // its full length
 
 const sound = {context: null, gain: null, reader: null, output: null, clock: null, report: null, reportedAt: 0, delay: null};
 
-// How far the cabinet's clock is ahead of performance.now(), in milliseconds: the answer that took
-// least time tells it best.
+// How far the cabinet's clock is ahead of performance.now(), in milliseconds. The fastest answer
+// gives the best estimate.
 async function readClock() {
   let best = {took: Infinity, ahead: 0};
   for (let i = 0; i < CLOCK_QUESTIONS; ++i) {
@@ -28,7 +28,7 @@ const setVolume = () => {
 
 async function startSound() {
   const context = sound.context = new AudioContext({sampleRate: 44100, latencyHint: "interactive"});
-  const resumed = context.resume();  // in the very click, or the browser refuses
+  const resumed = context.resume();  // within the click, or the browser refuses
   sound.gain = context.createGain();
   sound.gain.connect(context.destination);
   setVolume();
@@ -51,7 +51,7 @@ function stopSound() {
   Object.assign(sound, {context: null, gain: null, reader: null, output: null, clock: null, report: null, delay: null});
 }
 
-// From the making of a frame to its sounding, the browser's own delay included.
+// From the making of a frame until it is heard, the browser's own delay included.
 function delayOf(report) {
   const now = performance.now(), stamp = sound.context.getOutputTimestamp?.();
   const heard = stamp?.performanceTime > 0
@@ -82,10 +82,10 @@ function showSound() {
   all("#level i").forEach((bar, side) => {
     bar.style.setProperty("--level", flows ? meterShare(sound.report.peaks[side] * volume).toFixed(3) : 0);
   });
-  find("#delay").textContent = !on ? "click to hear" : !flows ? "no sound comes" : sound.delay === null ? "" : `${Math.round(sound.delay)} ms late`;
+  find("#delay").textContent = !on ? "click to hear" : !flows ? "no sound yet" : sound.delay === null ? "" : `${Math.round(sound.delay)} ms late`;
 }
 
-// In place of the switch, where there is nothing to switch.
+// Shown in place of the switch if there is nothing to switch.
 function explainSound(text) {
   if (sound.context) stopSound();
   find("#speaker").hidden = false;
@@ -107,10 +107,10 @@ async function switchSound() {
   showSound();
 }
 
-// What the cabinet says: whether the game's sound comes to the page.
+// What the cabinet reports: whether the game's sound comes to the page.
 function followSound(comes) {
   if (!window.AudioContext || !("audioWorklet" in AudioContext.prototype)) {
-    explainSound("This browser can't play the sound: it has no AudioWorklet. Any current one has it.");
+    explainSound("This browser can't play the sound: it has no AudioWorklet. Every current browser has one.");
   } else if (!comes) {
     explainSound("The sound comes from the machine that the game runs on.");
   } else {
@@ -120,5 +120,5 @@ function followSound(comes) {
 
 find("#sound").onclick = switchSound;
 find("#volume").oninput = setVolume;
-find("#volume").onchange = () => find("#volume").blur();  // the keys are the game's
+find("#volume").onchange = () => find("#volume").blur();  // the keys are for the game
 setInterval(showSound, SILENT_AFTER_MS);

@@ -1,6 +1,6 @@
-// All counters of the books: a row each, with everything that is told of it anywhere. The stored
-// table, the names of its rows in the code, and the operator's pages of audits come from here. The
-// rows follow each other in the files; a pair is the Left one, then the Right one.
+// All counters of the books, one row each, with everything that other code needs to know about it:
+// the stored table, the names in the code and the operator's audit pages come from here. The rows
+// are in the files in this order; a pair is the Left row, then the Right row.
 #pragma once
 
 #include <cstdint>
@@ -47,7 +47,7 @@ enum AuditKind : std::uint8_t { KIND_COUNT, KIND_TIME };
   X(CAPPED_TICKETS,        "Capped Tickets",        KIND_COUNT, 2, PAYOUT_PAGE, 11, 22, "Capped Tickets")
 // clang-format on
 
-// AUDIT_TICKETS and so on: the row of a single counter, the Left one of a pair.
+// AUDIT_TICKETS and so on: the row of a single counter; of a pair, the Left row.
 enum AuditIndex {
 #define AUDIT_INDEX(symbol, name, kind, sides, page, line, per_frog, label) \
   AUDIT_##symbol, AUDIT_##symbol##_LAST = AUDIT_##symbol + (sides) - 1,
@@ -71,3 +71,11 @@ inline constexpr Audit AUDITS[] = {
     AUDIT_LIST(AUDIT_ROW)
 #undef AUDIT_ROW
 };
+
+// A counter's name in the files, without the side. `row` is that of AUDIT_LIST.
+constexpr const char* audit_name(AuditIndex row) {
+  for (const Audit& audit : AUDITS) {
+    if (audit.row == row) return audit.name;
+  }
+  return "";
+}

@@ -1,4 +1,4 @@
-// How the books write a span of time.
+// How the books write a duration.
 #pragma once
 
 #include <cstdint>

@@ -15,13 +15,13 @@ constexpr const char* MAIN_FILE = R"(d:\audits)";
 constexpr const char* BACKUP_FILE = R"(d:\audbak)";
 constexpr const char* HISTOGRAM_FILE = R"(d:\histo)";
 
-constexpr std::int64_t LONGEST_TICK_MS = 1000;  // a longer one is a stall and isn't counted
+constexpr std::int64_t LONGEST_TICK_MS = 1000;  // a longer tick is a stall and isn't counted
 constexpr std::int64_t STORE_EVERY_MS = 600000;
 constexpr std::int64_t STORE_RETRY_MS = 60000;
 
 constexpr const char* SIDE_NAMES[SIDE_COUNT] = {" Left", " Right"};
 
-// Writes the row's number, kind and name; a pair's names end in their sides.
+// Writes the row's number, kind and name; the names of a pair end in "Left" and "Right".
 void name_row(AuditRow& row, const Audit& audit, int side) {
   row.index = static_cast<std::uint32_t>(audit.row + side);
   row.flags = audit.kind == KIND_TIME ? AUDIT_IS_TIME : 0U;
@@ -30,7 +30,7 @@ void name_row(AuditRow& row, const Audit& audit, int side) {
                 audit.sides == SIDE_COUNT ? SIDE_NAMES[side] : "");
 }
 
-// Word by word where others may be reading.
+// Word by word, because other threads may be reading.
 void put_built_in(Audits& table) {
   for (const Audit& audit : AUDITS) {
     for (int side = 0; side < audit.sides; ++side) {
@@ -51,7 +51,7 @@ struct TickState {
 
 constinit TickState tick_state{};
 
-// A counter that has come to its end stays there.
+// A counter at its limit stays there.
 template <typename T>
 void add_held(Shared<T>& counter, T delta) {
   T sum{};
@@ -61,8 +61,8 @@ void add_held(Shared<T>& counter, T delta) {
   counter = sum;
 }
 
-// No file of the books is checked when it is read. A damaged one may hold money back: with fewer
-// than none the next coins would buy nothing.
+// The files are not checked when they are read. A negative number in a damaged one would swallow
+// the next coins: they would buy nothing.
 void hold_money() {
   for (int side = 0; side < SIDE_COUNT; ++side) {
     for (const int row_number : {AUDIT_CURRENT_CREDITS + side, AUDIT_CURRENT_COINS + side}) {
@@ -148,7 +148,7 @@ void audits_tick(const AuditsTick& tick) {
     tick_state.checksum_failures_seen = tick.checksum_failures;
   }
 
-  // A store takes the disk for a moment, so it waits until nobody plays.
+  // A store keeps the disk busy for a moment, so it waits until nobody plays.
   if (tick.now_ms - tick_state.audit_last_save >= STORE_EVERY_MS) {
     if (tick.idle[SIDE_LEFT] && tick.idle[SIDE_RIGHT]) {
       audits_save();

@@ -10,7 +10,7 @@
 struct AuditRow {  // 56 bytes, little-endian on disk
   std::uint32_t index;
   std::uint32_t flags;  // AUDIT_IS_...
-  char name[32];        // display name, zero-ended
+  char name[32];        // display name, zero-terminated
   Shared<std::int32_t> count;
   Shared<float> float_value;
   Shared<std::int64_t> time_ms;
@@ -24,22 +24,22 @@ constexpr int HISTOGRAM_CELLS = 1400;
 using Audits = AuditRow[AUDIT_COUNT];
 using Histogram = Shared<std::uint32_t>[SIDE_COUNT][HISTOGRAM_CELLS];
 
-extern Audits audits;          // one writer: start-up, then the game thread
-extern Audits audit_defaults;  // the built-in rows, from audits_load on
-extern Histogram histogram;    // how many frogs of a side paid so many tickets
+extern Audits audits;          // one writer: first start-up, then the game thread
+extern Audits audit_defaults;  // the built-in rows, valid after audits_load
+extern Histogram histogram;    // how many frogs of each side paid how many tickets
 
-// Loads "d:\audits", else "d:\audbak", and "d:\histo", counts the boot, zeroes the rows since boot
-// and money below nothing, and stores all three files. Start-up.
+// Loads "d:\audits", or else "d:\audbak", and "d:\histo". Counts the boot, clears the rows since
+// boot, sets negative credits and coins to 0, and stores all three files. Start-up.
 void audits_load();
 
-// Stores "d:\audits", "d:\audbak", "d:\histo". Returns when the books are on the disk. A file that
-// can't be written is skipped.
+// Stores "d:\audits", "d:\audbak", "d:\histo". Returns when the books are on the disk. Skips a file
+// that can't be written.
 void audits_save();
 
-// Puts the built-in rows back and zeroes the histogram, in memory, without storing.
+// Restores the built-in rows and clears the histogram, in memory, without storing.
 void audits_reset();
 
-// Adds to the count of a row; a row outside the table changes nothing, and a count stays within its
+// Adds to the count of a row. A row outside the table changes nothing, and a count stays within its
 // 32 bits.
 void audit_add(int row, std::int32_t delta);
 
@@ -56,17 +56,17 @@ inline std::int32_t audit_count(AuditIndex left_row, int side) {
 // Counts one frog that paid `tickets` on `side`; numbers outside 0 to 1399 aren't counted.
 void histogram_count(int side, std::int32_t tickets);
 
-// What the time accounting needs to know of a tick.
+// What the time accounting needs from a tick.
 struct AuditsTick {
   std::int64_t now_ms;
   bool idle[SIDE_COUNT];            // no frog of the side is in play
-  int live_frogs[SIDE_COUNT];       // frogs of the side in flight or fading, demo frogs apart
+  int live_frogs[SIDE_COUNT];       // frogs of the side in flight or fading, without demo frogs
   std::uint32_t checksum_failures;  // running count of the I/O link
 };
 
-// Adds the tick's time to the time rows and new checksum failures to theirs, and stores the books
+// Adds the tick's time to the time rows, and new checksum failures to their row. Stores the books
 // every ten minutes while both sides are idle. Game thread, once per tick, in every mode.
 void audits_tick(const AuditsTick& tick);
 
-// Forgets the running times of `audits_tick`, as at process start.
+// Clears the running times of `audits_tick`, as at process start.
 void audits_tick_reset();

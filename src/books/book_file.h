@@ -3,10 +3,10 @@
 
 #include <cstddef>
 
-// Reads the data of a file over `data` if the file opens and begins with `magic` (4 characters). A
-// file that ends early leaves the rest of `data` as it was. False with a missing file or another
-// magic.
+// Reads the data of a file into `data` if the file opens and begins with `magic` (4 characters). If
+// the file ends early, the rest of `data` stays as it was. False if the file is missing or has
+// another magic.
 bool book_read(const char* name, const char* magic, void* data, std::size_t size);
 
-// Stores magic and data. A file that can't be written is skipped: false, and what was there stays.
+// Stores magic and data. False if the file can't be written; the old content stays.
 bool book_store(const char* name, const char* magic, const void* data, std::size_t size);

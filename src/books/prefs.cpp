@@ -24,7 +24,7 @@ constexpr PrefRow row_of(const Setting& setting) {
   return row;
 }
 
-// Word by word where others may be reading.
+// Word by word, because other threads may be reading.
 void put_built_in(Prefs& table) {
   for (const Setting& setting : SETTINGS) {
     const PrefRow from = row_of(setting);

@@ -9,10 +9,10 @@
 struct PrefRow {  // 128 bytes, little-endian on disk
   std::uint32_t index;
   std::uint32_t flags;  // PREF_SHOWS_...
-  char name[32];        // display name, zero-ended
+  char name[32];        // display name, zero-terminated
   Shared<std::int32_t> int_value;
   Shared<float> float_value;
-  char text_value[80];  // zero-ended
+  char text_value[80];  // zero-terminated
 };
 static_assert(sizeof(PrefRow) == 128);
 
@@ -31,18 +31,18 @@ enum CurrencyUnit {
 
 using Prefs = PrefRow[PREF_COUNT];
 
-extern Prefs prefs;           // one writer: start-up, then the game thread
-extern Prefs prefs_defaults;  // the built-in rows, from prefs_load on
+extern Prefs prefs;           // one writer: first start-up, then the game thread
+extern Prefs prefs_defaults;  // the built-in rows, valid after prefs_load
 extern const char currency_codes[17][8];
 
-// Loads the table from "d:\prefs", else "d:\prefbak", else keeps the built-in rows, and stores both
-// files. Start-up, before anything reads a setting.
+// Loads the table from "d:\prefs", or else from "d:\prefbak"; without both, keeps the built-in
+// rows. Stores both files. Start-up, before anything reads a setting.
 void prefs_load();
 
-// Stores the table in "d:\prefs", then "d:\prefbak". A file that can't be written is skipped.
+// Stores the table in "d:\prefs", then "d:\prefbak". Skips a file that can't be written.
 void prefs_save();
 
-// Puts the built-in rows back into memory, without storing.
+// Restores the built-in rows in memory, without storing.
 void prefs_reset();
 
 inline std::int32_t pref_int(PrefIndex row) {

@@ -1,7 +1,7 @@
-// All settings of the operator: a row each, with everything that is told of it anywhere. The stored
-// table and its built-in values, the adjustment menus with their lists and help, the virtual
-// cabinet's new books and the payout lab's names come from here. The row's number is its place in
-// the files.
+// All settings of the operator, one row each, with everything that other code needs to know about
+// it: the stored table and its built-in values, the adjustment menus with their lists and help, the
+// virtual cabinet's new books and the payout lab's names come from here. The number of a row is its
+// position in the files.
 #pragma once
 
 #include <cstddef>
@@ -37,47 +37,47 @@ enum PrefIndex {
   PREF_COUNT,
 };
 
-// What kind of value it is, and how a menu shows it.
+// The type of a value, and how a menu shows it.
 enum SettingView : std::uint8_t {
   VIEW_WHOLE,
   VIEW_ON_OFF,
   VIEW_CURRENCY,      // a CurrencyUnit by its name
   VIEW_TIMEOUT,       // -1 is "Off"
-  VIEW_REAL,          // the real numbers: this one is in no menu,
-  VIEW_MONEY,         // has three decimals,
-  VIEW_PERCENT,       // is a part of 1 shown as a percentage,
-  VIEW_TICKET_VALUE,  // has five decimals
+  VIEW_REAL,          // this and the next three are floats; this one is in no menu
+  VIEW_MONEY,         // three decimals
+  VIEW_PERCENT,       // a fraction of 1, shown as a percentage
+  VIEW_TICKET_VALUE,  // five decimals
   VIEW_TEXT,          // in no menu
 };
 
 enum SettingMenu : std::uint8_t { NO_MENU, COIN_GAME_MENU, PAYOUT_MENU };
 
-// When its row can be chosen.
+// When the row can be chosen.
 enum SettingNeed : std::uint8_t {
   NEEDS_NOTHING,
   NEEDS_TICKETS,           // "Ticket Use" is on
-  NEEDS_FIXED_TICKETS,     // and "Fixed Ticket" too
-  NEEDS_TICKETS_BY_CATCH,  // and "Fixed Ticket" is off
+  NEEDS_FIXED_TICKETS,     // "Fixed Ticket" is on, too
+  NEEDS_TICKETS_BY_CATCH,  // "Ticket Use" is on and "Fixed Ticket" off
 };
 
-// What follows a choice, done in the order of these bits.
+// What happens after a choice, in the order of these bits.
 enum SettingEffect : std::uint8_t {
-  EFFECT_PAYTABLE = 1,       // another row of the paytable, and its own bonus
-  EFFECT_FIELD = 2,          // the paytable steps, the bonus stays; the LED board is told
-  EFFECT_CLEAR_CREDITS = 4,  // paid at the old price
+  EFFECT_PAYTABLE = 1,       // chooses a row of the paytable, with its own bonus
+  EFFECT_FIELD = 2,          // steps the paytable, keeps the bonus, and updates the LED board
+  EFFECT_CLEAR_CREDITS = 4,  // they were paid at the old price
 };
 
 struct Setting {
   PrefIndex pref;
   const char* name;  // in the files
   SettingView view;
-  double built_in = 0;  // no text has one
+  double built_in = 0;  // texts have none
 
   SettingMenu menu = NO_MENU;
-  std::uint8_t action = 0;      // its place in the menu; a place that no setting has stays blank
-  const char* label = nullptr;  // in the menu, where it isn't the name
+  std::uint8_t action = 0;  // its position in the menu; a position without a setting stays blank
+  const char* label = nullptr;  // in the menu, if it differs from the name
   const char* question = "";    // title of its list
-  // The list: what each row shows; "A..B" or "A..B/STEP" stands for whole numbers.
+  // What each row of the list shows; "A..B" or "A..B/STEP" are whole numbers.
   const char* offers = "";
   const char* fallback = "";  // selected when the value isn't in the list
   SettingNeed needs = NEEDS_NOTHING;
@@ -180,14 +180,14 @@ constexpr const char* setting_label(const Setting& setting) {
   return setting.label != nullptr ? setting.label : setting.name;
 }
 
-// The setting at a place of a menu, or null.
+// The setting at a position of a menu, or null.
 constexpr const Setting* setting_at(SettingMenu menu, std::size_t action) {
   for (const Setting& setting : SETTINGS) {
     if (setting.menu == menu && setting.action == action) return &setting;
   }
   return nullptr;
 }
-// How many places a menu has, blank ones in between among them.
+// How many positions a menu has, including blank ones.
 constexpr std::size_t setting_places(SettingMenu menu) {
   std::size_t places = 0;
   for (const Setting& setting : SETTINGS) {

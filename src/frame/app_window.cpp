@@ -1,6 +1,7 @@
 #include "frame/app_window.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 
 #include "gfx/frame.h"  // LAYOUT_WIDTH, gfx_projection_set
@@ -15,16 +16,8 @@ constexpr const char* TITLE = "SlyApp";
 constexpr int SMALLEST_WINDOW = 80;  // a side, in pixels
 constexpr DisplaySize FALLBACK = {1920, 1080};
 
-struct SizeOption {
-  const char* token;
-  DisplaySize size;
-};
-
-constexpr SizeOption SIZES[] = {
-    {"-1280X720", {1280, 720}},   {"-1920X1080", {1920, 1080}}, {"-640X480", {640, 480}},
-    {"-800X600", {800, 600}},     {"-1024X768", {1024, 768}},   {"-1600X900", {1600, 900}},
-    {"-1920X1200", {1920, 1200}},
-};
+constexpr DisplaySize SIZES[] = {{1280, 720}, {1920, 1080}, {640, 480},  {800, 600},
+                                 {1024, 768}, {1600, 900},  {1920, 1200}};
 
 const char* mode_question(DisplayModeResult result) {
   switch (result) {
@@ -65,10 +58,12 @@ void app_parse_command_line(const char* line) {
     if (std::strcmp(token, "-FULLSCREEN") == 0 || std::strcmp(token, "-FS") == 0) {
       app_window.fullscreen = 1;
     }
-    for (const SizeOption& option : SIZES) {
-      if (std::strcmp(token, option.token) != 0) continue;
-      app_window.screen_width = option.size.width;
-      app_window.screen_height = option.size.height;
+    for (const DisplaySize& size : SIZES) {
+      char word[32];
+      std::snprintf(word, sizeof word, "-%dX%d", size.width, size.height);
+      if (std::strcmp(token, word) != 0) continue;
+      app_window.screen_width = size.width;
+      app_window.screen_height = size.height;
     }
   }
 }

@@ -20,7 +20,7 @@ void app_parse_command_line(const char* line);
 // Display mode and window. False if there can be none, or the operator says No.
 bool app_create_window();
 
-// Takes what has come in at the window: a quit, and that the picture has to fit it anew.
+// Handles the events of the window: a quit, and a new size.
 void app_window_proc(const DisplayEvents& events);
 
 // Gives a window with a frame its size, 80 x 80 at least. Nothing when the game owns the screen.

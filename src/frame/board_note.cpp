@@ -15,8 +15,8 @@ namespace {
 
 constexpr char NOTE_FILE[] = R"(d:\board)";
 
-// How far a counter of 16 steps may have moved while no program ran: players go on pressing. From
-// half way round on, forward can't be told from back.
+// How far a counter of 16 steps may have moved while no program ran: players go on pressing. Beyond
+// half a turn, forward looks like back.
 constexpr unsigned COUNTER_MASK = 0x0F, STEPS_MAX = 7;
 
 struct Note {

@@ -2,7 +2,7 @@
 // the middle of a payout leaves a board that pays on, so its next start must not order those
 // tickets again. After a power cut, which took the board's count with it, it must. The note tells
 // the two apart: it names the power-up of the machine and holds the board's own counters, which
-// start anew with the board. Game thread.
+// start from 0 with the board. Game thread.
 #pragma once
 
 #include <cstdint>
@@ -11,12 +11,12 @@
 
 struct BoardNote {
   bool stayed_up = false;  // the board on the line is the one of the note, and has its count yet
-  std::int32_t tickets_queued[SIDE_COUNT]{};  // what it was still to be told
+  std::int32_t tickets_queued[SIDE_COUNT]{};  // not ordered from it yet
 };
 
-// What the note says. Once, after the link has come up.
+// What the note says of the board on the line. After the link has come up.
 BoardNote board_note_read();
 
-// Keeps the note true while the board owes tickets or is still to be told of some. Each tick,
+// Updates the note while the board owes tickets or some are not ordered yet. Each tick,
 // before the books are stored.
 void board_note_keep(bool owes, const std::int32_t (&tickets_queued)[SIDE_COUNT]);

@@ -1,4 +1,4 @@
-#include "frame/coins.h"
+#include "frame/tick_steps.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -7,15 +7,14 @@
 #include "books/audits.h"
 #include "books/prefs.h"
 #include "frame/game_clock.h"  // now_ms
-#include "frame/game_mode.h"   // sound_enabled
 #include "frame/sides.h"
 #include "frame/tick_timers.h"  // coin prompts, bonk gate
 #include "io/jamma.h"
 #include "platform/random.h"  // random_unit
+#include "playfield/cues.h"   // cue_play
 #include "playfield/frog_queue.h"
 #include "playfield/playfield.h"  // stations, station_idle
 #include "presentation/win_show_start.h"
-#include "sound/jps.h"
 
 namespace {
 
@@ -28,10 +27,6 @@ constexpr std::int64_t PROMPT_S = 5;
 constexpr std::int32_t COINS_EACH_MOST = 100;
 constexpr std::int32_t FROGS_EACH_MOST = 100;
 constexpr std::int64_t CREDITS_MOST = std::numeric_limits<std::int32_t>::max();
-
-void play(const char* name) {
-  if (sound_enabled) jps_bank_play_name(name);
-}
 
 void coin_drop(int side) {
   audit_add(AUDIT_CURRENT_COINS, side, 1);
@@ -53,7 +48,7 @@ void buy_credits(int side) {
 
 void clear_demo(int side) {
   for (Frog& frog : stations[side].frogs) {
-    if ((frog.flags & FROG_DEMO) != 0 && frog.state != FROG_FADING) {
+    if (is_demo(frog) && frog.state != FROG_FADING) {
       frog.state = FROG_FADING;
       frog.state_time = now_ms();
     }
@@ -65,7 +60,7 @@ bool may_play(int side) {
 }
 
 void spend_and_launch(int side) {
-  play("ricochet");
+  cue_play("ricochet");
   if (!pref_on(PREF_FREEPLAY)) audit_add(AUDIT_CURRENT_CREDITS, side, -1);
   tick_timers.credit_wait_ms[side] = 0;
   frog_launch(side, false);
@@ -86,7 +81,7 @@ void prompt_for_coin(int side) {
 
 void bonk() {
   if (now_ms() <= tick_timers.next_bonk_ms) return;
-  play("bonk");
+  cue_play("bonk");
   tick_timers.next_bonk_ms = now_ms() + static_cast<std::int64_t>(250.0 + random_unit() * 250.0);
 }
 
@@ -103,7 +98,7 @@ void coins_take(int side) {
   }
   buy_credits(side);
   tick_timers.coin_prompt_until[side] = now_ms();
-  play("coin");
+  cue_play("coin");
   clear_demo(side);
   audits_save();
 }

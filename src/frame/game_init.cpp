@@ -29,6 +29,7 @@ void open_board() {
   if (result == 0) return;
   std::printf("Game_Init: JammaInit: ec = %d\n", result);
   jamma_link_error = 1;
+  jamma_search_start();
 }
 
 void open_sound() {
@@ -55,7 +56,7 @@ int Game_Init() {
   led_open();
   playfield_init();
   attract_begin();
-  if (!game_threads_start()) {  // nothing would move: whoever started the program may do so again
+  if (!game_threads_start()) {  // nothing would move; the program has to be started again
     display_restore_mode();
     std::fprintf(stderr, "Game_Init: the machine gives the game no thread\n");
     std::_Exit(1);
@@ -76,9 +77,9 @@ int Game_Shutdown() {
   if (led_ended) led_close();
   menus_free();
   text_fonts_free();
-  jps_shutdown();
+  const bool sound_ended = jps_shutdown();
   prefs_save();
   audits_save();
   JammaShutdown();
-  return led_ended ? 1 : 0;
+  return led_ended && sound_ended ? 1 : 0;
 }

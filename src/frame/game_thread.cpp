@@ -14,22 +14,17 @@ namespace {
 
 constexpr int JOIN_BOUND_MS = 2000;  // a store of the books may be under way
 
-std::shared_ptr<Thread>& game_thread_handle() {
-  static std::shared_ptr<Thread> instance;
-  return instance;
-}
-
-std::shared_ptr<Thread>& workers_thread_handle() {
-  static std::shared_ptr<Thread> instance;
-  return instance;
-}
+struct GameThreads {
+  std::shared_ptr<Thread> game_thread_handle, workers_thread_handle;
+};
+constinit GameThreads threads;
 
 void game_thread(const Thread& self, void* /*context*/) {
   game_begin();
   bool running = true;
   while (!thread_stop_requested(self)) {
     const std::int64_t t_ms = clock_ms();
-    // Behind an ordered reboot there is no tick any more: the thread waits for the machine.
+    // After an ordered reboot there is no further tick: the thread waits for the machine.
     if (running && game_tick_due(t_ms)) running = game_tick(t_ms);
     clock_sleep_ms(1);
   }
@@ -55,13 +50,13 @@ bool stop(std::shared_ptr<Thread>& thread) {
 }  // namespace
 
 bool game_threads_start() {
-  workers_thread_handle() =
+  threads.workers_thread_handle =
       thread_start("workers", THREAD_PRIORITY_NORMAL, workers_thread, nullptr);
-  game_thread_handle() = thread_start("game", THREAD_PRIORITY_NORMAL, game_thread, nullptr);
-  return workers_thread_handle() != nullptr && game_thread_handle() != nullptr;
+  threads.game_thread_handle = thread_start("game", THREAD_PRIORITY_NORMAL, game_thread, nullptr);
+  return threads.workers_thread_handle != nullptr && threads.game_thread_handle != nullptr;
 }
 
 bool game_threads_stop() {
-  const bool game_ended = stop(game_thread_handle());
-  return stop(workers_thread_handle()) && game_ended;
+  const bool game_ended = stop(threads.game_thread_handle);
+  return stop(threads.workers_thread_handle) && game_ended;
 }

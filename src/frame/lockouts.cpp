@@ -1,4 +1,4 @@
-#include "frame/lockouts.h"
+#include "frame/tick_steps.h"
 
 #include "books/audits.h"
 #include "books/prefs.h"

@@ -1,12 +1,14 @@
 // The process: environment, window, context, subsystems, main loop, and the orderly way out.
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <string_view>
 
 #include "frame/app_window.h"
+#include "frame/game_clock.h"  // last_render_ms
 #include "frame/game_init.h"
-#include "frame/main_loop.h"
+#include "frame/render_frame.h"
 #include "gfx/frame.h"
 #include "operator/boot_check.h"  // build_stamp
 #include "platform/clock.h"
@@ -15,13 +17,44 @@
 #include "platform/files.h"
 #include "platform/thread.h"
 
+namespace {
+
+constexpr double FRAME_MS = 8.333333969116211;  // 1/120 s as a 32-bit float has it
+
+// Pumps the window's events and draws, at most 120 frames a second, until a quit.
+void main_loop() {
+  std::int64_t frames = 0;
+  std::int64_t first_ms = 0;
+  for (;;) {
+    app_window_proc(display_poll_events());
+    if (app_window.quit) break;
+    const std::int64_t now = clock_ms();
+    if (static_cast<double>(game_clock.last_render_ms) + FRAME_MS > static_cast<double>(now)) {
+      clock_sleep_ms(1);
+      continue;
+    }
+    gfx_frame_run(render_frame);
+    game_clock.last_render_ms = now;
+    if (frames++ == 0) {
+      first_ms = clock_ms();
+      std::printf("first frame %lld ms after start\n", static_cast<long long>(first_ms));
+      std::fflush(stdout);
+    }
+  }
+  const auto drawn_s = static_cast<double>(clock_ms() - first_ms) / 1000.0;
+  std::printf("%lld frames, %.1f a second\n", static_cast<long long>(frames),
+              static_cast<double>(frames) / drawn_s);
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
   clock_ms();  // the game's time begins here
   if (argc == 2 && std::string_view(argv[1]) == "--version") {
     std::printf("Lily Hop %s, built %s %s\n", LILYHOP_VERSION, __DATE__, __TIME__);
     return 0;
   }
-  // Line by line also into a journal: what was said last is what one wants to know after a reset.
+  // Line by line also into a journal: after a reset the last lines matter most.
   std::setvbuf(stdout, nullptr, _IOLBF, BUFSIZ);
   std::string error;
   if (!environment_read(error)) {

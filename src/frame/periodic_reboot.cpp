@@ -1,4 +1,4 @@
-#include "frame/periodic_reboot.h"
+#include "frame/tick_steps.h"
 
 #include <cstdint>
 
@@ -6,7 +6,8 @@
 #include "frame/game_clock.h"
 #include "frame/game_mode.h"
 #include "frame/sides.h"
-#include "frame/system_reboot.h"
+#include "io/watchdog_link.h"     // watchdog_reboot_word
+#include "platform/power.h"       // power_reboot
 #include "playfield/playfield.h"  // station_idle
 #include "presentation/win_show_start.h"
 
@@ -28,6 +29,13 @@ constinit RebootState state{};
 bool busy() {
   return win_show_active(SIDE_LEFT) || win_show_active(SIDE_RIGHT) || !station_idle(SIDE_LEFT) ||
          !station_idle(SIDE_RIGHT) || game_mode == MODE_OPERATOR;
+}
+
+// The external watchdog gets its word first. If the reboot fails, the watchdog, no longer fed, ends
+// the machine.
+void system_reboot() {
+  watchdog_reboot_word();
+  power_reboot();
 }
 
 }  // namespace

@@ -2,15 +2,11 @@
 
 #include "books/audits.h"
 #include "books/prefs.h"
-#include "frame/coins.h"
 #include "frame/game_clock.h"
 #include "frame/game_mode.h"
-#include "frame/lockouts.h"
-#include "frame/periodic_reboot.h"
 #include "frame/sides.h"
-#include "frame/test_hold.h"
+#include "frame/tick_steps.h"
 #include "frame/tick_timers.h"
-#include "frame/tickets.h"
 #include "io/jamma.h"
 #include "io/lamp_effects.h"
 #include "io/lamps.h"
@@ -133,7 +129,7 @@ void demo_frogs_step() {
 }
 
 void launches_step() {
-  // On the way down nothing flies any more: a launch would take a credit for nothing.
+  // Before a reboot no frog is launched: the flight could not end, and the credit would be lost.
   if (game_mode == MODE_GOING_DOWN) return;
   if (pref_int(PREF_TIMEOUT_SECONDS) >= 0) {
     auto_launch();
@@ -148,6 +144,7 @@ void game_begin() {
   for (auto& next : tick_timers.attract_demo_next) next = next_demo(clock_ms());
   frog_enqueue(SIDE_LEFT);
   frog_enqueue(SIDE_RIGHT);
+  late_board_begin();
   tickets_restore();
 }
 
@@ -155,7 +152,7 @@ bool game_tick_due(std::int64_t t_ms) {
   return static_cast<double>(now_ms()) + TICK_MS <= static_cast<double>(t_ms);
 }
 
-// Nothing may be moved: later steps read what earlier ones wrote.
+// The order is fixed: later steps read what earlier ones wrote.
 bool game_tick(std::int64_t t_ms) {
   timers_step(t_ms - now_ms());
   game_clock.now_ms = t_ms;
@@ -163,8 +160,9 @@ bool game_tick(std::int64_t t_ms) {
   attract_step();
   audits_step();
   inputs_step();
+  const bool board_awaited = late_board_step(t_ms);
   jamma_update_lockouts();
-  tickets_poll();
+  if (!board_awaited) tickets_poll();
   lamps_update();
   jamma_lamps_tick();
   launches_step();

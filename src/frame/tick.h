@@ -8,7 +8,7 @@
 void game_begin();
 
 // One tick at time `t_ms` of the clock. The game thread calls it with clock_ms(), a test with a
-// number, the lab as fast as it can. Returns false once the machine was told to reboot: there is no
+// number, the lab as fast as it can. Returns false once a reboot was ordered: there is no
 // further tick.
 bool game_tick(std::int64_t t_ms);
 

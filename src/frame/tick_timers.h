@@ -8,7 +8,7 @@
 #include "platform/shared.h"  // Shared
 
 struct TickTimers {
-  // Accumulating: grow by the tick's step, zeroed as told.
+  // Accumulating: grow by the tick's step while what each names holds, else 0.
   Shared<std::int64_t> idle_both_ms;                // both stations idle
   Shared<std::int64_t> idle_ms[SIDE_COUNT];         // that station idle
   Shared<std::int64_t> no_money_ms;                 // no coin and no credit on either side

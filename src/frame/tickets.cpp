@@ -1,4 +1,4 @@
-#include "frame/tickets.h"
+#include "frame/tick_steps.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -32,8 +32,8 @@ void tickets_restore() {
       jamma_command(JAMMA_ADD_TICKETS, side, owed);
       continue;
     }
-    // The board's word holds: the next poll puts it into the books, in the place of their figure. A
-    // side that waits with a fault has spoken already.
+    // The board's count holds: the next poll puts it into the books. A side with a fault has
+    // reported it already.
     ticket_status.tickets_owed[side] = owed.get();
     const std::uint32_t fault = side == SIDE_LEFT ? LEFT_TICKET_FAULT : RIGHT_TICKET_FAULT;
     if (owed > 0 && !(link_flags() & fault)) jamma_tickets_ask(side);
@@ -51,8 +51,7 @@ void tickets_poll() {
   for (int side = 0; side < SIDE_COUNT; ++side) {
     const std::int32_t before = ticket_status.tickets_owed[side];
     const std::int32_t owed = jamma_command(JAMMA_GET_TICKETS_OWED, side);
-    // Without a board there is no count: what the books owe stays owed, for the next boot that
-    // finds one.
+    // Without a board there is no count: what the books owe stays owed until there is one.
     if (owed < 0) continue;
     queued[side] = jamma_command(JAMMA_GET_TICKETS_QUEUED, side);
     ticket_status.tickets_owed[side] = owed;

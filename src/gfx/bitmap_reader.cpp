@@ -169,7 +169,7 @@ std::size_t stored_row_size(const Layout& layout) {
   return (static_cast<std::size_t>(layout.width) * layout.depth + 31) / 32 * 4;
 }
 
-// Known before anything is allocated for a picture that isn't there.
+// Checked before anything is allocated: a header may promise more than the file holds.
 bool file_holds_picture(const Bytes& in, const Layout& layout) {
   if (has_runs(layout)) {
     return in.holds(layout.pixels_at, 0) &&

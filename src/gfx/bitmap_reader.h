@@ -1,5 +1,5 @@
-// Windows bitmap files, of every depth, plain or run-length coded, as 24-bit rows. Main thread, for
-// failures show a box.
+// Windows bitmap files, of every depth, plain or run-length coded, as 24-bit rows. Main thread: a
+// failure shows a box.
 #pragma once
 
 #include <cstddef>

@@ -11,7 +11,7 @@
 
 namespace {
 
-// A saving smaller than this costs more than it brings, for a clip parts a batch of quads.
+// Below this a clip costs more than it saves, because it splits a batch of quads.
 constexpr std::int32_t LEAST_SAVED_PX = 512;
 
 struct Target {  // destination in layout pixels
@@ -79,7 +79,7 @@ void source_set(const GlTexture& texture, const PixelRect& rect, bool flip, Disp
 }
 
 // Each texel falls on the middle of one window pixel: pieces of the picture can be drawn as quads
-// of their own, for no pixel lies between two texels, where rounding would decide.
+// of their own: no pixel lies between two texels, where rounding would decide.
 void pieces_draw(const Target& target, const GlTexture& texture, const PixelRect& rect, bool flip,
                  const FillPlan& plan, DisplayQuad& quad) {
   const bool fading = alpha_of(quad.colour[0]) != 0xFF;

@@ -20,8 +20,7 @@ struct Recalled {
   FillPlan plan;
 };
 
-// Static, so that a frame that meets a new cell allocates nothing. A full table or pool starts
-// anew.
+// Static, so that a frame that meets a new cell allocates nothing. A full table or pool is emptied.
 struct FillPlans {
   std::array<Recalled, PLANS> table;
   std::size_t count;
@@ -40,7 +39,7 @@ PixelRect between(std::int32_t x0, std::int32_t y0, std::int32_t x1, std::int32_
 }
 
 void piece_add(const PixelRect& rect, bool opaque) {
-  if (plans.used == POOL) return;  // seen by the caller
+  if (plans.used == POOL) return;  // the caller checks it
   plans.pool[plans.used++] = {static_cast<std::int16_t>(rect.x), static_cast<std::int16_t>(rect.y),
                               static_cast<std::int16_t>(rect.width),
                               static_cast<std::int16_t>(rect.height), opaque};

@@ -1,8 +1,7 @@
 // The GL context, the projection, and one frame on demand. Main thread only.
 #pragma once
 
-constexpr int LAYOUT_WIDTH = 1360;
-constexpr int LAYOUT_HEIGHT = 768;
+#include "gfx/picture_list.h"  // LAYOUT_WIDTH, LAYOUT_HEIGHT
 
 // Makes the context on the open window and sets the projection. Returns 1, or 0 after a message
 // box.

@@ -1,4 +1,4 @@
-// Pictures as records, cells of sprite sheets, digits and plain quads. Main thread only, but for
+// Pictures as records, cells of sprite sheets, digits and plain quads. Main thread only, except for
 // the fields that are Shared.
 #pragma once
 

@@ -2,10 +2,10 @@
 
 #include <condition_variable>
 #include <cstddef>
-#include <mutex>
 #include <utility>
 #include <vector>
 
+#include "platform/mutex.h"
 #include "platform/thread.h"
 
 // How far the reader may be ahead, in bytes of pixels that nobody has taken yet.
@@ -17,11 +17,11 @@ struct ReadAhead {
   int count;
   std::shared_ptr<Thread> thread;
 
-  std::mutex mutex;  // over all below
-  std::condition_variable moved;
-  std::vector<TgaPicture> pictures;
-  std::vector<char> ready;
-  std::size_t held = 0;  // bytes
+  Mutex mutex;
+  std::condition_variable_any moved;
+  std::vector<TgaPicture> pictures GUARDED_BY(mutex);
+  std::vector<char> ready GUARDED_BY(mutex);
+  std::size_t held GUARDED_BY(mutex) = 0;  // bytes
 };
 
 namespace {
@@ -31,11 +31,11 @@ void read_all(const Thread& /*self*/, void* context) {
   for (int i = 0; i < reading.count; ++i) {
     if (gfx_picture_kind(reading.names[i]) != PICTURE_TGA) continue;
     {
-      std::unique_lock lock(reading.mutex);
-      reading.moved.wait(lock, [&reading] { return reading.held < MOST_AHEAD; });
+      const MutexLock lock(reading.mutex);
+      while (reading.held >= MOST_AHEAD) reading.moved.wait(reading.mutex);
     }
     TgaPicture picture = tga_picture_read(reading.names[i]);
-    const std::lock_guard lock(reading.mutex);
+    const MutexLock lock(reading.mutex);
     reading.held += picture.image.pixels.size();
     reading.pictures[i] = std::move(picture);
     reading.ready[i] = 1;
@@ -49,22 +49,25 @@ std::shared_ptr<ReadAhead> read_ahead_start(const PanelName* names, int count) {
   auto reading = std::make_shared<ReadAhead>();
   reading->names = names;
   reading->count = count;
-  reading->pictures.resize(count);
-  reading->ready.resize(count);
+  {
+    const MutexLock lock(reading->mutex);
+    reading->pictures.resize(count);
+    reading->ready.resize(count);
+  }
   reading->thread = thread_start("pictures", THREAD_PRIORITY_NORMAL, read_all, reading.get());
   return reading;
 }
 
 bool read_ahead_ready(ReadAhead& reading, int index) {
   if (reading.thread == nullptr) return true;
-  const std::lock_guard lock(reading.mutex);
+  const MutexLock lock(reading.mutex);
   return reading.ready[index] != 0;
 }
 
 TgaPicture read_ahead_take(ReadAhead& reading, int index) {
   if (reading.thread == nullptr) return tga_picture_read(reading.names[index]);
-  std::unique_lock lock(reading.mutex);
-  reading.moved.wait(lock, [&reading, index] { return reading.ready[index] != 0; });
+  const MutexLock lock(reading.mutex);
+  while (reading.ready[index] == 0) reading.moved.wait(reading.mutex);
   TgaPicture picture = std::move(reading.pictures[index]);
   reading.held -= picture.image.pixels.size();
   reading.moved.notify_all();

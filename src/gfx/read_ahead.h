@@ -1,5 +1,5 @@
-// Reads the TGA files of a list on a thread of its own while the main thread, which alone may talk
-// to GL, is busy with the others. It makes a start-up shorter by half a second.
+// Reads the TGA files of a list on a thread of its own while the main thread, the only one that may
+// call GL, is busy with the others. It makes a start-up shorter by half a second.
 #pragma once
 
 #include <memory>

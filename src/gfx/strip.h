@@ -39,7 +39,7 @@ void gfx_strip_create(Lane* lane, int direction, int slot_count);
 void gfx_strip_free(Lane* lane);
 
 // Gives slots the place that drawing would give them, bit n of `slots` for slot n. Those out of
-// view keep theirs. For a lane of up to 64 slots, for who needs a place and draws nothing.
+// view keep theirs. For lanes of up to 64 slots, where nothing is drawn.
 void gfx_slots_place(Lane* lane, std::uint64_t slots);
 
 // Places and draws the lane's slots in view. Returns the first slot's number, not wrapped. Main

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-enum Font { FONT_8X12, FONT_11X17, FONT_14X22, FONT_29X43, FONT_58X90, FONT_78X120, FONT_COUNT };
+#include "gfx/picture_list.h"  // Font
 
 constexpr std::uint32_t COLOUR_WHITE = 0xFFFFFFFF;
 constexpr std::uint32_t COLOUR_BLACK = 0xFF000000;

@@ -44,7 +44,7 @@ bool picture_read(ReadFile* file, TgaImage& image) {
     std::printf("FUCK!!\n");
     return false;
   }
-  // Held against the file before anything is allocated: a few bytes can ask for 17 GB.
+  // Compared with the file before anything is allocated: a few bytes can ask for 17 GB.
   const std::size_t size = static_cast<std::size_t>(header.width) * header.height * PIXEL_SIZE;
   if (read_size(file) < HEADER_SIZE + header.id_length + size) return false;
   image.width = header.width;

@@ -9,5 +9,5 @@ struct TgaImage {
   std::vector<std::uint8_t> pixels;  // blue, green, red, alpha, top row first
 };
 
-// Reads a file. False if it can't be used; one of another kind is also told on the console.
+// Reads a file. False if it can't be used. A file of another kind also prints a line.
 bool tga_read(const char* file_name, TgaImage& image);

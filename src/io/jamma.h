@@ -1,4 +1,4 @@
-// The only door to the cabinet's I/O board.
+// The only interface to the cabinet's I/O board.
 #pragma once
 
 #include <cstdint>
@@ -145,14 +145,20 @@ extern Shared<std::uint32_t> jamma_checksum_failures;
 // JammaError; the game then goes on without a board. Takes up to 2 s when there is none.
 std::int32_t JammaInit();
 
-// Ends both threads within a bound and closes the port. JammaInit may follow.
+// After a JammaInit that found no board: looks again every five seconds, on a thread of its own,
+// and brings the link up as soon as a board answers. Start-up.
+void jamma_search_start();
+
+// Ends the link's threads within a bound and closes the port. JammaInit may follow.
 void JammaShutdown();
 
-// True while the board has been heard from lately. Any thread.
+// True while the board answers. Any thread.
 bool jamma_link_alive();
 
-// The port that the board was found on, 0 for "COM1"; 16 if there is none. It stays the board's
-// while that is unplugged. Start-up's end and later, any thread.
+inline constexpr std::int32_t NO_PORT = 16;
+
+// The port that the board was found on, 0 for "COM1"; NO_PORT if there is none. It stays the
+// board's while that is unplugged. Start-up's end and later, any thread.
 std::int32_t jamma_port();
 
 // Carries out one command of the table in io/jamma_commands.cpp. Never waits. 0 or a value,
@@ -165,11 +171,11 @@ std::int32_t jamma_command(std::int32_t command, std::intptr_t a = 0, std::intpt
 // board's power. False before the first good S frame; then `counters` stays as it was. Any thread.
 bool jamma_board_counters(std::uint8_t (&counters)[COUNTER_COUNT]);
 
-// True once the board has said that it owes tickets. Any thread.
+// True once the board has reported that it owes tickets. Any thread.
 bool jamma_tickets_reported();
 
-// Asks the board how many tickets it owes on a side, by ordering none on top of them. What it says
-// becomes JAMMA_GET_TICKETS_OWED. For a board that was told of them by an earlier run. Any thread.
+// Asks the board how many tickets it owes on a side, by an order to add none. Its answer becomes
+// JAMMA_GET_TICKETS_OWED. For a board that has tickets of an earlier run. Any thread.
 void jamma_tickets_ask(int side);
 
 // Presses of an input that the game has not consumed yet. A press counts when it ends. Game thread.

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <cstdio>
 #include <iterator>
-#include <mutex>
 
 #include "io/jamma_link.h"
 #include "platform/clock.h"
@@ -94,13 +93,13 @@ std::int32_t get_dips(const Call& call) {
 std::int32_t get_inputs(const Call& call) {
   JammaInputs& inputs = call.link->inputs;
   const std::uint32_t bits = config_dips(*call.link);
-  // Any thread asks, and the pump stores new dips meanwhile.
+  // Any thread may call this while the pump stores new DIPs.
   if (bits & ~inputs.dips) std::atomic_ref(inputs.dips.word).fetch_or(bits);
   *pointer<const JammaInputs*>(call.a) = &inputs;
   return 0;
 }
 
-// A link that is down is brought up anew; -100 if that fails. Null: it did.
+// Brings up a link that is down. Null if that fails.
 JammaLink* link_or_restart(JammaLink* link) {
   if (link) return link;
   JammaInit();
@@ -169,7 +168,7 @@ std::int32_t get_counters(const Call& call) {
   return 0;
 }
 
-// The deadline moves first, so that the first half-period is a whole one.
+// The deadline moves first, so the first half-period has its full length.
 std::int32_t pulse(JammaLink& link, std::atomic<std::int32_t> (&steps)[2], const Call& call) {
   if (!is_side(call.a) || count(call.b) < 0) return 0;
   link.step_deadline = clock_system_tick_ms() + PULSE_STEP_MS;
@@ -229,12 +228,13 @@ std::int32_t set_tickets_queued(const Call& call) {
 
 std::int32_t clear_tickets(const Call& call) {
   if (!is_side(call.a)) return JAMMA_ERR_BAD_ARGUMENT;
-  const std::lock_guard lock(call.link->ticket_mutex);
+  const MutexLock lock(call.link->ticket_mutex);
   call.link->tickets_queued[call.a] = 0;
   call.link->tickets_owed[call.a] = 0;
   call.link->tickets_in_flight[call.a] = 0;
   call.link->tickets_unanswered[call.a] = 0;
-  call.link->start_unanswered[call.a] = true;  // an outage that loses the stop sends it again
+  call.link->start_unanswered[call.a] =
+      true;  // after an outage that lost the stop it is sent again
   return jamma_send_packet(*call.link, call.a == 0 ? PACKET_LEFT_STOP : PACKET_RIGHT_STOP);
 }
 

@@ -1,8 +1,11 @@
 #include "io/jamma_input_tables.h"
 
+#include <cstddef>
+
 namespace {
 
-constexpr InputRow GUN_TABLE[] = {
+// Guns first, trackball last: each table is a part of this one.
+constexpr InputRow ROWS[] = {
     {2, 4, 0x0F, false, "g1a", COUNTER_G1A, 0x1},
     {2, 0, 0x0F, false, "g2a", COUNTER_G2A, 0x2},
     {3, 4, 0x0F, false, "g1b", COUNTER_G1B, 0x4},
@@ -17,26 +20,14 @@ constexpr InputRow GUN_TABLE[] = {
     {7, 0, 0x0F, false, "srv", COUNTER_SRV, 0x200},
     {8, 0, 0x0F, false, "bil", COUNTER_BIL, 0x100},
     {8, 4, 0x0F, false, "tlt", COUNTER_TLT, 0x10000},
-};
-
-constexpr InputRow TRACKBALL_TABLE[] = {
     {2, 0, 0xFF, true, "tbX", COUNTER_TBX, 0x4000},
     {3, 0, 0xFF, true, "tbY", COUNTER_TBY, 0x8000},
-    {4, 4, 0x0F, false, "p1s", COUNTER_P1S, 0x10},
-    {4, 0, 0x0F, false, "p2s", COUNTER_P2S, 0x20},
-    {5, 4, 0x0F, false, "c1 ", COUNTER_C1, 0x40},
-    {5, 0, 0x0F, false, "c2 ", COUNTER_C2, 0x80},
-    {6, 4, 0x0F, false, "vlu", COUNTER_VLU, 0x800},
-    {6, 0, 0x0F, false, "vld", COUNTER_VLD, 0x1000},
-    {7, 4, 0x0F, false, "tst", COUNTER_TST, 0x400},
-    {7, 0, 0x0F, false, "srv", COUNTER_SRV, 0x200},
-    {8, 0, 0x0F, false, "bil", COUNTER_BIL, 0x100},
-    {8, 4, 0x0F, false, "tlt", COUNTER_TLT, 0x10000},
 };
+constexpr std::size_t GUN_ROWS = 4, TRACKBALL_ROWS = 2;
 
 }  // namespace
 
 std::span<const InputRow> jamma_input_table(std::uint32_t table) {
-  if (table == 0) return GUN_TABLE;
-  return TRACKBALL_TABLE;
+  const std::span<const InputRow> rows = ROWS;
+  return table == 0 ? rows.first(rows.size() - TRACKBALL_ROWS) : rows.subspan(GUN_ROWS);
 }

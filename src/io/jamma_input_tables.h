@@ -1,4 +1,4 @@
-// Where the counters of the inputs lie in an S frame.
+// The places of the input counters in an S frame.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,7 @@
 
 struct InputRow {
   std::uint8_t byte, shift, mask;
-  bool wraps;  // a signed quantity that goes both ways round its ring
+  bool wraps;  // counts both ways
   const char* name;
   std::uint8_t counter;
   std::uint32_t event;

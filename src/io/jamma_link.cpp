@@ -29,16 +29,16 @@ JammaLink& jamma_reset() {
 
 void jamma_bring_up(JammaLink& link) {
   {
-    const std::lock_guard lock(link.rx_mutex);
+    const MutexLock lock(link.rx_mutex);
     link.rx_capacity = RX_RING_SIZE;
   }
   {
-    const std::lock_guard lock(link.tx_mutex);
+    const MutexLock lock(link.tx_mutex);
     link.tx_capacity = TX_RING_SIZE;
   }
   link.watchdog_byte = WATCHDOG_BYTE;
   link.input_table = 1;
-  // The tick's origin is unknown, so a deadline of 0 could lie weeks ahead.
+  // The tick's origin is unknown, so a deadline of 0 could be weeks ahead.
   const std::uint32_t now = clock_system_tick_ms();
   link.step_deadline = link.status_deadline = link.tx_next_time = now;
   jamma_link = &link;
@@ -61,7 +61,9 @@ void jamma_close(JammaLink& link) {
 
 std::int32_t JammaInit() {
   JammaShutdown();
-  if (record.reader_thread || record.pump_thread) return JAMMA_ERR_THREAD;  // stuck, still on it
+  if (record.reader_thread || record.pump_thread || record.search_thread) {
+    return JAMMA_ERR_THREAD;  // stuck, still on it
+  }
   JammaLink& link = jamma_reset();
   const std::int32_t error = jamma_open(link);
   if (error < 0) return error;
@@ -69,7 +71,13 @@ std::int32_t JammaInit() {
   return 0;
 }
 
+void jamma_search_start() {
+  jamma_start_search(record);
+}
+
 void JammaShutdown() {
+  jamma_stop_search(record);
+  if (record.search_thread) return;  // stuck, and it may open the link yet
   jamma_link = nullptr;
   jamma_close(record);
   record.alive = 0;
@@ -94,7 +102,7 @@ bool jamma_tickets_reported() {
 void jamma_tickets_ask(int side) {
   JammaLink* const link = jamma_link;
   if (!link) return;
-  const std::lock_guard lock(link->ticket_mutex);
+  const MutexLock lock(link->ticket_mutex);
   jamma_set_flag(*link, side == 0 ? LEFT_DISPENSING : RIGHT_DISPENSING, true);
   jamma_send_packet(*link, side == 0 ? PACKET_LEFT_TICKETS : PACKET_RIGHT_TICKETS);
 }

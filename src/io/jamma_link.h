@@ -6,10 +6,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <mutex>
 
 #include "io/jamma.h"
 #include "io/jamma_wire.h"    // WireFraming
+#include "platform/mutex.h"   // Mutex
 #include "platform/serial.h"  // SerialPort
 #include "platform/shared.h"  // Shared
 #include "platform/thread.h"  // Thread
@@ -19,10 +19,9 @@ inline constexpr std::uint32_t TX_RING_SIZE = 1024;
 inline constexpr int LAMP_CHANNELS = 16;
 inline constexpr std::uint32_t LAMP_FULL = 0xFFF;
 inline constexpr std::int32_t TICKETS_ON_BOARD_MAX = 1023;  // the count travels in 10 bits
-inline constexpr std::int32_t NO_PORT = 16;
 
-// Why the reader is unhappy with the port. The low byte makes it purge the port. (Bits 2 and 8 tell
-// of overlapped calls, which this machine's ports don't have.)
+// Faults of the port. One of the low byte makes the reader purge it. (Bits 2 and 8 stand for faults
+// of overlapped calls, which don't exist here.)
 enum JammaCommError : std::uint32_t {
   COMM_WAIT_FAILED = 0x1,
   COMM_READ_FAILED = 0x4,
@@ -55,65 +54,74 @@ enum JammaPacket : std::uint32_t {
 inline constexpr std::uint32_t PACKET_BIT_ON =
     0x100;  // with an H packet: set its bit, else clear it
 
-// Words that several threads change are atomic; a `Shared` word has one writer. What stands behind
-// a lock says so.
+// A `Shared` word has one writer. Words that several threads change are atomic, or guarded by a
+// mutex. A plain word belongs to the thread that its comment names.
 struct JammaLink {
-  Shared<std::uint8_t> alive{};
-  std::atomic<std::uint32_t> flags{};
+  // The line: its port, its threads, whether the board answers.
+  SerialPort* port = nullptr;
+  Shared<std::int32_t> which_port{NO_PORT};
+  std::shared_ptr<Thread> reader_thread, pump_thread, search_thread;
   std::atomic<std::uint32_t> comm_errors{};
-  std::atomic<std::uint32_t> changed{};
-  std::atomic<std::int32_t> frames_ready{};  // changed under rx_mutex
+  Shared<std::uint8_t> alive{};
+  Shared<std::int64_t> last_heard{};  // calendar seconds; 0: not yet
+  std::uint32_t status_deadline = 0;  // system tick; pump
+  // Status queries since the last answer; and after an outage, how many answers it takes until one
+  // is certain to be for a query that was sent after it.
+  std::atomic<std::int32_t> status_unanswered{};
+  std::int32_t answers_due = 0;  // pump
+  Shared<bool> trace{}, status_events{};
+
+  // What the board is.
+  std::atomic<std::uint32_t> flags{};  // JammaFlags
+  Shared<std::uint32_t> hardware_version{}, firmware_version{};
+  Shared<std::uint32_t> config_f[4]{};
+  Shared<std::uint32_t> input_table{};
+
+  // Inputs.
   JammaInputs inputs{};
+  std::atomic<std::uint32_t> changed{};
   std::uint8_t counter_offset[COUNTER_COUNT] = {};  // pump
   Shared<std::uint8_t> counter_last_raw[COUNTER_COUNT]{};
+  std::uint32_t keys = 0, key_edges = 0;  // the keypad; pump, and so are the next two
+  std::uint8_t key_queue[32] = {};
+  std::uint32_t key_count = 0;
+
+  // Outputs.
   Shared<std::uint32_t> watchdog_byte{};
   std::atomic<std::uint32_t> step_deadline{};                                // system tick
   std::atomic<std::int32_t> coin_meter_steps[2]{}, ticket_meter_steps[2]{};  // half-periods left
   std::atomic<std::int32_t> lockout_request[2]{};
-  std::uint32_t status_deadline = 0;  // system tick; pump
-  Shared<std::uint32_t> hardware_version{}, firmware_version{};
-  Shared<std::uint32_t> config_f[4]{};
-  Shared<std::uint32_t> input_table{};
-  // Held while the board is told to pay, or all tickets are cleared: a clearing in between would be
-  // followed by what it cleared. Taken before tx_mutex.
-  std::mutex ticket_mutex;
-  std::atomic<std::int32_t> tickets_queued[2]{}, tickets_owed[2]{}, tickets_in_flight[2]{};
-  // What the board was told to pay since it last said a count, and whether a start was among it.
-  std::atomic<std::int32_t> tickets_unanswered[2]{};
-  std::atomic<bool> start_unanswered[2]{};
-  Shared<bool> tickets_reported{};  // the board has said that it owes some; pump
   Shared<std::uint32_t> lamp_value[LAMP_CHANNELS]{};
   Shared<std::uint32_t> last_lamp{};
-  Shared<std::int64_t> last_heard{};  // calendar seconds; 0: not yet
-  // Status questions since the last answer; and after an outage, how many answers it takes until
-  // one is certain to be for a question that was asked after it.
-  std::atomic<std::int32_t> status_unanswered{};
-  std::int32_t answers_due = 0;  // pump
-
-  std::uint32_t keys = 0, key_edges = 0;  // the keypad; pump
-  std::uint8_t key_queue[32] = {};
-  std::uint32_t key_count = 0;
-
-  SerialPort* port = nullptr;
-  std::shared_ptr<Thread> reader_thread, pump_thread;
-  std::int32_t which_port = NO_PORT;
-
-  std::mutex rx_mutex;
-  std::uint8_t rx_data[RX_RING_SIZE] = {};  // under rx_mutex, and so are the next three rows
-  std::uint32_t rx_capacity = 0, rx_used = 0, rx_head = 0, rx_tail = 0;
-  std::uint8_t* capture = nullptr;
-  std::size_t capture_size = 0, capture_used = 0;
-  std::atomic<bool> capture_on{};
-  WireFraming framing;  // reader
-
   std::atomic<std::uint32_t> h_bits{};
   Shared<std::uint32_t> h_invert{};
 
-  std::mutex tx_mutex;
-  std::uint8_t tx_data[TX_RING_SIZE] = {};  // under tx_mutex, and so is the next row
-  std::uint32_t tx_capacity = 0, tx_used = 0;
+  // Tickets. The mutex is held while tickets are ordered or cleared: a clearing in between would be
+  // followed by what it cleared. Taken before tx_mutex. The counts are read without it.
+  Mutex ticket_mutex;
+  std::atomic<std::int32_t> tickets_queued[2]{}, tickets_owed[2]{}, tickets_in_flight[2]{};
+  // Ordered since the board last reported its count, and whether a start was among the orders.
+  std::atomic<std::int32_t> tickets_unanswered[2]{};
+  std::atomic<bool> start_unanswered[2]{};
+  Shared<bool> tickets_reported{};  // the board has reported that it owes some; pump
+
+  // Received frames, and a captured copy of the bytes.
+  Mutex rx_mutex;
+  std::uint8_t rx_data[RX_RING_SIZE] GUARDED_BY(rx_mutex) = {};
+  std::uint32_t rx_capacity GUARDED_BY(rx_mutex) = 0;
+  std::uint32_t rx_used GUARDED_BY(rx_mutex) = 0;
+  std::uint32_t rx_head GUARDED_BY(rx_mutex) = 0, rx_tail GUARDED_BY(rx_mutex) = 0;
+  WireFraming framing GUARDED_BY(rx_mutex);
+  std::atomic<std::int32_t> frames_ready{};  // changed under rx_mutex
+  std::uint8_t* capture GUARDED_BY(rx_mutex) = nullptr;
+  std::size_t capture_size GUARDED_BY(rx_mutex) = 0, capture_used GUARDED_BY(rx_mutex) = 0;
+  std::atomic<bool> capture_on{};
+
+  // Bytes to send.
+  Mutex tx_mutex;
+  std::uint8_t tx_data[TX_RING_SIZE] GUARDED_BY(tx_mutex) = {};
+  std::uint32_t tx_capacity GUARDED_BY(tx_mutex) = 0, tx_used GUARDED_BY(tx_mutex) = 0;
   std::uint32_t tx_min_gap_ms = 0, tx_next_time = 0;  // system tick; pump
-  Shared<bool> trace{}, status_events{};
 };
 
 // The record once the link is up, else null.
@@ -146,14 +154,18 @@ void jamma_close(JammaLink& link);
 
 // jamma_port.cpp
 
-// Searches "COM1" to "COM16" for the board. Returns its index, or NO_PORT.
-std::int32_t jamma_find_port();
+// Searches "COM1" to "COM16" for the board. Returns its index, or NO_PORT. On a thread that is
+// given it gives up when that is asked to stop.
+std::int32_t jamma_find_port(const Thread* searcher = nullptr);
 // Finds and opens the port and starts the threads. 0 or a JammaError; then nothing is left open.
 std::int32_t jamma_open(JammaLink& link);
 
 // jamma_threads.cpp
 
 bool jamma_start_threads(JammaLink& link);
+// The search for a board that comes late. It opens the link by itself, so it ends before that does.
+void jamma_start_search(JammaLink& link);
+void jamma_stop_search(JammaLink& link);
 void jamma_stop_threads(JammaLink& link);
 
 // jamma_rings.cpp
@@ -173,13 +185,13 @@ void jamma_clear_rings(JammaLink& link);
 // Copies what arrives from now on into a caller's buffer, until it is full.
 void jamma_capture(JammaLink& link, std::uint8_t* buffer, std::size_t size, bool on);
 
-// jamma_frames.cpp
+// jamma_send.cpp
 
 // Builds the frame of a JammaPacket and queues it. Any thread.
 std::int32_t jamma_send_packet(JammaLink& link, std::uint32_t packet);
 // Queues the P frame of a channel.
 std::int32_t jamma_send_lamp(JammaLink& link, std::uint32_t channel, std::uint32_t value);
-// Queues the H frame with the bits as they stand.
+// Queues the H frame with the present bits.
 std::int32_t jamma_send_h(JammaLink& link);
 // The first data byte of the C frame, as the flags require.
 std::uint8_t jamma_config_byte(const JammaLink& link);

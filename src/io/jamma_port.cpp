@@ -18,8 +18,8 @@ constexpr const char* PORT_NAMES[NO_PORT] = {
     "COM9", "COM10", "COM11", "COM12", "COM13", "COM14", "COM15", "COM16",
 };
 
-// Which mode of checksums the board is in is not known yet: one that expects them gets them, and
-// one that doesn't takes no notice of two digits between frames.
+// The board's checksum mode is not known yet. A board that expects checksums gets them; another one
+// ignores two digits between frames.
 constexpr char RESET_CONFIG[] = "\nC0001\r1B";
 constexpr char CHECKSUMS_OFF[] = "\nU00\rCC";
 constexpr char ASK_VERSION[] = "\nv\r8D";
@@ -53,8 +53,9 @@ bool board_answers(SerialPort* port) {
 
 }  // namespace
 
-std::int32_t jamma_find_port() {
+std::int32_t jamma_find_port(const Thread* searcher) {
   for (std::int32_t index = 0; index < NO_PORT; ++index) {
+    if (searcher && thread_stop_requested(*searcher)) break;
     SerialPort* port = open_port(PORT_NAMES[index]);
     if (!port) continue;
     const bool found = serial_configure(port, BAUD) && board_answers(port);
@@ -68,7 +69,7 @@ std::int32_t jamma_open(JammaLink& link) {
   for (int i = 0; i < JAMMA_OPEN_TRIES && !link.port; ++i) {
     if (i > 0) clock_sleep_ms(RETRY_MS);
     link.which_port = jamma_find_port();
-    std::printf("JAMMA: jamma_open: whichPort = %d\n", link.which_port);
+    std::printf("JAMMA: jamma_open: whichPort = %d\n", link.which_port.get());
     if (link.which_port < 0 || link.which_port >= NO_PORT) return JAMMA_ERR_PORT_OPEN;
     int error = 0;
     link.port = serial_open(PORT_NAMES[link.which_port], &error);

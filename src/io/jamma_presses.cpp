@@ -9,7 +9,7 @@ namespace {
 struct JammaPresses {
   struct Input {
     std::uint32_t last = 0;                 // half of the counter; pump
-    std::atomic<std::uint32_t> pending{0};  // the pump adds, the game thread takes off
+    std::atomic<std::uint32_t> pending{0};  // the pump adds, the game thread subtracts
     std::uint32_t shown = 0;                // game thread
     bool looked = false;                    // game thread
   } inputs[PRESS_COUNT];
@@ -54,7 +54,7 @@ std::uint32_t jamma_presses_pending(JammaPress press) {
 
 void jamma_presses_clear(JammaPress press) {
   JammaPresses::Input& row = presses.inputs[press];
-  // Most ticks find nothing, and then need no locked word.
+  // Most ticks find no press and then need no atomic write.
   if (!row.looked) {
     if (row.pending != 0) row.pending = 0;
   } else if (row.shown != 0) {

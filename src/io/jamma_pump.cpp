@@ -1,8 +1,7 @@
-// One pass of the protocol, in the order that the board's timing rests on.
+// One pass of the protocol. The board's timing depends on the order.
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <mutex>
 
 #include "io/jamma_link.h"
 #include "platform/clock.h"
@@ -13,12 +12,13 @@ constexpr std::uint32_t STEP_MS = 250;
 constexpr std::uint32_t STATUS_QUERY_MS = 5000;
 constexpr std::int64_t SILENCE_S = 20;
 
-// Lamp channels that drive meters and coils. The left coin meter hangs on the H frame.
+// Lamp channels that drive meters and coils. The left coin meter is a bit of the H frame.
 constexpr std::uint32_t RIGHT_COIN_METER_LAMP = 0;
 constexpr std::uint32_t TICKET_METER_LAMP[2] = {12, 11};
 constexpr std::uint32_t LOCKOUT_LAMP[2] = {10, 1};
 
-// Takes one half-period off a meter. Odd is the pulse, even the gap, -1 a meter at rest.
+// Subtracts one half-period of a meter. Returns those left: odd in a pulse, even in a gap, -1 at
+// rest.
 std::int32_t step_meter(std::atomic<std::int32_t>& steps) {
   return steps == 0 ? -1 : steps.fetch_sub(1) - 1;
 }
@@ -55,17 +55,17 @@ void handle_frames(JammaLink& link) {
   }
 }
 
-// Hands queued tickets over, as far as the board's count has room. After an outage they wait until
-// it is known which of those before them were lost.
+// Orders queued tickets, as far as the board's count has room. After an outage they wait until it
+// is known which earlier ones were lost.
 void schedule_tickets(JammaLink& link, int side) {
   if (link.tickets_queued[side] <= 0 || link.answers_due > 0) return;
-  const std::lock_guard lock(link.ticket_mutex);
+  const MutexLock lock(link.ticket_mutex);
   std::int32_t queued = link.tickets_queued[side];
   if (queued <= 0) return;
   const std::int32_t room = TICKETS_ON_BOARD_MAX - link.tickets_owed[side];
   if (queued > room && room < 1) return;
   const std::int32_t batch = queued > room ? room : queued;
-  // An award or a clearing that lands in between is weighed in the next pass.
+  // An award or a clearing in between is handled in the next pass.
   if (!link.tickets_queued[side].compare_exchange_strong(queued, queued - batch)) return;
   link.tickets_in_flight[side] = batch;
   jamma_send_packet(link, side == 0 ? PACKET_LEFT_TICKETS : PACKET_RIGHT_TICKETS);

@@ -1,9 +1,8 @@
-// What the board says to the host. Runs on the pump thread.
+// The frames that the board sends. A new one is a function and a row of BOARD_FRAMES. Pump thread.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <iterator>
-#include <mutex>
 
 #include "io/jamma_input_tables.h"
 #include "io/jamma_link.h"
@@ -11,7 +10,6 @@
 
 namespace {
 
-constexpr std::size_t COUNTER_FRAME_SIZE = 9;  // exactly
 constexpr std::uint8_t COUNTERS_VALID = 0x80;
 
 constexpr std::uint32_t ACTIVE_LOW_SWITCHES = 0xFFFF3F;
@@ -21,15 +19,15 @@ constexpr std::uint32_t DIPS_SEEN = 0x10000;
 constexpr std::uint8_t CONFIG_A = 0x40, CONFIG_B = 0x80;  // in the second byte of a c frame
 constexpr std::uint8_t CONFIG_ECHO = 0xF1;                // of its first byte
 
-// Status questions that make an outage when only the last of them is answered. One lost answer, or
-// a board that is up to ten seconds late, is none.
-constexpr std::int32_t QUESTIONS_OF_OUTAGE = 3;
+// So many status queries of which only the last was answered are an outage. One lost answer is not,
+// nor is a board that is up to ten seconds late.
+constexpr std::int32_t OUTAGE_QUERIES = 3;
 
 constexpr std::uint8_t TICKET_RIGHT = 0x08, TICKET_FAULT_VOID = 0x40, TICKET_FAULT = 0x80;
 
 constexpr std::uint32_t FIRMWARE_WITH_TRACKBALL = 5;  // high nibble
 
-void ask_for_counters(JammaLink& link) {
+void query_counters(JammaLink& link) {
   jamma_set_flag(link, COUNTERS_SYNCED, false);
   jamma_send_packet(link, PACKET_CONFIG);
   jamma_send_packet(link, PACKET_QUERY_COUNTERS);
@@ -39,16 +37,16 @@ constexpr std::uint32_t DISPENSING[2] = {LEFT_DISPENSING, RIGHT_DISPENSING};
 constexpr std::uint32_t FAULT[2] = {LEFT_TICKET_FAULT, RIGHT_TICKET_FAULT};
 constexpr std::uint32_t TICKETS[2] = {PACKET_LEFT_TICKETS, PACKET_RIGHT_TICKETS};
 
-// A board that has restarted has forgotten its outputs and what it had to pay. It is told again:
-// lamps and coils that are on, and the whole sum owed, unless the side waits with a fault for the
-// next award.
-void tell_again(JammaLink& link) {
+// For a board that has restarted, which has lost its outputs and its ticket counts: sends the lamps
+// and coils that are on, and the whole sum owed, unless the side has a fault and waits for the next
+// award.
+void send_again(JammaLink& link) {
   for (std::uint32_t channel = 0; channel < LAMP_CHANNELS; ++channel) {
     const std::uint32_t value = link.lamp_value[channel];
     if (value != 0) jamma_send_lamp(link, channel, value);
   }
   if (link.h_bits != 0) jamma_send_h(link);
-  const std::lock_guard lock(link.ticket_mutex);
+  const MutexLock lock(link.ticket_mutex);
   for (int side = 0; side < 2; ++side) {
     jamma_set_flag(link, DISPENSING[side], false);
     if (link.tickets_owed[side] > 0 && !jamma_flag(link, FAULT[side])) {
@@ -57,8 +55,7 @@ void tell_again(JammaLink& link) {
   }
 }
 
-// A line that was dead and lives again has lost what was said meanwhile: the state of lamps and
-// coils, which may be sent at any time, ...
+// After an outage: lamps and coils may be sent at any time, ...
 void send_outputs(JammaLink& link) {
   for (std::uint32_t channel = 0; channel < LAMP_CHANNELS; ++channel) {
     jamma_send_lamp(link, channel, link.lamp_value[channel]);
@@ -66,10 +63,10 @@ void send_outputs(JammaLink& link) {
   jamma_send_h(link);
 }
 
-// ... and tickets. Only those are told again that the board gave no answer to: what it knew of it
-// may have paid unheard.
+// ... but only tickets whose order the board did not answer: those that it knew of it may have paid
+// during the outage.
 void send_lost_tickets(JammaLink& link) {
-  const std::lock_guard lock(link.ticket_mutex);
+  const MutexLock lock(link.ticket_mutex);
   for (int side = 0; side < 2; ++side) {
     const std::int32_t lost = link.tickets_unanswered[side].exchange(0);
     const bool start = link.start_unanswered[side].exchange(false);
@@ -81,11 +78,11 @@ void send_lost_tickets(JammaLink& link) {
   }
 }
 
-void handle_text(JammaLink& link, std::uint8_t word) {
-  if (word == 'R') {
-    ask_for_counters(link);
-    tell_again(link);
-  } else if (word == 'W' && !jamma_flag(link, WATCHDOG_MUTE)) {
+void handle_text(JammaLink& link, const std::uint8_t* frame) {
+  if (frame[1] == 'R') {
+    query_counters(link);
+    send_again(link);
+  } else if (frame[1] == 'W' && !jamma_flag(link, WATCHDOG_MUTE)) {
     jamma_send_packet(link, PACKET_WATCHDOG);
   }
 }
@@ -94,8 +91,8 @@ std::uint8_t raw_counter(const InputRow& row, const std::uint8_t* frame) {
   return frame[row.byte] >> row.shift & row.mask;
 }
 
-// The steps from `previous` to `raw` the shorter way round a ring of `mask` + 1 values; half way
-// round counts as up for a value that fell and as down for one that rose.
+// The steps from `previous` to `raw`, the shorter way round a ring of `mask` + 1 values. Exactly
+// half way round counts up if the value fell and down if it rose.
 std::int32_t shorter_way(std::int32_t previous, std::int32_t raw, std::int32_t mask) {
   if (raw < previous) {
     const std::int32_t down = previous - raw, up = mask - previous + 1 + raw;
@@ -123,14 +120,15 @@ void move_counter(JammaLink& link, const InputRow& row, std::uint8_t raw) {
 
 void handle_counters(JammaLink& link, const std::uint8_t* frame) {
   if (!(frame[1] & COUNTERS_VALID)) {
-    const bool news = jamma_flag(link, COUNTERS_SYNCED);  // the board's own word was lost
-    ask_for_counters(link);
-    if (news) tell_again(link);
+    const bool news = jamma_flag(link, COUNTERS_SYNCED);  // its *R was lost
+    query_counters(link);
+    if (news) send_again(link);
     return;
   }
   const auto table = jamma_input_table(link.input_table);
   if (!jamma_flag(link, COUNTERS_SYNCED)) {
-    // A board that has restarted at other values joins the wide counters without a jump.
+    // A restarted board counts from other values; the offsets keep the wide counters where they
+    // are.
     for (const InputRow& row : table) {
       const std::uint8_t raw = raw_counter(row, frame);
       const std::uint32_t wide = link.inputs.counters[row.counter];
@@ -142,14 +140,13 @@ void handle_counters(JammaLink& link, const std::uint8_t* frame) {
   for (const InputRow& row : table) move_counter(link, row, raw_counter(row, frame));
 }
 
-// Looks for an outage behind an answer to a status question. The board may only have been slow:
-// then the answers to older questions are still to come, and so may be its word on tickets. It
-// takes words in order, so it has none to come from before the outage's end once it has answered a
-// question asked after that, which is certain when there have been as many answers as there were
-// questions open.
+// An answer to a status query may end an outage. But the board may only have been slow: then
+// answers to older queries are still to come, and a t frame may be among them. It answers in order,
+// so nothing older is left once it has answered a query sent after the outage. That is certain
+// after as many further answers as there were queries open.
 void judge_outage(JammaLink& link, bool first_answer) {
   const std::int32_t asked = link.status_unanswered.exchange(0);
-  if (asked >= QUESTIONS_OF_OUTAGE && !first_answer) {
+  if (asked >= OUTAGE_QUERIES && !first_answer) {
     send_outputs(link);
     link.answers_due += asked;
   } else if (link.answers_due > 0) {
@@ -204,6 +201,10 @@ void handle_tickets(JammaLink& link, const std::uint8_t* frame) {
   }
 }
 
+void handle_checksums(JammaLink& link, const std::uint8_t* /*frame*/) {
+  jamma_set_flag(link, CHECKSUMS_ON, true);
+}
+
 void handle_version(JammaLink& link, const std::uint8_t* frame) {
   link.hardware_version = frame[1];
   link.firmware_version = frame[2];
@@ -220,35 +221,29 @@ void handle_keypad(JammaLink& link, const std::uint8_t* frame) {
   }
 }
 
+enum SizeRule { AT_LEAST, EXACTLY };
+
+struct BoardFrame {
+  char letter;
+  SizeRule rule;
+  std::size_t size;  // bytes, the letter among them; a frame of another size is ignored
+  void (*handle)(JammaLink& link, const std::uint8_t* frame);
+};
+
+// Guns send frames of their own; this cabinet has none.
+constexpr BoardFrame BOARD_FRAMES[] = {
+    {'*', AT_LEAST, 2, handle_text},      {'K', AT_LEAST, 3, handle_keypad},
+    {'S', EXACTLY, 9, handle_counters},   {'c', AT_LEAST, 3, handle_config},
+    {'s', AT_LEAST, 6, handle_status},    {'t', AT_LEAST, 3, handle_tickets},
+    {'u', AT_LEAST, 1, handle_checksums}, {'v', AT_LEAST, 3, handle_version},
+};
+
 }  // namespace
 
 void jamma_handle_frame(JammaLink& link, const std::uint8_t* frame, std::size_t size) {
-  switch (frame[0]) {
-    case '*':
-      if (size >= 2) handle_text(link, frame[1]);
-      break;
-    case 'K':
-      if (size >= 3) handle_keypad(link, frame);
-      break;
-    case 'S':
-      if (size == COUNTER_FRAME_SIZE) handle_counters(link, frame);
-      break;
-    case 'c':
-      if (size >= 3) handle_config(link, frame);
-      break;
-    case 's':
-      if (size >= 6) handle_status(link, frame);
-      break;
-    case 't':
-      if (size >= 3) handle_tickets(link, frame);
-      break;
-    case 'u':
-      jamma_set_flag(link, CHECKSUMS_ON, true);
-      break;
-    case 'v':
-      if (size >= 3) handle_version(link, frame);
-      break;
-    default:  // the frames of guns, which this cabinet has not, and what no board sends
-      break;
+  for (const BoardFrame& row : BOARD_FRAMES) {
+    if (row.letter != frame[0]) continue;
+    if (row.rule == EXACTLY ? size == row.size : size >= row.size) row.handle(link, frame);
+    return;
   }
 }

@@ -2,17 +2,18 @@
 // never both.
 #include <cstdint>
 #include <cstring>
-#include <mutex>
 
 #include "io/jamma_link.h"
 #include "platform/clock.h"
+#include "platform/mutex.h"
 
 namespace {
 
 constexpr std::size_t FRAME_BYTES_MAX = 512;
 constexpr std::uint8_t CR = 0x0D;
 
-void ring_put(JammaLink& link, const std::uint8_t* bytes, std::size_t count) {
+void ring_put(JammaLink& link, const std::uint8_t* bytes, std::size_t count)
+    REQUIRES(link.rx_mutex) {
   if (link.rx_used + count > link.rx_capacity) {
     link.comm_errors |= COMM_RX_OVERFLOW;
     return;
@@ -24,13 +25,14 @@ void ring_put(JammaLink& link, const std::uint8_t* bytes, std::size_t count) {
   link.rx_used += static_cast<std::uint32_t>(count);
 }
 
-void ring_put_frame(JammaLink& link) {
+void ring_put_frame(JammaLink& link) REQUIRES(link.rx_mutex) {
   const std::uint32_t used = link.rx_used;
   ring_put(link, link.framing.buffer, link.framing.length);
   if (link.rx_used != used) ++link.frames_ready;
 }
 
-void capture_bytes(JammaLink& link, const std::uint8_t* bytes, std::size_t count) {
+void capture_bytes(JammaLink& link, const std::uint8_t* bytes, std::size_t count)
+    REQUIRES(link.rx_mutex) {
   if (!link.capture_on || !link.capture) return;
   for (std::size_t i = 0; i < count && link.capture_used < link.capture_size; ++i) {
     link.capture[link.capture_used++] = bytes[i];
@@ -40,7 +42,7 @@ void capture_bytes(JammaLink& link, const std::uint8_t* bytes, std::size_t count
 }  // namespace
 
 std::int32_t jamma_tx_queue(JammaLink& link, const void* bytes, std::size_t length) {
-  const std::lock_guard lock(link.tx_mutex);
+  const MutexLock lock(link.tx_mutex);
   if (length > link.tx_capacity - link.tx_used) {
     jamma_link_error = 1;
     return JAMMA_ERR_TX_FULL;
@@ -55,7 +57,7 @@ void jamma_tx_flush(JammaLink& link) {
   std::uint8_t burst[TX_RING_SIZE];
   std::size_t size = 0;
   {
-    const std::lock_guard lock(link.tx_mutex);
+    const MutexLock lock(link.tx_mutex);
     size = link.tx_used;
     std::memcpy(burst, link.tx_data, size);
     link.tx_used = 0;
@@ -69,7 +71,7 @@ void jamma_tx_flush(JammaLink& link) {
 void jamma_receive_bytes(JammaLink& link, const std::uint8_t* bytes, std::size_t count) {
   bool checksums_lost = false;
   {
-    const std::lock_guard lock(link.rx_mutex);
+    const MutexLock lock(link.rx_mutex);
     if (link.rx_capacity == 0) return;
     capture_bytes(link, bytes, count);
     const std::size_t room = link.rx_capacity - link.rx_used;
@@ -108,7 +110,7 @@ std::int32_t jamma_read_frame(JammaLink& link, std::uint8_t* out) {
   std::uint8_t raw[FRAME_BYTES_MAX];
   std::size_t size = 0;
   {
-    const std::lock_guard lock(link.rx_mutex);
+    const MutexLock lock(link.rx_mutex);
     if (link.frames_ready == 0) return 0;
     --link.frames_ready;
     while (link.rx_used > 0) {
@@ -126,16 +128,16 @@ std::int32_t jamma_read_frame(JammaLink& link, std::uint8_t* out) {
 
 void jamma_clear_rings(JammaLink& link) {
   {
-    const std::lock_guard lock(link.rx_mutex);
+    const MutexLock lock(link.rx_mutex);
     link.frames_ready = 0;
     link.rx_used = link.rx_head = link.rx_tail = 0;
   }
-  const std::lock_guard lock(link.tx_mutex);
+  const MutexLock lock(link.tx_mutex);
   link.tx_used = 0;
 }
 
 void jamma_capture(JammaLink& link, std::uint8_t* buffer, std::size_t size, bool on) {
-  const std::lock_guard lock(link.rx_mutex);
+  const MutexLock lock(link.rx_mutex);
   link.capture = buffer;
   link.capture_size = size;
   link.capture_used = 0;

@@ -1,4 +1,4 @@
-// The two threads of the link: the reader cuts bytes into frames, the pump lives the protocol.
+// The two threads of the link: the reader cuts bytes into frames, the pump runs the protocol.
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -9,11 +9,12 @@
 namespace {
 
 constexpr int ROUND_MS = 1;
-constexpr int READ_WAIT_MS = 250;  // comes round on a silent line to look at the board's health
+constexpr int READ_WAIT_MS = 250;  // on a silent line, the time between two checks of the board
 constexpr std::uint32_t SILENT_QUERY_MS = 300;
 constexpr int JOIN_BOUND_MS = 2000;
+constexpr int SEARCH_EVERY_MS = 5000, SEARCH_LOOK_MS = 50;
 
-// Frames what arrives within the time. Returns after the first bytes.
+// Receives for at most `wait_ms`. Returns after the first bytes.
 void receive(JammaLink& link, int wait_ms) {
   clock_sleep_ms(ROUND_MS);
   if (link.comm_errors & COMM_PURGE_MASK) {
@@ -29,7 +30,7 @@ void receive(JammaLink& link, int wait_ms) {
   if (count > 0) jamma_receive_bytes(link, bytes, static_cast<std::size_t>(count));
 }
 
-// The board is silent: show it, ask, and listen until it is time to ask again.
+// While the board is silent: sets the error, sends a query, and receives until the next one is due.
 void silent_round(const Thread& self, JammaLink& link) {
   jamma_link_error = 1;
   jamma_command(JAMMA_QUERY_CONFIG);
@@ -61,6 +62,18 @@ void pump_body(const Thread& self, void*) {
   }
 }
 
+void search_body(const Thread& self, void* context) {
+  JammaLink& link = *static_cast<JammaLink*>(context);
+  for (int waited_ms = 0; !thread_stop_requested(self); waited_ms += SEARCH_LOOK_MS) {
+    clock_sleep_ms(SEARCH_LOOK_MS);
+    if (waited_ms < SEARCH_EVERY_MS) continue;
+    waited_ms = 0;
+    if (jamma_find_port(&self) == NO_PORT || jamma_open(link) < 0) continue;
+    jamma_bring_up(link);
+    return;
+  }
+}
+
 void stop(std::shared_ptr<Thread>& thread) {
   if (thread && thread_join(*thread, JOIN_BOUND_MS)) thread.reset();
 }
@@ -82,4 +95,13 @@ void jamma_stop_threads(JammaLink& link) {
   if (link.pump_thread) thread_request_stop(*link.pump_thread);
   stop(link.reader_thread);
   stop(link.pump_thread);
+}
+
+void jamma_start_search(JammaLink& link) {
+  link.search_thread = thread_start("jamma-search", THREAD_PRIORITY_NORMAL, search_body, &link);
+}
+
+void jamma_stop_search(JammaLink& link) {
+  if (link.search_thread) thread_request_stop(*link.search_thread);
+  stop(link.search_thread);
 }

@@ -24,7 +24,7 @@ int digit_value(std::uint8_t byte) {
   return -1;
 }
 
-// The second byte behind CR decides on the frame before it.
+// The second byte after CR decides whether the frame is good.
 WireEvent end_checksum(WireFraming& framing, std::uint8_t second) {
   const std::uint8_t sum = wire_checksum(framing.buffer, framing.length);
   const bool good = framing.digit == upper_digit(sum >> 4) && second == upper_digit(sum & 15);
@@ -34,8 +34,8 @@ WireEvent end_checksum(WireFraming& framing, std::uint8_t second) {
   return WIRE_FRAME;
 }
 
-// LF stands where the first checksum digit should: the board has restarted and lost the mode. The
-// frame that this LF begins goes unheard as well.
+// LF in place of the first checksum digit: the board has restarted and lost the mode. The frame
+// that this LF begins is dropped too.
 WireEvent end_without_checksum(WireFraming& framing) {
   framing.awaiting_checksum = framing.in_frame = false;
   if (framing.checksum_request_sent) return WIRE_NOTHING;
@@ -52,8 +52,8 @@ WireEvent begin_frame(WireFraming& framing) {
     framing.digit = LF;
     return WIRE_NOTHING;
   }
-  // A digit of the checksum was lost on the line. The frame before is not to be trusted; the one
-  // that begins here is.
+  // A digit of the checksum was lost on the line. The frame before is dropped; the one that begins
+  // here is read.
   framing.awaiting_checksum = false;
   return framing.digit == LF ? WIRE_NOTHING : WIRE_BAD_CHECKSUM;
 }

@@ -18,23 +18,23 @@ std::uint8_t wire_checksum(const std::uint8_t* frame, std::size_t size);
 std::size_t wire_build(std::uint8_t* out, char letter, const std::uint8_t* data, std::size_t count,
                        bool checksum);
 
-// Decodes a frame, given from its letter to before its CR, to the letter and its data bytes. What
-// is no digit is skipped, and so is half a pair at the end. A frame that begins with '*' is text
-// and stays as it is. `out` takes `size` bytes. Returns the decoded length.
+// Decodes a frame, given from its letter to before its CR, to the letter and its data bytes. Other
+// bytes than digits are skipped, and so is half a pair at the end. A frame that begins with '*' is
+// text and is copied unchanged. `out` takes `size` bytes. Returns the decoded length.
 std::size_t wire_decode(const std::uint8_t* frame, std::size_t size, std::uint8_t* out);
 
 enum WireEvent {
   WIRE_NOTHING,
   WIRE_FRAME,           // `buffer` holds a frame, from its letter to its CR
   WIRE_BAD_CHECKSUM,    // a frame was dropped
-  WIRE_CHECKSUMS_LOST,  // the board sends frames without checksum: tell it once to turn them on
+  WIRE_CHECKSUMS_LOST,  // the board sends frames without checksums; reported once
 };
 
 struct WireFraming {
   bool in_frame = false;
   bool awaiting_checksum = false;
   bool checksum_request_sent = false;
-  bool got_digit = false;  // the first byte behind CR has come
+  bool got_digit = false;  // the first byte after CR has arrived
   std::uint8_t digit = 0;  // that byte
   std::uint8_t buffer[WIRE_FRAME_MAX] = {};
   std::size_t length = 0;

@@ -35,7 +35,7 @@ struct MarqueePattern {
 
 struct Lamps {  // game thread
   bool in_operator_mode;
-  bool inviting[SIDE_COUNT];  // a credit waits, and the lamps say so
+  bool inviting[SIDE_COUNT];  // its lamps show that a credit waits
   MarqueePattern attract, win;
 };
 constinit Lamps state{};
@@ -66,7 +66,7 @@ void side_update(int side) {
   state.inviting[side] = false;
 }
 
-// True when it is time for another pattern; the last one is then taken off the lamps.
+// True when it is time for another pattern. Then the last one has been switched off.
 bool pattern_is_over(MarqueePattern& pattern) {
   if (pattern.marquee_timer <= 0) {
     for (const Lamp lamp : MARQUEE) {
@@ -81,7 +81,7 @@ bool pattern_is_over(MarqueePattern& pattern) {
   return true;
 }
 
-// Slow breath: all together, running to either side, or the middle behind its neighbours.
+// Slow breathing: all together, running to either side, or the middle after its neighbours.
 void attract_pattern(MarqueePattern& pattern) {
   if (!pattern_is_over(pattern)) return;
   constexpr std::int32_t DELAYS[4][3] = {{0, 0, 0}, {0, 60, 120}, {120, 60, 0}, {0, 120, 0}};

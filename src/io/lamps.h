@@ -1,7 +1,7 @@
 // What the lamps show: a waiting credit, a frog on its way, an idle cabinet, a jackpot.
 #pragma once
 
-// Gives each lamp the effect of the moment. Game thread, each tick.
+// Gives each lamp its present effect. Game thread, each tick.
 void lamps_update();
 
 // As at start-up: nothing has been shown yet.

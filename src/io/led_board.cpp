@@ -30,7 +30,7 @@ enum Wanted : std::uint32_t { WANT_TYPE = 1, WANT_VALUE = 2, WANT_BLINK = 4 };
 struct LedBoard {
   LedLink link;  // LED thread; start-up before it exists
   Shared<std::int32_t> active;
-  std::atomic<std::uint32_t> wanted;  // set behind the words, taken before them
+  std::atomic<std::uint32_t> wanted;  // set after the words, cleared before they are read
   std::atomic<std::int32_t> value, blink;
   std::int64_t next_check;  // ms of the game clock; LED thread
 };
@@ -53,7 +53,7 @@ void send_wanted() {
   if ((wanted & WANT_BLINK) != 0) led_send_blink(board.link, board.blink);
 }
 
-// As if the board's adapter had been pulled and plugged.
+// Has the effect of pulling the board's adapter and plugging it in.
 void led_restart_usb() {
   usb_reset(ADAPTER_VENDOR, ADAPTER_PRODUCT);
 }
@@ -75,7 +75,7 @@ void restart(const Thread& self) {
   led_update();
 }
 
-// While frogs are in play the board is left alone, and looked at 30 s later.
+// While frogs are in play the board is left alone until the next check.
 void check(const Thread& self) {
   if (!is_due(board.next_check)) return;
   if (station_idle(SIDE_LEFT) && station_idle(SIDE_RIGHT)) {

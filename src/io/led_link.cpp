@@ -14,6 +14,7 @@ namespace {
 constexpr int BAUD = 9600;
 constexpr int PORT_COUNT = 16;
 constexpr int ANSWER_MS = 10;
+constexpr int LISTEN_MS = 1200, LISTEN_STEP_MS = 50;  // an I/O board says something every second
 constexpr std::int32_t DISPLAY_TYPE = 2;
 constexpr int COMMAND_SIZE = 6;
 
@@ -34,10 +35,22 @@ unsigned last_error() {
   return static_cast<unsigned>(errno);
 }
 
-// While a pulled I/O board's port is closed, nobody else may find it free.
+// The I/O board's port is left alone, also while a pulled board's port is closed.
 SerialPort* open_port(int n, const char* name, int* error) {
   *error = EBUSY;
   return n - 1 == jamma_port() ? nullptr : serial_open(name, error);
+}
+
+// An I/O board that wasn't found may be late, and it speaks without being asked. An LED board
+// doesn't.
+bool is_a_late_io_board(const LedLink& link) {
+  if (jamma_port() != NO_PORT) return false;
+  char bytes[32];
+  for (int waited_ms = 0; waited_ms < LISTEN_MS; waited_ms += LISTEN_STEP_MS) {
+    clock_sleep_ms(LISTEN_STEP_MS);
+    if (serial_read(link.port, bytes, sizeof bytes) > 0) return true;
+  }
+  return false;
 }
 
 bool try_port(LedLink& link, int n) {
@@ -51,7 +64,10 @@ bool try_port(LedLink& link, int n) {
   }
   log_message(io_log, "LED handle is 0x%zx", reinterpret_cast<std::uintptr_t>(link.port));
   if (link.port == nullptr) return false;
-  if (serial_configure(link.port, BAUD, SERIAL_LINES_OFF) && led_set_type(link) == 0) return true;
+  if (serial_configure(link.port, BAUD, SERIAL_LINES_OFF) && led_set_type(link) == 0 &&
+      !is_a_late_io_board(link)) {
+    return true;
+  }
   led_link_close(link);
   return false;
 }

@@ -10,16 +10,17 @@ struct LedLink {
   bool active;       // a board answered: commands go out only while this is set
 };
 
-// Searches "COM1" to "COM16" for a port on which anything answers the type command. Ports that are
-// held by others, the I/O board's among them, are passed over.
+// Searches "COM1" to "COM16" for a port on which anything answers the type command. Ports in use
+// elsewhere are skipped, and so is the I/O board's. While no I/O board is known, a port that speaks
+// without being asked is skipped too, which takes a second.
 void led_link_open(LedLink& link);
 void led_link_close(LedLink& link);
 
-// Tells the board its type. 0 if it answered within 10 ms of the last byte, with whatever text.
-// Without a port, as with one that has gone, the command can't be written.
+// Sends the board its type. 0 if it sent any text within 10 ms of the last byte. Fails without a
+// port, and with one that has gone.
 int led_set_type(LedLink& link);
 void led_send_value(LedLink& link, std::int32_t value);
 void led_send_blink(LedLink& link, std::int32_t on);
 
-// Drops what has arrived.
+// Drops received bytes.
 void led_drain(LedLink& link);

@@ -44,7 +44,7 @@ int find(const UsbDeviceList& list) {
   return -1;
 }
 
-// What came from a device that was there before is no part of what this one says.
+// Drops the data of an earlier device.
 void forget_transfers() {
   for (UsbTransferBuffer* buffer : {&usb_read_buffer, &usb_write_buffer}) {
     buffer->status = USB_OK;
@@ -101,7 +101,7 @@ WatchdogResult watchdog_read_word(std::uint16_t& word) {
     const std::uint32_t last = usb_read_pipe.wait_for_completion(usb_read_buffer, 0);
     if (last == USB_ERROR_NEEDS_RESET) {
       usb_device.reset_device();
-      usb_read_buffer.status = USB_OK;  // so that reading begins again
+      usb_read_buffer.status = USB_OK;  // reading begins again
       return WATCHDOG_TROUBLE;
     }
     if (last != USB_OK) return WATCHDOG_NOTHING;

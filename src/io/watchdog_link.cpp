@@ -35,7 +35,7 @@ void search() {
   watchdog_send_word(WATCHDOG_WORD_STATUS);
 }
 
-// An operator at the machine resets it on purpose.
+// Resets in operator mode are intended and not counted.
 void count_reset() {
   if (watchdog_link.reset_counted || game_mode == MODE_OPERATOR) return;
   audit_add(AUDIT_WATCHDOG_COUNT, 1);
@@ -56,7 +56,7 @@ void answer(std::uint16_t word) {
     case 0xD000:
       watchdog_send_word(WATCHDOG_WORD_ACKNOWLEDGE);
       break;
-    default:  // 0xF0nn is a byte of information that nobody here needs
+    default:  // 0xF0nn: a byte of information that is not used here
       break;
   }
 }

@@ -1,7 +1,7 @@
 // The external USB watchdog, which restarts the machine unless it is fed.
 //
-// A missing device is a state like any other: the game runs, and a search is made now and then. A
-// word that is lost is not said again, for the next one is 20 s away.
+// The game runs without the device too, and searches for it now and then. A lost word is not
+// repeated: the next one is sent after 20 s.
 #pragma once
 
 #include <cstdint>
@@ -10,16 +10,16 @@
 #include "platform/shared.h"     // Shared
 
 enum WatchdogWord : std::uint16_t {
-  WATCHDOG_WORD_LONG = 0xB03C,         // fed while the game runs
-  WATCHDOG_WORD_SHORT = 0xB008,        // the operator's test: seconds are left
-  WATCHDOG_WORD_REBOOT = 0xB0FF,       // ahead of an ordered reboot
-  WATCHDOG_WORD_STATUS = 0xC040,       // asks for its status, and that it forget the last
-  WATCHDOG_WORD_ACKNOWLEDGE = 0xC080,  // the status was heard
-  WATCHDOG_WORD_RESET_HEARD = 0xC081,  // and that there has been a reset
+  WATCHDOG_WORD_LONG = 0xB03C,         // feeds it while the game runs
+  WATCHDOG_WORD_SHORT = 0xB008,        // the operator's test: it resets after seconds
+  WATCHDOG_WORD_REBOOT = 0xB0FF,       // before an ordered reboot
+  WATCHDOG_WORD_STATUS = 0xC040,       // asks for its status, and clears it
+  WATCHDOG_WORD_ACKNOWLEDGE = 0xC080,  // the status has arrived
+  WATCHDOG_WORD_RESET_HEARD = 0xC081,  // the status with a reset has arrived
 };
 
 struct WatchdogFeed {           // game thread
-  Shared<std::int32_t> paused;  // the operator's test holds the heartbeat back
+  Shared<std::int32_t> paused;  // the operator's test stops the heartbeat
   Shared<std::int64_t>
       next_time;  // ms of the game clock: the next heartbeat, or search for a device
 };

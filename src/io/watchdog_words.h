@@ -1,5 +1,5 @@
 // The wire format of the USB watchdog: a word of 16 bits travels as 4 bytes, whose high nibble is a
-// tag and whose low nibble is data. A broken word is dropped as soon as the next one begins.
+// tag and whose low nibble is data. A broken word is dropped when the next one begins.
 #pragma once
 
 #include <cstdint>
@@ -10,9 +10,9 @@ constexpr int WATCHDOG_WORD_BYTES = 4;
 void watchdog_encode(std::uint16_t word, std::uint8_t (&bytes)[WATCHDOG_WORD_BYTES]);
 
 struct WatchdogDecoder {
-  std::uint8_t decoder_state;  // nibbles of the word that have come, 0 to 3
+  std::uint8_t decoder_state;  // nibbles received of the word, 0 to 3
   std::uint16_t decoded_word;
-  std::uint8_t byte_ring[256];         // received and not yet decoded
+  std::uint8_t byte_ring[256];         // received but not decoded
   std::uint8_t ring_read, ring_write;  // wrap by their width
 };
 

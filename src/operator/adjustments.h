@@ -1,18 +1,12 @@
-// The operator's settings: two menus of them, and a list of values for each. Only listed values can
-// be set.
+// The operator's settings: two menus of them, and a list of values for each setting. Nothing is
+// typed: the operator can only set values from the lists.
 #pragma once
 
-struct Menu;
-
-// Start-up, behind prefs_load.
-Menu* coin_game_menu_build(Menu* parent);
-Menu* payout_menu_build(Menu* parent);
-
-// Rewrites the row texts from the settings; of the second menu also which rows are out of reach.
-// Game thread and start-up.
+// Update the rows of a menu from the settings: the texts, and which rows can be selected. Game
+// thread and start-up.
 void adjust_refresh_coin_rows();
 void adjust_refresh_payout_rows();
 
-// The help pages, with the figures that follow from the settings. Game thread.
+// Write the help pages, with the figures that follow from the settings. Game thread.
 void pane_page_coin_game();
 void pane_page_payout();

@@ -1,13 +1,11 @@
-#include "operator/audit_pages.h"
-
+// The audit pages. A page shows the counters as they were when it was opened. Game thread.
 #include <cstdint>
 #include <cstdio>
 
 #include "books/audit_time.h"
 #include "books/audits.h"
 #include "operator/info_pane.h"
-#include "operator/main_menu.h"  // pane_page_version
-#include "operator/menu.h"
+#include "operator/menu_tree.h"
 
 namespace {
 
@@ -29,7 +27,7 @@ double count_per_frog(const Audit& audit, int side) {
   return frogs < 1 ? 0.0 : static_cast<double>(audit_count(audit.row, side)) / frogs;
 }
 
-// Nothing has a time per frog where no frog was played.
+// Without a frog played there is no time per frog.
 TimeText time_per_frog(const Audit& audit, int side) {
   const std::int32_t frogs = audit_count(AUDIT_GAMES_PLAYED, side);
   return frogs < 1 ? TimeText{"-"} : time_text(time_of(audit, side) / frogs);
@@ -73,36 +71,6 @@ void write_page(AuditPage page, const char* heading) {
   }
 }
 
-enum AuditsAction : std::uintptr_t { PAGE_SYSTEM, PAGE_COIN, PAGE_PAYOUT, PAGE_GAME, PAGE_EXIT };
-
-std::uintptr_t audits_chosen(std::uintptr_t action, MenuItem* item) {
-  switch (action) {
-    case PAGE_SYSTEM:
-      pane_page_system_audits();
-      break;
-    case PAGE_COIN:
-      pane_page_coin_audits();
-      break;
-    case PAGE_PAYOUT:
-      pane_page_payout_audits();
-      break;
-    case PAGE_GAME:
-      pane_page_game_audits();
-      break;
-    default:
-      pane_page_version();
-      return menu_go_back(item);
-  }
-  return MENU_STAY;
-}
-
-}  // namespace
-
-Menu* audits_menu_build(Menu* parent) {
-  return menu_build(parent, audits_chosen, "Audits Menu",
-                    {"System Audits", "Coin Audits", "Payout Audits", "Game Audits", "", "Exit"});
-}
-
 void pane_page_system_audits() {
   write_page(SYSTEM_PAGE, "System Audits");
 }
@@ -114,4 +82,17 @@ void pane_page_payout_audits() {
 }
 void pane_page_game_audits() {
   write_page(GAME_PAGE, "Game Audits");
+}
+
+constexpr MenuRow AUDITS_ROWS[] = {
+    {"System Audits", pane_page_system_audits},
+    {"Coin Audits", pane_page_coin_audits},
+    {"Payout Audits", pane_page_payout_audits},
+    {"Game Audits", pane_page_game_audits},
+};
+
+}  // namespace
+
+Menu* audits_menu_build(Menu* parent) {
+  return menu_build(parent, "Audits Menu", AUDITS_ROWS, [] { pane_page("Audits"); });
 }

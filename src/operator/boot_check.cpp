@@ -23,20 +23,16 @@ constexpr std::size_t VERSION_MOST = 18;  // characters of a version line
 constexpr int X = 16;
 constexpr int LINE_HEIGHT_PX = 16;
 
-struct BootCheckFlags {  // what the screen says is wrong
+struct BootCheckFlags {  // the errors that the screen shows
   bool list_missing, file_missing, file_damaged;
 };
 
 struct BootCheck {  // main thread
   BootCheckFlags flags;
-  void (*draw)();
+  std::string current_file;  // as the list names it
+  void (*draw)();            // a frame of the check's screen
 };
-constinit BootCheck check{};
-
-std::string& current_file() {
-  static std::string name;
-  return name;
-}
+BootCheck check{};
 
 void read_version_line(ReadFile* file, char (&line)[20]) {
   std::strcpy(line, text_line(file, VERSION_MOST).c_str());
@@ -55,7 +51,7 @@ void read_version() {
   read_close(file);
 }
 
-// True if it differed from what the settings remember.
+// Stores the stamp in a setting. True if the stored one was different.
 bool note(PrefIndex row, const char* stamp) {
   char(&text)[80] = prefs[row].text_value;
   if (std::strncmp(text, stamp, sizeof text) == 0) return false;
@@ -78,9 +74,9 @@ void draw_frame() {
 
 volatile std::sig_atomic_t signal_met = 0;
 
-// There is no way past a bad installation: neither Esc nor a closed window is looked at. A
-// signal still ends the process behind the next frame: the books are on the disk, and a desk gets
-// its display mode back.
+// There is no way past a bad installation: Esc and the window's close button are ignored. A signal
+// still ends the process after the next frame, and a desktop gets its display mode back. The books
+// are already on disk.
 [[noreturn]] void halt() {
   for (const int number : {SIGTERM, SIGINT}) {
     std::signal(number, [](int met) { signal_met = met; });
@@ -94,13 +90,13 @@ volatile std::sig_atomic_t signal_met = 0;
 
 void crc_file_check() {
   game_mode = MODE_BOOT_CHECK;
-  const FileCheck result = file_list_check(current_file(), draw_frame);
+  const FileCheck result = file_list_check(check.current_file, draw_frame);
   check.flags = {result == LIST_MISSING, result == FILE_MISSING, result == FILE_DAMAGED};
   if (result != FILES_GOOD) halt();
   game_mode = MODE_PLAY;
 }
 
-// Six lines; the pen moves down with them, to the last.
+// A box of six lines of text.
 void red_box(int y, const char* message) {
   const char* lines[] = {
       "*************************", "*                       *", message,
@@ -137,7 +133,7 @@ void crc_check_draw() {
   }
   const int c = pen + 64;
   text_draw(FONT_8X12, COLOUR_WHITE, X, c, "Checking files...");
-  text_draw(FONT_8X12, COLOUR_WHITE, X, c + 32, "%s", current_file().c_str());
+  text_draw(FONT_8X12, COLOUR_WHITE, X, c + 32, "%s", check.current_file.c_str());
   pen = c + 32;
   if (check.flags.file_missing) {
     red_box(c + 96, "*     FILE MISSING!     *");

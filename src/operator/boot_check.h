@@ -1,5 +1,5 @@
 // The version record and the check of the installed files at start-up. All of it runs on the main
-// thread, before the game thread exists.
+// thread, before the game thread starts.
 #pragma once
 
 struct BuildStamp {
@@ -16,10 +16,10 @@ struct VersionRecord {  // the first two lines of d:\version.txt, at most 18 cha
 };
 extern VersionRecord version_record;
 
-// Reads the version record; then, if "Check CRC" is set or the build is a new one, proves every
-// file of lhpcrc.txt and clears "Check CRC". `draw` draws a frame of the check's screen. With a bad
-// installation it doesn't return: the screen says what is wrong until a signal ends the process.
+// Reads the version record. Then, if "Check CRC" is set or the build is new, checks every file in
+// lhpcrc.txt and clears "Check CRC". `draw` draws one frame of the check's screen. If a file is
+// wrong, this doesn't return: the screen shows the error until a signal ends the process.
 void boot_check_and_version(void (*draw)());
 
-// The check's screen. Main thread, in MODE_BOOT_CHECK.
+// Draws the check's screen. Main thread, in MODE_BOOT_CHECK.
 void crc_check_draw();

@@ -1,8 +1,6 @@
-#include "operator/diagnostics.h"
-
+// The diagnostics menu, and those of its tests that are menus. Game thread.
 #include <cstdint>
 #include <initializer_list>
-#include <iterator>
 
 #include "frame/game_mode.h"  // sound_enabled
 #include "frame/sides.h"
@@ -10,11 +8,8 @@
 #include "io/lamp_effects.h"
 #include "io/led_board.h"  // led_set_value
 #include "io/led_value.h"  // led_set_blink
-#include "operator/hardware_tests.h"
 #include "operator/info_pane.h"
-#include "operator/main_menu.h"  // pane_page_version
-#include "operator/menu.h"
-#include "operator/test_screen.h"
+#include "operator/menu_tree.h"
 #include "platform/random.h"  // random_unit
 #include "sound/jps.h"
 
@@ -23,7 +18,7 @@ namespace {
 enum SoundTestMode { SOUND_NONE, SOUND_MUSIC, SOUND_EFFECT, SOUND_100_HZ, SOUND_1000_HZ };
 
 constexpr std::int32_t LED_ALL_SEGMENTS = 8888;
-constexpr std::int32_t PAN_FULL = 10000;  // hundredths of a decibel: the other side is silent
+constexpr int PAN_FULL = 10000;  // hundredths of a decibel: the other side is silent
 
 struct LampTestState {
   bool marquee_on, start_on, podium_on;
@@ -31,208 +26,123 @@ struct LampTestState {
 struct LedTestState {
   bool on, blink;
 };
-
-struct Diagnostics {  // game thread
-  Menu *menu, *lamps, *led, *sound, *tickets;
-  LampTestState lamp_test;
-  LedTestState led_test;
-  SoundTestMode sound_mode;
+struct Diagnostics {
+  LampTestState lamps;
+  LedTestState led;
+  SoundTestMode sound;
 };
 constinit Diagnostics state{};
 
-void lamps_set(std::initializer_list<Lamp> lamps, bool on) {
+void lamps_toggle(bool& on, std::initializer_list<Lamp> lamps) {
+  on = !on;
   for (const Lamp lamp : lamps) lamp_set(lamp, on ? LAMP_ON : LAMP_OFF);
 }
 
-void all_lamps_off() {
-  for (int lamp = 0; lamp < LAMP_COUNT; ++lamp) lamp_set(static_cast<Lamp>(lamp), LAMP_OFF);
-  state.lamp_test = {};
-}
-
-void led_dark() {
-  state.led_test = {};
-  led_set_value(0);
-  led_set_blink(0);
-}
-
-std::uintptr_t open_list(Menu* list, const char* heading) {
-  pane_page("%s", heading);
-  menu_open_at_top(list);
-  return MENU_STAY;
-}
-
-std::uintptr_t list_left(const MenuItem* item) {
-  pane_page("Diagnostics");
-  return menu_go_back(item);
-}
-
-enum DiagnosticsAction : std::uintptr_t {
-  DIAG_SWITCHES,
-  DIAG_DIPS,
-  DIAG_MONITOR,
-  DIAG_LAMPS,
-  DIAG_LED,
-  DIAG_SOUND,
-  DIAG_COIN_METERS,
-  DIAG_TICKETS,
-  DIAG_WATCHDOG,
-  DIAG_EXIT,
+constexpr MenuRow LAMP_ROWS[] = {
+    {"Toggle Marquee Lamps",
+     [] {
+       lamps_toggle(state.lamps.marquee_on, {LAMP_MARQUEE_3, LAMP_MARQUEE_2, LAMP_MARQUEE_1});
+     }},
+    {"Toggle Start Lamps",
+     [] { lamps_toggle(state.lamps.start_on, {LAMP_LEFT_START, LAMP_RIGHT_START}); }},
+    {"Toggle Podium Lamps",
+     [] { lamps_toggle(state.lamps.podium_on, {LAMP_LEFT_PODIUM, LAMP_RIGHT_PODIUM}); }},
 };
 
-std::uintptr_t diagnostics_chosen(std::uintptr_t action, MenuItem* item) {
-  switch (action) {
-    case DIAG_SWITCHES:
-      switch_test_begin();
-      return test_screen_start(TEST_SWITCHES);
-    case DIAG_DIPS:
-      return test_screen_start(TEST_DIPS);
-    case DIAG_MONITOR:
-      return test_screen_start(TEST_COLOR_BARS);
-    case DIAG_LAMPS:
-      all_lamps_off();
-      return open_list(state.lamps, "Lamp Test");
-    case DIAG_LED:
-      led_dark();
-      return open_list(state.led, "LED Display Test");
-    case DIAG_SOUND:
-      sound_enabled = 1;
-      return open_list(state.sound, "Sound Test");
-    case DIAG_COIN_METERS:
-      return test_screen_start(TEST_COIN_METERS);
-    case DIAG_TICKETS:
-      return open_list(state.tickets, "Ticket Dispenser Test");
-    case DIAG_WATCHDOG:
-      watchdog_test_begin();
-      return test_screen_start(TEST_WATCHDOG);
-    default:
-      pane_page_version();
-      return menu_go_back(item);
-  }
+void led_toggle_on() {
+  state.led.on = !state.led.on;
+  led_set_value(state.led.on ? LED_ALL_SEGMENTS : 0);
 }
 
-std::uintptr_t lamps_chosen(std::uintptr_t action, MenuItem* item) {
-  switch (action) {
-    case 0:
-      state.lamp_test.marquee_on = !state.lamp_test.marquee_on;
-      lamps_set({LAMP_MARQUEE_3, LAMP_MARQUEE_2, LAMP_MARQUEE_1}, state.lamp_test.marquee_on);
-      return MENU_STAY;
-    case 1:
-      state.lamp_test.start_on = !state.lamp_test.start_on;
-      lamps_set({LAMP_LEFT_START, LAMP_RIGHT_START}, state.lamp_test.start_on);
-      return MENU_STAY;
-    case 2:
-      state.lamp_test.podium_on = !state.lamp_test.podium_on;
-      lamps_set({LAMP_LEFT_PODIUM, LAMP_RIGHT_PODIUM}, state.lamp_test.podium_on);
-      return MENU_STAY;
-    default:
-      all_lamps_off();
-      return list_left(item);
-  }
+void led_toggle_blink() {
+  state.led.blink = !state.led.blink;
+  led_set_blink(state.led.blink ? 1 : 0);
 }
 
-std::uintptr_t led_chosen(std::uintptr_t action, MenuItem* item) {
-  switch (action) {
-    case 0:
-      state.led_test.on = !state.led_test.on;
-      led_set_value(state.led_test.on ? LED_ALL_SEGMENTS : 0);
-      return MENU_STAY;
-    case 1:
-      state.led_test.blink = !state.led_test.blink;
-      led_set_blink(state.led_test.blink ? 1 : 0);
-      return MENU_STAY;
-    default:
-      led_dark();
-      return list_left(item);
-  }
-}
+constexpr MenuRow LED_ROWS[] = {
+    {"Toggle On", led_toggle_on},
+    {"Toggle Blink", led_toggle_blink},
+};
 
-// Each toggle stops what sounds; the same one again leaves silence.
+// Stops all sound. Then starts this one, unless it was already playing.
 void sound_toggle(SoundTestMode mode, const char* name) {
   jps_stop_all();
-  const bool again = state.sound_mode == mode;
-  state.sound_mode = again ? SOUND_NONE : mode;
+  const bool again = state.sound == mode;
+  state.sound = again ? SOUND_NONE : mode;
   if (!again) jps_bank_play_name(name);
 }
 
-// A second press plays another one.
+// A second press plays another effect.
 void sound_effect() {
   jps_stop_all();
   const double r = random_unit();
   jps_bank_play_name(r < 0.33 ? "jump" : r < 0.66 ? "splash" : "croak");
-  state.sound_mode = SOUND_EFFECT;
+  state.sound = SOUND_EFFECT;
 }
 
-void sound_end() {
+void sound_test_end() {
   jps_stop_all();
   jps_set_pan_all(0);
-  state.sound_mode = SOUND_NONE;
+  state.sound = SOUND_NONE;
   sound_enabled = 0;
 }
 
-std::uintptr_t sound_chosen(std::uintptr_t action, MenuItem* item) {
-  switch (action) {
-    case 0:
-      sound_toggle(SOUND_MUSIC, "chase");
-      return MENU_STAY;
-    case 1:
-      sound_effect();
-      return MENU_STAY;
-    case 2:
-      sound_toggle(SOUND_100_HZ, "sine100");
-      return MENU_STAY;
-    case 3:
-      sound_toggle(SOUND_1000_HZ, "sine1k");
-      return MENU_STAY;
-    case 4:
-      jps_set_pan_all(0);
-      return MENU_STAY;
-    case 5:
-      jps_set_pan_all(-PAN_FULL);
-      return MENU_STAY;
-    case 6:
-      jps_set_pan_all(PAN_FULL);
-      return MENU_STAY;
-    default:
-      sound_end();
-      return list_left(item);
-  }
-}
+constexpr MenuRow SOUND_ROWS[] = {
+    {"Toggle Music", [] { sound_toggle(SOUND_MUSIC, "chase"); }},
+    {"Toggle Sound Effect", sound_effect},
+    {""},
+    {"Toggle 100Hz Test", [] { sound_toggle(SOUND_100_HZ, "sine100"); }},
+    {"Toggle 1000Hz Test", [] { sound_toggle(SOUND_1000_HZ, "sine1k"); }},
+    {""},
+    {"Pan Center", [] { jps_set_pan_all(0); }},
+    {"Pan Left", [] { jps_set_pan_all(-PAN_FULL); }},
+    {"Pan Right", [] { jps_set_pan_all(PAN_FULL); }},
+};
 
-std::uintptr_t tickets_chosen(std::uintptr_t action, MenuItem* item) {
-  constexpr struct {
-    int side, count;
-  } ADVANCE[] = {{SIDE_LEFT, 1}, {SIDE_LEFT, 10}, {SIDE_RIGHT, 1}, {SIDE_RIGHT, 10}};
-  if (action >= std::size(ADVANCE)) return list_left(item);
-  jamma_command(JAMMA_ADD_TICKETS, ADVANCE[action].side, ADVANCE[action].count);
-  return MENU_STAY;
-}
+constexpr MenuRow TICKET_ROWS[] = {
+    {"Advance One Ticket Left", [] { jamma_command(JAMMA_ADD_TICKETS, SIDE_LEFT, 1); }},
+    {"Advance Ten Tickets Left", [] { jamma_command(JAMMA_ADD_TICKETS, SIDE_LEFT, 10); }},
+    {"Advance One Ticket Right", [] { jamma_command(JAMMA_ADD_TICKETS, SIDE_RIGHT, 1); }},
+    {"Advance Ten Tickets Right", [] { jamma_command(JAMMA_ADD_TICKETS, SIDE_RIGHT, 10); }},
+};
 
 }  // namespace
 
-Menu* diagnostics_menu_build(Menu* parent) {
-  Menu* menu = menu_build(
-      parent, diagnostics_chosen, "Diagnostics Menu",
-      {"Switch Test", "Dip Switch Test", "Monitor Test", "Lamp Test", "LED Display Test",
-       "Sound Test", "Coin Meter Test", "Ticket Dispenser Test", "Watchdog Test", "", "Exit"});
-  state = {};
-  state.menu = menu;
-  state.lamps =
-      menu_build(menu, lamps_chosen, "Lamp Test Menu",
-                 {"Toggle Marquee Lamps", "Toggle Start Lamps", "Toggle Podium Lamps", "", "Exit"});
-  state.led = menu_build(menu, led_chosen, "LED Display Test Menu",
-                         {"Toggle On", "Toggle Blink", "", "Exit"});
-  state.sound =
-      menu_build(menu, sound_chosen, "Sound Test Menu",
-                 {"Toggle Music", "Toggle Sound Effect", "", "Toggle 100Hz Test",
-                  "Toggle 1000Hz Test", "", "Pan Center", "Pan Left", "Pan Right", "", "Exit"});
-  state.tickets = menu_build(menu, tickets_chosen, "Ticket Dispenser Test Menu",
-                             {"Advance One Ticket Left", "Advance Ten Tickets Left",
-                              "Advance One Ticket Right", "Advance Ten Tickets Right", "", "Exit"});
-  return menu;
+void lamps_off() {
+  for (int lamp = 0; lamp < LAMP_COUNT; ++lamp) lamp_set(static_cast<Lamp>(lamp), LAMP_OFF);
+  state.lamps = {};
 }
 
-void diagnostics_reopen() {
-  test_screen = TEST_NONE;
-  menu_open(state.menu);
-  pane_show(true);
+void led_off() {
+  state.led = {};
+  led_set_value(0);
+  led_set_blink(0);
+}
+
+void sound_test_begin() {
+  sound_enabled = 1;
+}
+
+Menu* diagnostics_menu_build(Menu* parent) {
+  state = {};
+  return menu_build(parent, "Diagnostics Menu", DIAGNOSTICS_ROWS, [] { pane_page("Diagnostics"); });
+}
+
+Menu* lamp_menu_build(Menu* parent) {
+  return menu_build(parent, "Lamp Test Menu", LAMP_ROWS, [] { pane_page("Lamp Test"); }, lamps_off);
+}
+
+Menu* led_menu_build(Menu* parent) {
+  return menu_build(
+      parent, "LED Display Test Menu", LED_ROWS, [] { pane_page("LED Display Test"); }, led_off);
+}
+
+Menu* sound_menu_build(Menu* parent) {
+  return menu_build(
+      parent, "Sound Test Menu", SOUND_ROWS, [] { pane_page("Sound Test"); }, sound_test_end);
+}
+
+Menu* ticket_menu_build(Menu* parent) {
+  return menu_build(parent, "Ticket Dispenser Test Menu", TICKET_ROWS,
+                    [] { pane_page("Ticket Dispenser Test"); });
 }

@@ -1,22 +1,19 @@
 #include "operator/file_sums.h"
 
-#include <zlib.h>
-
 #include <cstdlib>
 #include <vector>
 
+#include "operator/list_sum.h"
 #include "operator/text_lines.h"
 #include "platform/files.h"
 #include "platform/tokens.h"
 
 namespace {
 
-constexpr const char* LIST_NAME = "lhpcrc.txt";
-constexpr std::uint32_t CRC_START = 0x63046310;
 constexpr std::size_t BLOCK = 1 << 18;
 constexpr std::size_t LINE_MOST = 254;
 
-// A line that the end of the file cuts off isn't one.
+// A last line without a line break doesn't count.
 bool next_line(ReadFile* list, std::string& line) {
   line = text_line(list, LINE_MOST);
   return line.ends_with('\n') || line.size() == LINE_MOST;
@@ -39,22 +36,21 @@ FileCheck check_file(const char* name, std::int32_t size, std::int32_t crc) {
 
 bool crc_file_sum(ReadFile* file, std::int32_t* size, std::int32_t* crc) {
   std::vector<unsigned char> block(BLOCK);
-  // zlib inverts a sum on the way in and out.
-  uLong sum = ~CRC_START;
+  std::uint32_t sum = LIST_SUM_START;
   std::uint32_t total = 0;
   for (std::size_t count; (count = read_bytes(file, block.data(), BLOCK)) > 0;) {
-    sum = crc32_z(sum, block.data(), count);
+    sum = list_sum(sum, block.data(), count);
     total += static_cast<std::uint32_t>(count);
   }
   const bool whole = !read_failed(file);
   read_close(file);
   *size = static_cast<std::int32_t>(total);
-  *crc = static_cast<std::int32_t>(~static_cast<std::uint32_t>(sum));
+  *crc = static_cast<std::int32_t>(sum);
   return whole;
 }
 
 FileCheck file_list_check(std::string& current, void (*checked)()) {
-  ReadFile* list = read_open_any_case(LIST_NAME);
+  ReadFile* list = read_open_any_case(FILE_LIST_NAME);
   if (list == nullptr) return LIST_MISSING;
   FileCheck result = FILES_GOOD;
   for (std::string line; result == FILES_GOOD && next_line(list, line);) {
@@ -63,7 +59,7 @@ FileCheck file_list_check(std::string& current, void (*checked)()) {
     result = check_file(token_table[0], decimal(token_table[1]), decimal(token_table[2]));
     if (result == FILES_GOOD) checked();
   }
-  // What can't be read of the list would never be proved.
+  // The files in the unread part would never be checked.
   if (read_failed(list)) result = LIST_MISSING;
   read_close(list);
   return result;

@@ -1,4 +1,4 @@
-// Sizes and sums of installed files, against the list that came with them.
+// Checks the sizes and sums of the installed files against the list that came with them.
 #pragma once
 
 #include <cstdint>
@@ -6,14 +6,12 @@
 
 struct ReadFile;  // platform/files.h
 
-// Size and sum of an open file, which it closes. False if the file couldn't be read to its end. The
-// sum is a reflected CRC-32 of polynomial 0xEDB88320 that begins with 0x63046310 and is not
-// inverted at its end.
+// Gets the size and list_sum of an open file and closes it. False after a read error.
 bool crc_file_sum(ReadFile* file, std::int32_t* size, std::int32_t* crc);
 
 enum FileCheck { FILES_GOOD, LIST_MISSING, FILE_MISSING, FILE_DAMAGED };
 
-// Proves the files of lhpcrc.txt, in its order. `current` gets each name, as the list's reader has
-// it, before `checked` is called behind a good file. Stops at the first bad one. A list that can't
-// be read to its end is a missing one.
+// Checks the files in lhpcrc.txt, in order, and stops at the first bad one. Sets `current` to the
+// name of each file, in the list's capitals, and calls `checked` after each good file. A list with
+// a read error counts as missing.
 FileCheck file_list_check(std::string& current, void (*checked)());

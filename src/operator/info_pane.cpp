@@ -24,7 +24,7 @@ struct InfoPane {
   std::int32_t x, y, width, height;  // of the text, layout pixels
   Shared<std::int32_t> visible;
   std::uint32_t default_colour, back_colour;
-  std::uint32_t head, tail;  // the first line and the one behind the last
+  std::uint32_t head, tail;  // the first line, and one past the last
   PaneLine lines[CAPACITY];
 };
 

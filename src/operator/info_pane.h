@@ -1,13 +1,13 @@
-// The text pane at the right of the operator's lists: help and figures, a page at a time. Pages are
-// written by the game thread and start-up, drawn by the main thread without a lock.
+// The text pane to the right of the operator's menus: one page of help or figures at a time. The
+// game thread and start-up write pages; the main thread draws them without a lock.
 #pragma once
 
 constexpr int PANE_LINES = 43;
 
 // Empties all lines and writes the heading.
 [[gnu::format(printf, 1, 2)]] void pane_page(const char* heading, ...);
-// Writes line 0, the heading, to 42; other numbers change nothing. At most 119 characters.
-// "%%" in what stands there then shows as "%".
+// Writes a line, at most 119 characters. Line 0 is the heading, 42 the last; other numbers are
+// ignored. "%%" in the formatted line shows as "%".
 [[gnu::format(printf, 2, 3)]] void pane_set_line(int line_number, const char* format, ...);
 
 void pane_show(bool visible);
@@ -15,5 +15,5 @@ void pane_show(bool visible);
 // Main thread.
 void pane_draw_all();
 
-// Hidden and empty.
+// Hides and empties the pane.
 void pane_reset();

@@ -1,15 +1,9 @@
-// The top of the operator's menus: the way in, the way out, and the version page.
+// The operator's menus as a whole: building them, and entering operator mode.
 #pragma once
 
-// Builds the pane and all menus, with the settings as they are. Start-up, behind prefs_load.
+// Builds the pane and all menus, with the settings as they are. Start-up, after prefs_load.
 void menus_build();
 void menus_free();
 
-// Opens the main menu, the test switch still held from the way in. Game thread.
+// Opens the main menu. The Test switch that brought the operator here is still held. Game thread.
 void menu_enter();
-
-// Opens the main menu where it was left, behind a screen of its own. Game thread.
-void main_menu_reopen();
-
-// The page of the main menu; every sub-menu that ends puts it back. Game thread.
-void pane_page_version();

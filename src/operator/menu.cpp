@@ -24,7 +24,7 @@ constexpr JammaPress MENU_PRESSES[] = {PRESS_P1S, PRESS_P2S, PRESS_C1,  PRESS_C2
 
 struct MenuState {
   std::atomic<Menu*> current;  // written by the game thread, drawn by the main thread
-  bool menu_wait_test;         // the held Test button has not been let go yet
+  bool menu_wait_test;         // the operator hasn't released Test yet
 };
 constinit MenuState state{};
 
@@ -42,7 +42,7 @@ bool can_be_selected(const Menu& menu, std::uint32_t row) {
   return (menu.items[row].flags & (ITEM_BLANK | ITEM_DISABLED)) == 0;
 }
 
-// From a row to the next one in a direction that can hold the selection; the row itself if none.
+// The next selectable row in a direction. Without one, the row itself.
 std::uint32_t next_row(const Menu& menu, std::uint32_t row, bool down, bool wrap) {
   if (menu.count == 0) return row;
   const std::uint32_t begun = row;
@@ -61,10 +61,10 @@ void move(Menu& menu, bool down) {
 }
 
 void choose(Menu& menu) {
-  if (menu.selected >= menu.count) return;  // it is empty
+  if (menu.selected >= menu.count) return;  // an empty menu
   MenuItem& item = menu.items[menu.selected];
   if (item.action > LAST_ACTION) {
-    auto* next = reinterpret_cast<Menu*>(item.action);  // NOLINT: a row may lead to a menu
+    auto* next = reinterpret_cast<Menu*>(item.action);  // NOLINT: a row may open a menu
     next->parent = &menu;
     menu_open(next);
   } else if (menu.handler(item.action, &item) == MENU_CLOSE) {
@@ -116,20 +116,6 @@ Menu* menu_create(std::uint32_t capacity, MenuHandler handler, Menu* parent, con
   return menu;
 }
 
-Menu* menu_build(Menu* parent, MenuHandler handler, const char* title,
-                 std::initializer_list<const char*> rows) {
-  Menu* menu = menu_create(static_cast<std::uint32_t>(rows.size()), handler, parent, title);
-  std::uintptr_t action = 0;
-  for (const char* row : rows) {
-    if (row[0] == '\0') {
-      menu_add_blank(menu);
-    } else {
-      menu_add_item(menu, action++, 0, "%s", row);
-    }
-  }
-  return menu;
-}
-
 void menu_set_title(Menu* menu, std::uint32_t colour, const char* format, ...) {
   std::va_list arguments;
   va_start(arguments, format);
@@ -178,12 +164,15 @@ void menu_open(Menu* menu) {
 }
 
 void menu_open_at_top(Menu* menu) {
+  if (menu->page != nullptr) menu->page();
   menu->selected = 0;
   menu_open(menu);
 }
 
-std::uintptr_t menu_go_back(const MenuItem* item) {
-  if (item != nullptr) menu_open(item->menu->parent);
+std::uintptr_t menu_go_back() {
+  Menu* parent = menu_current()->parent;
+  if (parent->page != nullptr) parent->page();
+  menu_open(parent);
   return MENU_STAY;
 }
 
@@ -215,7 +204,8 @@ void menu_input() {
 
 void menu_clear_presses() {
   for (const JammaPress press : MENU_PRESSES) {
-    jamma_presses_pending(press);  // all that have landed until now
+    jamma_presses_pending(
+        press);  // counts all presses so far, so that the next line drops them all
     jamma_presses_clear(press);
   }
 }

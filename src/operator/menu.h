@@ -1,29 +1,29 @@
-// The operator's list engine: one menu at a time, moved through with the cabinet's own buttons.
+// The operator's menu engine: one menu at a time, operated with the cabinet's own buttons.
 //
-// Menus are built once and live as long as the program. Row texts, flags and the selection are
-// written by start-up and then by the game thread, and read by the drawing without a lock.
+// Menus are built once, at start-up, and live as long as the program. The game thread writes row
+// texts, flags and the selection; the main thread reads them for drawing, without a lock.
 #pragma once
 
 #include <cstdint>
-#include <initializer_list>
 #include <memory>
 
 #include "platform/shared.h"       // Shared
 #include "platform/shared_text.h"  // SharedText
 
 struct Menu;
+struct MenuRow;
 
 enum MenuFlags : std::uint32_t {
   MENU_WRAP = 0x04,             // the selection wraps at both ends
   MENU_NO_CANCEL = 0x08,        // Service does nothing but its sound
-  MENU_CANCEL_NOTIFIES = 0x10,  // cancelling into a parent calls the handler first
+  MENU_CANCEL_NOTIFIES = 0x10,  // a cancel that opens the parent calls the handler first
 };
 enum ItemFlags : std::uint32_t {
   ITEM_BLANK = 1,     // an empty row, not drawn
-  ITEM_DISABLED = 2,  // drawn faint; like a blank row it can't be selected
+  ITEM_DISABLED = 2,  // drawn faint; can't be selected, like a blank row
 };
 
-// What a handler returns, and the action it gets, with no item, when the operator cancels.
+// What a handler returns. MENU_CLOSE is also the action it gets, with no item, on a cancel.
 constexpr std::uintptr_t MENU_CLOSE = 0x1009;  // leave with no menu open
 constexpr std::uintptr_t MENU_STAY = 0x100A;   // the handler has opened what comes next
 
@@ -33,6 +33,8 @@ struct MenuItem {
   Shared<std::uint32_t> colour;  // 0xAARRGGBB
   std::uintptr_t action;         // given to the handler; above 255 the address of a Menu
   SharedText<48> text;           // "%%" in it shows as "%"
+  const MenuRow* row;            // in the table that the item comes from, or null
+  Menu* list;                    // the menu that it opens, or null
 };
 
 using MenuHandler = std::uintptr_t (*)(std::uintptr_t action, MenuItem* item);
@@ -40,7 +42,7 @@ using MenuHandler = std::uintptr_t (*)(std::uintptr_t action, MenuItem* item);
 struct Menu {
   Menu* parent;                // where cancel leads; null for the main menu
   std::int32_t x, y;           // layout position of the text
-  Shared<std::int32_t> width;  // of the text; grows to the widest ever given and never shrinks
+  Shared<std::int32_t> width;  // of the text; grows to the widest text so far and never shrinks
   std::int32_t height;
   std::uint32_t flags;                                 // MenuFlags
   std::uint32_t back_colour, bar_colour, item_colour;  // 0xAARRGGBB
@@ -50,48 +52,46 @@ struct Menu {
   Shared<std::uint32_t> selected;
   std::unique_ptr<MenuItem[]> items;
   MenuHandler handler;
+  void (*page)();   // writes the pane beside the menu; null: the pane stays as it is
+  void (*leave)();  // runs before the menu closes; null: nothing to do
 };
 
-// Building: start-up.
+// These build a menu, at start-up.
 Menu* menu_create(std::uint32_t capacity, MenuHandler handler);
 Menu* menu_create(std::uint32_t capacity, MenuHandler handler, Menu* parent, const char* title);
-// A whole menu from the texts of its rows, "" for an empty one; actions count the others from 0.
-Menu* menu_build(Menu* parent, MenuHandler handler, const char* title,
-                 std::initializer_list<const char*> rows);
 [[gnu::format(printf, 3, 4)]] void menu_set_title(Menu* menu, std::uint32_t colour,
                                                   const char* format, ...);
-// Appends a row; a null format makes an empty one, with action 0. Null if all rows are taken.
+// Appends a row. A null format makes a blank row with action 0. Returns null if the menu is full.
 [[gnu::format(printf, 4, 5)]] MenuItem* menu_add_item(Menu* menu, std::uintptr_t action,
                                                       std::uint32_t flags, const char* format, ...);
 inline void menu_add_blank(Menu* menu) {
   menu_add_item(menu, 0, ITEM_BLANK, nullptr);
 }
-// Rewrites a row in place. Nothing for no row or a blank one. Game thread.
+// Changes a row's text. Does nothing for null or a blank row. Game thread.
 [[gnu::format(printf, 2, 3)]] void menu_set_item_text(MenuItem* item, const char* format, ...);
 // Releases all menus. Shutdown.
 void menus_release();
 
-// Makes a menu the current one, or closes all with null. A selection that stands on a row which
-// can't hold it moves forward to one that can, from the last row to the first. Game thread.
+// Opens a menu, or closes all with null. If the selected row can't be selected any more, the
+// selection moves down to the next row that can, and from the last row to the first. Game thread.
 void menu_open(Menu* menu);
-// The same with the selection on its first row.
+// Writes the menu's page, and opens the menu with the selection on its first row.
 void menu_open_at_top(Menu* menu);
-// How a handler's way back ends: opens the parent of a chosen row's menu. Without a row it was
-// Service, and the engine opens the parent itself. Returns MENU_STAY. Game thread.
-std::uintptr_t menu_go_back(const MenuItem* item);
-// True while a menu is open; it then takes the cabinet's buttons. Any thread.
+// Writes the page of the open menu's parent and opens the parent. Returns MENU_STAY. Game thread.
+std::uintptr_t menu_go_back();
+// Whether a menu is open. The open menu gets the cabinet's buttons. Any thread.
 bool menu_is_open();
-// The menu that is open, or null. Game thread.
+// The open menu, or null. Game thread.
 Menu* menu_current();
 
-// Ignores all buttons until the held Test switch, by which the operator came in, was let go.
+// Ignores all buttons until the operator releases the Test switch that opened the menu.
 void menu_wait_for_test();
-// One tick of the open menu. Game thread.
+// Handles the buttons for the open menu, once per tick. Game thread.
 void menu_input();
-// Zeroes the pending presses of all buttons that menus and test screens take. Game thread.
+// Drops the pending presses of all buttons that menus and test screens use. Game thread.
 void menu_clear_presses();
 // Main thread.
 void menu_draw();
 
-// Nothing open, nothing waited for.
+// Closes the open menu and stops waiting for Test.
 void menu_reset();

@@ -1,7 +1,6 @@
 #include "operator/resets.h"
 
 #include <cstdint>
-#include <iterator>
 
 #include "books/audits.h"
 #include "books/prefs.h"
@@ -10,8 +9,8 @@
 #include "io/jamma.h"
 #include "operator/adjustments.h"
 #include "operator/info_pane.h"
-#include "operator/main_menu.h"  // pane_page_version
 #include "operator/menu.h"
+#include "operator/menu_tree.h"
 #include "playfield/paytable.h"  // payout_recompute
 
 namespace {
@@ -50,62 +49,43 @@ void check_at_next_boot() {
   prefs_save();
 }
 
-struct ResetRow {
-  std::uintptr_t action;
-  const char* text;
-  const char* question;
-  void (*reset)();
-};
-constexpr ResetRow RESET_ROWS[] = {
-    {0, "Clear Coins", "REALLY Clear Coins?", credits_clear},
-    {1, "Clear Tickets", "REALLY Clear Tickets?", tickets_clear},
-    {2, "Reset Audits", "REALLY Clear Audits?", books_clear},
-    {3, "Reset Adjustments", "REALLY Clear Adjustments?", adjustments_clear},
-    {4, "Factory Restore", "REALLY Perform Factory Restore?", factory_restore},
-    {5, "CRC Check", "REALLY Check CRC Next Boot?", check_at_next_boot},
-};
-constexpr std::uintptr_t RESET_COUNT = std::size(RESET_ROWS);
-constexpr bool rows_are_in_order() {
-  for (std::uintptr_t i = 0; i < RESET_COUNT; ++i) {
-    if (RESET_ROWS[i].action != i) return false;
-  }
-  return true;
-}
-static_assert(rows_are_in_order());
-
-enum SureAction : std::uintptr_t { SURE_YES, SURE_NO, SURE_CANCEL };
-
 struct Resets {
-  Menu* sure;           // one question for all of them
-  const ResetRow* row;  // that it is about
+  Menu* sure;       // the confirmation, shared by all resets
+  void (*reset)();  // what "Yes" does
 };
 constinit Resets state{};
 
-std::uintptr_t sure_chosen(std::uintptr_t action, MenuItem* item) {
-  if (action == SURE_YES) state.row->reset();
-  pane_page("Resets");
-  return menu_go_back(item);
+void ask(const char* question, void (*reset)()) {
+  state.reset = reset;
+  menu_set_title(state.sure, state.sure->title_colour, "%s", question);
+  menu_open_at_top(state.sure);
 }
 
-std::uintptr_t resets_chosen(std::uintptr_t action, MenuItem* item) {
-  if (action < RESET_COUNT) {
-    state.row = &RESET_ROWS[action];
-    menu_set_title(state.sure, state.sure->title_colour, "%s", state.row->question);
-    menu_open_at_top(state.sure);
-    return MENU_STAY;
-  }
-  pane_page_version();
-  return menu_go_back(item);
+constexpr MenuRow RESETS_ROWS[] = {
+    {"Clear Coins", [] { ask("REALLY Clear Coins?", credits_clear); }},
+    {"Clear Tickets", [] { ask("REALLY Clear Tickets?", tickets_clear); }},
+    {"Reset Audits", [] { ask("REALLY Clear Audits?", books_clear); }},
+    {"Reset Adjustments", [] { ask("REALLY Clear Adjustments?", adjustments_clear); }},
+    {"Factory Restore", [] { ask("REALLY Perform Factory Restore?", factory_restore); }},
+    {"CRC Check", [] { ask("REALLY Check CRC Next Boot?", check_at_next_boot); }},
+};
+
+void go_back() {
+  menu_go_back();
 }
+
+void yes() {
+  state.reset();
+  go_back();
+}
+
+constexpr MenuRow SURE_ROWS[] = {{"Yes", yes}, {"No", go_back}};
 
 }  // namespace
 
 Menu* resets_menu_build(Menu* parent) {
-  Menu* menu = menu_create(RESET_COUNT + 2, resets_chosen, parent, "Resets Menu");
-  for (const ResetRow& row : RESET_ROWS) menu_add_item(menu, row.action, 0, "%s", row.text);
-  menu_add_blank(menu);
-  menu_add_item(menu, RESET_COUNT, 0, "Exit");
-  state = {menu_build(menu, sure_chosen, "Are you SURE?", {"Yes", "No", "", "Cancel"}), nullptr};
+  Menu* menu = menu_build(parent, "Resets Menu", RESETS_ROWS, [] { pane_page("Resets"); });
+  state = {menu_build(menu, "Are you SURE?", SURE_ROWS, nullptr, nullptr, "Cancel"), nullptr};
   return menu;
 }
 

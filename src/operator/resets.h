@@ -1,10 +1,5 @@
-// Clearing coins, tickets, books and settings, each behind a confirmation.
+// Clearing coins, tickets, books and settings, each after a confirmation.
 #pragma once
 
-struct Menu;
-
-// Start-up.
-Menu* resets_menu_build(Menu* parent);
-
-// Takes all credits and coins that are in the machine, and stores the books. Game thread.
+// Clears all current credits and coins, and stores the books. Game thread.
 void credits_clear();

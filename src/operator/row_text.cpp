@@ -5,7 +5,7 @@
 #include "gfx/text.h"
 
 void row_text_draw(std::uint32_t colour, int x, int y, const char* text) {
-  char line[128];  // no row or line of the pane is longer
+  char line[128];  // longer than any row or pane line
   std::size_t length = 0;
   for (const char* c = text; *c != '\0' && length + 1 < sizeof line; ++c) {
     line[length++] = *c;

@@ -17,7 +17,7 @@ std::string formatted(const char* format, auto... values) {
   return text;
 }
 
-// The words of an offer, with its ranges spelled out.
+// The texts that a list offers, with its ranges written out.
 std::vector<std::string> offered_words(const char* offers) {
   std::vector<std::string> words;
   std::istringstream text(offers);
@@ -32,7 +32,7 @@ std::vector<std::string> offered_words(const char* offers) {
   return words;
 }
 
-// `place` counts the rows of the list from 0.
+// `place` is the row's index in the list.
 SettingOption option_of(const Setting& setting, const std::string& word, std::int32_t place) {
   const auto number = static_cast<std::int32_t>(std::strtol(word.c_str(), nullptr, 10));
   switch (setting.view) {
@@ -46,7 +46,7 @@ SettingOption option_of(const Setting& setting, const std::string& word, std::in
       return {formatted("%2d%%%%", number), 0, static_cast<float>(number / 100.0)};
     case VIEW_REAL:
     case VIEW_MONEY:
-    case VIEW_TICKET_VALUE:  // what the text says, as a float: a stored one compares equal to it
+    case VIEW_TICKET_VALUE:  // the text as a float, so that a stored value compares equal
       return {word, 0, std::strtof(word.c_str(), nullptr)};
     case VIEW_WHOLE:
     case VIEW_TEXT:

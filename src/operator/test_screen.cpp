@@ -1,74 +1,55 @@
 #include "operator/test_screen.h"
 
-#include "operator/hardware_tests.h"
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <iterator>
+
 #include "operator/info_pane.h"
 #include "operator/menu.h"
-#include "operator/monitor_test.h"
-#include "operator/volume_screen.h"
+#include "operator/menu_tree.h"
 
 namespace {
 
-void no_input() {}
-void no_draw() {}
+// The row of each screen, by its number. Number 0, and those after the last, have none.
+constexpr auto SCREENS = [] {
+  std::array<const MenuRow*, 1 + std::size(DIAGNOSTICS_ROWS) + std::size(MAIN_ROWS)> screens{};
+  std::size_t last = 0;
+  const auto add = [&](const MenuRow& row) {
+    if (row.draw != nullptr) screens[++last] = &row;
+  };
+  std::ranges::for_each(DIAGNOSTICS_ROWS, add);
+  std::ranges::for_each(MAIN_ROWS, add);
+  return screens;
+}();
 
-struct ScreenRow {
-  TestScreen screen;
-  void (*input)();
-  void (*draw)();
-};
+constinit Menu* came_from = nullptr;  // game thread
 
-template <TestScreen picture>
-void draw_picture() {
-  monitor_test_draw(picture);
+const MenuRow* row_of_screen() {
+  return SCREENS[static_cast<std::size_t>(test_screen.get())];
 }
-template <bool attract>
-void volume_input() {
-  volume_screen_input(attract);
-}
-template <bool attract>
-void volume_draw() {
-  volume_screen_draw(attract);
-}
-
-constexpr ScreenRow SCREENS[] = {
-    {TEST_NONE, no_input, no_draw},
-    {TEST_SWITCHES, switch_test_input, switch_test_draw},
-    {TEST_DIPS, dip_test_input, dip_test_draw},
-    {TEST_COLOR_BARS, monitor_test_input, draw_picture<TEST_COLOR_BARS>},
-    {TEST_WHITE, monitor_test_input, draw_picture<TEST_WHITE>},
-    {TEST_RED, monitor_test_input, draw_picture<TEST_RED>},
-    {TEST_GREEN, monitor_test_input, draw_picture<TEST_GREEN>},
-    {TEST_BLUE, monitor_test_input, draw_picture<TEST_BLUE>},
-    {TEST_CONVERGENCE, monitor_test_input, draw_picture<TEST_CONVERGENCE>},
-    {TEST_COIN_METERS, meter_test_input, meter_test_draw},
-    {TEST_WATCHDOG, watchdog_test_input, watchdog_test_draw},
-    {TEST_VOLUME, volume_input<false>, volume_draw<false>},
-    {TEST_ATTRACT_VOLUME, volume_input<true>, volume_draw<true>},
-};
-constexpr bool rows_are_in_order() {
-  int n = 0;
-  for (const ScreenRow& row : SCREENS) {
-    if (row.screen != n++) return false;
-  }
-  return n == TEST_ATTRACT_VOLUME + 1;
-}
-static_assert(rows_are_in_order());
 
 }  // namespace
 
-Shared<TestScreen> test_screen{TEST_NONE};
+Shared<std::int32_t> test_screen{0};
 
-std::uintptr_t test_screen_start(TestScreen screen) {
+void test_screen_start(const MenuRow& row) {
+  came_from = menu_current();
   pane_show(false);
-  test_screen = screen;
+  test_screen = static_cast<std::int32_t>(std::ranges::find(SCREENS, &row) - SCREENS.begin());
   menu_open(nullptr);
-  return MENU_STAY;
+}
+
+void test_screen_end() {
+  test_screen = 0;
+  menu_open(came_from);
+  pane_show(true);
 }
 
 void test_screen_input() {
-  SCREENS[test_screen].input();
+  if (const MenuRow* row = row_of_screen()) row->input();
 }
 
 void test_screen_draw() {
-  SCREENS[test_screen].draw();
+  if (const MenuRow* row = row_of_screen()) row->draw();
 }

@@ -1,31 +1,20 @@
 // Full screens of operator mode, in place of the menus: hardware tests and the two volume screens.
-// Input on the game thread and drawing on the main thread are both keyed by `test_screen`.
 #pragma once
 
 #include <cstdint>
 
 #include "platform/shared.h"  // Shared
 
-enum TestScreen : std::int32_t {
-  TEST_NONE = 0,
-  TEST_SWITCHES = 1,
-  TEST_DIPS = 2,
-  TEST_COLOR_BARS = 3,
-  TEST_WHITE = 4,
-  TEST_RED = 5,
-  TEST_GREEN = 6,
-  TEST_BLUE = 7,
-  TEST_CONVERGENCE = 8,
-  TEST_COIN_METERS = 9,
-  TEST_WATCHDOG = 10,
-  TEST_VOLUME = 11,
-  TEST_ATTRACT_VOLUME = 12,
-};
+struct MenuRow;
 
-extern Shared<TestScreen> test_screen;  // game thread
+// The number of the screen that runs, or 0. Screens are numbered from 1 in the order of their rows,
+// first the diagnostics menu's, then the main menu's. Written by the game thread.
+extern Shared<std::int32_t> test_screen;
 
-// Hides the pane, closes the menu and puts a screen in its place. Returns MENU_STAY. Game thread.
-std::uintptr_t test_screen_start(TestScreen screen);
+// Hides the pane, closes the menu and starts this row's screen. Game thread.
+void test_screen_start(const MenuRow& row);
+// Ends the screen and opens the menu that it was started from, with the pane. Game thread.
+void test_screen_end();
 
 void test_screen_input();  // game thread, each tick of operator mode without an open menu
 void test_screen_draw();   // main thread

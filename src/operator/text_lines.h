@@ -1,4 +1,4 @@
-// Lines of the text files that come with an installation, wherever they were written.
+// Reading of the installation's text files, with line ends of any system.
 #pragma once
 
 #include <cstddef>
@@ -6,7 +6,6 @@
 
 struct ReadFile;  // platform/files.h
 
-// Reads up to and with the next line break, but no more than `most` characters; what is longer
-// comes in pieces. Carriage returns are left out, as systems that write them leave them out of
-// text. Empty behind the last line.
+// Reads a line with its line break, at most `most` characters; a longer line comes in pieces.
+// Carriage returns are skipped. Empty after the last line.
 std::string text_line(ReadFile* file, std::size_t most);

@@ -1,15 +1,16 @@
-#include "operator/volume_screen.h"
-
+// The two screens on which the operator sets the loudness by ear.
 #include <algorithm>
+#include <cstdint>
 
 #include "books/prefs.h"
 #include "frame/game_mode.h"  // sound_enabled
 #include "gfx/panel.h"        // gfx_rect_draw
 #include "gfx/text.h"
 #include "io/jamma.h"
-#include "operator/main_menu.h"  // main_menu_reopen
-#include "operator/menu.h"
+#include "operator/menu.h"  // menu_clear_presses
+#include "operator/menu_tree.h"
 #include "operator/test_screen.h"
+#include "platform/shared.h"
 #include "presentation/volume.h"
 #include "sound/jps.h"
 
@@ -17,58 +18,68 @@ namespace {
 
 constexpr std::int32_t LOUDEST = 20;
 
-constinit std::int32_t kept_step = 0;  // what a cancel goes back to; game thread
+struct VolumeScreen {
+  Shared<PrefIndex> pref;  // PREF_VOLUME or PREF_ATTRACT_VOLUME; written by the game thread
+  std::int32_t kept_step;  // what a cancel goes back to
+};
+constinit VolumeScreen screen{};
 
-std::int32_t level(bool attract) {
-  return std::clamp(pref_int(attract ? PREF_ATTRACT_VOLUME : PREF_VOLUME), 0, LOUDEST);
+std::int32_t level(PrefIndex pref) {
+  return std::clamp(pref_int(pref), 0, LOUDEST);
 }
 
-void move_to(std::int32_t step, bool attract) {
-  volume_move(step - volume_step, false, attract);
+void move_to(std::int32_t step, PrefIndex pref) {
+  volume_move(step - volume_step, false, pref == PREF_ATTRACT_VOLUME);
 }
 
-void end(bool attract, const char* sound) {
-  // The cabinet's sound in the menus is that of play.
-  if (attract) move_to(level(false), false);
+void begin(PrefIndex pref) {
+  screen.pref = pref;
+  screen.kept_step = level(pref);
+  move_to(screen.kept_step, pref);
+  sound_enabled = 1;
+  jps_bank_play_name("chase");
+}
+
+void end(const char* sound) {
+  if (screen.pref == PREF_ATTRACT_VOLUME) move_to(level(PREF_VOLUME), PREF_VOLUME);
   menu_clear_presses();
   sound_enabled = 0;
-  test_screen = TEST_NONE;
-  main_menu_reopen();
+  test_screen_end();
   jps_bank_play_name(sound);
 }
 
 }  // namespace
 
-std::uintptr_t volume_screen_start(bool attract) {
-  kept_step = level(attract);
-  move_to(kept_step, attract);
-  const std::uintptr_t stay = test_screen_start(attract ? TEST_ATTRACT_VOLUME : TEST_VOLUME);
-  sound_enabled = 1;
-  jps_bank_play_name("chase");
-  return stay;
+void volume_begin() {
+  begin(PREF_VOLUME);
 }
 
-void volume_screen_input(bool attract) {
+void attract_volume_begin() {
+  begin(PREF_ATTRACT_VOLUME);
+}
+
+void volume_input() {
   if (jamma_pressed(PRESS_TST) || jamma_pressed(PRESS_P2S)) {
     jps_stop_all();
     prefs_save();
-    end(attract, "menu_select");
+    end("menu_select");
   } else if (jamma_pressed(PRESS_SRV)) {
     jps_stop_all();
-    move_to(kept_step, attract);
-    end(attract, "menu_cancel");
+    move_to(screen.kept_step, screen.pref);
+    end("menu_cancel");
   } else if (jamma_pressed(PRESS_VLD)) {
-    volume_move(-1, false, attract);
+    move_to(volume_step - 1, screen.pref);
   } else if (jamma_pressed(PRESS_VLU)) {
-    volume_move(1, false, attract);
+    move_to(volume_step + 1, screen.pref);
   } else if (jamma_pressed(PRESS_P1S)) {
-    move_to(volume_step >= LOUDEST ? 0 : volume_step + 1, attract);
+    move_to(volume_step >= LOUDEST ? 0 : volume_step + 1, screen.pref);
   }
 }
 
-void volume_screen_draw(bool attract) {
-  const char* title = attract ? "Attract Volume" : "Volume";
-  const std::int32_t step = level(attract);
+void volume_draw() {
+  const PrefIndex pref = screen.pref;
+  const char* title = SETTINGS[pref].name;
+  const std::int32_t step = level(pref);
   constexpr std::uint32_t BACK = 0xC0000000;
   text_draw(FONT_8X12, COLOUR_WHITE, 680, 296, "%s", title);
   gfx_rect_draw(64, 320, 1232, 128, BACK, BACK);

@@ -12,7 +12,7 @@ std::int64_t whole_ms(Steady::duration span) {
   return std::chrono::duration_cast<std::chrono::milliseconds>(span).count();
 }
 
-// Taken while the program is loaded, so that the first caller doesn't become the origin.
+// Set while the program is loaded, so that the first call doesn't become the origin.
 const Steady::time_point process_start = Steady::now();
 
 }  // namespace

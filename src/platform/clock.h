@@ -3,16 +3,16 @@
 
 #include <cstdint>
 
-// Whole milliseconds of wall time since the process began. Steady: it never goes back and does
-// not follow changes of the calendar.
+// Whole milliseconds since the process began. Steady: it never goes back and does not follow
+// changes of the calendar.
 std::int64_t clock_ms();
 
-// The millisecond counter of the machine, of unknown origin, wrapping at 2^32: for deadlines of
-// the I/O link. Compare two of them by the sign of their difference.
+// The machine's millisecond counter, which starts anywhere and wraps at 2^32: for deadlines of the
+// I/O link. Compare two of them by the sign of their difference.
 std::uint32_t clock_system_tick_ms();
 
 // Calendar time in seconds since 1970.
 std::int64_t clock_calendar_s();
 
-// Gives the processor away for at least `ms` milliseconds.
+// Sleeps for at least `ms` milliseconds.
 void clock_sleep_ms(int ms);

@@ -15,14 +15,14 @@
 
 namespace {
 
-struct Pixels {  // window pixels, x and y from the bottom left, far ends not included
+struct Pixels {  // window pixels, x and y from the bottom left, far ends excluded
   int left, bottom, right, top;
   [[nodiscard]] bool empty() const { return left >= right || bottom >= top; }
 };
 
 struct Gl {
   SDL_GLContext context = nullptr;
-  int left = 0, top = 0, right = 1, bottom = 1;  // layout shown, y downward
+  int left = 0, top = 0, right = 1, bottom = 1;  // visible layout, y downward
   DisplaySize window{1, 1};
   GLuint texture = 0;    // bound
   bool textured = true;  // GL_TEXTURE_2D
@@ -52,9 +52,9 @@ void state_set() {
   glDrawBuffer(GL_BACK);
 }
 
-// What another call did wrong says nothing of the next one.
+// Removes errors of earlier calls, which say nothing about the next one.
 void errors_forget() {
-  constexpr int MOST = 16;  // a lost context has errors without end
+  constexpr int MOST = 16;  // a lost context reports errors without end
   for (int i = 0; i < MOST && glGetError() != GL_NO_ERROR; ++i) {
   }
 }
@@ -96,9 +96,9 @@ Pixels box_pixels(const DisplayBox& box) {
           std::clamp(ceil_div((y + box.height) * h, layout_h), 0, up)};
 }
 
-// As two triangles: how GL parts a quad may depend on what is drawn together with it, and where a
-// pixel lies just between two texels the seam decides. So a picture would change by a texel here
-// and there with the way it is drawn.
+// Drawn as two triangles. How GL splits a quad may depend on what else is drawn, and where a pixel
+// is exactly between two texels, the seam decides. A picture would change by a texel here and
+// there.
 void quad_emit(const DisplayQuad& quad) {
   constexpr int CORNERS[] = {0, 1, 2, 0, 2, 3};
   const bool one_colour = quad.colour[0] == quad.colour[1] && quad.colour[0] == quad.colour[2] &&
@@ -134,7 +134,7 @@ GLint level_value(GLenum what) {
   return value;
 }
 
-// Takes the bound texture's blocks as they are: decoding it whole takes GL ten times as long.
+// Takes the bound texture's blocks undecoded: decoding all of it takes GL ten times as long.
 bool dxt5_read(std::uint8_t* alpha) {
   const int width = level_value(GL_TEXTURE_WIDTH);
   const int height = level_value(GL_TEXTURE_HEIGHT);
@@ -164,7 +164,7 @@ bool display_create_context(std::string& error) {
     error = "Can't Find A Suitable PixelFormat.";
     return false;
   }
-  // A software renderer starts its workers here, and they inherit the processors of this thread.
+  // A software renderer starts its workers here; they inherit this thread's processors.
   thread_unpin();
   gl = Gl{};
   gl.context = SDL_GL_CreateContext(window);
@@ -242,7 +242,7 @@ std::uint32_t display_texture_load_png(const char* path, int* width, int* height
   if (gl.context == nullptr) return 0;
   const GLuint name =
       SOIL_load_OGL_texture(path, SOIL_LOAD_RGBA, SOIL_CREATE_NEW_ID, SOIL_FLAG_COMPRESS_TO_DXT);
-  gl.texture = 0;  // whatever SOIL left bound
+  gl.texture = 0;  // SOIL may have bound a texture
   glBindTexture(GL_TEXTURE_2D, name);
   gl.texture = name;
   if (name == 0) return 0;

@@ -1,6 +1,6 @@
-// The mode of an X display, by its RANDR extension. SDL changes modes too, but it takes the
-// screen's mode away before it asks for the new one, and where that is refused it can't find the
-// screen again.
+// Changes the mode of an X display through its RANDR extension. SDL can change modes too, but it
+// switches off the old mode before it asks for the new one. If that is refused, it can't get the
+// screen back.
 #include <SDL2/SDL.h>
 #include <xcb/randr.h>
 #include <xcb/xcb.h>
@@ -14,26 +14,19 @@
 
 #include "platform/display.h"
 #include "platform/display_sdl.h"
+#include "platform/owned_reply.h"
 
 namespace {
-
-struct Free {
-  void operator()(void* memory) const { std::free(memory); }
-};
-template <typename T>
-std::unique_ptr<T, Free> owned(T* reply) {
-  return std::unique_ptr<T, Free>(reply);
-}
 
 struct Disconnect {
   void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
 };
 
 struct Display {
-  std::unique_ptr<xcb_connection_t, Disconnect> x;  // null: there is none, or it has no modes
-  xcb_screen_t* screen = nullptr;                   // lives as long as the connection
-  xcb_randr_crtc_t crtc = XCB_NONE;                 // what feeds the monitor on which the game is
-  std::vector<xcb_randr_mode_t> modes;              // what the monitor takes, the best first
+  std::unique_ptr<xcb_connection_t, Disconnect> x;  // null: no X display, or one without modes
+  xcb_screen_t* screen = nullptr;                   // valid as long as the connection
+  xcb_randr_crtc_t crtc = XCB_NONE;                 // drives the monitor that shows the game
+  std::vector<xcb_randr_mode_t> modes;              // of the monitor, the best first
 };
 
 struct Mode {
@@ -41,15 +34,15 @@ struct Mode {
   int width = 0, height = 0;
 };
 
-struct Found {  // what the display had before its first change
+struct Found {  // the display before its first change
   xcb_randr_crtc_t crtc;
   Mode mode;
-  DisplaySize screen;  // with all its monitors
+  DisplaySize screen;  // all monitors together
 };
 
 constinit Found found{XCB_NONE, {}, {0, 0}};
 
-// The library of the window looks for an X display unless it is told of another one.
+// The window's library uses an X display unless it is told otherwise.
 bool display_is_x() {
   const char* driver = std::getenv("SDL_VIDEODRIVER");
   return driver == nullptr || *driver == '\0' || SDL_strcmp(driver, "x11") == 0;
@@ -67,7 +60,7 @@ auto crtc_info(const Display& display, xcb_randr_crtc_t crtc) {
                                              nullptr));
 }
 
-// Takes the monitor at `output` for the game's. False if there is none, or it is off.
+// Uses the monitor at `output` for the game. False if there is none, or it is off.
 bool take_output(Display& display, xcb_randr_output_t output) {
   if (output == XCB_NONE) return false;
   xcb_connection_t* x = display.x.get();
@@ -84,7 +77,7 @@ bool take_output(Display& display, xcb_randr_output_t output) {
   return true;
 }
 
-// The window opens on the primary monitor, without one on the first that is on.
+// The window opens on the primary monitor; without a primary one, on the first that is on.
 bool take_monitor(Display& display) {
   xcb_connection_t* x = display.x.get();
   const auto primary = owned(xcb_randr_get_output_primary_reply(
@@ -114,7 +107,7 @@ Display open_display() {
   }
   if (usable) {
     const auto version = owned(xcb_randr_query_version_reply(
-        x, xcb_randr_query_version(x, 1, 3), nullptr));  // 1.3 tells the primary monitor
+        x, xcb_randr_query_version(x, 1, 3), nullptr));  // since 1.3 there is a primary monitor
     usable = version && (version->major_version > 1 || version->minor_version >= 3) &&
              take_monitor(display);
   }
@@ -134,7 +127,7 @@ DisplaySize screen_size(const Display& display) {
   return root ? DisplaySize{root->width, root->height} : DisplaySize{0, 0};
 }
 
-// The corner up to which monitors show the screen.
+// The bottom right corner of the area that monitors show.
 DisplaySize monitors_end(const Display& display) {
   DisplaySize end{1, 1};
   const auto resources = resources_of(display);
@@ -149,11 +142,12 @@ DisplaySize monitors_end(const Display& display) {
   return end;
 }
 
-// Whether it is done shows in what the display then takes: some do without, and say no.
+// The reply is no proof, because some displays refuse and work all the same. What the display then
+// accepts shows whether it is done.
 void screen_resize(const Display& display, DisplaySize size) {
   const DisplaySize old = screen_size(display);
   if ((old.width == size.width && old.height == size.height) || old.width == 0) return;
-  const xcb_screen_t& screen = *display.screen;  // its own size is that of the beginning
+  const xcb_screen_t& screen = *display.screen;  // with the size at the start
   const int width_mm = size.width * screen.width_in_millimeters / screen.width_in_pixels;
   const int height_mm = size.height * screen.height_in_millimeters / screen.height_in_pixels;
   xcb_connection_t* x = display.x.get();
@@ -164,8 +158,8 @@ void screen_resize(const Display& display, DisplaySize size) {
                                            static_cast<std::uint32_t>(height_mm))));
 }
 
-// The screen first grows to hold old and new mode, and shrinks when the monitor shows the new one:
-// so at each step the monitor has a mode, and after a refusal it is still the old one.
+// The screen first grows to hold both old and new mode, and shrinks when the monitor shows the new
+// one. So the monitor has a mode at each step, and after a refusal it still has the old one.
 bool mode_set(const Display& display, const Mode& mode) {
   const auto crtc = crtc_info(display, display.crtc);
   const auto resources = resources_of(display);
@@ -229,7 +223,7 @@ DisplayModeResult display_set_mode(int width, int height) {
   SDL_DisplayMode only{};
   if (!display_sdl_video() || SDL_GetDesktopDisplayMode(0, &only) != 0) return DISPLAY_MODE_FAILED;
   if (only.w == width && only.h == height) return DISPLAY_MODE_OK;
-  std::fprintf(stderr, "A screen of %d x %d was asked for; the display (%s) has %d x %d alone.\n",
+  std::fprintf(stderr, "A screen of %d x %d was asked for; the display (%s) only has %d x %d.\n",
                width, height, SDL_GetCurrentVideoDriver(), only.w, only.h);
   return DISPLAY_MODE_BAD_MODE;
 }
@@ -237,7 +231,7 @@ DisplayModeResult display_set_mode(int width, int height) {
 void display_restore_mode() {
   if (found.mode.id == XCB_NONE) return;
   Display display = open_display();
-  display.crtc = found.crtc;  // another monitor may be the primary one by now
+  display.crtc = found.crtc;  // another monitor may be primary by now
   if (display.x && mode_set(display, found.mode)) screen_resize(display, found.screen);
   found.mode = {};
 }

@@ -1,4 +1,4 @@
-// What the files of the real display share. Not for anyone else.
+// Shared by the files of the real display only.
 #pragma once
 
 #include <SDL2/SDL.h>
@@ -6,8 +6,8 @@
 // The one window, or null.
 SDL_Window* display_sdl_window();
 
-// True if the window can carry a GL context: its pixel format was found.
+// True if a pixel format was found, so the window can have a GL context.
 bool display_sdl_window_has_gl();
 
-// Brings up SDL's video part on first call. False without a display.
+// Starts SDL's video part on the first call. False without a display.
 bool display_sdl_video();

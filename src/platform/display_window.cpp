@@ -19,8 +19,8 @@ struct Window {
 
 constinit Window state;
 
-// A box must have somebody who can answer it. On a desk that's the person whose session it is; a
-// virtual screen or a cabinet's bare one has nobody, and the program would wait for ever.
+// A box needs somebody who can answer it. On a desk that is the owner of the session. A virtual
+// screen or a cabinet's bare one has nobody, and the program would wait for ever.
 bool somebody_can_answer() {
   if (std::getenv("CI") != nullptr || !display_sdl_video()) return false;
   const char* driver = SDL_GetCurrentVideoDriver();
@@ -88,12 +88,12 @@ bool display_open_window(const char* title, int width, int height, bool fullscre
   SDL_GL_SetAttribute(SDL_GL_BLUE_SIZE, 8);
   SDL_GL_SetAttribute(SDL_GL_DEPTH_SIZE, 16);
   std::uint32_t flags = SDL_WINDOW_SHOWN;
-  // The primary monitor has its mode by now, so the window takes it as it is.
+  // The primary monitor has its mode by now, so the window uses the current one.
   const int corner = fullscreen ? static_cast<int>(SDL_WINDOWPOS_CENTERED_DISPLAY(0)) : 0;
   flags |= fullscreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : SDL_WINDOW_RESIZABLE;
   state.window = SDL_CreateWindow(title, corner, corner, width, height, flags | SDL_WINDOW_OPENGL);
   state.has_gl = state.window != nullptr;
-  // Without a pixel format there is still a window; what is missing is told with the context.
+  // Without a pixel format there is still a window; creating the context reports the error.
   if (!state.has_gl) state.window = SDL_CreateWindow(title, corner, corner, width, height, flags);
   if (state.window == nullptr) return false;
   SDL_RaiseWindow(state.window);
@@ -120,7 +120,7 @@ DisplayEvents display_poll_events() {
     switch (event.type) {
       case SDL_QUIT:
         seen.quit = true;
-        break;  // SIGTERM and SIGINT come this way too
+        break;  // SIGTERM and SIGINT arrive here too
       case SDL_WINDOWEVENT:
         window_event(event.window, seen);
         break;

@@ -6,14 +6,15 @@
 namespace {
 
 constexpr int SIDE = 4;                 // pixels of a block
-constexpr std::size_t BLOCK_SIZE = 16;  // bytes: two ends, 16 indexes of 3 bits, then the colours
+constexpr std::size_t BLOCK_SIZE = 16;  // two end values, 16 indexes of 3 bits, then the colours
 constexpr std::uint8_t BETWEEN = 128;
 
 struct Ramp {
   std::uint8_t alpha[8];
 };
 
-// With the first end above the second there are six steps between them, else four, and 0 and 255.
+// If the first end value is above the second, there are six steps between them; otherwise four,
+// plus 0 and 255.
 Ramp ramp_of(std::uint8_t first, std::uint8_t second) {
   Ramp ramp{{first, second}};
   const std::uint8_t step = first == second ? first : BETWEEN;

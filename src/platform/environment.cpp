@@ -21,7 +21,7 @@ std::string complaint(const char* name, const std::string& value, const char* al
   return std::string{name} + "=\"" + value + "\": " + allowed;
 }
 
-// The path behind "unix:", or empty.
+// The path after "unix:", or empty.
 std::string socket_path(const std::string& value) {
   constexpr std::string_view prefix = "unix:";
   return value.starts_with(prefix) ? value.substr(prefix.size()) : std::string{};
@@ -67,7 +67,7 @@ bool environment_read(std::string& error) {
   environment.drive_d = variable("LILYHOP_DRIVE_D");
   if (environment.drive_d.empty()) environment.drive_d = default_drive();
   if (environment.drive_d.empty()) {
-    error = complaint("LILYHOP_DRIVE_D", "", "must name a folder, for HOME is not set either");
+    error = complaint("LILYHOP_DRIVE_D", "", "must name a folder, because HOME is not set either");
     return false;
   }
 
@@ -75,7 +75,7 @@ bool environment_read(std::string& error) {
     const std::string name = "LILYHOP_COM" + std::to_string(i + 1);
     environment.com[i] = variable(name.c_str());
     if (!environment.com[i].empty() && environment.com[i][0] != '/') {
-      error = complaint(name.c_str(), environment.com[i], "must be the whole path of a device");
+      error = complaint(name.c_str(), environment.com[i], "must be the full path of a device");
       return false;
     }
   }

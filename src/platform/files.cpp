@@ -26,7 +26,7 @@ std::string folder_of(const std::string& path) {
   return std::filesystem::path(path).parent_path().string();
 }
 
-// The new name is only safe once the folder that holds it is on the disk too.
+// The new name is safe only when its folder is on the disk too.
 bool sync_folder(const std::string& folder) {
   const int fd = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (fd < 0) return false;
@@ -39,7 +39,7 @@ bool is_on_drive(std::string_view name) {
   return name.starts_with(R"(d:\)") || name.starts_with(R"(D:\)");
 }
 
-// The name in a folder that differs from this one in no more than its letters' case.
+// The name in a folder that differs from this one at most in the case of letters.
 std::string name_in_any_case(const std::filesystem::path& folder, const std::string& name) {
   std::error_code failed;
   if (std::filesystem::exists(folder / name, failed)) return name;
@@ -52,7 +52,7 @@ std::string name_in_any_case(const std::filesystem::path& folder, const std::str
   return {};
 }
 
-// Only a plain file opens: a folder of that name is no file, and a pipe would hold the caller up.
+// Only a regular file opens: a folder can't be read, and a pipe would block the caller.
 std::FILE* plain_file_open(const char* path) {
   const int fd = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
   if (fd < 0) return nullptr;
@@ -63,8 +63,8 @@ std::FILE* plain_file_open(const char* path) {
   return stream;
 }
 
-// A new file beside `path`. Whatever a power cut left there makes room; what won't, as a folder
-// with something in it, is gone round.
+// A new file beside `path`. Removes what a power cut left there, or takes another name if it can't
+// be removed, like a folder with something in it.
 int temporary_open(const std::string& path, std::string& temporary) {
   for (const char* ending : {".new", ".new2"}) {
     temporary = path + ending;
@@ -80,7 +80,7 @@ int temporary_open(const std::string& path, std::string& temporary) {
 
 void files_use_roots(const std::string& drive_d, const std::string& program_folder) {
   roots() = {drive_d, program_folder};
-  std::error_code ignored;  // a drive that can't be made shows when the books are stored
+  std::error_code ignored;  // if the drive can't be made, storing the books will show it
   std::filesystem::create_directories(drive_d, ignored);
 }
 
@@ -171,7 +171,7 @@ void read_close(ReadFile* file) {
 
 struct StoreFile {
   int fd = -1;
-  bool whole = true;  // every write so far went through
+  bool whole = true;  // every write so far succeeded
   std::string path, temporary;
 };
 
@@ -204,7 +204,7 @@ bool store_bytes(StoreFile* file, const void* data, std::size_t size) {
 
 namespace {
 
-// Puts what was written, if it is `good`, in the place of the old file.
+// Replaces the old file by what was written, if it is `good`.
 bool take_place(StoreFile* file, bool good) {
   close(file->fd);
   const bool ok = good && rename(file->temporary.c_str(), file->path.c_str()) == 0;

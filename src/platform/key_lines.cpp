@@ -1,14 +1,13 @@
 #include "platform/key_lines.h"
 
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstring>
 #include <string>
 
 #include "platform/environment.h"
+#include "platform/unix_socket.h"
 
 namespace {
 
@@ -17,22 +16,6 @@ constinit int listener = -1;
 void listener_close() {
   if (listener >= 0) close(listener);
   listener = -1;
-}
-
-// A key is rare and a connect to a socket in the file system is quick, so each key that finds no
-// connection tries anew. Not blocking: a listener with a full backlog is no listener.
-bool listener_open(const std::string& path) {
-  sockaddr_un address{};
-  if (path.size() >= sizeof address.sun_path) return false;
-  address.sun_family = AF_UNIX;
-  std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
-  listener = socket(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-  if (listener < 0) return false;
-  if (connect(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) {
-    return true;
-  }
-  listener_close();
-  return false;
 }
 
 bool line_write(const char* line, std::size_t size) {
@@ -50,8 +33,10 @@ void key_line_send(bool pressed, const char* name) {
   if (length <= 0 || length >= static_cast<int>(sizeof line)) return;
   const auto size = static_cast<std::size_t>(length);
   if (listener >= 0 && line_write(line, size)) return;
-  // The old listener has gone, or its buffer is full and a piece of a line may be in it: begin
-  // anew.
+  // The old listener has gone, or its buffer is full and may hold part of a line: connect again.
+  // Keys are rare, and connecting to a local socket is quick, so each key without a connection
+  // tries.
   listener_close();
-  if (listener_open(path) && !line_write(line, size)) listener_close();
+  listener = unix_socket_connect(path, SOCK_STREAM);
+  if (listener >= 0 && !line_write(line, size)) listener_close();
 }

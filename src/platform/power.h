@@ -3,10 +3,10 @@
 
 #include <string>
 
-// Reboots the machine if LILYHOP_POWER allows it, else only logs a line. False if the machine was
-// not told to; the caller learns no more.
+// Reboots the machine if LILYHOP_POWER allows it, otherwise only logs a line. False if the machine
+// was not told to reboot; there is no further result.
 bool power_reboot();
 
-// A name of the time since the machine was last started: the same until it is started anew, and
-// then never again. Empty if the machine doesn't tell.
+// A name for the time since the machine was last started. It never occurs again after the next
+// start. Empty if the machine doesn't provide it.
 std::string power_boot_id();

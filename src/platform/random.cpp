@@ -4,8 +4,8 @@
 
 namespace {
 
-// A Weyl sequence whose steps are scrambled: the next number needs one atomic addition and no lock,
-// so any thread may draw. The start is fixed until somebody seeds.
+// A Weyl sequence with scrambled output: the next number needs one atomic addition and no lock, so
+// any thread may draw. The start is fixed until a seed is set.
 constexpr std::uint64_t WEYL_STEP = 0x9E3779B97F4A7C15;
 
 constinit std::atomic<std::uint64_t> weyl{0};

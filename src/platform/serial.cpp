@@ -18,25 +18,25 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <system_error>
 #include <thread>
 
 #include "platform/environment.h"
+#include "platform/mutex.h"
 
 using Steady = std::chrono::steady_clock;
 
 struct SerialPort {
   std::string path;
   unsigned kind = 0;  // of the device that was opened first
-  int fd = -1;        // never changes: a repair puts the new device behind the same number
+  int fd = -1;        // never changes: a repair puts the new device under the same number
   int wake_fd = -1;
   std::atomic<int> baud{0};  // 0 until configured
   std::atomic<SerialLines> lines{SERIAL_LINES_ON};
   std::atomic<bool> lost{false};
-  std::mutex repair_mutex;
-  Steady::time_point next_repair;  // under repair_mutex
+  Mutex repair_mutex;
+  Steady::time_point next_repair GUARDED_BY(repair_mutex);
 };
 
 namespace {
@@ -45,9 +45,9 @@ constexpr auto REPAIR_EVERY = std::chrono::milliseconds(250);
 constexpr int LOST_PAUSE_MS = 100;
 constexpr auto WRITE_BOUND = std::chrono::milliseconds(100);
 constexpr auto DRAIN_BOUND = std::chrono::milliseconds(100);
-constexpr int BITS_OF_A_BYTE = 10;  // with start and stop
+constexpr int BITS_OF_A_BYTE = 10;  // with start and stop bits
 
-// The device that stands for "COM1" to "COM16", or null.
+// The device for "COM1" to "COM16", or null.
 const std::string* device_of(const char* name) {
   if (std::strncmp(name, "COM", 3) != 0) return nullptr;
   const char* const end = name + std::strlen(name);
@@ -58,7 +58,7 @@ const std::string* device_of(const char* name) {
   return path.empty() ? nullptr : &path;
 }
 
-// The driver of an open device, by its number.
+// The driver of an open device, as a number.
 unsigned device_kind(int fd) {
   struct stat status{};
   return fstat(fd, &status) == 0 && S_ISCHR(status.st_mode) ? major(status.st_rdev) : 0;
@@ -70,16 +70,16 @@ bool is_pseudo_terminal(unsigned kind) {
   return kind >= FIRST && kind <= LAST;
 }
 
-// Exclusive mode belongs to the terminal, not to the handle: left on, it locks us out too as long
-// as another process holds the terminal open. The far end of a pseudo-terminal does just that, and
-// a killed program can't switch it off.
+// Exclusive mode belongs to the terminal, not to the handle. While another process holds the
+// terminal open, the mode stays on and locks us out too. The far end of a pseudo-terminal holds it
+// open, and a killed program can't switch the mode off.
 bool exclusive_set(int fd, bool on) {
   if (is_pseudo_terminal(device_kind(fd))) return true;
   return ioctl(fd, on ? TIOCEXCL : TIOCNXCL) == 0;
 }
 
-// Opens a device for this handle alone, or returns the negative error number. The lock is what
-// counts among our own handles and as root; the exclusive mode keeps other programs out.
+// Opens a device for this handle only, or returns the negative error number. The lock works between
+// our own handles and as root; exclusive mode keeps other programs out.
 int device_open(const std::string& path) {
   const int fd = open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
   if (fd < 0) return -errno;
@@ -96,8 +96,8 @@ void device_release(int fd) {
   flock(fd, LOCK_UN);
 }
 
-// True if the path leads to a device of the same driver as the one that was lost. Looked at before
-// it is opened, which alone would raise its lines.
+// True if the path leads to a device of the same driver as the lost one. Checked before it is
+// opened, because opening a device already raises its DTR and RTS lines.
 bool leads_back(const SerialPort& port) {
   struct stat found{};
   return stat(port.path.c_str(), &found) == 0 && S_ISCHR(found.st_mode) &&
@@ -112,7 +112,7 @@ bool device_configure(int fd, int baud, SerialLines lines) {
   state.c_cflag &= ~static_cast<tcflag_t>(CSTOPB | CRTSCTS | HUPCL);
   state.c_cflag |= CS8 | CREAD | CLOCAL;
   state.c_iflag &= ~static_cast<tcflag_t>(IXON | IXOFF | IXANY | INPCK);
-  state.c_cc[VMIN] = 1;  // so that a read of nothing is an error of its own, and 0 means gone
+  state.c_cc[VMIN] = 1;  // so that a read of nothing is a distinct error, and 0 means gone
   state.c_cc[VTIME] = 0;
   cfsetispeed(&state, speed);
   cfsetospeed(&state, speed);
@@ -122,32 +122,37 @@ bool device_configure(int fd, int baud, SerialLines lines) {
   return true;
 }
 
-// True if the port can be used. A port whose device has gone looks for one of its kind by its path
-// again, a few times a second, so that an adapter that is pulled and put back works on.
-bool usable(SerialPort* port) {
-  if (!port->lost) return true;
-  const std::unique_lock lock(port->repair_mutex, std::try_to_lock);
-  if (!lock) return false;
-  if (!port->lost) return true;
+// Opens a lost port's device again, if it is time to try.
+void repair(SerialPort& port) REQUIRES(port.repair_mutex) {
   const auto now = Steady::now();
-  if (now < port->next_repair) return false;
-  port->next_repair = now + REPAIR_EVERY;
+  if (!port.lost || now < port.next_repair) return;
+  port.next_repair = now + REPAIR_EVERY;
 
-  device_release(port->fd);
-  if (!leads_back(*port)) return false;
-  const int fresh = device_open(port->path);
-  if (fresh < 0) return false;
-  const int baud = port->baud;
-  const bool good = device_kind(fresh) == port->kind &&
-                    (baud == 0 || device_configure(fresh, baud, port->lines)) &&
-                    dup3(fresh, port->fd, O_CLOEXEC) == port->fd;
+  device_release(port.fd);
+  if (!leads_back(port)) return;
+  const int fresh = device_open(port.path);
+  if (fresh < 0) return;
+  const int baud = port.baud;
+  const bool good = device_kind(fresh) == port.kind &&
+                    (baud == 0 || device_configure(fresh, baud, port.lines)) &&
+                    dup3(fresh, port.fd, O_CLOEXEC) == port.fd;
   if (!good) device_release(fresh);
   close(fresh);
-  port->lost = !good;
-  return good;
+  port.lost = !good;
 }
 
-// Keeps a caller that loops on a lost port from spinning.
+// True if the port can be used. If its device has gone, looks for one of the same kind by its path,
+// a few times a second, so that an adapter works again after it is pulled and plugged in.
+bool usable(SerialPort* port) {
+  if (!port->lost) return true;
+  if (!port->repair_mutex.try_lock()) return false;  // another thread is at it
+  repair(*port);
+  const bool repaired = !port->lost;
+  port->repair_mutex.unlock();
+  return repaired;
+}
+
+// Slows down a caller that loops on a lost port.
 int lost_pause(SerialPort* port, int timeout_ms) {
   const int pause_ms = timeout_ms < 0 ? LOST_PAUSE_MS : std::min(timeout_ms, LOST_PAUSE_MS);
   pollfd wake{port->wake_fd, POLLIN, 0};
@@ -251,14 +256,14 @@ int serial_write(SerialPort* port, const void* data, std::size_t size) {
   return static_cast<int>(size);
 }
 
-// Not tcdrain, which has no bound: an adapter that hangs would hold its caller for ever.
+// Not tcdrain, which has no time limit: an adapter that hangs would block its caller for ever.
 void serial_drain(SerialPort* port, int bytes) {
   const auto deadline = Steady::now() + DRAIN_BOUND;
   int queued = 0;
   while (ioctl(port->fd, TIOCOUTQ, &queued) == 0 && queued > 0 && Steady::now() < deadline) {
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
-  // What an adapter holds by itself shows in no queue.
+  // Bytes that the adapter itself holds are in no queue.
   if (port->baud == 0) return;
   const std::int64_t bits = std::int64_t{bytes} * BITS_OF_A_BYTE;
   std::this_thread::sleep_for(std::chrono::microseconds(bits * 1'000'000 / port->baud));

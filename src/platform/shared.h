@@ -4,12 +4,11 @@
 #include <atomic>
 #include <type_traits>
 
-// `Shared<T>` has the size and layout of `T`. Reads and writes look like those of a plain `T` and
-// are relaxed atomic: a reader sees an old word or a new one, never half of each, and no order
-// between two words is promised. Only the one writer may use the compound operators, for they are
-// a read and a write. It is trivially copyable, so that a record of these can lie on disk as it
-// lies in memory; assigning one from another has to say `get()`, because a plain copy would be a
-// race.
+// `Shared<T>` has the size and layout of `T`. It is read and written like a plain `T`, but each
+// access is relaxed atomic: a reader sees an old word or a new one, never half of each. No order
+// between two words is promised. Only the one writer may use compound operators, because they are a
+// read and a write. `Shared<T>` is trivially copyable, so a record of them is the same on disk and
+// in memory. To assign one to another, use `get()`, because a plain copy would be a race.
 template <typename T>
 struct Shared {
   static_assert(std::is_trivially_copyable_v<T> && sizeof(T) <= 8);

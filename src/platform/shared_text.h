@@ -7,12 +7,12 @@
 
 #include "platform/shared.h"
 
-// Holds up to SIZE - 1 characters. A reader that comes in the middle of a change sees some letters
-// of each line, never past the end.
+// Holds up to SIZE - 1 characters. During a change a reader may see letters of both lines, but
+// never beyond the end.
 template <std::size_t SIZE>
 class SharedText {
  public:
-  // The writer alone. What is too long is cut off.
+  // Only the writer calls it. A text that is too long is cut.
   void set(const char* text) {
     std::size_t i = 0;
     for (; i + 1 < SIZE && text[i] != '\0'; ++i) letters_[i] = text[i];
@@ -24,7 +24,7 @@ class SharedText {
     set(line);
   }
 
-  // A copy of what stands there.
+  // A copy of the present text.
   struct Copy {
     char text[SIZE];
   };

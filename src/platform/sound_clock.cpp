@@ -15,7 +15,7 @@ constexpr int JOIN_BOUND_MS = 2000;
 
 struct SoundClock {
   SoundRender render = nullptr;
-  std::unique_ptr<SoundSocket> listener;  // null: nobody hears it
+  std::unique_ptr<SoundSocket> listener;  // null: unheard
   std::shared_ptr<Thread> thread;
 };
 

@@ -16,17 +16,17 @@
 
 namespace {
 
-constexpr int WATCH_MS = 20;                // how often the device is looked at
-constexpr int REOPEN_MS = 1000;             // between two tries to open a lost device
-constexpr int STALL_MS = 3000;              // a device that pulls nothing for so long is lost too
-constexpr int MOST_FRAMES_UNHEARD = 22050;  // made up for after the watch itself was held up
+constexpr int WATCH_MS = 20;     // how often the device is checked
+constexpr int REOPEN_MS = 1000;  // between two attempts to open a lost device
+constexpr int STALL_MS = 3000;   // a device that asks for nothing this long counts as lost
+constexpr int MOST_FRAMES_UNHEARD = 22050;  // at most, after the watch was delayed
 
 struct Device {
   SoundRender render = nullptr;
   SDL_AudioDeviceID id = 0;
   std::shared_ptr<Thread> watch;
-  std::atomic<std::uint32_t> blocks{0};  // pulled so far
-  bool named_one_missing = false;        // has been said
+  std::atomic<std::uint32_t> blocks{0};  // requested by the device so far
+  bool named_one_missing = false;        // has been reported
 };
 
 constinit Device state;
@@ -57,9 +57,9 @@ void say_named_one_missing(const char* wanted) {
   }
 }
 
-// A cabinet had better sound from another device than not at all, so a name that fits none is said
-// and passed over. Without a name for it, null stands for the default device; SDL would look at the
-// variable itself then, so the first device has to do where the variable is no use.
+// Another device is better than no sound, so an unknown name is reported and another device opened.
+// Without a name, null means the default device. With an unknown name SDL would look at the
+// variable itself, so the first device is opened by its name.
 bool open_device() {
   const char* wanted = std::getenv("SDL_AUDIO_DEVICE_NAME");
   const char* description = "default";
@@ -99,7 +99,7 @@ void close_device() {
 void say_nothing(const char* /*file*/, int /*line*/, const char* /*function*/, int /*error*/,
                  const char* /*format*/, ...) {}
 
-// ALSA prints a dozen lines about each device that it can't open. SDL says in one what came of it.
+// ALSA prints a dozen lines about each device that it can't open. SDL reports the result in one.
 void silence_alsa() {
   using Handler = void (*)(const char*, int, const char*, int, const char*, ...);
   using SetHandler = int (*)(Handler);
@@ -115,14 +115,14 @@ bool open_first() {
   return false;
 }
 
-// A sound server that went away takes its connection with it, so the whole of SDL's sound goes and
-// comes with the device.
+// If a sound server goes away, its connection is lost too, so SDL's whole sound part is restarted
+// with the device.
 bool reopen_device() {
   SDL_AudioQuit();
   return SDL_AudioInit(std::getenv("SDL_AUDIODRIVER")) == 0 && open_device();
 }
 
-// Lets time pass for what plays while nobody hears it: sounds end and their tracks come free.
+// Advances what plays while it is unheard: sounds end and their tracks become free.
 class Unheard {
  public:
   void begin() { last_ms_ = clock_ms(); }
@@ -141,8 +141,8 @@ class Unheard {
   std::int64_t last_ms_ = 0, owed_ = 0;
 };
 
-// Whether the device still pulls. SDL marks one that it lost as stopped; one that hangs is known by
-// its silence.
+// Whether the device still asks for sound. SDL marks a lost device as stopped; a device that hangs
+// makes no requests.
 class Pulse {
  public:
   void begin() { last_ms_ = clock_ms(); }
@@ -168,7 +168,7 @@ void watch_device(const Thread& self, void* /*context*/) {
   for (; !thread_stop_requested(self); clock_sleep_ms(WATCH_MS)) {
     if (state.id != 0 && pulse.beats()) continue;
     if (state.id != 0) {
-      std::fprintf(stderr, "The sound device is lost. It is looked for every second.\n");
+      std::fprintf(stderr, "The sound device is lost. The game looks for it every second.\n");
       close_device();
       unheard.begin();
       next_try_ms = clock_ms() + REOPEN_MS;
@@ -180,7 +180,7 @@ void watch_device(const Thread& self, void* /*context*/) {
     }
     unheard.catch_up();
   }
-  SDL_TLSCleanup();  // what SDL keeps for this thread
+  SDL_TLSCleanup();  // SDL's data for this thread
 }
 
 }  // namespace
@@ -188,7 +188,7 @@ void watch_device(const Thread& self, void* /*context*/) {
 bool sound_sdl_open(SoundRender render, std::string& error) {
   state.render = render;
   state.named_one_missing = false;
-  // SDL's threads inherit the caller's processors, and the one that the caller is pinned to is busy
+  // SDL's threads inherit the caller's processors, and the one that the caller is tied to is busy
   // with the picture.
   const bool was_pinned = thread_unpin();
   const bool opened = open_first();
@@ -199,7 +199,7 @@ bool sound_sdl_open(SoundRender render, std::string& error) {
     return false;
   }
   state.watch = thread_start("sound device", THREAD_PRIORITY_NORMAL, watch_device, nullptr);
-  return true;  // without a watch the device plays, and stays lost if it is lost
+  return true;  // without a watch the device plays, but is not reopened if it is lost
 }
 
 void sound_sdl_close() {

@@ -1,29 +1,18 @@
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
+#include <cstddef>
 #include <cerrno>
+#include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <string>
 
 #include "platform/sound_backends.h"
+#include "platform/unix_socket.h"
 
 namespace {
 
-constexpr std::int64_t TRY_US = 200'000;  // between two looks for a listener
-
-int connect_to(const std::string& path) {
-  sockaddr_un address{};
-  if (path.size() >= sizeof address.sun_path) return -1;
-  address.sun_family = AF_UNIX;
-  std::memcpy(address.sun_path, path.c_str(), path.size());
-  const int fd = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-  if (fd < 0) return -1;
-  if (connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) return fd;
-  close(fd);
-  return -1;
-}
+constexpr std::int64_t TRY_US = 200'000;  // between two attempts to find a listener
 
 }  // namespace
 
@@ -35,7 +24,7 @@ bool SoundSocket::connected(std::int64_t time_us) {
   if (socket_ >= 0) return true;
   if (time_us < next_try_us_) return false;
   next_try_us_ = time_us + TRY_US;
-  socket_ = connect_to(path_);
+  socket_ = unix_socket_connect(path_, SOCK_SEQPACKET);
   return socket_ >= 0;
 }
 

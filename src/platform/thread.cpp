@@ -7,8 +7,9 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstring>
-#include <mutex>
 #include <utility>
+
+#include "platform/mutex.h"
 
 struct Thread {
   ~Thread() {
@@ -20,19 +21,19 @@ struct Thread {
   ThreadPriority priority = THREAD_PRIORITY_NORMAL;
   char name[16] = {};
   std::atomic<bool> stop{false};
-  std::mutex mutex;
-  std::condition_variable end_signal;
-  bool ended = false;
+  Mutex mutex;
+  std::condition_variable_any end_signal;
+  bool ended GUARDED_BY(mutex) = false;
   bool started = false, joined = false;
   pthread_t handle{};
-  std::shared_ptr<Thread> self;  // handed to the running thread: a left-behind one keeps its record
+  std::shared_ptr<Thread> self;  // the running thread keeps its record alive
 };
 
 namespace {
 
-thread_local bool pinned = false;  // the calling thread, to one processor
+thread_local bool pinned = false;  // the calling thread is tied to one processor
 
-// The processors that the process was given, as they were before any thread was pinned.
+// The processors that the process was given, before any thread was pinned.
 const cpu_set_t& process_processors() {
   static const cpu_set_t processors = [] {
     cpu_set_t set;
@@ -43,8 +44,8 @@ const cpu_set_t& process_processors() {
   return processors;
 }
 
-// The lowest real-time level is above all ordinary work and still below the kernel's own interrupt
-// threads. Threads that this one starts go back to ordinary work.
+// The lowest real-time level is above all normal work and still below the kernel's own interrupt
+// threads. Threads that this one starts get normal priority.
 void ask_for_time_critical() {
   sched_param level{};
   level.sched_priority = sched_get_priority_min(SCHED_FIFO);
@@ -57,7 +58,7 @@ void* thread_main(void* raw) {
   if (thread->priority == THREAD_PRIORITY_TIME_CRITICAL) ask_for_time_critical();
   thread->body(*thread, thread->context);
 
-  const std::lock_guard lock(thread->mutex);
+  const MutexLock lock(thread->mutex);
   thread->ended = true;
   thread->end_signal.notify_all();
   return nullptr;
@@ -97,11 +98,12 @@ void thread_request_stop(Thread& thread) {
 
 bool thread_join(Thread& thread, int bound_ms) {
   {
-    std::unique_lock lock(thread.mutex);
-    if (!thread.end_signal.wait_for(lock, std::chrono::milliseconds(bound_ms),
-                                    [&thread] { return thread.ended; })) {
-      return false;
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(bound_ms);
+    const MutexLock lock(thread.mutex);
+    while (!thread.ended) {
+      if (thread.end_signal.wait_until(thread.mutex, end) == std::cv_status::timeout) break;
     }
+    if (!thread.ended) return false;
   }
   if (!thread.joined) pthread_join(thread.handle, nullptr);
   thread.joined = true;

@@ -1,4 +1,4 @@
-// Lines cut into tokens: the command line, and the list of installed files.
+// Splits lines into tokens: the command line, and the list of installed files.
 #pragma once
 
 constexpr int TOKEN_SLOTS = 64;
@@ -6,7 +6,7 @@ constexpr int TOKEN_SIZE = 128;
 
 extern char token_table[TOKEN_SLOTS][TOKEN_SIZE];
 
-// Cuts a line at blanks, commas, tabs, parentheses and line ends into the token table, in upper
-// case. A ";" where a token would begin ends the line. A token is cut off behind 127 characters.
-// Returns the number of tokens, 0 for a line of 256 characters or more. Main thread.
+// Splits a line at blanks, commas, tabs, parentheses and line ends into the token table, in upper
+// case. A ";" at the start of a token ends the line. A token is cut after 127 characters. Returns
+// the number of tokens, 0 for a line of 256 characters or more. Main thread.
 int app_tokenize_line(const char* line);

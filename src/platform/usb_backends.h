@@ -1,15 +1,16 @@
-// The USB drivers behind platform/usb_device.h.
+// The USB drivers that implement platform/usb_device.h.
 #pragma once
 
 #include <string>
 
 #include "platform/usb_device.h"
 
-// The n of "\\.\USBIO_Device<n>", the name of a device by its place among all; -1 for other paths.
+// The n of "\\.\USBIO_Device<n>", the name of a device by its position among all; -1 for other
+// paths.
 int usb_device_number(const std::string& path);
 
-// The devices of this machine. Nothing of a device is opened before it gets a configuration, so a
-// search leaves all others alone.
+// The devices of this machine. A device is opened only when it gets a configuration, so a search
+// does not disturb the others.
 UsbDriver& usb_libusb_driver();
 
 // One simulated device at the far end of a unix socket; it is plugged in while somebody listens

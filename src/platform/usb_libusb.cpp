@@ -1,5 +1,5 @@
-// USB devices through libusb. The requests of the driver are answered from what libusb knows of a
-// device; only a reset takes time, and a thread of its own carries it.
+// USB devices through libusb. It answers the driver's requests from what libusb knows about a
+// device. Only a reset takes time; it runs on its own thread.
 #include <libusb-1.0/libusb.h>
 
 #include <algorithm>
@@ -16,7 +16,7 @@
 
 namespace {
 
-constexpr std::uint16_t INTERFACE_VERSION = 0x0141;  // what the program was made for
+constexpr std::uint16_t INTERFACE_VERSION = 0x0141;  // that the program was written for
 constexpr std::uint8_t DESCRIPTOR_DEVICE = 1;
 constexpr std::size_t MOST_BYTES = 64;  // of one transfer: a packet at full speed
 
@@ -28,8 +28,8 @@ std::uint32_t get_u16(const std::uint8_t* at) {
   return at[0] | at[1] << 8;
 }
 
-// One device, which all files that were opened on it share: the system gives an interface to one
-// handle alone.
+// One device, shared by all files that are opened on it, because the system gives an interface to
+// only one handle.
 struct Device {
   explicit Device(libusb_device* found) : device(libusb_ref_device(found)) {}
   ~Device() {
@@ -61,7 +61,7 @@ std::uint32_t configure(Device& device, const std::uint8_t* in) {
   const int wanted = descriptor->bConfigurationValue;
   libusb_free_config_descriptor(descriptor);
 
-  // The system has chosen the first configuration already; to set it once more would reset it.
+  // The system has already set the first configuration; setting it again would reset the device.
   int active = 0;
   libusb_set_auto_detach_kernel_driver(device.handle, 1);
   error = libusb_get_configuration(device.handle, &active);
@@ -76,7 +76,7 @@ std::uint32_t configure(Device& device, const std::uint8_t* in) {
   return error == 0 ? std::uint32_t{USB_OK} : code_of(error);
 }
 
-// The kind of an endpoint of the active configuration, or -1 if there is none of this address.
+// The type of an endpoint of the active configuration, or -1 if there is none with this address.
 int endpoint_kind(const Device& device, std::uint8_t address) {
   libusb_config_descriptor* configuration = nullptr;
   if (libusb_get_active_config_descriptor(device.device, &configuration) != 0) return -1;
@@ -110,11 +110,11 @@ std::uint32_t reset(const DevicePointer& device) {
     device->resetting = false;
     return USB_ERROR_NO_MEMORY;
   }
-  (void)context.release();  // the thread's now
+  (void)context.release();  // the thread owns it now
   return USB_OK;
 }
 
-// A transfer with its memory, which libusb uses until it says that it has ended.
+// A transfer with its memory, which libusb uses until it reports the end.
 struct Slot {
   explicit Slot(DevicePointer of) : device(std::move(of)), transfer(libusb_alloc_transfer(0)) {}
   ~Slot() { libusb_free_transfer(transfer); }
@@ -125,7 +125,7 @@ struct Slot {
   libusb_transfer* transfer;
   std::uint8_t bytes[MOST_BYTES] = {};
   bool parked = false;     // waits for the end of a reset
-  bool under_way = false;  // libusb has it
+  bool under_way = false;  // libusb is using it
 };
 
 void LIBUSB_CALL transfer_ended(libusb_transfer* transfer) {
@@ -150,7 +150,7 @@ class LibusbDriver final : public UsbDriver {
     std::erase_if(abandoned_, [](const auto& slot) { return !slot->under_way; });
   }
 
-  // A file goes and leaves this behind. Its memory is libusb's until the cancelling has ended.
+  // A closed file leaves this behind: libusb uses its memory until the cancelling has ended.
   void abandon(std::unique_ptr<Slot> slot) {
     if (slot == nullptr) return;
     if (slot->under_way) {
@@ -169,7 +169,7 @@ class LibusbDriver final : public UsbDriver {
 };
 
 LibusbDriver& driver() {
-  // Never destroyed: files of static objects are closed at the very end.
+  // Never destroyed: files in static objects are closed at the very end.
   static LibusbDriver& instance = *new LibusbDriver;
   return instance;
 }
@@ -230,7 +230,7 @@ class LibusbFile final : public UsbFile {
  private:
   [[nodiscard]] bool reads() const { return (endpoint_ & LIBUSB_ENDPOINT_IN) != 0; }
 
-  // libusb keeps the device's descriptor from when the device came, so nothing is opened for it.
+  // libusb has the device's descriptor from when it was plugged in, so nothing is opened for it.
   std::uint32_t descriptor(const std::uint8_t* in, std::uint8_t* out, std::size_t out_size,
                            std::size_t& returned) const {
     const bool wanted = get_u16(in) == 0 && get_u16(in + 2) == 0 && in[4] == DESCRIPTOR_DEVICE;
@@ -283,8 +283,8 @@ class LibusbFile final : public UsbFile {
     return reads() ? code_of(error) : USB_ERROR_GONE;
   }
 
-  // A write that failed is cured by closing and opening again, as if the device had gone; a read
-  // by a reset.
+  // After a failed write the device must be closed and opened again, as if it had gone; after a
+  // failed read it must be reset.
   [[nodiscard]] std::uint32_t status_of(const libusb_transfer& ended) const {
     if (ended.status == LIBUSB_TRANSFER_COMPLETED) return USB_OK;
     if (ended.status == LIBUSB_TRANSFER_NO_DEVICE || device_->gone || !reads()) {
@@ -296,7 +296,7 @@ class LibusbFile final : public UsbFile {
   DevicePointer device_;
   std::uint8_t endpoint_ = 0;
   int kind_ = -1;
-  std::unique_ptr<Slot> slot_;  // from the binding on
+  std::unique_ptr<Slot> slot_;  // valid once it is bound
 };
 
 std::string path_of(libusb_device* device) {
@@ -304,7 +304,7 @@ std::string path_of(libusb_device* device) {
          std::to_string(libusb_get_device_address(device));
 }
 
-// The devices that are there now. The references are given back with it.
+// The devices that are plugged in now. Releasing the list releases their references.
 class Present {
  public:
   explicit Present(libusb_context* context) : count_(libusb_get_device_list(context, &devices_)) {}

@@ -25,7 +25,7 @@ bool write_digit(const std::filesystem::path& file, char digit) {
 bool usb_reset_below(const std::string& root, std::uint16_t vendor, std::uint16_t product) {
   std::error_code error;
   bool done = false;
-  std::error_code ended;  // the bus may lose a device in the midst of the walk
+  std::error_code ended;  // the bus may lose a device during the walk
   const std::filesystem::directory_iterator end;
   for (std::filesystem::directory_iterator at(root, ended); !ended && at != end;
        at.increment(ended)) {

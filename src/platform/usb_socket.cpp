@@ -1,23 +1,24 @@
 #include <poll.h>
 #include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
+#include <cstddef>
 #include <algorithm>
 #include <cerrno>
+#include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <initializer_list>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "platform/unix_socket.h"
 #include "platform/usb_backends.h"
 
 namespace {
 
-// Requests of the search, at start-up and every few minutes; a simulation answers at once.
+// For the requests of a search, at start-up and every few minutes; a simulation answers at once.
 constexpr int CONTROL_BOUND_MS = 100;
 constexpr std::size_t HEAD = 5;  // kind and code of an answer
 
@@ -31,18 +32,6 @@ void put_u32(Packet& packet, std::uint32_t value) {
 
 std::uint32_t get_u32(const std::uint8_t* bytes) {
   return bytes[0] | bytes[1] << 8 | bytes[2] << 16 | static_cast<std::uint32_t>(bytes[3]) << 24;
-}
-
-int connect_to(const std::string& path) {
-  sockaddr_un address{};
-  address.sun_family = AF_UNIX;
-  if (path.size() >= sizeof address.sun_path) return -1;
-  std::memcpy(address.sun_path, path.c_str(), path.size());
-  const int fd = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
-  if (fd < 0) return -1;
-  if (connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) return fd;
-  close(fd);
-  return -1;
 }
 
 class SocketFile final : public UsbFile {
@@ -100,7 +89,7 @@ class SocketFile final : public UsbFile {
     return sent == static_cast<ssize_t>(packet.size());
   }
 
-  // The next packet, if it is an answer of this kind. Any other is no part of the exchange.
+  // The next packet, if it is an answer of this kind; false for any other.
   bool take(std::uint8_t kind, int timeout_ms, Packet& answer) {
     pollfd watched{fd_, POLLIN, 0};
     if (poll(&watched, 1, timeout_ms) <= 0) return false;
@@ -127,7 +116,7 @@ class SocketDriver final : public UsbDriver {
 
   std::unique_ptr<UsbDeviceList> list(const UsbClassGuid& /*class_guid*/) override {
     auto list = std::make_unique<UsbDeviceList>();
-    const int fd = connect_to(path_);
+    const int fd = unix_socket_connect(path_, SOCK_SEQPACKET);
     if (fd < 0) return list;
     close(fd);
     list->paths.push_back(path_);
@@ -135,7 +124,7 @@ class SocketDriver final : public UsbDriver {
   }
 
   std::unique_ptr<UsbFile> open(const std::string& path) override {
-    const int fd = connect_to(usb_device_number(path) == 0 ? path_ : path);
+    const int fd = unix_socket_connect(usb_device_number(path) == 0 ? path_ : path, SOCK_SEQPACKET);
     return fd < 0 ? nullptr : std::make_unique<SocketFile>(fd);
   }
 
@@ -146,7 +135,7 @@ class SocketDriver final : public UsbDriver {
 }  // namespace
 
 UsbDriver& usb_socket_driver(const std::string& path) {
-  // Never destroyed: the files of the static objects outlive it otherwise.
+  // Never destroyed: otherwise the files of static objects would outlive it.
   static SocketDriver& driver = *new SocketDriver(path);
   return driver;
 }

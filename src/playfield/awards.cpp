@@ -9,22 +9,17 @@
 #include "platform/random.h"    // random_unit
 #include "playfield/cues.h"     // cue_play
 #include "playfield/paytable.h"
-#include "playfield/purse.h"    // purse_add_up
 #include "playfield/workers.h"  // fx_spark_start, fx_heart_start
 
 namespace {
 
-// Milliseconds of a blown kiss that are over when it begins: the hand is at the mouth by then.
+// A kiss begins this far into its animation, with the hand at the mouth.
 constexpr std::int64_t KISS_LEAD_MS = 281;
 
 struct Cues {  // one sound of a kind at a time, for both sides together
   std::int64_t next_gulp_ms, next_croak_ms, next_oops_ms;
 };
 constinit Cues cues{};
-
-bool is_demo(const Frog& frog) {
-  return (frog.flags & FROG_DEMO) != 0;
-}
 
 // The pause between two croaks or two gulps.
 std::int64_t after_a_short_pause() {
@@ -93,7 +88,7 @@ namespace {
 
 void gold_purse(int side, Frog& frog, bool tier2) {
   const std::int32_t value = tier2 ? tier2_value() : tier1_value();
-  if (value <= frog.base_tickets) return;  // it ate its way past the value of the log
+  if (value <= frog.base_tickets) return;  // its bugs are worth more already
   frog.base_tickets = value;
   purse_add_up(side, frog);
   frog.scale = 1.5F;
@@ -101,7 +96,7 @@ void gold_purse(int side, Frog& frog, bool tier2) {
   if (!is_demo(frog)) audit_add(tier2 ? AUDIT_DOUBLE_BONUSES : AUDIT_BONUSES, side, 1);
 }
 
-// Without a rider, when the frame that places them hasn't been drawn yet, nobody kisses.
+// The first frame that is drawn places the riders. Before it, nobody kisses.
 void rider_kiss(std::int32_t lane, std::int32_t stand_a, std::int32_t stand_b) {
   for (int i = 0; i < RIDER_COUNT; ++i) {
     GoldRider& rider = gold_riders[i];
@@ -110,7 +105,7 @@ void rider_kiss(std::int32_t lane, std::int32_t stand_a, std::int32_t stand_b) {
     rider.frame = 0;
     rider.scale = 1.5F;
     rider.sheet_index = SHEET_KISS;  // last: its cells are fewer
-    fx_heart_start(i, rider.x + 60, rider.y);
+    fx_heart_start(i);
     return;
   }
 }

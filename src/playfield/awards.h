@@ -5,6 +5,12 @@
 
 #include "playfield/playfield.h"
 
+// Adds base and butterfly up and cuts the total at "Maximum Tickets". The pieces aren't cut, so on
+// a frog over the limit each call books the whole excess as capped again, a demo frog's too.
+void purse_add_up(int side, Frog& frog);
+// As a new frog has it, with the first cell of its pictures.
+void purse_empty(Frog& frog);
+
 void award_butterfly(int side, Frog& frog);
 void award_bug(int side, Frog& frog, int lane, int cell);
 // `stand_a`, `stand_b`: the cells that lane_probe found.

@@ -11,7 +11,7 @@
 namespace {
 
 constexpr float LEFT_END_PX = -256.0F;
-constexpr float RIGHT_END_PX = 1360.0F;
+constexpr float RIGHT_END_PX = LAYOUT_WIDTH;
 constexpr float PI = std::numbers::pi_v<float>;
 
 void park() {

@@ -1,11 +1,11 @@
-#include "playfield/effects.h"
+// Splashes, sparks and hearts: rings of records that are played through once.
+#include "playfield/workers.h"
 
 #include <cstdint>
 
 #include "frame/game_clock.h"  // now_ms
 #include "gfx/panel_table.h"   // sheets
 #include "playfield/playfield.h"
-#include "playfield/workers.h"  // fx_splash_start
 
 namespace {
 
@@ -64,11 +64,15 @@ void ring_reset(Fx (&ring)[count], const EffectRow& row) {
   }
 }
 
+std::int32_t heart_x(const GoldRider& rider) {
+  return rider.x + HEART_OFFSET_PX;
+}
+
 void hearts_follow() {
   for (HeartFx& heart : heart_fx) {
     if (heart.frame < 0) continue;
     const GoldRider& rider = gold_riders[heart.rider];
-    heart.x = rider.x + HEART_OFFSET_PX;
+    heart.x = heart_x(rider);
     heart.y = rider.y.get();
   }
 }
@@ -85,8 +89,9 @@ void fx_spark_start(int x, int y) {
   effect_start(take_next(spark_fx, next_effect.spark, SPARK, x, y));
 }
 
-void fx_heart_start(int rider, int x, int y) {
-  HeartFx& effect = take_next(heart_fx, next_effect.heart, HEART, x, y);
+void fx_heart_start(int rider) {
+  const GoldRider& under = gold_riders[rider];
+  HeartFx& effect = take_next(heart_fx, next_effect.heart, HEART, heart_x(under), under.y);
   effect.rider = rider;
   effect_start(effect);
 }

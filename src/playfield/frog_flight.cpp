@@ -18,10 +18,6 @@ constexpr std::int32_t BUTTERFLY_REACH_Y = 80;
 constexpr std::int64_t SINK_MS_LEAST = 2000;
 constexpr std::int64_t SINK_MS_PER_TICKET = 500;
 
-bool is_demo(const Frog& frog) {
-  return (frog.flags & FROG_DEMO) != 0;
-}
-
 std::int32_t middle_x(float x, const SpriteSheet& sheet) {
   return static_cast<std::int32_t>(x + sheet_half_width(sheet));
 }

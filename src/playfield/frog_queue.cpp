@@ -6,8 +6,9 @@
 #include "frame/game_clock.h"  // now_ms
 #include "frame/game_mode.h"
 #include "frame/tick_timers.h"
-#include "gfx/panel_table.h"  // sheets
-#include "playfield/cues.h"   // cue_play
+#include "gfx/panel_table.h"   // sheets
+#include "playfield/awards.h"  // purse_empty
+#include "playfield/cues.h"    // cue_play
 #include "playfield/playfield.h"
 #include "presentation/win_show_start.h"  // win_show_active
 
@@ -20,15 +21,6 @@ Frog* free_frog(int side) {
     if (frog.state == FROG_FREE) return &frog;
   }
   return nullptr;
-}
-
-void empty_purse(Frog& frog) {
-  frog.total_tickets = 0;
-  frog.award_kind = AWARD_NONE;
-  frog.base_tickets = 0;
-  frog.butterfly_tickets = 0;
-  frog.frame = 0;
-  frog.ring_frame = 0;
 }
 
 // Takes the head out. The others move up a place in number; on the screen the line closes up when
@@ -62,7 +54,7 @@ void frog_enqueue(int side) {
   frog->queue_pos = place;
   frog->state = FROG_WAITING;
   frog->lane = LANE_NEAR_BANK;
-  empty_purse(*frog);
+  purse_empty(*frog);
   frog->alpha = 255;
   frog->pulse = 255;
   frog->ring_alpha = 255;
@@ -90,7 +82,7 @@ void frog_launch(int side, bool demo) {
   frog.state_time = now_ms();
   frog.launch_time = now_ms();
   frog.lane = LANE_NEAR_BANK;
-  empty_purse(frog);
+  purse_empty(frog);
   frog.flags &= ~(FROG_HIDDEN | FROG_DEMO | FROG_IDLE_ANIM);
   frog.sheet = &sheets[SHEET_GFROG];
   if (demo) {

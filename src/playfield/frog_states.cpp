@@ -6,14 +6,10 @@
 #include "books/audits.h"
 #include "books/prefs.h"
 #include "frame/game_clock.h"  // now_ms, seconds_since
-#include "gfx/panel_table.h"   // sheets
-#include "platform/random.h"   // random_unit
 #include "playfield/awards.h"
 #include "playfield/looks.h"
 
 namespace {
-
-constexpr float IDLE_SECONDS = 2.5F;
 
 void frog_free(int side, Frog& frog) {
   if (frog.state == FROG_SINKING) {
@@ -41,14 +37,6 @@ bool side_can_play(int side) {
   return audit_count(AUDIT_CURRENT_CREDITS, side) > 0 || pref_on(PREF_FREEPLAY);
 }
 
-SpriteSheet* next_idle_sheet(const SpriteSheet* sheet) {
-  if (sheet == &sheets[SHEET_GFROG_IDLE2] || sheet == &sheets[SHEET_GFROG_IDLE3]) {
-    return &sheets[SHEET_GFROG_IDLE1];
-  }
-  const int n = static_cast<int>(random_unit() * 5.0);
-  return &sheets[n < 2 ? SHEET_GFROG_IDLE1 : n == 2 ? SHEET_GFROG_IDLE2 : SHEET_GFROG_IDLE3];
-}
-
 void waiting_step(int side, Frog& frog, const FrogTimes& times) {
   if (frog.queue_pos == 0) {
     if (side_in_flight(side)) return;
@@ -60,20 +48,7 @@ void waiting_step(int side, Frog& frog, const FrogTimes& times) {
       frog.flags &= ~FROG_HIDDEN;
     }
   }
-  if ((frog.flags & FROG_IDLE_ANIM) == 0) {
-    frog.flags |= FROG_IDLE_ANIM;
-    frog.sheet = &sheets[SHEET_GFROG_IDLE1];
-    frog.state_time = now_ms();
-  }
-  const std::int32_t frames = frog.sheet.get()->frames;
-  auto frame =
-      static_cast<std::int32_t>(times.state / IDLE_SECONDS * static_cast<float>(frames - 1));
-  if (frame >= frames) {  // the drawing must never see a frame past the sheet
-    frame = 0;
-    frog.sheet = next_idle_sheet(frog.sheet);
-    frog.state_time = now_ms();
-  }
-  frog.frame = frame;
+  frog_idle_frame(frog, times);
   frog_ring_frame(frog, times);
 }
 
@@ -91,7 +66,7 @@ void landing(int side, Frog& frog) {
   frog.lane -= 1;
   frog.state = FROG_RESTING;
   frog.state_time = now_ms();
-  if ((frog.flags & FROG_DEMO) == 0) {
+  if (!is_demo(frog)) {
     if (frog.lane < lead_lane) frog.flags |= FROG_LEAD_CUE;
     award_landing_cue();
   }
@@ -124,20 +99,14 @@ void resting_step(Frog& frog, const FrogTimes& times) {
   if (times.state > HOP_SECONDS) {
     frog.flags &= ~FROG_LANDED;
     frog.state_time = now_ms();
-    if ((frog.flags & FROG_DEMO) == 0) award_hop_cues();
+    if (!is_demo(frog)) award_hop_cues();
     frog.state = FROG_HOPPING;
   }
   frog_ring_frame(frog, times);
 }
 
 void winning_step(int side, Frog& frog, const FrogTimes& times) {
-  if ((frog.flags & FROG_WIN_ANIM) == 0) {
-    frog.flags |= FROG_WIN_ANIM;
-    frog.sheet = &sheets[SHEET_GFROG_WIN];
-    frog.state_time = now_ms();
-  }
-  const std::int32_t frames = sheets[SHEET_GFROG_WIN].frames;
-  frog.frame = static_cast<std::int32_t>(times.state * 0.25F * static_cast<float>(frames)) % frames;
+  frog_win_frame(frog, times);
   if (times.state > WIN_SECONDS) frog_free(side, frog);
 }
 

@@ -8,12 +8,6 @@
 #include "platform/random.h"      // random_unit
 #include "playfield/playfield.h"  // lanes, lane_cells
 
-namespace {
-
-constexpr std::int32_t SCREEN_WIDTH_PX = 1360;
-
-}  // namespace
-
 constexpr LaneRow lane_rows[LANE_COUNT] = {
     {0, 26, 76, 0.0F, 1, 1, SHEET_GFROG, 60.0F},
     {1, 64, 56, 3.32F, 302, 1, SHEET_LOG3, 3.0F},
@@ -48,7 +42,7 @@ constexpr std::string_view LANE3 = "4030300004033000403004033040303040330300";
 constexpr std::string_view LANE4 = "3030330030033330330333033330303303003030";
 constexpr std::string_view LANE5 = "3303303003330303330333000333303033333003";
 
-// The chance of a crossing hangs on these counts alone.
+// The chance of a crossing depends on these counts alone.
 constexpr bool holds(std::string_view cells, int occupied, char kind, int of_kind) {
   int all = 0;
   int some = 0;
@@ -101,10 +95,10 @@ void lane_create(const LaneRow& row) {
   lane.eaten = 0;
   lane.x = 0.0F;
   lane.y = row.y;
-  lane.length = SCREEN_WIDTH_PX;
+  lane.length = LAYOUT_WIDTH;
   lane.height = row.height;
   // The river differs from boot to boot.
-  lane.scroll = static_cast<float>(static_cast<int>(random_unit() * SCREEN_WIDTH_PX));
+  lane.scroll = static_cast<float>(static_cast<int>(random_unit() * LAYOUT_WIDTH));
   cells_fill(row.lane, fixed_cells(row.lane));
   lane_slots_fill(row.lane);
   lane.cell_size = row.cell_size;

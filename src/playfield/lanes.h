@@ -11,7 +11,7 @@ struct LaneRow {
   std::int32_t y, height;  // pixels
   float speed;             // at start; positive runs to the left
   std::int32_t cell_size, sprite_w;
-  SheetIndex sheet;  // of the lane's plain objects; means nothing on a bank
+  SheetIndex sheet;  // of the lane's plain objects; unused on a bank
   float cycle_s;
 };
 

@@ -7,14 +7,14 @@
 
 #include "frame/game_clock.h"  // now_ms, seconds_since
 #include "gfx/panel_table.h"   // sheets
+#include "platform/random.h"   // random_unit
 
 namespace {
 
-constexpr int HOP_FRAMES = 15;
+constexpr float IDLE_SECONDS = 2.5F;
+constexpr std::int32_t HOP_FRAMES = SHEETS[SHEET_GFROG].frames;
 constexpr float RINGS_PER_SECOND = 30.0F;
 constexpr float FLAP_SECONDS = 1.2F;  // one run of the wings, and one turn of the ticket
-constexpr int FLAP_FRAMES = 32;
-constexpr int TICKET_FRAMES = 18;
 constexpr float PI = std::numbers::pi_v<float>;
 
 constinit bool watched = true;
@@ -55,10 +55,19 @@ void pulse_update(Frog& frog, float l) {
                    : static_cast<std::int32_t>(255.0F * (0.5F + 0.5F * std::cos(PI + PI * l)));
 }
 
+SpriteSheet* next_idle_sheet(const SpriteSheet* sheet) {
+  if (sheet == &sheets[SHEET_GFROG_IDLE2] || sheet == &sheets[SHEET_GFROG_IDLE3]) {
+    return &sheets[SHEET_GFROG_IDLE1];
+  }
+  const int n = static_cast<int>(random_unit() * 5.0);
+  return &sheets[n < 2 ? SHEET_GFROG_IDLE1 : n == 2 ? SHEET_GFROG_IDLE2 : SHEET_GFROG_IDLE3];
+}
+
 void ticket_turn() {
   const float b = seconds_since(butterfly.flight_time);
+  const std::int32_t frames = sheets[SHEET_CYCLETICKET].frames;
   butterfly.ticket_frame =
-      static_cast<std::int32_t>(TICKET_FRAMES * b / FLAP_SECONDS) % TICKET_FRAMES;
+      static_cast<std::int32_t>(static_cast<float>(frames) * b / FLAP_SECONDS) % frames;
 }
 
 void slot_animate(LaneSlot& slot) {
@@ -95,6 +104,33 @@ void frog_ring_frame(Frog& frog, const FrogTimes& times) {
                     sheets[SHEET_GRN_RINGS].frames;
 }
 
+void frog_idle_frame(Frog& frog, const FrogTimes& times) {
+  if ((frog.flags & FROG_IDLE_ANIM) == 0) {
+    frog.flags |= FROG_IDLE_ANIM;
+    frog.sheet = &sheets[SHEET_GFROG_IDLE1];
+    frog.state_time = now_ms();
+  }
+  const std::int32_t frames = frog.sheet.get()->frames;
+  auto frame =
+      static_cast<std::int32_t>(times.state / IDLE_SECONDS * static_cast<float>(frames - 1));
+  if (frame >= frames) {  // the drawing must never see a frame past the sheet
+    frame = 0;
+    frog.sheet = next_idle_sheet(frog.sheet);
+    frog.state_time = now_ms();
+  }
+  frog.frame = frame;
+}
+
+void frog_win_frame(Frog& frog, const FrogTimes& times) {
+  if ((frog.flags & FROG_WIN_ANIM) == 0) {
+    frog.flags |= FROG_WIN_ANIM;
+    frog.sheet = &sheets[SHEET_GFROG_WIN];
+    frog.state_time = now_ms();
+  }
+  const std::int32_t frames = sheets[SHEET_GFROG_WIN].frames;
+  frog.frame = static_cast<std::int32_t>(times.state * 0.25F * static_cast<float>(frames)) % frames;
+}
+
 void butterfly_looks_update(float a) {
   if (!watched) return;
   if (butterfly.state == BUTTERFLY_CAUGHT) {
@@ -107,7 +143,9 @@ void butterfly_looks_update(float a) {
     butterfly.scale = std::max(butterfly.scale - 0.1F, 1.0F);
   }
   if (butterfly.state == BUTTERFLY_FLYING) {
-    butterfly.frame = static_cast<std::int32_t>(a * FLAP_FRAMES / FLAP_SECONDS) % FLAP_FRAMES;
+    const std::int32_t frames = sheets[SHEET_BUTTERFLY].frames;
+    butterfly.frame =
+        static_cast<std::int32_t>(a * static_cast<float>(frames) / FLAP_SECONDS) % frames;
     ticket_turn();
   }
 }

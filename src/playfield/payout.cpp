@@ -1,4 +1,4 @@
-// The end of a frog: what is booked, told to the dispenser and stored.
+// The end of a frog: what is booked, sent to the dispenser and stored.
 #include <algorithm>
 #include <cstdint>
 
@@ -9,7 +9,6 @@
 #include "io/jamma.h"
 #include "playfield/awards.h"
 #include "playfield/paytable.h"
-#include "playfield/purse.h"
 #include "playfield/ticket_dings.h"
 #include "presentation/win_show_start.h"
 
@@ -63,7 +62,7 @@ void pieces_book(int side, const Frog& frog) {
 }
 
 void ding_on_river(std::int32_t lane, std::int32_t tickets) {
-  if (lane > LANE_FAR_BANK && lane < LANE_MIDDLE_BANK) ticket_dings(lane, tickets);
+  if (lane_is_river(lane)) ticket_dings(lane, tickets);
 }
 
 // Sinking frogs make room for the show.
@@ -76,6 +75,15 @@ void sinking_hurry(int side) {
 
 }  // namespace
 
+void purse_empty(Frog& frog) {
+  frog.total_tickets = 0;
+  frog.award_kind = AWARD_NONE;
+  frog.base_tickets = 0;
+  frog.butterfly_tickets = 0;
+  frog.frame = 0;
+  frog.ring_frame = 0;
+}
+
 void purse_add_up(int side, Frog& frog) {
   purse_set_total(side, frog, frog.base_tickets + frog.butterfly_tickets);
 }
@@ -86,7 +94,7 @@ void award_minimum(int side, Frog& frog) {
   frog.base_tickets = minimum;
   purse_add_up(side, frog);
   frog.award_kind = AWARD_FREE;
-  if ((frog.flags & FROG_DEMO) == 0) audit_add(AUDIT_FREES, side, 1);
+  if (!is_demo(frog)) audit_add(AUDIT_FREES, side, 1);
 }
 
 void award_payout(int side, const Frog& frog) {
@@ -104,13 +112,14 @@ void award_payout(int side, const Frog& frog) {
   audits_save();
 }
 
-// What the frog held before isn't paid; its butterflies stay on the record for the eye.
+// What the frog held before isn't paid; its butterfly tickets stay in the record and change
+// nothing.
 void award_jackpot(int side, Frog& frog) {
   const std::int32_t jackpot = jackpot_value();
   frog.base_tickets = jackpot;
   purse_set_total(side, frog, jackpot);
   frog.award_kind = AWARD_JACKPOT;
-  if ((frog.flags & FROG_DEMO) != 0) return;
+  if (is_demo(frog)) return;
 
   sinking_hurry(side);
   audit_add(AUDIT_JACKPOTS, side, 1);

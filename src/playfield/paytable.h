@@ -9,11 +9,17 @@ constexpr int PAYTABLE_ROWS = 45;
 
 struct PaytableRow {
   std::int32_t row;
-  float average;  // tickets per frog that the row stands for
   std::int32_t bugs_per_lane;
   std::int32_t bug, butterfly, tier1, tier2, jackpot;
   std::int32_t bug_2pt, butterfly_2pt, tier1_2pt, tier2_2pt;  // with "Two Point Tickets"
 };
+
+// Tickets per frog that a row stands for: 3.0 to 25.0.
+constexpr float PAYTABLE_LEAST = 3.0F;
+constexpr float PAYTABLE_STEP = 0.5F;
+constexpr float paytable_average(std::int32_t row) {
+  return PAYTABLE_LEAST + PAYTABLE_STEP * static_cast<float>(row);
+}
 
 extern const PaytableRow paytable[PAYTABLE_ROWS];
 extern Shared<std::int32_t> paytable_row;     // the row in force

@@ -65,9 +65,13 @@ struct Frog {
   Shared<std::int32_t> ring_alpha;
 };
 
+inline bool is_demo(const Frog& frog) {
+  return (frog.flags & FROG_DEMO) != 0;
+}
+
 constexpr int FROGS_PER_STATION = 20;
 
-struct Station {  // a record's place means nothing: a new frog takes the first one that is free
+struct Station {  // a new frog takes the first record that is free
   Frog frogs[FROGS_PER_STATION];
 };
 
@@ -85,6 +89,14 @@ constexpr int LANE_CELLS = 40;
 constexpr int LANE_FAR_BANK = 0;
 constexpr int LANE_MIDDLE_BANK = 6;
 constexpr int LANE_NEAR_BANK = 12;
+constexpr int LANE_RIVER_FAR = LANE_FAR_BANK + 1;
+constexpr int LANE_RIVER_NEAR = LANE_MIDDLE_BANK - 1;
+constexpr int LANE_MEADOW_FAR = LANE_MIDDLE_BANK + 1;
+constexpr int LANE_MEADOW_NEAR = LANE_NEAR_BANK - 1;
+
+constexpr bool lane_is_river(int lane) {
+  return lane >= LANE_RIVER_FAR && lane <= LANE_RIVER_NEAR;
+}
 
 enum LaneCell : std::int32_t {
   CELL_EMPTY = 0,  // open water or meadow
@@ -205,5 +217,5 @@ bool station_idle(int side);
 bool station_river_clear(int side);
 // Works out lead_lane from both stations. Game thread, before the stations are updated.
 void lead_lane_update();
-// Frogs of the side in flight or fading, demo frogs apart.
+// Frogs of the side in flight or fading, not counting demo frogs.
 int station_live_frogs(int side);

@@ -26,15 +26,10 @@ void frog_set_up(Frog& frog, int side, std::int64_t now) {
   frog.sink_ms = 0;
   frog.lane = LANE_NEAR_BANK;
   frog.queue_pos = 0;
-  frog.total_tickets = 0;
-  frog.award_kind = AWARD_NONE;
-  frog.base_tickets = 0;
-  frog.butterfly_tickets = 0;
-  frog.frame = 0;
+  purse_empty(frog);
   frog.scale = 1.0F;
   frog.alpha = 255;
   frog.pulse = 255;
-  frog.ring_frame = 0;
   frog.ring_alpha = 255;
 }
 

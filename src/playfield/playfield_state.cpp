@@ -33,12 +33,8 @@ bool frog_in_play(const Frog& frog) {
     case FROG_WINNING:
       return false;
     default:
-      return (frog.flags & FROG_DEMO) == 0;
+      return !is_demo(frog);
   }
-}
-
-bool frog_in_river(const Frog& frog) {
-  return frog.lane > LANE_FAR_BANK && frog.lane < LANE_MIDDLE_BANK;
 }
 
 }  // namespace
@@ -49,7 +45,7 @@ bool station_idle(int side) {
 
 bool station_river_clear(int side) {
   return std::ranges::none_of(stations[side].frogs, [](const Frog& frog) {
-    return frog_in_play(frog) && frog_in_river(frog);
+    return frog_in_play(frog) && lane_is_river(frog.lane);
   });
 }
 

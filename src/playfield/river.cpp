@@ -13,9 +13,8 @@
 
 namespace {
 
-constexpr int RIVER_LANES = 5;
-constexpr int FIRST_RIVER_LANE = 1;
-constexpr float SCREEN_MIDDLE_PX = 680.0F;
+constexpr int RIVER_LANES = LANE_RIVER_NEAR - LANE_RIVER_FAR + 1;
+constexpr float SCREEN_MIDDLE_PX = LAYOUT_WIDTH / 2;
 
 // How far the speeds wander about those of the lane table.
 constexpr float WANDER[RIVER_LANES] = {-0.5F, 1.0F, -0.75F, 0.5F, -0.25F};
@@ -29,7 +28,7 @@ struct River {
 constinit River state{};
 
 float river_speed_base(int i) {
-  return lane_rows[FIRST_RIVER_LANE + i].speed;
+  return lane_rows[LANE_RIVER_FAR + i].speed;
 }
 
 void period_begin(float clock) {
@@ -70,7 +69,7 @@ void river_speed_step() {
   for (int i = 0; i < RIVER_LANES; ++i) {
     const float from = state.river_speed_from[i];
     const float to = state.river_speed_to[i];
-    lanes[FIRST_RIVER_LANE + i].speed =
+    lanes[LANE_RIVER_FAR + i].speed =
         end == start ? to : from + (to - from) * (held - start) / (end - start);
   }
   if (now_ms() > state.river_change_at) period_begin(clock);

@@ -31,7 +31,7 @@ void run_take() {
   asked.ding_played = 0;
 }
 
-// True once the wait behind a sound is over. A new run ends it early, and the wait that it cut
+// True once the wait after a sound is over. A new run ends it early, and the wait that it cut
 // short counts as the first of the new run.
 bool wait_over(std::int64_t now_ms) {
   if (asked.ding_retarget) {

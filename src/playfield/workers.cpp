@@ -7,7 +7,6 @@
 #include "frame/game_clock.h"  // now_ms
 #include "gfx/panel_table.h"   // sheets
 #include "platform/random.h"   // random_unit
-#include "playfield/effects.h"
 #include "playfield/playfield.h"
 
 namespace {

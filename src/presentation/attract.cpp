@@ -28,7 +28,7 @@ enum AttractItem : std::int32_t {
 
 struct AttractRow {
   AttractItem item;
-  float gap_s;  // of nothing behind it
+  float gap_s;  // of nothing after it
 };
 
 constexpr int BOARD_ROWS = 32;  // what can be won, again and again, before the makers are named

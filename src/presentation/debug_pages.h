@@ -1,4 +1,4 @@
-// Pages of numbers over the scene, for those who look after a cabinet. Main thread.
+// Pages of numbers over the scene, for technicians. Main thread.
 #pragma once
 
 #include <cstdint>

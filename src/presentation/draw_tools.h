@@ -7,7 +7,11 @@
 #include "gfx/panel_table.h"
 #include "gfx/text.h"  // COLOUR_WHITE, COLOUR_BLACK, Font
 
-constexpr int HALF_WIDTH_PX = 680;  // the right half of the screen stands that far to the right
+constexpr int HALF_WIDTH_PX = LAYOUT_WIDTH / 2;  // from a place on the left to that on the right
+
+// Half a glyph of FONT_14X22, by which values and signs are centred.
+constexpr int GLYPH_HALF_WIDTH_PX = FONTS[FONT_14X22].glyph_width / 2;
+constexpr int GLYPH_HALF_HEIGHT_PX = FONTS[FONT_14X22].glyph_height / 2;
 
 // White with an alpha of 0 to 255, for fades; black for its shadow.
 inline std::uint32_t faded(std::uint32_t colour, std::int32_t alpha) {
@@ -18,7 +22,7 @@ inline std::uint32_t faded(std::uint32_t colour, std::int32_t alpha) {
 void picture_draw(PanelIndex picture, int x, int y, std::uint32_t colour = COLOUR_WHITE,
                   bool flip = false);
 
-// A whole picture at a size of its own.
+// A whole picture, scaled.
 void picture_draw_scaled(PanelIndex picture, int x, int y, float scale,
                          std::uint32_t colour = COLOUR_WHITE);
 
@@ -31,8 +35,8 @@ void cell_draw_scaled(SheetIndex sheet, int frame, int x, int y, float scale,
 // A line in white over its black shadow, two pixels right and below.
 void text_shadowed(int font, int x, int y, const char* line);
 
-// Characters that a number is reckoned with where it is centred: 1, 2, or `large` from 100 on.
-inline int digits_reckoned(std::int32_t value, int large) {
+// How many characters wide a number counts where it is centred: 1, 2, or `large` from 100 on.
+inline int digits_counted(std::int32_t value, int large) {
   return value < 10 ? 1 : value < 100 ? 2 : large;
 }
 

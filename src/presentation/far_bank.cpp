@@ -6,46 +6,47 @@
 #include "playfield/paytable.h"  // jackpot_value
 #include "playfield/playfield.h"
 #include "presentation/draw_tools.h"
-#include "presentation/scene_layers.h"
+#include "presentation/scene.h"
 
 namespace {
 
-struct FoamScroll {  // pixels
-  float near_x = -473.0F;
-  float far_x = 1360.0F;
+constexpr int FOAM_TILE_PX = 473;
+
+struct FarBank {
+  struct FoamScroll {  // pixels
+    float near_x = -FOAM_TILE_PX;
+    float far_x = LAYOUT_WIDTH;
+  } foam;
+  struct BonusPulse {
+    float scale = 1.0F;
+    float alpha = 1.0F;
+  } pulse;
 };
 
-struct BonusPulse {
-  float scale = 1.0F;
-  float alpha = 1.0F;
-};
-
-constinit FoamScroll foam;
-constinit BonusPulse pulse;
+constinit FarBank state;
 
 constexpr int FOAM_TILES = 4;
-constexpr int FOAM_TILE_PX = 473;
 constexpr int FOAM_Y_PX = 68;
 
-constexpr float GLYPH_WIDTH_PX = 29.0F;  // of FONT_29X43
-constexpr float GLYPH_HEIGHT_PX = 43.0F;
+constexpr float GLYPH_WIDTH_PX = FONTS[FONT_29X43].glyph_width;
+constexpr float GLYPH_HEIGHT_PX = FONTS[FONT_29X43].glyph_height;
 
 void foam_step() {
-  foam.near_x += 0.37F;
-  if (foam.near_x >= 0.0F) foam.near_x = -473.0F;
-  foam.far_x -= 0.23F;
-  if (foam.far_x <= 887.0F) foam.far_x = 1360.0F;
+  state.foam.near_x += 0.37F;
+  if (state.foam.near_x >= 0.0F) state.foam.near_x = -FOAM_TILE_PX;
+  state.foam.far_x -= 0.23F;
+  if (state.foam.far_x <= LAYOUT_WIDTH - FOAM_TILE_PX) state.foam.far_x = LAYOUT_WIDTH;
 }
 
 void pulse_step() {
-  pulse.scale += 0.005F;
-  pulse.alpha -= 0.0075F;
-  if (pulse.alpha < -1.0F) pulse = BonusPulse{};
+  state.pulse.scale += 0.005F;
+  state.pulse.alpha -= 0.0075F;
+  if (state.pulse.alpha < -1.0F) state.pulse = {};
 }
 
 void ghost_draw(const char* value, float centre) {
-  const auto alpha = static_cast<std::int32_t>(pulse.alpha * 255.0F);
-  const float scale = pulse.scale;
+  const auto alpha = static_cast<std::int32_t>(state.pulse.alpha * 255.0F);
+  const float scale = state.pulse.scale;
   const auto count = static_cast<float>(std::strlen(value));
   const auto x = static_cast<int>(centre - GLYPH_WIDTH_PX * 0.5F * scale * count);
   const auto y = static_cast<int>(29.0F - GLYPH_HEIGHT_PX * 0.5F * (scale - 1.0F));
@@ -54,7 +55,7 @@ void ghost_draw(const char* value, float centre) {
 }
 
 void lily_value_draw(const char* value, float centre) {
-  if (pulse.alpha > 0.0F) ghost_draw(value, centre);
+  if (state.pulse.alpha > 0.0F) ghost_draw(value, centre);
   const auto count = static_cast<float>(std::strlen(value));
   const auto x = static_cast<int>(centre - 0.5F * GLYPH_WIDTH_PX * count);
   text_draw(FONT_29X43, COLOUR_BLACK, x, 29, "%s", value);
@@ -65,8 +66,8 @@ void lily_value_draw(const char* value, float centre) {
 
 void foam_draw() {
   constexpr std::uint32_t NEAR_COLOUR = 0xC0FFFFFF;
-  const int near_x = static_cast<int>(foam.near_x);
-  const int far_x = static_cast<int>(foam.far_x);
+  const int near_x = static_cast<int>(state.foam.near_x);
+  const int far_x = static_cast<int>(state.foam.far_x);
   for (int i = 0; i < FOAM_TILES; ++i) {
     picture_draw(PANEL_RIVERFOAM_1, near_x + i * FOAM_TILE_PX, FOAM_Y_PX, NEAR_COLOUR);
   }
@@ -99,6 +100,5 @@ void jackpot_lily_draw() {
 }
 
 void far_bank_reset() {
-  foam = FoamScroll{};
-  pulse = BonusPulse{};
+  state = {};
 }

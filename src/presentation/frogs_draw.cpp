@@ -4,14 +4,12 @@
 
 #include "playfield/playfield.h"
 #include "presentation/draw_tools.h"
-#include "presentation/scene_layers.h"
+#include "presentation/scene.h"
 
 namespace {
 
 constexpr std::uint32_t TAG_COLOUR = 0x00DC2000;
 constexpr std::int32_t OPAQUE = 255;
-constexpr float GLYPH_HALF_WIDTH_PX = 7.0F;
-constexpr float GLYPH_HALF_HEIGHT_PX = 11.0F;  // of FONT_14X22
 constexpr float TICKET_HALF_PX = 64.0F;
 
 // Two sheets fade with their state; whoever shows them otherwise finds them opaque.
@@ -27,7 +25,7 @@ void sprite_draw(const Frog& frog) {
   const int x = static_cast<int>(frog.x);
   const int y = frog.y;
   frog_sheets_tint(frog);
-  if ((frog.flags & FROG_DEMO) == 0) {
+  if (!is_demo(frog)) {
     cell_draw(SHEET_GRN_RINGS, frog.ring_frame, x - 132, y, faded(COLOUR_WHITE, frog.ring_alpha));
   }
   const SpriteSheet* sheet = frog.sheet;
@@ -42,13 +40,13 @@ void tag_draw(const Frog& frog, std::int32_t tickets) {
   const auto y = static_cast<float>(frog.y);
   const auto left = static_cast<int>(x + 208.0F - TICKET_HALF_PX * scale);
   const std::uint32_t white = faded(COLOUR_WHITE, alpha);
-  if ((state == FROG_SINKING || state == FROG_WINNING) && (frog.flags & FROG_DEMO) == 0) {
+  if ((state == FROG_SINKING || state == FROG_WINNING) && !is_demo(frog)) {
     picture_draw_scaled(PANEL_YOU_WON_TCK, left,
                         static_cast<int>(y + 228.0F - TICKET_HALF_PX * scale), scale, white);
   }
   picture_draw_scaled(PANEL_TICKET, left, static_cast<int>(y + 232.0F - TICKET_HALF_PX * scale),
                       scale, white);
-  const auto digits = static_cast<float>(digits_reckoned(tickets, 3));
+  const auto digits = static_cast<float>(digits_counted(tickets, 3));
   text_draw_scaled(FONT_14X22, faded(TAG_COLOUR, alpha),
                    static_cast<int>(x + 207.0F - GLYPH_HALF_WIDTH_PX * digits * scale),
                    static_cast<int>(y + 234.0F - GLYPH_HALF_HEIGHT_PX * scale), scale, scale, "%d",
@@ -60,7 +58,7 @@ void frog_draw(const Frog& frog) {
   const std::uint32_t flags = frog.flags;
   if (state == FROG_FREE) return;
   if (state != FROG_SINKING && (flags & FROG_HIDDEN) == 0) sprite_draw(frog);
-  if ((flags & FROG_DEMO) != 0 && state != FROG_WAITING) {
+  if (is_demo(frog) && state != FROG_WAITING) {
     picture_draw(PANEL_DEMO, static_cast<int>(frog.x + 64.0F), frog.y + 192,
                  faded(COLOUR_WHITE, frog.pulse));
   }
@@ -90,7 +88,7 @@ void butterfly_value_draw(float x, float y) {
   const std::int32_t value = value_advertised(butterfly.value);
   char line[12];
   std::snprintf(line, sizeof line, "%d", value);
-  const auto digits = static_cast<float>(digits_reckoned(value, 3));
+  const auto digits = static_cast<float>(digits_counted(value, 3));
   butterfly_text_draw(FONT_14X22, line, x + 36.0F - GLYPH_HALF_WIDTH_PX * digits * scale,
                       y + 107.0F - GLYPH_HALF_HEIGHT_PX * scale, 1.0F);
 }

@@ -5,14 +5,12 @@
 #include "playfield/paytable.h"  // tier1_value
 #include "playfield/playfield.h"
 #include "presentation/draw_tools.h"
-#include "presentation/scene_layers.h"
+#include "presentation/scene.h"
 
 namespace {
 
 constexpr int RIDER_X_PX = 16;   // from the left edge of what it stands on
 constexpr int TICKET_X_PX = -4;  // the tag's middle
-constexpr float GLYPH_HALF_WIDTH_PX = 7.0F;
-constexpr float GLYPH_HALF_HEIGHT_PX = 11.0F;  // of FONT_14X22
 
 struct GoldLook {  // heights are from the top edge of the cell
   int rider_y;
@@ -25,7 +23,7 @@ constexpr GoldLook turtle_look = {-58, -2, COLOUR_WHITE, 0};
 constexpr GoldLook log_look = {-84, -28, 0xFFCCCCCC, -26};
 
 void gold_value_draw(int x, int y, float scale, std::int32_t value) {
-  const int digits = digits_reckoned(value, 4);
+  const int digits = digits_counted(value, 4);
   const float edge = value < 100 ? -4.0F : 3.0F;
   const float left =
       static_cast<float>(x) + edge - GLYPH_HALF_WIDTH_PX * static_cast<float>(digits) * scale;

@@ -1,5 +1,4 @@
-#include "presentation/prompts.h"
-
+// What the game asks of a player who hesitates.
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -11,6 +10,7 @@
 #include "frame/tick_timers.h"  // credit_wait_ms, idle_ms, ...
 #include "playfield/playfield.h"
 #include "presentation/draw_tools.h"
+#include "presentation/scene.h"
 
 namespace {
 
@@ -24,7 +24,7 @@ void seconds_left_draw(int side) {
   char line[16];
   std::snprintf(line, sizeof line, "%d", static_cast<int>(timeout_s - waited_s));
   const double centre = side == SIDE_LEFT ? 356.0 : 1036.0;
-  const double half = 14.5 * static_cast<double>(std::strlen(line));
+  const double half = FONTS[FONT_29X43].glyph_width / 2.0 * static_cast<double>(std::strlen(line));
   text_shadowed(FONT_29X43, static_cast<int>(centre - half - 14.0), 502, line);
 }
 
@@ -62,7 +62,7 @@ void bubble_draw(PanelIndex bubble, int side) {
   picture_draw(bubble, 360 + side * HALF_WIDTH_PX, 576);
 }
 
-// Behind a game: "play again".
+// After a game: "play again".
 void thanks_draw(int side) {
   const std::int64_t since_ms = tick_timers.since_award_ms[side];
   if (since_ms < 1 || since_ms > 8999 || !station_idle(side)) return;

@@ -12,9 +12,6 @@
 #include "presentation/attract.h"
 #include "presentation/debug_pages.h"
 #include "presentation/draw_tools.h"
-#include "presentation/prompts.h"
-#include "presentation/scene_layers.h"
-#include "presentation/signs.h"
 #include "presentation/volume.h"
 #include "presentation/win_show.h"
 
@@ -47,7 +44,7 @@ void shade_draw() {
 
 void volume_readout_draw() {
   if (now_ms() >= tick_timers.volume_overlay_until) return;
-  const char* what = attract_flag != 0 ? "Attract Volume" : "Volume";
+  const char* what = SETTINGS[attract_flag != 0 ? PREF_ATTRACT_VOLUME : PREF_VOLUME].name;
   text_draw(FONT_8X12, COLOUR_WHITE, 32, 627, "%s: %d / 20", what, volume_step.get());
 }
 
@@ -73,7 +70,8 @@ void faults_draw() {
 
 void scene_draw() {
   if (game_mode == MODE_GOING_DOWN) {
-    text_draw(FONT_8X12, COLOUR_WHITE, 680, 384, "GOING DOWN FOR MAINTENANCE");
+    text_draw(FONT_8X12, COLOUR_WHITE, LAYOUT_WIDTH / 2, LAYOUT_HEIGHT / 2,
+              "GOING DOWN FOR MAINTENANCE");
     return;
   }
   backdrop_draw();

@@ -1,5 +1,4 @@
-#include "presentation/signs.h"
-
+// The three signs along the foot of the screen.
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -8,14 +7,14 @@
 #include "books/prefs.h"
 #include "playfield/playfield.h"  // signs
 #include "presentation/draw_tools.h"
+#include "presentation/scene.h"
 
 namespace {
 
-// Settings come from a file that nobody checks: what is reckoned from them is wide enough for all.
+// Settings come from a file without checks: sums of them have room for any value.
 
 // Words are centred by their count of characters, half of a 14-pixel glyph each.
 constexpr int SIGN_MIDDLE_PX = 128;
-constexpr int HALF_GLYPH_PX = 7;
 
 struct Place {  // pixels, a sign's top left corner
   int x, y;
@@ -32,12 +31,13 @@ int length_of(const char* line) {
 }
 
 void credit_line_draw(const Place& sign, int y, const char* line) {
-  const int x = sign.x + SIGN_MIDDLE_PX - HALF_GLYPH_PX * length_of(line) - HALF_GLYPH_PX;
+  const int x =
+      sign.x + SIGN_MIDDLE_PX - GLYPH_HALF_WIDTH_PX * length_of(line) - GLYPH_HALF_WIDTH_PX;
   text_shadowed(FONT_14X22, x, sign.y + y, line);
 }
 
 void price_line_draw(const Place& sign, int y, int shift, const char* line) {
-  const int x = sign.x + SIGN_MIDDLE_PX - HALF_GLYPH_PX * length_of(line) + shift;
+  const int x = sign.x + SIGN_MIDDLE_PX - GLYPH_HALF_WIDTH_PX * length_of(line) + shift;
   text_shadowed(FONT_14X22, x, sign.y + y, line);
 }
 
@@ -54,7 +54,7 @@ void frogs_left_draw(const Place& sign, std::int32_t credits) {
     char line[24];
     std::snprintf(line, sizeof line, "    X %d", credits);
     credit_line_draw(sign, 42, line);
-    const int x = sign.x + SIGN_MIDDLE_PX - HALF_GLYPH_PX * length_of(line) - 16;
+    const int x = sign.x + SIGN_MIDDLE_PX - GLYPH_HALF_WIDTH_PX * length_of(line) - 16;
     picture_draw(PANEL_FROGICON, x, sign.y + 24);
   }
 }
@@ -96,7 +96,7 @@ void price_draw(const Place& sign, const char* price) {
   } else {
     std::snprintf(line, sizeof line, "%s /    X%d", price, frogs);
   }
-  const int end = sign.x + SIGN_MIDDLE_PX + HALF_GLYPH_PX * length_of(line);
+  const int end = sign.x + SIGN_MIDDLE_PX + GLYPH_HALF_WIDTH_PX * length_of(line);
   if (frogs <= 1) {
     picture_draw(PANEL_FROGICONLRG, end - 108, sign.y);
   } else {
@@ -131,7 +131,7 @@ void swipe_worth_draw(const Place& sign) {
   } else {
     std::snprintf(line, sizeof line, "%d COINS /    X%d", pref_int(PREF_COINS_TO_PLAY), frogs);
   }
-  const int end = sign.x + SIGN_MIDDLE_PX + HALF_GLYPH_PX * length_of(line);
+  const int end = sign.x + SIGN_MIDDLE_PX + GLYPH_HALF_WIDTH_PX * length_of(line);
   picture_draw(PANEL_FROGICON, frogs <= 1 ? end - 56 : end - 84, sign.y + 45);
   price_line_draw(sign, 66, 0, line);
 }
@@ -143,7 +143,7 @@ constexpr int SWIPE_LENGTH = 8;
 void swipe_few_draw(const Place& sign, long long frogs) {
   constexpr int PITCH_PX = 52;
   constexpr int PAIR_WIDTH_PX = 106;
-  const int x = sign.x + SIGN_MIDDLE_PX + HALF_GLYPH_PX * SWIPE_LENGTH - 64;
+  const int x = sign.x + SIGN_MIDDLE_PX + GLYPH_HALF_WIDTH_PX * SWIPE_LENGTH - 64;
   price_line_draw(sign, 50, frogs <= 1 ? 0 : -PAIR_WIDTH_PX / 2, SWIPE_LINE);
   if (frogs <= 1) {
     picture_draw(PANEL_FROGICONLRG, x, sign.y);
@@ -160,7 +160,7 @@ void swipe_many_draw(const Place& sign, long long frogs) {
   char line[64];
   std::snprintf(line, sizeof line, "SWIPE /    X%lld", frogs);
   price_line_draw(sign, 50, -4, line);
-  const int x = sign.x + SIGN_MIDDLE_PX + HALF_GLYPH_PX * SWIPE_LENGTH - 84;
+  const int x = sign.x + SIGN_MIDDLE_PX + GLYPH_HALF_WIDTH_PX * SWIPE_LENGTH - 84;
   picture_draw(PANEL_FROGICON, x, sign.y + 29);
 }
 

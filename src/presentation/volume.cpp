@@ -4,9 +4,9 @@
 
 #include "books/prefs.h"
 #include "frame/game_clock.h"   // now_ms
-#include "frame/game_mode.h"    // sound_enabled
 #include "frame/tick_timers.h"  // idle_both_ms, no_money_ms, ...
 #include "platform/random.h"    // random_unit
+#include "playfield/cues.h"     // cue_play
 #include "presentation/lerp.h"
 #include "presentation/win_show_start.h"  // win_show_active
 #include "sound/jps.h"
@@ -59,8 +59,8 @@ void glide() {
     if (volume_step != pref_int(row)) {
       volume_move(wanted - volume_step, false, attract_flag != 0);
     } else if (volume_value != volume_curve(volume_step)) {
-      // A glide that turned back within its first seconds ends a little short of the level it
-      // never left; unmended, the buttons would take it for one that still runs.
+      // A glide that was reversed early ends a little short of its level. Left there, the buttons
+      // would take it for one that still runs.
       give_volume(volume_curve(volume_step));
     }
     return;
@@ -80,7 +80,7 @@ void glide() {
 void move_music_on() {
   if (now_ms() <= tick_timers.next_music_check_ms) return;
   if (attract_flag && tick_timers.idle_both_ms > ATTRACT_AFTER_MS) {
-    if (sound_enabled) jps_bank_play_name("nextbgm");
+    cue_play("nextbgm");
     tick_timers.next_music_check_ms = now_ms() + MUSIC_EVERY_MS;
   } else {
     tick_timers.next_music_check_ms = now_ms() + MUSIC_RETRY_MS;
@@ -129,6 +129,6 @@ void attract_begin() {
   prefs_save();
   attract_flag = 1;
   switch_ms = now_ms();
-  if (sound_enabled) jps_bank_play_name("bgm");
+  cue_play("bgm");
   tick_timers.next_music_check_ms = now_ms() + MUSIC_EVERY_MS;
 }

@@ -40,8 +40,8 @@ constexpr float MOVES_PER_S = 60.0F;
 constexpr int THUMB_X[SIDE_COUNT] = {84, 764};
 constexpr int THUMB_Y = 128;
 constexpr int THUMB_MIDDLE = 256;
-constexpr int DIGIT_WIDTH = 58;
-constexpr int DIGIT_HEIGHT = 90;
+constexpr int DIGIT_WIDTH = FONTS[FONT_58X90].glyph_width;
+constexpr int DIGIT_HEIGHT = FONTS[FONT_58X90].glyph_height;
 
 struct Thumb {               // one word, so that a cell is never drawn of the other sheet
   std::int32_t sheet_index;  // the thumb that rises, or the one that stands
@@ -49,71 +49,75 @@ struct Thumb {               // one word, so that a cell is never drawn of the o
 };
 constexpr Thumb FIRST_THUMB = {SHEET_THUMBS_UP, 0};
 
-// The game thread begins a show and the worker ends it. Each writes words of its own: a pass of the
-// worker that began before a show was begun anew can only write what the next pass sets afresh.
+// The game thread begins a show and the worker ends it. Each writes words of its own: what a late
+// pass of the worker writes into a restarted show is set again by the next pass.
 struct WinShow {
-  // Written by the game thread before `serial`.
-  Shared<std::int64_t> begin_ms, latest_end_ms;
-  Shared<std::int32_t> flakes_on;
-  Shared<std::int32_t> tickets;
-  std::atomic<int> serial;  // names the show that runs, 0: none
-
-  // Written by the worker before `worker_serial`.
-  std::int64_t start_ms, end_ms;
-  Shared<Thumb> thumb;
-  Shared<std::uint32_t> colour;    // white with the show's alpha
-  Shared<float> scale, pulse;      // of the number
-  float voice_at;                  // seconds, when it may speak next
-  std::int32_t moves;              // moves of the flakes so far
-  std::atomic<int> worker_serial;  // the show that these belong to
+  struct {  // written by the game thread, the serial last
+    Shared<std::int64_t> start_ms, end_ms;
+    Shared<std::int32_t> flakes_on;
+    Shared<std::int32_t> tickets;
+    std::atomic<int> serial;  // names the show that runs, 0: none
+  } begun;
+  struct {  // written by the worker, the serial last
+    std::int64_t start_ms, end_ms;
+    Shared<Thumb> thumb;
+    Shared<std::uint32_t> colour;  // white with the show's alpha
+    Shared<float> scale, pulse;    // of the number
+    float voice_at;                // seconds, when it may speak next
+    std::int32_t moves;            // moves of the flakes so far
+    std::atomic<int> serial;       // the show that these belong to
+  } shown;
 };
 
-constinit WinShow shows[SIDE_COUNT]{};
-constinit int last_serial = 0;  // game thread
+struct WinShows {
+  WinShow side[SIDE_COUNT];
+  int last_serial;  // game thread
+};
+constinit WinShows shows{};
 
 void look_reset(WinShow& show) {
-  show.thumb = FIRST_THUMB;
-  show.colour = COLOUR_WHITE;
-  show.scale = 1.0F;
-  show.pulse = 1.0F;
+  show.shown.thumb = FIRST_THUMB;
+  show.shown.colour = COLOUR_WHITE;
+  show.shown.scale = 1.0F;
+  show.shown.pulse = 1.0F;
 }
 
 void thumb_step(WinShow& show, float t) {
-  if (show.thumb.get().sheet_index == SHEET_THUMBS_UP) {
+  if (show.shown.thumb.get().sheet_index == SHEET_THUMBS_UP) {
     const std::int32_t frames = sheets[SHEET_THUMBS_UP].frames;
     const auto frame = static_cast<std::int32_t>(static_cast<float>(frames) * t / THUMB_RISES_S);
-    show.scale = std::min(static_cast<float>(frame) / NUMBER_GROWS_FRAMES, 1.0F);
+    show.shown.scale = std::min(static_cast<float>(frame) / NUMBER_GROWS_FRAMES, 1.0F);
     if (frame < frames) {
-      show.thumb = {SHEET_THUMBS_UP, frame};
+      show.shown.thumb = {SHEET_THUMBS_UP, frame};
     } else {
-      show.thumb = {SHEET_THUMBS_IDLE, 0};
+      show.shown.thumb = {SHEET_THUMBS_IDLE, 0};
     }
   }
-  if (show.thumb.get().sheet_index == SHEET_THUMBS_IDLE) {
+  if (show.shown.thumb.get().sheet_index == SHEET_THUMBS_IDLE) {
     const std::int32_t frames = sheets[SHEET_THUMBS_IDLE].frames;
     const auto frame = static_cast<std::int32_t>(static_cast<float>(frames) * t / THUMB_IDLES_S);
-    show.thumb = {SHEET_THUMBS_IDLE, frame % frames};
-    show.scale = 1.0F;
+    show.shown.thumb = {SHEET_THUMBS_IDLE, frame % frames};
+    show.shown.scale = 1.0F;
   }
   constexpr float PI = std::numbers::pi_v<float>;
-  show.pulse = std::cos(PI + 2.0F * PI * t / PULSE_S) * 0.1F + 1.1F;
+  show.shown.pulse = std::cos(PI + 2.0F * PI * t / PULSE_S) * 0.1F + 1.1F;
 }
 
 void voice_step(WinShow& show, float t, float length) {
-  if (show.voice_at >= t || t >= length - SPEECH_STOPS_S) return;
+  if (show.shown.voice_at >= t || t >= length - SPEECH_STOPS_S) return;
   if (!is_due(tick_timers.next_vox_ms) || !pref_on(PREF_TICKET_USE)) return;
   cue_play("voxtickets");
-  show.voice_at = t + static_cast<float>(5.0 + 5.0 * random_unit());
+  show.shown.voice_at = t + static_cast<float>(5.0 + 5.0 * random_unit());
   tick_timers.next_vox_ms = from_now_ms(2500.0, 2500.0);
 }
 
 void flakes_step(int side, float t) {
-  WinShow& show = shows[side];
-  if (show.flakes_on != 0) ticket_flakes_drop(side);
+  WinShow& show = shows.side[side];
+  if (show.begun.flakes_on != 0) ticket_flakes_drop(side);
   const auto moves = static_cast<std::int32_t>(MOVES_PER_S * t);
-  const float dt_s = static_cast<float>(moves - show.moves) * MOVE_S;
+  const float dt_s = static_cast<float>(moves - show.shown.moves) * MOVE_S;
   if (dt_s > 0.0F) ticket_flakes_move(side, dt_s);
-  show.moves = moves;
+  show.shown.moves = moves;
 }
 
 void music_begin() {
@@ -123,49 +127,49 @@ void music_begin() {
 }
 
 void music_end(int other) {
-  if (shows[other].serial != 0) return;
+  if (shows.side[other].begun.serial != 0) return;
   cue_play("endjackpotbgm");
   cue_play("endjackpotcheer");
   led_set_blink(0);
-  if (shows[other].serial != 0) music_begin();  // its show has begun meanwhile
+  if (shows.side[other].begun.serial != 0) music_begin();  // its show has begun meanwhile
 }
 
 // What a show of this name starts from. A restart keeps the rain and the pause of the voice.
 void worker_begin(WinShow& show, int serial) {
-  if (show.worker_serial == 0) {
-    show.voice_at = static_cast<float>(5.0 + 5.0 * random_unit());
-    show.moves = 0;
+  if (show.shown.serial == 0) {
+    show.shown.voice_at = static_cast<float>(5.0 + 5.0 * random_unit());
+    show.shown.moves = 0;
   }
-  show.start_ms = show.begin_ms;
-  show.end_ms = show.latest_end_ms;
+  show.shown.start_ms = show.begun.start_ms;
+  show.shown.end_ms = show.begun.end_ms;
   look_reset(show);
-  show.worker_serial = serial;
+  show.shown.serial = serial;
 }
 
 void worker_end(int side, int serial) {
-  WinShow& show = shows[side];
-  if (!show.serial.compare_exchange_strong(serial, 0)) return;  // begun anew
-  show.worker_serial = 0;
+  WinShow& show = shows.side[side];
+  if (!show.begun.serial.compare_exchange_strong(serial, 0)) return;  // restarted meanwhile
+  show.shown.serial = 0;
   ticket_flakes_clear(side);
   music_end(1 - side);
 }
 
 // One pass over the side's show.
 void win_show_worker(int side) {
-  WinShow& show = shows[side];
-  const int serial = show.serial;
+  WinShow& show = shows.side[side];
+  const int serial = show.begun.serial;
   if (serial == 0) return;
-  if (show.worker_serial != serial) worker_begin(show, serial);
-  const float t = seconds_since(show.start_ms);
-  const auto length = static_cast<float>(show.end_ms - show.start_ms) / 1000.0F;
+  if (show.shown.serial != serial) worker_begin(show, serial);
+  const float t = seconds_since(show.shown.start_ms);
+  const auto length = static_cast<float>(show.shown.end_ms - show.shown.start_ms) / 1000.0F;
   if (t >= length + FADE_OUT_S) return worker_end(side, serial);
   thumb_step(show, t);
   if (t >= length) {
     const float alpha = 255.0F * (1.0F - (t - length) / FADE_OUT_S);
-    show.colour = faded(COLOUR_WHITE, static_cast<std::int32_t>(alpha));
+    show.shown.colour = faded(COLOUR_WHITE, static_cast<std::int32_t>(alpha));
   } else {
     voice_step(show, t, length);
-    if (t > PAID_OUT_AFTER_S && ticket_status.tickets_owed[side] == 0) show.end_ms = now_ms();
+    if (t > PAID_OUT_AFTER_S && ticket_status.tickets_owed[side] == 0) show.shown.end_ms = now_ms();
   }
   flakes_step(side, t);
 }
@@ -178,8 +182,8 @@ struct Look {
 
 // Until the worker has come along, a new show looks as it begins.
 Look look_of(const WinShow& show, int serial) {
-  if (show.worker_serial != serial) return {FIRST_THUMB, COLOUR_WHITE, 1.0F};
-  return {show.thumb, show.colour, show.scale * show.pulse};
+  if (show.shown.serial != serial) return {FIRST_THUMB, COLOUR_WHITE, 1.0F};
+  return {show.shown.thumb, show.shown.colour, show.shown.scale * show.shown.pulse};
 }
 
 void number_draw(int side, std::int32_t tickets, const Look& look) {
@@ -199,15 +203,15 @@ void number_draw(int side, std::int32_t tickets, const Look& look) {
 
 }  // namespace
 
-// The side is taken before anything is heard of it: the other side's show, if it ends in this very
-// moment, then leaves the music and the LED board to this one.
+// The serial is set before the music begins: the other side's show, if it ends at this moment, then
+// leaves music and LED board to this one.
 void win_show_start(int side, int tickets) {
-  WinShow& show = shows[side];
-  show.flakes_on = pref_on(PREF_TICKET_USE) ? 1 : 0;
-  show.tickets = tickets;
-  show.begin_ms = now_ms();
-  show.latest_end_ms = now_ms() + (ticket_status.ticket_error[side] ? SHOW_WITH_FAULT_MS : SHOW_MS);
-  show.serial = ++last_serial;
+  WinShow& show = shows.side[side];
+  show.begun.flakes_on = pref_on(PREF_TICKET_USE) ? 1 : 0;
+  show.begun.tickets = tickets;
+  show.begun.start_ms = now_ms();
+  show.begun.end_ms = now_ms() + (ticket_status.ticket_error[side] ? SHOW_WITH_FAULT_MS : SHOW_MS);
+  show.begun.serial = ++shows.last_serial;
 
   ticket_dings(0, tickets);
   music_begin();
@@ -218,7 +222,7 @@ void win_show_start(int side, int tickets) {
 }
 
 bool win_show_active(int side) {
-  return shows[side].serial != 0;
+  return shows.side[side].begun.serial != 0;
 }
 
 void win_show_step() {
@@ -227,21 +231,21 @@ void win_show_step() {
 
 void win_show_draw() {
   for (int side = 0; side < SIDE_COUNT; ++side) {
-    const WinShow& show = shows[side];
-    const int serial = show.serial;
+    const WinShow& show = shows.side[side];
+    const int serial = show.begun.serial;
     if (serial == 0) continue;
     const Look look = look_of(show, serial);
     ticket_flakes_draw(side);
     cell_draw(static_cast<SheetIndex>(look.thumb.sheet_index), look.thumb.frame, THUMB_X[side],
               THUMB_Y, look.colour);
-    if (pref_on(PREF_TICKET_USE)) number_draw(side, show.tickets, look);
+    if (pref_on(PREF_TICKET_USE)) number_draw(side, show.begun.tickets, look);
   }
 }
 
 void win_show_reset() {
   for (int side = 0; side < SIDE_COUNT; ++side) {
-    shows[side].serial = 0;
-    shows[side].worker_serial = 0;
+    shows.side[side].begun.serial = 0;
+    shows.side[side].shown.serial = 0;
     ticket_flakes_clear(side);
   }
 }

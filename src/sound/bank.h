@@ -1,8 +1,7 @@
-// A bank: what one playlist file says, with every name in it resolved.
+// A bank: the content of one playlist file, with all names resolved.
 //
-// A bank is written while it is parsed, before anything plays from it. After that it stands still,
-// but for the latest picks of its groups and what the driver keeps in its sounds; those change
-// under the sound lock.
+// A bank is written only while it is parsed, before anything plays from it. After that only the
+// latest picks of its groups and the driver's data in its sounds change, under the sound lock.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +11,7 @@
 #include "sound/key.h"
 
 enum JpsOpcode : std::uint32_t {
-  JPS_NO_COMMAND = 0,  // a statement that leaves nothing behind to run
+  JPS_NO_COMMAND = 0,  // a statement without a command
   JPS_END = 1,
   JPS_PLAY = 2,
   JPS_STOP = 3,
@@ -49,22 +48,22 @@ struct JpsGroup {
   JpsKey key;
   JpsGroupSound* sounds;
   std::uint32_t sound_count;
-  std::uint32_t no_repeat;                 // so many of the latest picks are not picked again
-  std::uint32_t recent[JPS_RECENT_PICKS];  // the latest picks, newest first, or JPS_NO_PICK
+  std::uint32_t no_repeat;                 // this many latest picks are not picked again
+  std::uint32_t recent[JPS_RECENT_PICKS];  // newest first, or JPS_NO_PICK
 };
 
 struct JpsCommand {
   std::uint32_t opcode;
   float time;  // seconds from the start of the playlist
   std::uint32_t condition;
-  // What the opcode takes of these:
-  std::uint16_t track;  // of the playlist; of the driver for DUCK and UNDUCK
+  // As needed by the opcode:
+  std::uint16_t track;  // the playlist's; the driver's for DUCK and UNDUCK
   std::uint16_t value;
   float seconds;
   JpsSound* sound;
   JpsGroup* group;
   std::int32_t loop;   // 1 plays once, anything else repeats
-  std::int32_t count;  // -1 has no end
+  std::int32_t count;  // -1: no end
   JpsKey key;
   std::uint16_t number;
 };
@@ -75,12 +74,12 @@ struct JpsPlaylist {
   JpsCommand* first_command;
   std::uint32_t command_count;
   std::uint32_t tracks_needed;
-  std::uint16_t track_mask;  // bit n: the run of tracks may begin at driver track n
+  std::uint16_t track_mask;  // bit n: the tracks may begin at driver track n
   std::uint16_t priority;
 };
 
 struct JpsBank {
-  JpsKey key;  // of the path as it was given
+  JpsKey key;  // of the path as given
   JpsSound* sounds;
   std::uint32_t sound_count, sound_capacity;
   JpsPlaylist* playlists;
@@ -94,25 +93,25 @@ struct JpsBank {
   bool volume_attenuation;
 };
 
-// A bank with room for so many of each, all of it clear. Null, after a message, if memory is short.
+// A bank with room for this many of each, all cleared. Null, after a message, if memory is short.
 JpsBank* jps_bank_alloc(std::uint32_t commands, std::uint32_t playlists, std::uint32_t sounds,
                         std::uint32_t groups, std::uint32_t group_sounds);
 
-// Stops all that plays, frees the bank's sounds and the bank, and gives up its place in the table.
+// Stops everything that plays, frees the bank's sounds and the bank, and removes it from the table.
 // Null does nothing. Any thread that no longer uses the bank.
 void jps_bank_free(JpsBank* bank);
 
-// Puts a bank into the first free place of the table by which it is found by name. With none free
-// it works only for whoever holds it.
+// Puts a bank into the first free place of the table that finds it by name. If none is free, only
+// the caller can use it.
 void jps_bank_register(JpsBank* bank);
 
-// The registered bank of this path, or null. Hold the sound lock.
+// The registered bank with this path, or null. Hold the sound lock.
 JpsBank* jps_bank_find(std::string_view path);
 
 // Frees all registered banks.
 void jps_banks_free();
 
-// Null if the bank has none.
+// Null if there is none with this name.
 const JpsPlaylist* jps_find_playlist(const JpsBank& bank, JpsKey key);
 const JpsPlaylist* jps_find_playlist(const JpsBank& bank, std::int32_t number);
 JpsSound* jps_find_sound(const JpsBank& bank, JpsKey key);

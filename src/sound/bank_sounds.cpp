@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::uint16_t PCM = 1, EXTENSIBLE = 0xFFFE;
 
-// What is wrong with a sound, or null. The driver's mixing converts nothing but what it names here.
+// Why the driver can't mix this sound, or null if it can.
 const char* fault_of(const WaveInfo& info) {
   const JpsWaveFormat& format = info.format;
   if (format.format_tag != PCM && format.format_tag != EXTENSIBLE) return "it is not plain PCM";
@@ -20,17 +20,17 @@ const char* fault_of(const WaveInfo& info) {
   if (format.sample_rate < 100 || format.sample_rate > 100000) {
     return "its sample rate is not in the range 100-100000";
   }
-  return info.data_size == 0 ? "it holds no samples" : nullptr;
+  return info.data_size == 0 ? "it has no samples" : nullptr;
 }
 
-// A writer that was cut off, or that couldn't know the size ahead, leaves one that the file doesn't
-// hold. What is there is played.
+// If its writer was interrupted or couldn't know the size in advance, the header gives a size that
+// the file doesn't hold. What is there is played.
 void hold_to_file(WaveInfo& info, ReadFile* file, std::uint32_t data_offset, const char* path) {
   const std::uint64_t size = read_size(file);
   const std::uint64_t there = size > data_offset ? size - data_offset : 0;
   if (info.data_size <= there) return;
   std::printf(
-      "jps_parse_addsound(): Warning! %s: its head tells of %u bytes of samples, %u are there\n",
+      "jps_parse_addsound(): Warning! %s: its header promises %u bytes of samples, it has %u\n",
       path, info.data_size, static_cast<std::uint32_t>(there));
   info.data_size = static_cast<std::uint32_t>(there);
 }
@@ -43,7 +43,7 @@ bool streams(StreamMode mode, std::uint32_t data_size) {
 bool load(JpsSound& sound, StreamMode mode, const char* path) {
   WaveInfo info;
   std::uint32_t data_offset = 0;
-  const char* fault = "it is no wave file";
+  const char* fault = "it is not a wave file";
   if (read_wav_header(info, sound.file, data_offset)) {
     hold_to_file(info, sound.file, data_offset, path);
     fault = fault_of(info);

@@ -14,7 +14,7 @@ namespace {
 constexpr int LOWEST_HZ = 100, HIGHEST_HZ = 100'000;
 constexpr std::uint16_t FORMAT_PCM = 1, FORMAT_EXTENSIBLE = 0xFFFE;
 
-// A buffer that a voice may still be fading out, with each voice's mark as it was then.
+// A buffer that voices may still be fading out, with the mark of each voice at its release.
 struct Released {
   std::unique_ptr<SoundBuffer> buffer;
   std::array<std::uint32_t, MIX_VOICES> marks;
@@ -34,7 +34,7 @@ struct Buffers {
 constinit Buffers state;
 
 bool playable(const JpsWaveFormat& format) {
-  // Extensible formats of 8 and 16 bits are PCM in all files that come along.
+  // All extensible formats of 8 and 16 bits seen so far are PCM.
   return (format.format_tag == FORMAT_PCM || format.format_tag == FORMAT_EXTENSIBLE) &&
          (format.channels == 1 || format.channels == 2) &&
          (format.bits == 8 || format.bits == 16) && format.sample_rate >= LOWEST_HZ &&

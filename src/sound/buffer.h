@@ -1,4 +1,4 @@
-// The samples of sounds that are held whole, and the beginnings of those that aren't.
+// The samples of complete sounds, and the beginnings of streams.
 #pragma once
 
 #include <cstddef>
@@ -10,11 +10,11 @@
 
 struct SoundBuffer {
   std::unique_ptr<std::byte[]> bytes;  // null: a stream
-  std::unique_ptr<std::byte[]> head;   // of a stream: what its ring begins with
+  std::unique_ptr<std::byte[]> head;   // the beginning of a stream, for its ring
   std::uint32_t frames = 0;
   int channels = 2, sample_bytes = 2;
 
-  // Silence is the middle: 0 in 16 bits, 0x80 in 8.
+  // Silence is 0 in 16 bits, 0x80 in 8.
   [[nodiscard]] std::byte silence() const {
     return sample_bytes == 2 ? std::byte{0} : std::byte{0x80};
   }
@@ -24,14 +24,14 @@ struct SoundBuffer {
   }
 };
 
-// Loads `length` bytes, or of a stream as many as a ring holds; null if that can't be. Needs the
-// sound lock.
+// Loads `length` bytes; for a stream, as many as its ring holds. Null on failure. Needs the sound
+// lock.
 SoundBuffer* buffer_create(const JpsWaveFormat& format, std::uint32_t length, bool streamed,
                            ReadFile* file, std::uint32_t offset);
 
-// Frees a buffer that no voice plays any more. Its memory goes once the mixing has let go of it,
-// which is looked for in later calls and doesn't keep anybody waiting. Needs the sound lock.
+// Frees a buffer that no voice plays any more. Its memory is freed once the mixing has finished
+// with it; later calls check for that, and nobody waits. Needs the sound lock.
 void buffer_release(SoundBuffer* buffer);
 
-// Frees all that was released; the device must be closed.
+// Frees everything that was released; the device must be closed.
 void buffers_free_released();

@@ -8,29 +8,29 @@
 
 namespace {
 
-constexpr int RAMP_FRAMES = 128;    // 2.9 ms: a step of the volume spread so far isn't a click
-constexpr int ATTACK_FRAMES = 64;   // 1.5 ms, still short enough to leave a drum its stroke
-constexpr int TAIL_FRAMES = 64;     // in which the last sample of a cut wave falls to zero
-constexpr float NEAR_SILENCE = 33;  // 60 dB below full scale: a step that nobody hears
+constexpr int RAMP_FRAMES = 128;    // 2.9 ms: a step of the volume this long isn't a click
+constexpr int ATTACK_FRAMES = 64;   // 1.5 ms, short enough to keep the attack of a drum
+constexpr int TAIL_FRAMES = 64;     // the last sample of a cut wave falls to zero in this time
+constexpr float NEAR_SILENCE = 33;  // 60 dB below full scale: an inaudible step
 
-// Frames of a sound that one chunk may need, at the fastest step and with the widest filter.
+// The most frames of a sound that one chunk needs: at the fastest step, with the widest filter.
 constexpr int MOST_FRAMES = MIX_CHUNK * 100'000 / 44'100 + RESAMPLE_MOST_TAPS + 8;
 
-// Left and right of a piece of a sound. A mono sound has its only channel on the left.
+// Left and right of a piece of a sound. A mono sound uses only the left.
 struct Planes {
   alignas(32) std::array<float, MOST_FRAMES> left, right;
 };
 
-// Only the one thread that mixes uses these.
+// Only the mixing thread uses these.
 struct Scratch {
-  Planes in;   // of the sound
+  Planes in;   // at the sound's rate
   Planes out;  // at the output's rate
   alignas(32) std::array<std::uint64_t, MOST_FRAMES / 2 + 2> ring;
 };
 
 constinit Scratch scratch{};
 
-// How many frames of the source lie in one piece from `first` on, at most `count`.
+// How many frames of the source are in one piece from `first` on, at most `count`.
 int piece_frames(const SampleSource& source, std::int64_t first, int count) {
   std::int64_t room = count;
   if (source.bytes != nullptr) {
@@ -51,8 +51,8 @@ const std::byte* piece_bytes(const SampleSource& source, std::int64_t first, int
   return ring_read(*source.ring, at, static_cast<std::uint32_t>(count * size), scratch.ring.data());
 }
 
-// Frames `first` to `first` + `count` - 1 as floats. Before the beginning, and behind the end of a
-// sound that doesn't loop, there is silence.
+// Frames `first` to `first` + `count` - 1 as floats. There is silence before the beginning, and
+// after the end of a sound that doesn't loop.
 void fetch(const SampleSource& source, std::int64_t first, int count, Planes& to) {
   const SoundKernels& kernels = sound_kernels();
   int done = 0;
@@ -73,7 +73,7 @@ void fetch(const SampleSource& source, std::int64_t first, int count, Planes& to
   }
 }
 
-// The next `frames` frames at the output's rate, and the position behind them.
+// The next `frames` frames at the output's rate. Moves the position past them.
 const Planes& read_on(Channel& channel, int frames) {
   const bool stereo = channel.source.channels == 2;
   const std::uint64_t advance = channel.fraction + frames * channel.step;
@@ -94,7 +94,7 @@ const Planes& read_on(Channel& channel, int frames) {
   return scratch.out;
 }
 
-// Outputs from the position on to the end of a sound that doesn't loop, at most `frames`.
+// Output frames from the position to the end of a sound that doesn't loop, at most `frames`.
 int frames_to_end(const Channel& channel, int frames) {
   if (channel.source.loop) return frames;
   const std::int64_t left = channel.source.frames - channel.frame;
@@ -105,7 +105,7 @@ int frames_to_end(const Channel& channel, int frames) {
   return static_cast<int>(std::min<std::uint64_t>(outputs, frames));
 }
 
-// Adds `frames` frames from offset `from` on, along the ramp as far as it goes.
+// Adds `frames` frames from offset `from` on, with the gain along the ramp.
 void weigh(Channel& channel, const Planes& planes, int from, int frames, MixBus& bus, int at) {
   const float* left = planes.left.data() + from;
   const float* right = channel.source.channels == 2 ? planes.right.data() + from : left;
@@ -130,7 +130,7 @@ void weigh(Channel& channel, const Planes& planes, int from, int frames, MixBus&
   }
 }
 
-// A wave that was cut off leaves a step; it is spread.
+// A wave that was cut off leaves a step, which is spread over some frames.
 void mix_tail(Channel& channel, MixBus& bus, int at, int frames) {
   for (int i = at; i < frames && channel.tail > 0; ++i) {
     --channel.tail;

@@ -1,4 +1,4 @@
-// One sound on its way into the mix: read at its rate, weighed, added up.
+// One sound of the mix: read, resampled, scaled by its gains, added to the bus.
 #pragma once
 
 #include <array>
@@ -12,17 +12,17 @@ struct StreamRing;
 
 constexpr int MIX_CHUNK = 256;  // frames mixed at a time
 
-// What the chunk's sounds are added up in, on the scale of 16-bit samples.
+// The bus: the sum of the chunk's sounds, on the scale of 16-bit samples.
 struct MixBus {
   alignas(32) std::array<float, MIX_CHUNK> left{};
   alignas(32) std::array<float, MIX_CHUNK> right{};
 };
 
-// Where a sound's samples come from. Whole in memory, or through a ring.
+// Where a sound's samples come from: memory, or a ring.
 struct SampleSource {
   const std::byte* bytes = nullptr;  // null: from `ring`
   const StreamRing* ring = nullptr;
-  SoundEvent* event = nullptr;  // of a ring: fired at its points
+  SoundEvent* event = nullptr;  // for a ring: fired at its points
   std::int64_t frames = 0;      // of the whole sound
   int channels = 2;             // 1 or 2
   int sample_bytes = 2;         // 1 (unsigned) or 2
@@ -36,29 +36,29 @@ struct Channel {
 
   State state = IDLE;
   SampleSource source;
-  std::int64_t frame = 0;      // position, counted on through loops
+  std::int64_t frame = 0;      // position; continues to count in loops
   std::uint32_t fraction = 0;  // of a frame, in 2^-32
   std::uint64_t step = RESAMPLE_SAME_RATE;
-  std::array<float, 2> gain{}, goal{};  // left and right: now, and where the ramp leads
+  std::array<float, 2> gain{}, goal{};  // left and right: now, and at the end of the ramp
   int ramp = 0;                         // frames until `goal` is reached
-  std::array<float, 2> last{};          // what was heard last, as it went into the mix
-  int tail = 0;  // frames in which it falls to zero after the sound's own end
+  std::array<float, 2> last{};          // the last output frame
+  int tail = 0;  // frames in which it falls to zero after the end of the sound
 };
 
-// Begins at the first sample. A sound that begins loud is faded in over a millisecond.
+// Begins at the first sample. A loud beginning is faded in over a millisecond.
 void channel_start(Channel& channel, const SampleSource& source, std::uint64_t step, float left,
                    float right);
 
-// New gains, reached within three milliseconds.
+// Sets new gains, reached within three milliseconds.
 void channel_weigh(Channel& channel, float left, float right);
 
-// Fades out within three milliseconds; it reads on in its source until it is IDLE.
+// Fades out within three milliseconds. It still reads its source until it is IDLE.
 void channel_leave(Channel& channel);
 
-// Adds the next `frames` frames, at most MIX_CHUNK, to the bus. True if the sound has come to its
-// own end in them.
+// Adds the next `frames` frames, at most MIX_CHUNK, to the bus. True if the sound reached its own
+// end in them.
 bool channel_mix(Channel& channel, MixBus& bus, int frames);
 
-// The frames around its position that a channel may read for the output of one frame.
+// How many frames around its position a channel may read for one output frame.
 constexpr int CHANNEL_FRAMES_BEFORE = RESAMPLE_MOST_TAPS / 2 - 1;
 constexpr int CHANNEL_FRAMES_AFTER = RESAMPLE_MOST_TAPS / 2;

@@ -6,32 +6,33 @@
 #include <cstdarg>
 #include <cstdint>
 #include <cstdio>
-#include <mutex>
 
 #include "platform/clock.h"
+#include "platform/mutex.h"
 
 namespace {
 
 constexpr int LINES_PER_SECOND = 20;
-constexpr int LINES_KEPT = 2 * LINES_PER_SECOND;  // the printer may be late
+constexpr int LINES_KEPT = 2 * LINES_PER_SECOND;  // for a printer that is late
 
 struct Line {
   char text[160];
 };
 
 struct Complaints {
-  std::mutex mutex;  // for all but the flags; taken under the sound lock, and never the other way
-  std::array<Line, LINES_KEPT> lines;
-  int count;  // of lines kept
-  std::int64_t second;
-  int in_second, dropped;  // of that second
+  Mutex mutex;  // taken under the sound lock, and never the other way
+  std::array<Line, LINES_KEPT> lines GUARDED_BY(mutex);
+  int count GUARDED_BY(mutex);  // number of lines kept
+  std::int64_t second GUARDED_BY(mutex);
+  int in_second GUARDED_BY(mutex), dropped GUARDED_BY(mutex);  // in the present second
   std::atomic<bool> waiting;
   std::atomic<bool> has_thread;
 };
 
 constinit Complaints state{};
 
-[[gnu::format(printf, 1, 0)]] void keep(const char* format, std::va_list arguments) {
+[[gnu::format(printf, 1, 0)]] void keep(const char* format, std::va_list arguments)
+    REQUIRES(state.mutex) {
   if (state.count == LINES_KEPT) {
     ++state.dropped;
     return;
@@ -40,15 +41,15 @@ constinit Complaints state{};
   std::vsnprintf(line.text, sizeof line.text, format, arguments);
 }
 
-[[gnu::format(printf, 1, 2)]] void keep(const char* format, ...) {
+[[gnu::format(printf, 1, 2)]] void keep(const char* format, ...) REQUIRES(state.mutex) {
   std::va_list arguments;
   va_start(arguments, format);
   keep(format, arguments);
   va_end(arguments);
 }
 
-// Once a second is over, what it dropped is known.
-void turn_second() {
+// At the end of a second, the number of dropped lines is known.
+void turn_second() REQUIRES(state.mutex) {
   const std::int64_t second = clock_ms() / 1000;
   if (second == state.second) return;
   state.second = second;
@@ -61,7 +62,7 @@ void turn_second() {
 }  // namespace
 
 void jps_complain(const char* format, ...) {
-  const std::lock_guard guard(state.mutex);
+  const MutexLock guard(state.mutex);
   turn_second();
   state.waiting = true;
   if (++state.in_second > LINES_PER_SECOND) {
@@ -79,7 +80,7 @@ void jps_complaints_print() {
   std::array<Line, LINES_KEPT> lines;
   int count = 0;
   {
-    const std::lock_guard guard(state.mutex);
+    const MutexLock guard(state.mutex);
     turn_second();
     count = state.count;
     std::copy_n(state.lines.begin(), count, lines.begin());
@@ -94,7 +95,7 @@ void jps_complaints_lock_is_free() {
 }
 
 void jps_complaints_reset() {
-  const std::lock_guard guard(state.mutex);
+  const MutexLock guard(state.mutex);
   state.count = state.in_second = state.dropped = 0;
   state.waiting = false;
 }

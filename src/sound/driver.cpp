@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 
+#include "platform/mutex.h"
 #include "platform/sound_device.h"
 #include "platform/thread.h"
 #include "sound/buffer.h"
@@ -27,7 +28,7 @@ struct Driver {
   std::array<JpsSound, JPS_MAX_DUPLICATES> duplicates{};
   std::uint8_t master_volume = 255;
   std::shared_ptr<Thread> transition_thread;
-  std::mutex refilling;  // taken before the sound lock
+  Mutex refilling;  // taken before the sound lock
   bool up = false;
 };
 
@@ -35,7 +36,7 @@ constinit Driver state;
 
 struct Lock {
   std::recursive_mutex mutex;
-  int depth = 0;  // under the mutex: how often its thread holds it
+  int depth = 0;  // under the mutex: how often its thread has taken it
 };
 
 Lock& sound_lock() {
@@ -47,14 +48,14 @@ bool is_track(int n) {
   return n >= 0 && n < JPS_TRACKS;
 }
 
-// A third of a decibel a step; 255 is 0, 0 is -8500. Cut towards zero.
+// Each step is a third of a decibel; 255 is 0, 0 is -8500. Rounded towards zero.
 constexpr int db(int volume) {
   return static_cast<int>(static_cast<float>((volume & 0xFF) - 255) * 33.333335876464844F);
 }
 
 static_assert(db(255) == 0 && db(128) == -4233 && db(0) == -8500);
 
-// Sounds that the master volume doesn't reach: the operator measures by the two sines.
+// Sounds that ignore the master volume: the operator measures by the two sines.
 struct OwnLevel {
   JpsKey key;
   int level;
@@ -78,7 +79,7 @@ void apply_level(int n) {
   if (track.sound != nullptr) voice_set_level(n, attenuation(track), track.pan);
 }
 
-// A free row that stands for the sound beside its first self; null: none is free.
+// A free row for playing the sound a second time; null: none is free.
 JpsSound* duplicate_of(const JpsSound& sound) {
   const auto row = std::find_if(state.duplicates.begin(), state.duplicates.end(),
                                 [](const JpsSound& one) { return one.buffer == nullptr; });
@@ -90,8 +91,8 @@ JpsSound* duplicate_of(const JpsSound& sound) {
   return &*row;
 }
 
-// What is to be started: the sound itself, or a row beside it if it plays on another track. If it
-// has played out there, it leaves that track.
+// The row to start: the sound itself, or a second row if it plays on another track. If it has ended
+// there, it leaves that track.
 JpsSound* free_self(JpsSound& sound) {
   if (state.tracks[sound.track].sound != &sound) return &sound;
   if (voice_is_playing(sound.track)) return duplicate_of(sound);
@@ -99,8 +100,7 @@ JpsSound* free_self(JpsSound& sound) {
   return &sound;
 }
 
-// Serves the events that are set, up to the first whose stream has to be read. False: there is
-// none.
+// Serves the events that are set, up to the first whose stream needs a read. False: there is none.
 bool next_read(StreamRead& read) {
   const SoundLock lock;
   if (!state.up) return false;
@@ -109,7 +109,7 @@ bool next_read(StreamRead& read) {
     JpsSound* sound = stream_of_event(event);
     if (sound == nullptr) continue;  // stopped meanwhile, perhaps by the update
     if (!voice_is_playing(sound->track)) {
-      jpsdrvr_stop(sound->track);  // one that doesn't loop, heard to its end
+      jpsdrvr_stop(sound->track);  // one that doesn't loop and has ended
     } else if (stream_want(*sound, read)) {
       return true;
     }
@@ -143,7 +143,7 @@ JpsTrack& jpsdrvr_track(int n) {
 }
 
 int jpsdrvr_init() {
-  jpsdrvr_shutdown();
+  if (!jpsdrvr_shutdown()) return -1;
   {
     const SoundLock lock;
     mixer_reset();
@@ -151,7 +151,7 @@ int jpsdrvr_init() {
     for (JpsTrack& track : state.tracks) track = JpsTrack{};
     for (JpsSound& row : state.duplicates) row.buffer = nullptr;
   }
-  // Without the lock: both print what they have to say. Nobody uses the driver before it is up.
+  // Without the lock, because both may print. Nobody uses the driver before it is up.
   if (!sound_device_open(mixer_render)) {
     std::puts("jpsdrvr_init(): ERROR! Couldn't create dsound interface");
     return -1;
@@ -168,20 +168,21 @@ int jpsdrvr_init() {
   return 0;
 }
 
-void jpsdrvr_shutdown() {
+bool jpsdrvr_shutdown() {
   if (state.transition_thread) {
     thread_request_stop(*state.transition_thread);
     mixer_wake_waiting();
-    thread_join(*state.transition_thread, JOIN_BOUND_MS);
+    if (!thread_join(*state.transition_thread, JOIN_BOUND_MS)) return false;
     state.transition_thread.reset();
   }
   const SoundLock lock;
-  if (!state.up) return;
+  if (!state.up) return true;
   for (int n = 0; n < JPS_TRACKS; ++n) jpsdrvr_stop(n);
   state.up = false;
   sound_device_close();
   mixer_reset();
   buffers_free_released();
+  return true;
 }
 
 int jpsdrvr_create_buffer(const JpsWaveFormat& format, std::uint32_t data_size, JpsSound& sound) {
@@ -191,7 +192,7 @@ int jpsdrvr_create_buffer(const JpsWaveFormat& format, std::uint32_t data_size, 
       buffer_create(format, data_size, sound.streamed != 0, sound.file, sound.data_offset);
   if (buffer == nullptr) return -1;
   sound.buffer = buffer;
-  // A part of a frame at the end would turn left and right around in the next round of a loop.
+  // Part of a frame at the end would swap left and right in the next pass of a loop.
   sound.length = buffer->frames * static_cast<std::uint32_t>(buffer->frame_bytes());
   sound.buffer_size = sound.streamed != 0 ? JPS_STREAM_BUFFER : sound.length;
   sound.sample_rate = format.sample_rate;
@@ -300,7 +301,7 @@ int jpsdrvr_set_master_volume(int volume) {
 }
 
 void jpsdrvr_transition() {
-  const std::lock_guard one_at_a_time(state.refilling);
+  const MutexLock one_at_a_time(state.refilling);
   StreamRead read;
   while (next_read(read)) {
     stream_read(read);

@@ -1,5 +1,5 @@
-// The playlists that the game asks for by name. Whoever adds a sound to the game adds its name
-// here, so that a script that lacks it is found out before a cabinet falls silent.
+// The playlists that the game asks for by name. If you add a sound to the game, add its name here,
+// so that a script without it is found before a cabinet is silent.
 #pragma once
 
 constexpr const char* GAME_PLAYLISTS[] = {

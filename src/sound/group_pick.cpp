@@ -1,4 +1,4 @@
-// Which sound of a group is played next.
+// Picks the next sound of a group.
 #include <algorithm>
 #include <cstdint>
 #include <span>
@@ -8,7 +8,7 @@
 
 namespace {
 
-// The sound on which chance falls by weight; the count of sounds if rounding lets it fall past all.
+// A random sound by weight; the number of sounds if rounding goes past all of them.
 std::uint32_t draw(const JpsGroup& group) {
   const auto chance = static_cast<float>(random_unit());
   float sum = 0;

@@ -49,15 +49,15 @@ int jps_init() {
   return 0;
 }
 
-void jps_shutdown() {
+bool jps_shutdown() {
   if (jps().timer != nullptr) {
     thread_request_stop(*jps().timer);
-    thread_join(*jps().timer, TIMER_STOP_BOUND_MS);
+    if (!thread_join(*jps().timer, TIMER_STOP_BOUND_MS)) return false;
     jps().timer = nullptr;
   }
   jps_complaints_have_a_thread(false);
   jps_banks_free();
-  jpsdrvr_shutdown();
+  return jpsdrvr_shutdown();
 }
 
 bool jps_bank_load(const char* name) {
@@ -66,7 +66,7 @@ bool jps_bank_load(const char* name) {
 
 std::uint32_t jps_bank_play_name(const char* name) {
   const SoundLock lock;
-  // A game without sounds has said so at its start.
+  // A game without sounds reported that at its start.
   return jps_bank_find(GAME_BANK) == nullptr ? 0 : jps_bank_play_name(GAME_BANK, name);
 }
 

@@ -11,7 +11,7 @@
 
 namespace {
 
-// The rest of a run that fills no whole vector.
+// The remaining samples that don't fill a vector.
 const SoundKernels& plain() {
   return sound_kernels_plain;
 }
@@ -43,12 +43,12 @@ void unpack(const std::byte* in, int frames, int channels, int bytes, float* lef
                  channels, bytes, left + whole, right + whole);
 }
 
-// The upper half of a vector laid onto the lower.
+// Adds the upper half of a vector to the lower.
 WIDE inline __m128 halved(__m256 sums) {
   return _mm_add_ps(_mm256_castps256_ps128(sums), _mm256_extractf128_ps(sums, 1));
 }
 
-// Four outputs at a time, so that the sums across their vectors share the shuffles.
+// Four output frames at a time, so that the sums across their vectors share the shuffles.
 template <int OCTETS, bool STEREO>
 WIDE void resample_run(const ResampleRun& run) {
   std::uint64_t position = run.fraction;

@@ -1,5 +1,5 @@
-// The eight bytes by which banks, playlists, sounds, groups and labels are told apart. Names with
-// equal keys are one name to the system.
+// Eight-byte keys for banks, playlists, sounds, groups and labels. Names with equal keys are the
+// same name to the system.
 #pragma once
 
 #include <cstddef>
@@ -12,11 +12,11 @@ struct JpsKey {
   friend constexpr bool operator==(const JpsKey&, const JpsKey&) = default;
 };
 
-// The key of a name, whose bytes count as signed. Each of its six bytes folds another sum over the
-// name into the byte before it. An empty name has the key 0.
+// The key of a name, whose bytes count as signed. Each of its six bytes combines another sum over
+// the name with the byte before it. An empty name has the key 0.
 constexpr JpsKey jps_key(std::string_view name) {
   constexpr auto fold = [](std::uint32_t sum) { return ((sum >> 8) + sum) & 0xFF; };
-  // The sum of every `stride`-th byte from `first` on, each with the bits of `flip` turned over.
+  // The sum of every `stride`-th byte from `first` on, each with the bits of `flip` inverted.
   const auto sum = [name](std::size_t first, std::size_t stride, std::uint32_t flip) {
     std::uint32_t total = 0;
     for (std::size_t i = first; i < name.size(); i += stride) {

@@ -1,12 +1,12 @@
-// The latest of something, handed from one thread to another, neither of which ever waits.
+// Passes the latest value from one thread to another without either waiting.
 #pragma once
 
 #include <array>
 #include <atomic>
 #include <cstdint>
 
-// One thread puts and one takes. What was put and not yet taken when the next is put is never seen.
-// Writer and reader each own one of three copies; the third lies between them and is swapped.
+// One thread puts, one takes. A value that was not taken before the next put is never seen. Writer
+// and reader each own one of three copies; they swap it for the third.
 template <typename T>
 class Mailbox {
  public:
@@ -15,7 +15,7 @@ class Mailbox {
     back_ = middle_.exchange(back_ | FRESH, std::memory_order_acq_rel) & INDEX;
   }
 
-  // True if there was something new, which is then in `value`.
+  // True if there was a new value, which is then in `value`.
   bool take(T& value) {
     if ((middle_.load(std::memory_order_relaxed) & FRESH) == 0) return false;
     front_ = middle_.exchange(front_, std::memory_order_acq_rel) & INDEX;

@@ -20,7 +20,7 @@ struct VoiceOrder {
   float left = 1, right = 1;
 };
 
-// A count of bytes together with the number of the start that it counts from, in one word.
+// A count of bytes, and the number of the start that it counts from, in one word.
 constexpr int COUNT_BITS = 40;  // 70 days of the fastest sound
 constexpr std::uint64_t COUNT_MASK = (1ULL << COUNT_BITS) - 1;
 
@@ -34,18 +34,18 @@ std::uint64_t count_since(std::uint32_t number, std::uint64_t word) {
 }
 
 struct Voice {
-  // The lock's side.
+  // Used under the lock:
   VoiceOrder order;
   Mailbox<VoiceOrder> mail;
 
-  // From the mixing to the lock's side.
+  // From the mixing to the code under the lock:
   std::atomic<std::uint64_t> play{0}, write{0};  // stamped counts of bytes
-  std::atomic<std::uint32_t> ended{0};           // number of the latest start that came to its end
-  std::atomic<std::uint32_t> settled{0};         // nothing older than this order is read any more
+  std::atomic<std::uint32_t> ended{0};           // number of the latest start that reached its end
+  std::atomic<std::uint32_t> settled{0};         // nothing from before this order is read any more
 
-  // The mixing's side.
-  std::uint32_t number = 0;  // of the order that is carried out
-  Channel now, before;       // what plays, and what fades out to make place for it
+  // Used by the mixing:
+  std::uint32_t number = 0;  // of the order being carried out
+  Channel now, before;       // what plays, and what is fading out before it
 };
 
 struct Mixer {
@@ -73,7 +73,7 @@ void begin(Voice& voice, const VoiceOrder& order) {
   if (order.playing) channel_start(voice.now, order.source, order.step, order.left, order.right);
 }
 
-// A voice can fade out one sound at a time, which takes less than a chunk; orders wait for that.
+// A voice can fade out only one sound at a time, in less than a chunk; orders wait for that.
 void take_order(Voice& voice) {
   VoiceOrder order;
   if (voice.before.state != Channel::IDLE || !voice.mail.take(order)) return;

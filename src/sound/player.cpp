@@ -27,9 +27,9 @@ bool past_the_end(const JpsPlayer& player) {
   return player.pc >= player.playlist->command_count;
 }
 
-// Looks at the marker that an armed command waits for. When that is up, the command runs, the one
-// that would have been next is skipped, unless it is END, without which the sound of an armed PLAY
-// would be cut off, and what comes then is due at once.
+// Checks the marker that an armed command waits for. If it is set, the command runs, and the
+// command that would have been next is skipped, unless it is END: skipping END would cut off the
+// sound of an armed PLAY. The command after that is due at once.
 void run_armed(JpsPlayer& player, float& t) {
   const std::uint32_t next = player.pc;
   const bool at_end = command_at(player).opcode == JPS_END;
@@ -42,8 +42,8 @@ void run_armed(JpsPlayer& player, float& t) {
   if (!past_the_end(player)) t = command_at(player).time;
 }
 
-// Runs the commands that are due. The bound keeps a script that jumps without letting time pass
-// from holding the lock.
+// Runs the commands that are due. The limit stops a script that jumps without letting time pass
+// from blocking the lock.
 void run_due(JpsPlayer& player, float t) {
   for (int i = 0; i < COMMANDS_PER_UPDATE; ++i) {
     jps_player_exec(command_at(player), player, t);
@@ -53,7 +53,7 @@ void run_due(JpsPlayer& player, float t) {
       jps_player_stop(player);
       return;
     }
-    // END looks at the tracks once an update, and not before the sounds have had their start.
+    // END looks at the tracks only once an update, and not before the sounds have started.
     if (command_at(player).opcode == JPS_END || t < command_at(player).time) return;
   }
 }

@@ -9,7 +9,7 @@ constexpr int JPS_PLAYERS = 32;
 constexpr int JPS_RAMPS = 10;
 constexpr int JPS_LOOPS = 16;
 
-// A volume on its way from one value to another.
+// A volume that changes from one value to another.
 struct JpsRamp {
   std::uint32_t active;
   float start_time, end_time;  // of the player
@@ -17,35 +17,35 @@ struct JpsRamp {
   std::uint16_t track;  // of the driver
 };
 
-// A slot is free while `remaining` is 0; -1 never gets there.
+// A slot is free while `remaining` is 0; -1 never becomes 0.
 struct JpsLoop {
   std::uint32_t start_pc;
   std::int32_t remaining;
 };
 
 struct JpsPlayer {
-  const JpsCommand* armed_command;  // an ONSMARKER command that waits for its marker
+  const JpsCommand* armed_command;  // an ONSMARKER command waiting for its marker
   const JpsPlaylist* playlist;      // null: this player is free
-  float start_time;                 // what the clock read at time 0; loops and jumps move it
+  float start_time;                 // the clock at time 0; loops and jumps change it
   std::uint32_t pc;                 // next command of the playlist
   std::int32_t tracks[JPS_TRACKS];  // logical track to driver track, or -1
   std::uint16_t priority;
   JpsRamp ramps[JPS_RAMPS];
   JpsLoop loops[JPS_LOOPS];
-  std::uint32_t volume;  // asked for at the start, 0 to 255
+  std::uint32_t volume;  // requested at the start, 0 to 255
 };
 
-// As jps_bank_play_name (sound/jps.h), by the playlist's number in a bank, registered or not.
+// Like jps_bank_play_name (sound/jps.h), but by the playlist's number in a bank, registered or not.
 std::uint32_t jps_bank_play(const JpsBank& bank, std::int32_t number, int volume = 255);
 
 // Steps all players to the clock's present time. Any thread.
 void jps_update_all();
 
-// Ends all players and silences their tracks; no marker is up after that and no signal waits.
+// Ends all players, silences their tracks, and clears all markers and signals.
 void jps_stop_all_players();
 
-// Forgets all players, markers and signals, whatever the driver plays. For start-up.
+// Clears all players, markers and signals, whatever the driver plays. For start-up.
 void jps_players_reset();
 
-// How many players run.
+// How many players are running.
 int jps_players_running();

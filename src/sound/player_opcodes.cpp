@@ -18,7 +18,7 @@ int driver_track(const JpsCommand& command, const JpsPlayer& player) {
   return player.tracks[command.track];
 }
 
-// Lets the playlist go on as if it stood at the command `index`, at whose time the clock now reads.
+// Continues the playlist at command `index`, as if the clock now read that command's time.
 void jump(JpsPlayer& player, std::uint32_t index, float& t) {
   const float there = command_of(player, index).time;
   player.start_time += t - there;
@@ -72,7 +72,7 @@ int run_setvol(const JpsCommand& command, JpsPlayer& player, float&) {
   const int asked = static_cast<int>(player.volume);
   const int volume = command.value * asked / 255;
   if (command.seconds > 0 && jps_ramp_add(player, track, volume, command.seconds)) return JPS_DONE;
-  // Set at once, a quieter request counts twice: the scripts' levels were chosen with it so.
+  // If it is set at once, a lower volume counts twice. The scripts' levels were chosen for this.
   return jpsdrvr_set_volume(track, asked - 255 + volume) == 0 ? JPS_DONE : JPS_FAILED;
 }
 
@@ -88,7 +88,7 @@ int run_loopstart(const JpsCommand& command, JpsPlayer& player, float&) {
 
 // The LOOPSTART that a LOOPEND at `pc` belongs to. False, after a message, if there is none.
 bool find_loopstart(const JpsPlayer& player, std::uint32_t& index) {
-  int open = 0;  // loops that ended on the way
+  int open = 0;  // inner loops on the way
   for (index = player.pc; index-- > 0;) {
     const std::uint32_t opcode = command_of(player, index).opcode;
     if (opcode == JPS_LOOPEND) ++open;
@@ -161,7 +161,7 @@ int run_setpri(const JpsCommand& command, JpsPlayer& player, float&) {
   return JPS_DONE;
 }
 
-// LABEL marks a place, and WAITFOR has done its work in the parser.
+// LABEL is only a place, and WAITFOR was resolved by the parser.
 int run_nothing(const JpsCommand&, JpsPlayer&, float&) {
   return JPS_DONE;
 }
@@ -171,7 +171,7 @@ struct OpcodeRow {
   int (*run)(const JpsCommand& command, JpsPlayer& player, float& t);
 };
 
-// No row, no deed: pans and frequencies can be written in a script, but nothing acts on them.
+// Opcodes without a row do nothing: scripts may contain pans and frequencies.
 constexpr OpcodeRow OPCODES[] = {
     {0, nullptr},
     {JPS_END, run_end},
@@ -202,7 +202,7 @@ constexpr bool rows_are_in_order() {
 }
 static_assert(rows_are_in_order());
 
-// Whether the command may run now. An ONSMARKER command waits from here on.
+// Whether the command may run now. An ONSMARKER command starts to wait here.
 bool condition_holds(const JpsCommand& command, JpsPlayer& player) {
   if (command.condition == 0) return true;
   const int marker = static_cast<int>(command.condition >> 16);

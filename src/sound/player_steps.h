@@ -1,11 +1,11 @@
-// The parts of the player: each is called with the sound lock held.
+// The parts of the player. Hold the sound lock for all of them.
 #pragma once
 
 #include <cstdint>
 
 #include "sound/player.h"
 
-// The clock in seconds, as the players and markers keep it.
+// The clock in seconds, as players and markers use it.
 float jps_clock_s();
 
 // Runs a player up to its time `t` in seconds.
@@ -14,7 +14,7 @@ void jps_player_update(JpsPlayer& player, float t);
 // Ends a player and silences its tracks.
 void jps_player_stop(JpsPlayer& player);
 
-// The handlers' answers, and that of a command whose marker is down.
+// Results of the handlers, and of a command whose marker isn't set.
 constexpr int JPS_DONE = 0;
 constexpr int JPS_SKIPPED = 1;
 constexpr int JPS_FAILED = -1;
@@ -22,8 +22,8 @@ constexpr int JPS_FAILED = -1;
 // Runs a command for the player, if its condition allows, and steps `pc`. A jump moves `t`.
 int jps_player_exec(const JpsCommand& command, JpsPlayer& player, float& t);
 
-// Takes the tracks that the player's playlist needs, from players of lower or, in the last resort,
-// equal priority. The mask of tracks taken; 0 if there are none for it.
+// Takes the tracks that the player's playlist needs, if necessary from players of lower or, last,
+// equal priority. Returns the mask of tracks taken; 0 if there are none for it.
 std::uint32_t jps_allocate_tracks(JpsPlayer& player);
 
 // Whether the player still owns any of its tracks.
@@ -31,11 +31,10 @@ bool jps_player_has_tracks(const JpsPlayer& player);
 
 // Begins a ramp of a driver track from its present volume. False if no ramp is free.
 bool jps_ramp_add(JpsPlayer& player, int track, int end_volume, float seconds);
-// Moves the volumes of all ramps to what they are at time `t`.
+// Sets the volumes of all ramps to their values at time `t`.
 void jps_ramps_run(JpsPlayer& player, float t);
 // Ends the ramps of a driver track.
 void jps_ramps_drop(JpsPlayer& player, int track);
 
-// A sound of the group by chance and weight that is none of the latest picks; null if chance picks
-// none.
+// A random sound of the group, by weight, that is none of the latest picks; null if there is none.
 JpsSound* jps_group_pick(JpsGroup& group);

@@ -12,7 +12,7 @@ int width(std::string_view text) {
   return static_cast<int>(text.size());
 }
 
-// "[seconds]" or "[+seconds]" at the head of the line: cuts it off and moves the running time.
+// "[seconds]" or "[+seconds]" at the start of the line: removes it and sets the running time.
 bool take_time(PlaylistParse& parse, std::string_view& line, float& running_time) {
   if (!line.starts_with('[')) return true;
   std::string_view rest = line.substr(1);
@@ -39,7 +39,7 @@ bool take_time(PlaylistParse& parse, std::string_view& line, float& running_time
   return true;
 }
 
-// "ONMARKER n" or "ONSMARKER n": `token` becomes the keyword behind it.
+// "ONMARKER n" or "ONSMARKER n": `token` becomes the keyword after it.
 bool take_condition(PlaylistParse& parse, std::string_view& line, std::string_view& token,
                     std::uint32_t& condition) {
   condition = 0;

@@ -1,4 +1,4 @@
-// What the parser knows while it reads a playlist file, and the statements of each kind of block.
+// The parser's state while it reads a playlist file, and the statements of each kind of block.
 #pragma once
 
 #include <cstdint>
@@ -12,21 +12,20 @@
 
 struct PlaylistParse {
   const char* path;
-  std::string folder;  // of the file; its sounds are named from there
+  std::string folder;  // of the file; paths of sounds begin there
   PlaylistLines lines;
   JpsBank* bank = nullptr;
-  JpsPlaylist* playlist = nullptr;  // the one whose block is open
+  JpsPlaylist* playlist = nullptr;  // whose block is open
   JpsGroup* group = nullptr;
   JpsConstants constants{};
   int messages = 0;
 };
 
-// Prints a message about the present line and answers false, which is what a statement that was
-// refused answers.
+// Prints a message about the present line and returns false, the result of a refused statement.
 [[gnu::format(printf, 2, 3)]] bool playlist_refuse(PlaylistParse& parse, const char* format, ...);
 
-// Fills `command`, whose opcode, time and condition stand already, from the operands. May move the
-// running time, which is what the next command takes. False: refused, with a message.
+// Fills `command` from the operands; its opcode, time and condition are already set. May change the
+// running time, which the next command gets. False: refused, with a message.
 using PlaylistStatement = bool (*)(PlaylistParse& parse, PlaylistOperands& operands,
                                    JpsCommand& command, float& running_time);
 
@@ -37,23 +36,23 @@ struct PlaylistKeyword {
 };
 using PlaylistKeywords = std::span<const PlaylistKeyword>;
 
-// What a file, a playlist and a group may hold.
+// The statements that a file, a playlist and a group may contain.
 extern const PlaylistKeywords PLAYLIST_FILE_KEYWORDS;
 extern const PlaylistKeywords PLAYLIST_KEYWORDS;
 extern const PlaylistKeywords PLAYLIST_GROUP_KEYWORDS;
 
-// Reads lines up to END, the end of the file, or a keyword that isn't there, which ends the block.
-// True after END.
+// Reads lines up to END, the end of the file, or an unknown keyword, which ends the block. True
+// after END.
 bool playlist_parse_block(PlaylistParse& parse, PlaylistKeywords keywords);
 
-// Operands. Each answers false after a message: `missing` if there is none.
+// Operands. Each function returns false after a message; the message is `missing` if there is none.
 bool playlist_take_integer(PlaylistParse& parse, PlaylistOperands& operands, const char* missing,
                            std::int32_t& value);
 bool playlist_take_seconds(PlaylistParse& parse, PlaylistOperands& operands, const char* missing,
                            float& seconds);
 bool playlist_take_string(PlaylistParse& parse, PlaylistOperands& operands, const char* missing,
                           std::string_view& string);
-// An expression; one that names an unknown constant has a message, which no line number stands
-// before, and a value that ranges refuse: where no range is checked, tell the line.
+// A sum. An unknown constant prints a message without a line number and gives a value that every
+// range refuses. Where no range is checked, print the line.
 bool playlist_take_sum(PlaylistParse& parse, PlaylistOperands& operands, const char* missing,
                        std::int32_t& value);

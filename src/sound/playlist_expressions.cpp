@@ -19,9 +19,9 @@ bool has_hex_prefix(std::string_view text) {
   return text.starts_with("0x") || text.starts_with("0X");
 }
 
-// Digits of `base` and nothing else.
+// Only digits of `base`.
 bool digits(std::string_view text, int base, std::int64_t& value) {
-  if (text.empty() || text.front() == '-') return false;  // from_chars would take the sign
+  if (text.empty() || text.front() == '-') return false;  // from_chars would accept the sign
   const char* const end = text.data() + text.size();
   const auto [stop, error] = std::from_chars(text.data(), end, value, base);
   if (error == std::errc::result_out_of_range) value = std::numeric_limits<std::int64_t>::max();

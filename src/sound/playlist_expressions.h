@@ -9,7 +9,7 @@
 constexpr int JPS_CONSTANTS = 64;
 constexpr std::size_t JPS_CONSTANT_NAME_MAX = 52;
 
-// What a sum with an unknown name comes to: more than any range allows.
+// The value of a sum with an unknown name: outside of every range.
 constexpr std::int32_t JPS_INVALID_VALUE = 4096;
 
 struct JpsConstant {
@@ -22,15 +22,15 @@ struct JpsConstants {
   int count = 0;
 };
 
-// A whole number as C writes it: decimal, octal with "0" or hexadecimal with "0x", with a sign. One
-// too large for 32 bits counts as the largest or smallest there is. False if the text is none.
+// An integer as in C: decimal, octal with "0" or hexadecimal with "0x", with a sign. A number too
+// large for 32 bits becomes the largest or smallest. False if the text is not a number.
 bool playlist_integer(std::string_view text, std::int32_t& value);
 
-// A finite decimal number. False if the text doesn't begin with one; `length` is how far it goes.
+// A finite decimal number. False if the text doesn't begin with one; `length` is its length.
 bool playlist_seconds(std::string_view text, float& value, std::size_t& length);
 
-// The value of terms joined by "+" or "-": decimal numbers, numbers with "0x", and constants; held
-// to 32 bits. False if a term is none of these: `unknown` is then that term and the value
+// The value of terms joined by "+" or "-": decimal numbers, numbers with "0x", and constants;
+// limited to 32 bits. False if a term is none of these: `unknown` is then that term and the value
 // JPS_INVALID_VALUE.
 bool playlist_expression(std::string_view text, const JpsConstants& constants, std::int32_t& value,
                          std::string_view& unknown);

@@ -1,4 +1,4 @@
-// What may stand in a file outside of blocks.
+// The statements outside of blocks.
 #include <algorithm>
 #include <cstdint>
 #include <span>
@@ -40,7 +40,7 @@ bool take_priority_and_mask(PlaylistParse& parse, PlaylistOperands& operands,
   }
   const int messages = parse.messages;
   if (!playlist_take_sum(parse, operands, "", value)) return false;
-  if (parse.messages != messages) playlist_refuse(parse, "trackmask has an unknown name in it");
+  if (parse.messages != messages) playlist_refuse(parse, "trackmask contains an unknown name");
   if (value == 0) return playlist_refuse(parse, "trackmask must be non-zero");
   if (value < 0 || value > 0xFFFF) {
     return playlist_refuse(parse, "trackmask must be in the range 0x1-0xFFFF");
@@ -70,8 +70,8 @@ bool parse_playlist(PlaylistParse& parse, PlaylistOperands& operands, JpsCommand
   playlist.key = jps_key(name);
   if (!take_priority_and_mask(parse, operands, playlist)) return false;
   if (jps_find_playlist(bank, playlist.key) != nullptr) {
-    playlist_refuse(parse, "duplicate playlist name '%.*s', only the first is found by it",
-                    width(name), name.data());
+    playlist_refuse(parse, "duplicate playlist name '%.*s', only the first is used", width(name),
+                    name.data());
   }
   ++bank.playlist_count;
   parse.playlist = &playlist;
@@ -84,7 +84,7 @@ bool parse_playlist(PlaylistParse& parse, PlaylistOperands& operands, JpsCommand
   return true;
 }
 
-// Weights become shares of 1, and fewer picks are kept from recurring than there are sounds.
+// Makes the weights add up to 1, and limits no_repeat to fewer than the number of sounds.
 void finish_group(PlaylistParse& parse, JpsGroup& group) {
   const std::span<JpsGroupSound> sounds(group.sounds, group.sound_count);
   float sum = 0;
@@ -92,13 +92,13 @@ void finish_group(PlaylistParse& parse, JpsGroup& group) {
   if (sum > 0) {
     for (JpsGroupSound& sound : sounds) sound.weight /= sum;
   } else {
-    playlist_refuse(parse, "group has no sounds that could be picked");
+    playlist_refuse(parse, "group has no sound to pick");
   }
   if (group.no_repeat >= group.sound_count) {
     group.no_repeat = group.sound_count == 0 ? 0 : group.sound_count - 1;
   }
   if (group.no_repeat > JPS_RECENT_PICKS) {
-    playlist_refuse(parse, "no more than %i picks are kept from repeating", JPS_RECENT_PICKS);
+    playlist_refuse(parse, "at most %i picks are kept from repeating", JPS_RECENT_PICKS);
     group.no_repeat = JPS_RECENT_PICKS;
   }
 }
@@ -106,8 +106,8 @@ void finish_group(PlaylistParse& parse, JpsGroup& group) {
 bool parse_group(PlaylistParse& parse, PlaylistOperands& operands, JpsCommand&, float&) {
   JpsBank& bank = *parse.bank;
   if (bank.group_count == bank.group_capacity) {
-    return playlist_refuse(parse,
-                           "too many groups; a group's name must not hold PLAYLIST, PLAY or SOUND");
+    return playlist_refuse(
+        parse, "too many groups; a group's name must not contain PLAYLIST, PLAY or SOUND");
   }
   std::string_view name;
   if (!take_name(parse, operands, name)) return false;
@@ -117,8 +117,8 @@ bool parse_group(PlaylistParse& parse, PlaylistOperands& operands, JpsCommand&, 
   }
   if (no_repeat < 0) return playlist_refuse(parse, "no-repeat count must not be negative");
   if (jps_find_group(bank, jps_key(name)) != nullptr) {
-    playlist_refuse(parse, "duplicate group name '%.*s', only the first is found by it",
-                    width(name), name.data());
+    playlist_refuse(parse, "duplicate group name '%.*s', only the first is used", width(name),
+                    name.data());
   }
   JpsGroup& group = bank.groups[bank.group_count];
   group = {};
@@ -135,8 +135,8 @@ bool parse_group(PlaylistParse& parse, PlaylistOperands& operands, JpsCommand&, 
   return true;
 }
 
-// Names that a sum would not find are refused: it cuts at "+", "-" and ",", and what begins with a
-// digit is a number to it.
+// Refuses names that a sum would not find: it splits at "+", "-" and ",", and takes a name that
+// begins with a digit for a number.
 bool is_constant_name(std::string_view name) {
   return name.find_first_of("+-,") == std::string_view::npos && (name[0] < '0' || name[0] > '9');
 }
@@ -155,8 +155,8 @@ bool parse_constant(PlaylistParse& parse, PlaylistOperands& operands, JpsCommand
                            JPS_CONSTANT_NAME_MAX);
   }
   if (!is_constant_name(name)) {
-    return playlist_refuse(parse,
-                           "A constant's name must not begin with a digit or hold '+', '-' or ','");
+    return playlist_refuse(
+        parse, "A constant's name must not begin with a digit or contain '+', '-' or ','");
   }
   for (const JpsConstant& row : std::span(constants.rows, constants.count)) {
     if (row.name == name) {
@@ -167,7 +167,7 @@ bool parse_constant(PlaylistParse& parse, PlaylistOperands& operands, JpsCommand
   const int messages = parse.messages;
   PlaylistOperands value_operand(rest);
   std::int32_t value = 0;
-  if (!playlist_take_sum(parse, value_operand, "CONSTANT needs a value behind its name", value)) {
+  if (!playlist_take_sum(parse, value_operand, "CONSTANT needs a value after its name", value)) {
     return false;
   }
   if (parse.messages != messages) {

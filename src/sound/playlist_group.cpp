@@ -1,4 +1,4 @@
-// What may stand in a GROUP block.
+// The statements of a GROUP block.
 #include <cstdint>
 #include <string_view>
 

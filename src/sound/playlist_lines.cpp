@@ -5,7 +5,7 @@
 namespace {
 
 constexpr std::string_view BLANKS = " \t";
-// Both kinds of single quote that editors of the cabinet's code page write.
+// Both kinds of single quote that editors write in the cabinet's code page.
 constexpr std::string_view QUOTES = "'\x91";
 
 std::string_view skip_blanks(std::string_view text) {
@@ -13,7 +13,7 @@ std::string_view skip_blanks(std::string_view text) {
   return text;
 }
 
-// Cuts off a comment behind the operands: ";" outside of a string.
+// Removes a comment after the operands: from a ";" outside of a string.
 std::string_view without_comment(std::string_view text) {
   bool in_string = false;
   for (std::size_t i = 0; i < text.size(); ++i) {

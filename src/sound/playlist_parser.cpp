@@ -20,7 +20,7 @@ bool has_quoted_string(std::string_view line) {
   return open != line.end() && std::find_if(open + 1, line.end(), playlist_is_quote) != line.end();
 }
 
-// The whole text of a file. False, after a message, if it can't be had.
+// The whole text of a file. False, after a message, if it can't be read.
 bool read_text(const char* path, std::string& text) {
   ReadFile* const file = read_open(path);
   if (file == nullptr) {
@@ -38,7 +38,7 @@ bool read_text(const char* path, std::string& text) {
   return false;
 }
 
-// Up to and with the last backslash. The slash parts folders too for those who check a file of the
+// Up to and including the last backslash. A slash counts too, for users who check a file of the
 // host.
 std::string folder_of(std::string_view path) {
   const std::size_t last = path.find_last_of("\\/");

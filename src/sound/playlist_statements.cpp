@@ -1,4 +1,4 @@
-// What may stand in a PLAYLIST block.
+// The statements of a PLAYLIST block.
 #include <cstdint>
 #include <cstdio>
 #include <iterator>
@@ -32,7 +32,7 @@ bool take_track(PlaylistParse& parse, PlaylistOperands& operands, const char* mi
   return true;
 }
 
-// Holds a value to a range that fits the command's word; `wrong` tells the range.
+// Checks that a value is in a range that fits the command's word; `wrong` is the message.
 bool keep_value(PlaylistParse& parse, std::int32_t value, std::int32_t least, std::int32_t most,
                 const char* wrong, JpsCommand& command) {
   if (value < least || value > most) return playlist_refuse(parse, "%s", wrong);
@@ -40,7 +40,7 @@ bool keep_value(PlaylistParse& parse, std::int32_t value, std::int32_t least, st
   return true;
 }
 
-// A logical track that a sound is started on counts among those the playlist needs.
+// A logical track that starts a sound counts towards the tracks that the playlist needs.
 void need_track(PlaylistParse& parse, const JpsCommand& command) {
   const std::uint32_t needed = command.track + 1U;
   if (parse.playlist->tracks_needed < needed) parse.playlist->tracks_needed = needed;
@@ -114,7 +114,7 @@ bool parse_unduck(PlaylistParse& parse, PlaylistOperands& operands, JpsCommand& 
          playlist_take_seconds(parse, operands, FEW, command.seconds);
 }
 
-// Pans and frequencies are stored, though no player acts on them yet.
+// Pans and frequencies are stored, but no player uses them yet.
 bool take_ramped(PlaylistParse& parse, PlaylistOperands& operands, JpsCommand& command,
                  const char* missing) {
   std::int32_t value = 0;
@@ -190,7 +190,7 @@ bool parse_nothing(PlaylistParse&, PlaylistOperands&, JpsCommand&, float&) {
   return true;
 }
 
-// When the sound of a PLAY has ended, if its samples are of 16 bits.
+// When the sound of a PLAY ends, assuming 16-bit samples.
 float end_of_play(const JpsCommand& play_command) {
   const JpsSound* const sound = play_command.sound;
   if (sound == nullptr) {
@@ -201,7 +201,7 @@ float end_of_play(const JpsCommand& play_command) {
   return play_command.time + static_cast<float>(sound->length / bytes_per_second);
 }
 
-// Moves the running time to the end of what was last asked of the track.
+// Sets the running time to the end of the last sound or ramp of the track.
 bool parse_waitfor(PlaylistParse& parse, PlaylistOperands& operands, JpsCommand& command,
                    float& running_time) {
   if (!take_track(parse, operands, "Too few arguments to WAITFOR", command)) return false;

@@ -1,4 +1,4 @@
-// Volumes on their way.
+// Gradual changes of volume.
 #include <algorithm>
 #include <cstdint>
 #include <iterator>

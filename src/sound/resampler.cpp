@@ -13,7 +13,7 @@ namespace {
 constexpr int PHASES = 256;
 constexpr int SETS = 12;         // ratios 1, 1 1/8, ... 2 3/8; 100000 / 44100 is 2.27
 constexpr int BASE_TAPS = 16;    // at ratio 1
-constexpr double CUTOFF = 0.92;  // of half the lower rate, where the filter has fallen to a half
+constexpr double CUTOFF = 0.92;  // of half the lower rate, where the filter is down to a half
 constexpr double KAISER_BETA = 6.5;
 
 constexpr double ratio_of(int set) {
@@ -48,7 +48,7 @@ double bessel_i0(double x) {
   return sum;
 }
 
-// The sinc's value `distance` frames from its centre, under the window.
+// The windowed sinc at `distance` frames from its centre.
 double sinc_under_window(double distance, double cutoff, double half_width) {
   const double reach = distance / half_width;
   if (std::abs(reach) >= 1) return 0;
@@ -68,7 +68,7 @@ void make_row(int set, int phase) {
     row[tap] = sinc_under_window(distance, cutoff, taps / 2.0);
     sum += row[tap];
   }
-  // Each row sums up to 1, so that a constant comes through as itself in every phase.
+  // Each row adds up to 1, so that a constant input gives the same output in every phase.
   float* out = state.weights.data() + rows_before(set) + static_cast<std::ptrdiff_t>(phase) * taps;
   for (int tap = 0; tap < taps; ++tap) out[tap] = static_cast<float>(row[tap] / sum);
 }

@@ -14,8 +14,8 @@
 
 namespace {
 
-// One for each track and one more for what it still fades out, so that a stream that starts anew
-// doesn't write over its own end.
+// One for each track, and one more for a stream that is fading out: a stream that restarts must not
+// overwrite its own end.
 constexpr int RINGS = 2 * JPS_TRACKS;
 constexpr std::size_t PREFETCH_BYTES = 2 * JPS_STREAM_BUFFER;
 
@@ -34,7 +34,7 @@ StreamRing* take_ring() {
   StreamRing* taken = nullptr;
   for (StreamRing& ring : state.rings) {
     if (ring.taken) continue;
-    taken = &ring;  // for want of a better one: what still fades out from it may click
+    taken = &ring;  // no better one is free; what is still fading out from it may click
     if (voice_is_done_with(ring.track, ring.last_order)) break;
   }
   if (taken != nullptr) taken->taken = true;
@@ -51,7 +51,7 @@ SoundEvent* take_event(JpsSound& sound) {
   return nullptr;
 }
 
-// Reads from the position on. What the file no longer holds is silence.
+// Reads from the position on. Beyond the end of the file there is silence.
 void read_on(StreamRead& read, std::byte* to, std::uint32_t size) {
   const std::uint64_t offset = std::uint64_t{read.data_offset} + read.position;
   const std::size_t count = read_at(read.file, offset, to, size);
@@ -59,7 +59,8 @@ void read_on(StreamRead& read, std::byte* to, std::uint32_t size) {
   read.position += size;
 }
 
-// Goes on with a loop's start until all is staged; a loop shorter than that goes round in memory.
+// Continues with the start of a loop until everything is staged; a loop shorter than that repeats
+// in memory.
 void go_round(StreamRead& read, std::byte* to) {
   if (read.staged < read.size) {
     const std::uint32_t lap = std::min(read.length, read.size - read.staged);
@@ -75,8 +76,8 @@ void go_round(StreamRead& read, std::byte* to) {
   if (read.position == read.length) read.position = 0;
 }
 
-// Fills a ring from the beginning of its sound, which lies in memory: whoever starts a stream is
-// not kept waiting by the disk.
+// Fills a ring from the beginning of its sound, which is in memory, so that a start never waits for
+// the disk.
 void fill_from_head(JpsSound& sound) {
   StreamRing& ring = *sound.notify;
   const std::uint32_t head = std::min(sound.length, JPS_STREAM_BUFFER);
@@ -122,7 +123,7 @@ bool stream_want(JpsSound& sound, StreamRead& read) {
   if (more_to_come && at.write > ring.filled) {
     jps_complain("fill_buffer(): WARNING! not filling fast enough\n");
   }
-  // From the write cursor on around to the play position, whichever lap that is on.
+  // From the write cursor round to the play position, on whichever lap that is.
   const auto play = static_cast<std::uint32_t>(at.play % JPS_STREAM_BUFFER);
   const std::uint32_t size = (play + JPS_STREAM_BUFFER - sound.write_cursor) % JPS_STREAM_BUFFER;
   if (size == 0) return false;
@@ -157,7 +158,7 @@ void stream_put(const StreamRead& read) {
   state.close_when_read = false;
   if (voice_mark(read.track) != read.mark) return;
   JpsSound& sound = *read.sound;
-  // Behind the end of a sound that doesn't loop nothing is written: the mixing ends there itself.
+  // After the end of a sound that doesn't loop nothing is written: the mixing stops there itself.
   ring_write(*sound.notify, sound.write_cursor, state.staging.data(), read.staged);
   sound.write_cursor = (sound.write_cursor + read.size) % JPS_STREAM_BUFFER;
   sound.file_pos = read.data_offset + read.position;

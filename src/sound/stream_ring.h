@@ -1,4 +1,4 @@
-// What a stream plays from: filled behind the play position while the mixing reads before it.
+// The ring of a stream: filled behind the play position while the mixing reads ahead of it.
 #pragma once
 
 #include <array>
@@ -10,18 +10,18 @@
 
 #include "sound/driver.h"
 
-// A point of a ring has been played. Set by the mixing, reset by the transition thread.
+// A point of a ring has been played. The mixing sets it, the transition thread clears it.
 struct SoundEvent {
   std::atomic<bool> set{false};
 };
 
-// Bytes in whole words that are read and written atomically: a stream that falls behind is filled
-// just where it plays, and must then sound old or new, with nothing undefined about it.
+// Bytes in words that are read and written atomically. A stream that falls behind is filled right
+// where it plays. It must then play old or new words, without undefined behaviour.
 struct StreamRing {
   std::array<std::uint64_t, JPS_STREAM_BUFFER / 8> words{};
-  std::atomic<std::uint32_t> fills{0};  // orders what was filled before what is read of it
+  std::atomic<std::uint32_t> fills{0};  // orders writing before reading
 
-  // The lock's side of it: who plays from here, or did last.
+  // Used under the lock: who plays from here, or did last.
   int track = 0;
   std::uint32_t last_order = 0;  // of the track's voice that ended it
   bool taken = false, loop = false;
@@ -33,7 +33,7 @@ inline std::atomic_ref<std::uint64_t> ring_word(const StreamRing& ring, std::uin
   return std::atomic_ref<std::uint64_t>(const_cast<std::uint64_t&>(ring.words[index]));
 }
 
-// Copies `size` bytes in from offset `at` on, around the end. One thread at a time.
+// Copies `size` bytes in from offset `at` on, wrapping round. One thread at a time.
 inline void ring_write(StreamRing& ring, std::uint32_t at, const std::byte* data,
                        std::uint32_t size) {
   while (size > 0) {
@@ -50,8 +50,8 @@ inline void ring_write(StreamRing& ring, std::uint32_t at, const std::byte* data
   ring.fills.fetch_add(1, std::memory_order_release);
 }
 
-// Copies the words that hold `size` bytes from offset `at` on to `scratch`, which has room for two
-// words more, and returns where those bytes lie in it. Any thread.
+// Copies the words that contain `size` bytes from offset `at` on to `scratch`, which has room for
+// two words more, and returns where those bytes are in it. Any thread.
 inline const std::byte* ring_read(const StreamRing& ring, std::uint32_t at, std::uint32_t size,
                                   std::uint64_t* scratch) {
   ring.fills.load(std::memory_order_acquire);

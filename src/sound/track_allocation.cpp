@@ -1,4 +1,4 @@
-// Who gets which of the driver's tracks.
+// Which playlist gets which of the driver's tracks.
 #include <algorithm>
 #include <cstdint>
 
@@ -6,7 +6,7 @@
 
 namespace {
 
-// How much a playlist may take from others.
+// Which tracks a playlist may take from others.
 enum class Reach { FREE, BELOW, UP_TO_EQUAL };
 
 bool may_take(const JpsTrack& track, std::uint16_t priority, Reach reach) {
@@ -26,8 +26,8 @@ bool allows(const JpsPlaylist& playlist, int first) {
   return (playlist.track_mask >> first & 1) != 0;
 }
 
-// The first track of the first run of adjacent tracks that may be taken; -1 if there is none. Only
-// where the run begins is up to the mask.
+// The first track of the first run of adjacent tracks that may be taken; -1 if there is none. The
+// mask only says where the run may begin.
 int find_run(const JpsPlayer& player, Reach reach) {
   const JpsPlaylist& playlist = *player.playlist;
   const int length = static_cast<int>(playlist.tracks_needed);
@@ -42,7 +42,7 @@ int find_run(const JpsPlayer& player, Reach reach) {
   return -1;
 }
 
-// Of the tracks of no higher priority, the one whose owner has played longest; -1 if none.
+// Among the tracks of no higher priority, the one whose owner has played longest; -1 if none.
 int find_oldest(const JpsPlayer& player) {
   int oldest = -1;
   for (int track = 0; track < JPS_TRACKS; ++track) {
@@ -56,8 +56,8 @@ int find_oldest(const JpsPlayer& player) {
   return oldest;
 }
 
-// Takes a track from its owner, who stops if it was the last. What sounded there ends, and no ramp
-// of the old owner reaches over to the new one.
+// Takes a track from its owner, who stops if it was the last. Its sound ends, and no ramp of the
+// old owner continues.
 void release(int track) {
   JpsPlayer* const owner = jpsdrvr_track(track).owner;
   if (owner == nullptr) return;

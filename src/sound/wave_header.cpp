@@ -17,8 +17,8 @@ std::uint16_t half_word(const std::uint8_t* bytes) {
   return static_cast<std::uint16_t>(bytes[0] | bytes[1] << 8);
 }
 
-// A format chunk may be longer than the fields that count, or, in a damaged file, shorter: what is
-// missing is then 0.
+// A format chunk may be longer than the fields used here or, in a damaged file, shorter: missing
+// fields are 0.
 JpsWaveFormat read_format(ReadFile* file, std::uint64_t offset, std::uint32_t size) {
   std::uint8_t bytes[16] = {};
   read_at(file, offset, bytes, std::min<std::size_t>(size, std::size(bytes)));
@@ -31,7 +31,7 @@ JpsWaveFormat read_format(ReadFile* file, std::uint64_t offset, std::uint32_t si
 bool read_wav_header(WaveInfo& info, ReadFile* file, std::uint32_t& data_offset) {
   info = {};
   bool has_format = false;
-  std::uint64_t at = 0;  // sizes of 32 bits can't bring it round
+  std::uint64_t at = 0;  // sizes of 32 bits can't overflow it
   std::uint8_t head[8];
   while (read_at(file, at, head, sizeof head) == sizeof head) {
     const std::uint32_t size = word(head + 4);

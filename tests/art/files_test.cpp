@@ -118,25 +118,32 @@ TEST_F(Files, ListHoldsThePrograms) {
 }
 
 TEST_F(Files, DrawsOnlyWhatIsOutOfDateAndAlwaysTheSame) {
-  const CatalogueEntry row = catalogue_find("lily_bonus_txt"), bugs = catalogue_find("anim_splash");
-  ASSERT_TRUE(row.row && bugs.row);
-  ASSERT_TRUE(render_files(dir_, {row, bugs}, false, nullptr));
+  const CatalogueEntry row = catalogue_find("lily_bonus_txt"),
+                       sparks = catalogue_find("anim_spark");
+  ASSERT_TRUE(row.row && sparks.row);
+  ASSERT_TRUE(render_files(dir_, {row, sparks}, false, nullptr));
   const std::string first = text("images/lily_bonus_txt.tga"),
-                    second = text("images/anim_splash.tga");
+                    second = text("images/anim_spark.tga");
   ASSERT_EQ(first.size(), 18u + 64 * 32 * 4);
 
   // Somebody's own picture stays; a missing one comes back with the same bytes.
   write("images/lily_bonus_txt.tga", "my own");
-  fs::remove(dir_ / "images/anim_splash.tga");
-  ASSERT_TRUE(render_files(dir_, {row, bugs}, false, nullptr));
+  fs::remove(dir_ / "images/anim_spark.tga");
+  ASSERT_TRUE(render_files(dir_, {row, sparks}, false, nullptr));
   EXPECT_EQ(text("images/lily_bonus_txt.tga"), "my own");
-  EXPECT_EQ(text("images/anim_splash.tga"), second);
+  EXPECT_EQ(text("images/anim_spark.tga"), second);
 
   // Made from another source: due again.
   write(".art/images_lily_bonus_txt.tga", "0123456789abcdef\n");
   ASSERT_TRUE(render_files(dir_, {row}, false, nullptr));
   EXPECT_EQ(text("images/lily_bonus_txt.tga"), first);
   EXPECT_FALSE(fs::exists(dir_ / "images/lily_bonus_txt.tga.part"));
+
+  // The same source, and another size: due again.
+  CatalogueRow tall = *row.row;
+  tall.height *= 2;
+  ASSERT_TRUE(render_files(dir_, {{row.family, &tall}}, false, nullptr));
+  EXPECT_EQ(text("images/lily_bonus_txt.tga").size(), 18u + 64 * 64 * 4);
 
   fs::remove_all(dir_);
   write("", "");

@@ -87,7 +87,7 @@ std::optional<Picture> read_png(const std::string& path) {
 }
 
 std::optional<Picture> read_picture(const art::CatalogueRow& row) {
-  std::string path = pictures_folder() + "/images/" + row.name;
+  std::string path = pictures_folder() + "/" + art::catalogue_path(row);
   if (std::strstr(row.name, ".tga")) return read_tga(path);
   if (std::strstr(row.name, ".bmp")) return read_bmp(path);
   return read_png(path);

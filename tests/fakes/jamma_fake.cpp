@@ -64,6 +64,8 @@ std::int32_t JammaInit() {
   return jamma_fake.open ? 0 : JAMMA_ERR_PORT_OPEN;
 }
 
+void jamma_search_start() {}
+
 void JammaShutdown() {
   jamma_fake.open = false;
 }

@@ -55,7 +55,9 @@ void jps_set_master_volume(int volume) {
 int jps_init() {
   return 0;
 }
-void jps_shutdown() {}
+bool jps_shutdown() {
+  return true;
+}
 bool jps_bank_load(const char* /*name*/) {
   return true;
 }

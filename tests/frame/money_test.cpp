@@ -12,15 +12,12 @@
 
 #include "books/audits.h"
 #include "books/prefs.h"
-#include "frame/coins.h"
 #include "frame/game_clock.h"
 #include "frame/game_mode.h"
-#include "frame/lockouts.h"
-#include "frame/periodic_reboot.h"
 #include "frame/tick.h"
+#include "frame/tick_steps.h"
 #include "frame/tick_timers.h"
 #include "frame/ticket_status.h"
-#include "frame/tickets.h"
 #include "operator/main_menu.h"
 #include "platform/files.h"
 #include "platform/headless/power_record.h"
@@ -405,6 +402,37 @@ TEST_F(Money, FaultsFollowBoardAndOwedTicketsSurviveItsAbsence) {
   jamma_fake_forget_calls();
   tickets_restore();
   EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 0), 12);
+}
+
+TEST_F(Money, HandsOwedTicketsAndCoilsToABoardThatComesLate) {
+  jamma_fake.open = jamma_fake.synced = false;
+  audits[AUDIT_TICKETS_OWED].count = 9;
+  game_begin();
+  tick(3);
+  jamma_fake_forget_calls();
+  jamma_fake.open = true;
+  tick(30);
+  EXPECT_EQ(audit_count(AUDIT_TICKETS_OWED, 0), 9)
+      << "it owes nothing yet that the books could copy";
+  EXPECT_EQ(jamma_fake_count(JAMMA_ADD_TICKETS), 0U) << "its counters may show that it has them";
+  jamma_fake_forget_calls();
+  jamma_fake.synced = true;
+  tick(3);
+  EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 0), 9);
+  EXPECT_EQ(jamma_fake_sum(JAMMA_SET_LOCKOUT, 0), 1);
+  EXPECT_EQ(jamma_fake_sum(JAMMA_SET_LOCKOUT, 1), 1);
+  EXPECT_EQ(audit_count(AUDIT_TICKETS_OWED, 0), 0) << "the board's own count is the books' now";
+
+  jamma_fake_reset();
+  jamma_fake.open = jamma_fake.synced = false;
+  audits[AUDIT_TICKETS_OWED].count = 9;
+  game_begin();
+  jamma_fake_forget_calls();
+  jamma_fake.open = true;
+  tick(58);
+  EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 0), 0);
+  tick(4);
+  EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 0), 9) << "a second is enough for a board to speak";
 }
 
 TEST_F(Money, LockoutCoilsFollowCreditsWhenEnabled) {

@@ -9,22 +9,14 @@
 #include <csignal>
 #include <cstdint>
 #include <cstdlib>
-#include <memory>
 #include <string>
 
 #include "platform/display.h"
+#include "platform/owned_reply.h"
 #include "tests/gl/own_screen.h"
 #include "tests/gl/x_server.h"
 
 namespace {
-
-struct Free {
-  void operator()(void* memory) const { std::free(memory); }
-};
-template <typename T>
-std::unique_ptr<T, Free> owned(T* reply) {
-  return std::unique_ptr<T, Free>(reply);
-}
 
 constexpr std::uint32_t CLEARED = 0x004020;  // the clear colour of a frame
 

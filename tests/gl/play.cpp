@@ -11,6 +11,7 @@
 #include "playfield/lanes.h"
 #include "playfield/playfield.h"
 #include "playfield/workers.h"
+#include "presentation/scene.h"
 #include "tests/reset_game.h"
 
 bool play_open(const std::string& drive, const std::string& program) {

@@ -3,7 +3,6 @@
 
 #include "gfx/blit.h"
 #include "presentation/scene.h"
-#include "presentation/scene_layers.h"
 #include "tests/gl/play.h"
 #include "tests/gl/screen.h"
 #include "tests/temp_folder.h"

@@ -9,7 +9,7 @@ class Inputs : public LinkTest {
   static std::uint32_t pending(JammaPress press) { return jamma_presses_pending(press); }
 };
 
-TEST_F(Inputs, APressCountsOnceWhenItEnds) {
+TEST_F(Inputs, CountsPressOnceWhenItEnds) {
   say({counters({{COUNTER_C1, 6}})});
   EXPECT_EQ(counter(COUNTER_C1), 0u) << "the first frame only sets the offsets";
   say({counters({{COUNTER_C1, 7}})});
@@ -26,7 +26,7 @@ TEST_F(Inputs, APressCountsOnceWhenItEnds) {
   EXPECT_EQ(pending(PRESS_C1), 0u);
 }
 
-TEST_F(Inputs, EachInputHasItsOwnCounterAndPress) {
+TEST_F(Inputs, CountsEachInputSeparately) {
   const JammaCounter order[PRESS_COUNT] = {COUNTER_P1S, COUNTER_P2S, COUNTER_C1,
                                            COUNTER_C2,  COUNTER_BIL, COUNTER_SRV,
                                            COUNTER_TST, COUNTER_VLU, COUNTER_VLD};
@@ -45,7 +45,7 @@ TEST_F(Inputs, EachInputHasItsOwnCounterAndPress) {
   }
 }
 
-TEST_F(Inputs, APressThatLandsBetweenLookAndClearIsKept) {
+TEST_F(Inputs, KeepsPressThatComesBetweenLookAndClear) {
   say({counters({})});
   say({counters({{COUNTER_C1, 2}})});
   EXPECT_EQ(pending(PRESS_C1), 1u);
@@ -58,13 +58,13 @@ TEST_F(Inputs, APressThatLandsBetweenLookAndClearIsKept) {
   EXPECT_EQ(pending(PRESS_C1), 0u);
 }
 
-TEST_F(Inputs, ASwitchHeldAtTheStartIsNoPress) {
+TEST_F(Inputs, CountsNoPressForSwitchHeldAtStart) {
   say({counters({{COUNTER_TST, 5}})});
   say({counters({{COUNTER_TST, 6}})});
   EXPECT_EQ(pending(PRESS_TST), 0u);
 }
 
-TEST_F(Inputs, ARestartOfTheBoardMovesNothing) {
+TEST_F(Inputs, KeepsCountersWhenBoardRestarts) {
   say({counters({{COUNTER_C1, 3}})});
   say({counters({{COUNTER_C1, 4}})});
   EXPECT_EQ(sent(), Frames{});
@@ -83,7 +83,7 @@ TEST_F(Inputs, ARestartOfTheBoardMovesNothing) {
   EXPECT_EQ(counter(COUNTER_C1), 2u);
 }
 
-TEST_F(Inputs, CountersRollOverFourBits) {
+TEST_F(Inputs, WidensCountersThatRollOverFourBits) {
   say({counters({{COUNTER_C1, 14}})});
   for (const int raw : {15, 0, 1, 2}) say({counters({{COUNTER_C1, raw}})});
   EXPECT_EQ(counter(COUNTER_C1), 4u);
@@ -95,7 +95,7 @@ TEST_F(Inputs, CountersRollOverFourBits) {
   EXPECT_EQ(counter(COUNTER_C1), 4u + 99 * 15);
 }
 
-TEST_F(Inputs, FramesOfTheWrongLengthChangeNothing) {
+TEST_F(Inputs, IgnoresFramesOfWrongLength) {
   for (const char* frame : {"S80000011000000", "S80000011000000001122", "S", "s00000000", "t03",
                             "v5", "c00", "K01", "*", "", "Zffff"}) {
     say({frame});
@@ -110,7 +110,7 @@ TEST_F(Inputs, FramesOfTheWrongLengthChangeNothing) {
   EXPECT_TRUE(flag(COUNTERS_SYNCED));
 }
 
-TEST_F(Inputs, TheTrackballGoesTheShorterWay) {
+TEST_F(Inputs, CountsTrackballTheShorterWayRound) {
   say({counters({{COUNTER_TBX, 250}, {COUNTER_TBY, 3}})});
   struct {
     int x, y, dx, dy;
@@ -129,7 +129,7 @@ TEST_F(Inputs, TheTrackballGoesTheShorterWay) {
   EXPECT_EQ(link->changed, 0xC000u);
 }
 
-TEST_F(Inputs, TheFirmwareChoosesTheTable) {
+TEST_F(Inputs, ChoosesInputTableByFirmware) {
   say({"v2a4f", "S8000000000000000", "S8012340000000000"});
   EXPECT_EQ(counter(COUNTER_G1A), 1u);
   EXPECT_EQ(counter(COUNTER_G2A), 2u);
@@ -145,7 +145,7 @@ TEST_F(Inputs, TheFirmwareChoosesTheTable) {
   EXPECT_EQ(link->input_table, 1u);
 }
 
-TEST_F(Inputs, StatusWordsAndDips) {
+TEST_F(Inputs, ReadsSwitchesAndDipsFromStatusFrame) {
   say({"s003fffff5a"});  // all switches released, every other DIP on
   EXPECT_EQ(link->inputs.switches, 0x10000000u);
   EXPECT_EQ(link->inputs.dips, 0x100A5u);
@@ -163,7 +163,7 @@ TEST_F(Inputs, StatusWordsAndDips) {
   EXPECT_EQ(inputs->dips, 0xB00FFu);
 }
 
-TEST_F(Inputs, ConfigAnswers) {
+TEST_F(Inputs, SendsConfigAgainWhenAnswerDiffers) {
   say({"c0040"});
   EXPECT_TRUE(flag(CONFIG_BIT_A) && flag(CONFIG_PENDING));
   EXPECT_FALSE(flag(CONFIG_BIT_B));
@@ -177,7 +177,7 @@ TEST_F(Inputs, ConfigAnswers) {
   EXPECT_EQ(sent(), Frames{}) << "bits that are not the host's don't count";
 }
 
-TEST_F(Inputs, Counting) {
+TEST_F(Inputs, ReturnsChangedCounters) {
   std::uint32_t changed = 0;
   const Shared<std::uint32_t>* wide = nullptr;
   const auto get = [&](int modifiers) {
@@ -194,7 +194,7 @@ TEST_F(Inputs, Counting) {
   EXPECT_EQ(changed, 0u);
 }
 
-TEST_F(Inputs, ARingThatIsFullLosesWholeFramesOnly) {
+TEST_F(Inputs, DropsOnlyWholeFramesWhenReceiveRingIsFull) {
   std::string flood;
   while (flood.size() < RX_RING_SIZE + 1000) flood += "\nS8000000000000000\r";
   feed(flood);
@@ -203,7 +203,10 @@ TEST_F(Inputs, ARingThatIsFullLosesWholeFramesOnly) {
   feed(tail);
   round();
   EXPECT_EQ(link->frames_ready, 0);
-  EXPECT_EQ(link->rx_used, 0u);
+  {
+    const MutexLock lock(link->rx_mutex);
+    EXPECT_EQ(link->rx_used, 0u);
+  }
   say({"t0009"});
   EXPECT_EQ(jamma_command(JAMMA_GET_TICKETS_OWED, 0), 9);
   EXPECT_EQ(jamma_command(JAMMA_RESET), 0);
@@ -213,7 +216,7 @@ TEST_F(Inputs, ARingThatIsFullLosesWholeFramesOnly) {
 
 // Every edge gives a frame, and one byte in a hundred is replaced, or lost, or doubled on the way.
 // (Not mixed: a lost and a doubled "0" in one frame shift its digits and leave its sum alone.)
-TEST_F(Inputs, ABadLineLosesAndInventsNoCoin) {
+TEST_F(Inputs, CountsEveryCoinOnBadLine) {
   say({"u"});
   std::uint32_t seed = 12345;
   const auto chance = [&seed](std::uint32_t below) {

@@ -42,7 +42,7 @@ class LinkTest : public testing::Test {
 
   // Flushes and returns the frames that reached the board, without LF and CR.
   Frames sent() {
-    if (link->tx_used == 0) return {};
+    if (tx_used() == 0) return {};
     jamma_tx_flush(*link);
     std::string bytes;
     while (bytes.empty() || bytes.back() != '\0') {
@@ -60,6 +60,12 @@ class LinkTest : public testing::Test {
       }
     }
     return frames;
+  }
+
+  // Bytes that wait in the transmit ring.
+  [[nodiscard]] std::uint32_t tx_used() const {
+    const MutexLock lock(link->tx_mutex);
+    return link->tx_used;
   }
 
   void feed(const std::string& bytes) {

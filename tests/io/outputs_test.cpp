@@ -25,7 +25,7 @@ class Outputs : public LinkTest {
 };
 using Seen = std::vector<std::pair<int, std::string>>;
 
-TEST_F(Outputs, BringUp) {
+TEST_F(Outputs, SendsQueriesAndLampsAtBringUp) {
   EXPECT_EQ(start_frames, (Frames{"c", "C0081", "v", "S", "P0000", "P2000", "P3000", "P5000",
                                   "P7000", "Pf000", "Pd000", "Pe000"}));
   EXPECT_EQ(first_round, Frames{"s"});
@@ -37,7 +37,7 @@ TEST_F(Outputs, BringUp) {
   EXPECT_EQ(later, (Frames{"s5000", "s10000"}));
 }
 
-TEST_F(Outputs, AMeterPulseIsAQuarterSecondOnAndOff) {
+TEST_F(Outputs, PulsesMeterOnAndOffForQuarterSecondEach) {
   EXPECT_EQ(jamma_command(JAMMA_PULSE_COIN_METER, 0, 1), 0);
   EXPECT_EQ(watch(2000), (Seen{{250, "H10"}, {500, "H00"}}));
   run(100);
@@ -48,7 +48,7 @@ TEST_F(Outputs, AMeterPulseIsAQuarterSecondOnAndOff) {
   EXPECT_EQ(watch(600), (Seen{{250, "Pcfff"}, {250, "Pbfff"}, {500, "Pc000"}, {500, "Pb000"}}));
 }
 
-TEST_F(Outputs, AFurtherPulseRestartsTheStep) {
+TEST_F(Outputs, RestartsStepWhenAnotherPulseIsOrdered) {
   jamma_command(JAMMA_PULSE_COIN_METER, 0, 1);
   EXPECT_EQ(watch(200), Seen{});
   jamma_command(JAMMA_PULSE_COIN_METER, 0, 1);
@@ -58,13 +58,13 @@ TEST_F(Outputs, AFurtherPulseRestartsTheStep) {
   EXPECT_EQ(watch(1000), Seen{});
 }
 
-TEST_F(Outputs, StepsAcrossTheWrapOfTheTick) {
+TEST_F(Outputs, StepsMeterAcrossWrapOfSystemTick) {
   headless_system_tick_set(0xFFFFFF80u);
   jamma_command(JAMMA_PULSE_COIN_METER, 0, 1);
   EXPECT_EQ(watch(1000), (Seen{{250, "H10"}, {500, "H00"}}));
 }
 
-TEST(OutputsAtStart, ATickHalfWayRoundIsNoDeadlineInTheFuture) {
+TEST(OutputsAtStart, SendsFirstQueryWhenSystemTickIsHalfWayRound) {
   headless_clock_reset();
   headless_system_tick_set(0x90000000u);
   Pty pty;
@@ -75,13 +75,16 @@ TEST(OutputsAtStart, ATickHalfWayRoundIsNoDeadlineInTheFuture) {
   ASSERT_NE(link.port, nullptr);
   jamma_bring_up(link);
   jamma_pump();
-  EXPECT_GT(link.tx_used, 0u) << "the first status query is waiting";
+  {
+    const MutexLock lock(link.tx_mutex);
+    EXPECT_GT(link.tx_used, 0u) << "the first status query is waiting";
+  }
   JammaShutdown();
   environment.com[0].clear();
   headless_clock_reset();
 }
 
-TEST_F(Outputs, LockoutsGoOutWithTheNextStep) {
+TEST_F(Outputs, SendsLockoutsWithNextStep) {
   jamma_command(JAMMA_SET_LOCKOUT, 0, 1);
   jamma_command(JAMMA_SET_LOCKOUT, 1, -1);
   EXPECT_EQ(watch(251), (Seen{{250, "Pafff"}, {250, "P1000"}}));
@@ -91,7 +94,7 @@ TEST_F(Outputs, LockoutsGoOutWithTheNextStep) {
   EXPECT_EQ(watch(1000), (Seen{{249, "P1fff"}}));
 }
 
-TEST_F(Outputs, HBitsAreSentTogether) {
+TEST_F(Outputs, SendsAllHBitsTogether) {
   jamma_command(JAMMA_SET_AUX_OUT, 1, 1);
   jamma_command(JAMMA_SET_GUN_OUTPUT, 1, 1);
   jamma_command(JAMMA_SET_AUX_OUT, 0, 1);
@@ -109,7 +112,7 @@ TEST_F(Outputs, HBitsAreSentTogether) {
       << "the high bits share a byte";
 }
 
-TEST_F(Outputs, LampsAndOtherFrames) {
+TEST_F(Outputs, SendsLampsWatchdogAndQueries) {
   EXPECT_EQ(jamma_command(JAMMA_SET_LAMP, 13, 0x1800), 0);
   EXPECT_EQ(jamma_command(JAMMA_SET_LAMP, 16, 1), JAMMA_ERR_BAD_ARGUMENT);
   EXPECT_EQ(jamma_command(JAMMA_SET_LAMP, -1, 1), JAMMA_ERR_BAD_ARGUMENT);
@@ -123,7 +126,7 @@ TEST_F(Outputs, LampsAndOtherFrames) {
   EXPECT_EQ(sent(), (Frames{"Pd800", "W1f", "s", "S", "c", "v", "C0181"}));
 }
 
-TEST_F(Outputs, TheBoardAsksForItsWatchdog) {
+TEST_F(Outputs, FeedsWatchdogWhenBoardAsks) {
   say({"*W"});
   EXPECT_EQ(sent(), Frames{"W4b"});
   jamma_command(JAMMA_SET_WATCHDOG_MUTE, 1);
@@ -131,7 +134,7 @@ TEST_F(Outputs, TheBoardAsksForItsWatchdog) {
   EXPECT_EQ(sent(), (Frames{"C0081", "S"}));
 }
 
-TEST_F(Outputs, ChecksumsBothWays) {
+TEST_F(Outputs, UsesChecksumsBothWays) {
   const std::uint32_t failures = jamma_checksum_failures;
   say({"u"});
   jamma_command(JAMMA_QUERY_VERSION);
@@ -144,7 +147,7 @@ TEST_F(Outputs, ChecksumsBothWays) {
   EXPECT_EQ(sent(), Frames{"U01CD"}) << "once";
 }
 
-TEST_F(Outputs, TicketsGoInBatchesOfTheTenBitCount) {
+TEST_F(Outputs, SendsTicketsInBatchesOfTenBitCount) {
   EXPECT_EQ(jamma_command(JAMMA_ADD_TICKETS, 0, 5000), 0);
   round();
   EXPECT_EQ(sent(), Frames{"T83ff"}) << "absolute: the dispenser stood";
@@ -173,7 +176,7 @@ TEST_F(Outputs, TicketsGoInBatchesOfTheTenBitCount) {
   EXPECT_FALSE(flag(LEFT_DISPENSING | LEFT_TICKET_FAULT));
 }
 
-TEST_F(Outputs, TheBoundOfABatch) {
+TEST_F(Outputs, FillsBatchUpToItsLimit) {
   jamma_command(JAMMA_ADD_TICKETS, 1, 1000);
   round();
   jamma_command(JAMMA_ADD_TICKETS, 1, 23);
@@ -185,7 +188,7 @@ TEST_F(Outputs, TheBoundOfABatch) {
   EXPECT_EQ(jamma_command(JAMMA_GET_TICKETS_QUEUED, 1), 6);
 }
 
-TEST_F(Outputs, AFaultKeepsTheCountAndTheNextAwardCommandsAll) {
+TEST_F(Outputs, KeepsCountOnFaultAndSendsWholeSumWithNextAward) {
   jamma_command(JAMMA_SET_TICKET_MODE, 1, 1);
   jamma_command(JAMMA_ADD_TICKETS, 1, 10);
   round();
@@ -215,7 +218,7 @@ Frames ticket_frames(Frames frames) {
 }
 
 // It has forgotten its outputs and what it had to pay.
-TEST_F(Outputs, RestartedBoardIsSentOutputsAndTicketsOwed) {
+TEST_F(Outputs, ResendsOutputsAndTicketsOwedAfterBoardRestart) {
   jamma_command(JAMMA_SET_LAMP, 10, 0xFFF);
   jamma_command(JAMMA_SET_LAMP, 1, 0xFFF);
   jamma_command(JAMMA_SET_LAMP, 1, 0);
@@ -244,7 +247,7 @@ TEST_F(Outputs, RestartedBoardIsSentOutputsAndTicketsOwed) {
 }
 
 // What the board had answered it may have paid unheard; what it never answered it never heard.
-TEST_F(Outputs, UnansweredTicketsAndOutputsAreSentAgainAfterAnOutage) {
+TEST_F(Outputs, ResendsUnansweredTicketsAndOutputsAfterOutage) {
   say({STATUS});
   jamma_command(JAMMA_ADD_TICKETS, 1, 30);
   jamma_command(JAMMA_PULSE_COIN_METER, 0, 1);
@@ -278,7 +281,7 @@ TEST_F(Outputs, UnansweredTicketsAndOutputsAreSentAgainAfterAnOutage) {
   }
 }
 
-TEST_F(Outputs, NoTicketsAreSentAgainForOneLostAnswerALateBoardOrASteppedClock) {
+TEST_F(Outputs, ResendsNoTicketsForLostAnswerLateBoardOrSteppedClock) {
   const auto expect_no_tickets = [this](int ms) {
     for (const auto& [at, frame] : watch(ms)) EXPECT_NE(frame[0], 'T') << frame << " at " << at;
   };
@@ -306,7 +309,7 @@ TEST_F(Outputs, NoTicketsAreSentAgainForOneLostAnswerALateBoardOrASteppedClock) 
   }
 }
 
-TEST_F(Outputs, TicketsClearedWhileABoardRestartsStayCleared) {
+TEST_F(Outputs, KeepsTicketsClearedDuringBoardRestart) {
   jamma_command(JAMMA_ADD_TICKETS, 0, 300);
   round();
   sent();
@@ -319,7 +322,7 @@ TEST_F(Outputs, TicketsClearedWhileABoardRestartsStayCleared) {
   EXPECT_EQ(sent(), (Frames{"C0081", "S"}));
 }
 
-TEST_F(Outputs, AStopThatAnOutageLostIsSentAgain) {
+TEST_F(Outputs, ResendsStopLostInOutage) {
   say({STATUS});
   jamma_command(JAMMA_ADD_TICKETS, 0, 12);
   round();
@@ -335,7 +338,7 @@ TEST_F(Outputs, AStopThatAnOutageLostIsSentAgain) {
 }
 
 // For a board that an earlier run of the program gave tickets to.
-TEST_F(Outputs, AskingForTicketsOrdersNone) {
+TEST_F(Outputs, OrdersNoTicketsWhenItAsksForCount) {
   std::uint8_t raw[COUNTER_COUNT] = {};
   EXPECT_FALSE(jamma_board_counters(raw)) << "no S frame yet";
   say({counters({{COUNTER_C1, 5}, {COUNTER_TST, 12}})});
@@ -359,7 +362,7 @@ TEST_F(Outputs, AskingForTicketsOrdersNone) {
   EXPECT_EQ(sent(), (Frames{"T8007", "T0807"})) << "one stands, the other runs";
 }
 
-TEST_F(Outputs, NegativeCountsChangeNothing) {
+TEST_F(Outputs, IgnoresNegativeCounts) {
   jamma_command(JAMMA_ADD_TICKETS, 0, -1);
   jamma_command(JAMMA_SET_TICKETS_QUEUED, 1, -5);
   round();
@@ -367,7 +370,7 @@ TEST_F(Outputs, NegativeCountsChangeNothing) {
   EXPECT_EQ(jamma_command(JAMMA_GET_TICKETS_QUEUED, 0), 0);
 }
 
-TEST_F(Outputs, ClearingStopsTheDispenser) {
+TEST_F(Outputs, StopsDispenserWhenTicketsAreCleared) {
   jamma_command(JAMMA_ADD_TICKETS, 0, 2000);
   round();
   sent();
@@ -380,7 +383,7 @@ TEST_F(Outputs, ClearingStopsTheDispenser) {
   EXPECT_EQ(jamma_command(JAMMA_GET_TICKETS_QUEUED, 0), 0);
 }
 
-TEST_F(Outputs, AFullRingSetsTheErrorAndKeepsWhatItHas) {
+TEST_F(Outputs, SetsErrorAndKeepsBytesWhenTransmitRingIsFull) {
   for (int i = 0; i < 64; ++i) {
     EXPECT_EQ(jamma_command(JAMMA_SEND_RAW, reinterpret_cast<std::intptr_t>("0123456789abcdef"),
                             i == 63 ? 15 : 16),
@@ -389,7 +392,7 @@ TEST_F(Outputs, AFullRingSetsTheErrorAndKeepsWhatItHas) {
   EXPECT_EQ(jamma_link_error, 0);
   EXPECT_EQ(jamma_command(JAMMA_QUERY_CONFIG), JAMMA_ERR_TX_FULL);
   EXPECT_EQ(jamma_link_error, 1);
-  EXPECT_EQ(link->tx_used, 1023u);
+  EXPECT_EQ(tx_used(), 1023u);
   EXPECT_EQ(jamma_command(JAMMA_SEND_NUL), 0);
   jamma_tx_flush(*link);
   std::string bytes;
@@ -397,7 +400,7 @@ TEST_F(Outputs, AFullRingSetsTheErrorAndKeepsWhatItHas) {
   EXPECT_EQ(bytes.size(), 1024u) << "a full burst gets no NUL behind it";
 }
 
-TEST_F(Outputs, LivenessRestsOnStatusFrames) {
+TEST_F(Outputs, CountsAsAliveByStatusFrames) {
   run(30000);
   EXPECT_TRUE(jamma_link_alive()) << "never heard: never judged";
   say({"s00ffffff00"});
@@ -416,7 +419,7 @@ TEST_F(Outputs, LivenessRestsOnStatusFrames) {
   EXPECT_TRUE(jamma_link_alive()) << "a calendar that was set back is no silence";
 }
 
-TEST(Commands, WhileTheLinkIsDown) {
+TEST(Commands, RefusesCommandsWhileLinkIsDown) {
   JammaShutdown();
   char text[32] = "";
   std::uint32_t ticks = 0;
@@ -451,7 +454,7 @@ TEST(Commands, WhileTheLinkIsDown) {
   EXPECT_EQ(jamma_presses_pending(PRESS_C1), 0u);
 }
 
-TEST(Commands, NoBoardAtAll) {
+TEST(Commands, FailsInTimeWithoutBoard) {
   headless_clock_reset();
   EXPECT_EQ(JammaInit(), JAMMA_ERR_PORT_OPEN);
   EXPECT_LT(clock_ms(), 2000);
@@ -459,7 +462,7 @@ TEST(Commands, NoBoardAtAll) {
   EXPECT_FALSE(jamma_link_alive());
 }
 
-TEST_F(Outputs, WrongSides) {
+TEST_F(Outputs, RefusesUnknownSidesAndIgnoresReservedCommands) {
   for (const int command :
        {JAMMA_ADD_TICKETS, JAMMA_CLEAR_TICKETS, JAMMA_GET_TICKETS_OWED, JAMMA_GET_TICKETS_QUEUED,
         JAMMA_SET_TICKETS_QUEUED, JAMMA_SET_TICKET_MODE}) {

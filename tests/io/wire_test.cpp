@@ -44,14 +44,14 @@ using Texts = std::vector<std::string>;
 
 }  // namespace
 
-TEST(Wire, FramesThatAreBuilt) {
+TEST(Wire, BuildsFrames) {
   EXPECT_EQ(build('v', {}, true), "\nv\r8D");
   EXPECT_EQ(build('C', {0x00, 0x01}, true), "\nC0001\r1B");
   EXPECT_EQ(build('U', {0x00}, true), "\nU00\rCC");
   EXPECT_EQ(build('P', {0xAF, 0xFE}, false), "\nPaffe\r");
 }
 
-TEST(Wire, AFrameSplitAnywhereIsWhole) {
+TEST(Wire, JoinsFrameSplitAnywhere) {
   const std::string bytes = "\nS80123456789abcde\r";
   for (std::size_t cut = 0; cut <= bytes.size(); ++cut) {
     WireFraming framing;
@@ -61,7 +61,7 @@ TEST(Wire, AFrameSplitAnywhereIsWhole) {
   }
 }
 
-TEST(Wire, JoinedFramesComeInOrderAndGarbageIsPassedOver) {
+TEST(Wire, CutsJoinedFramesInOrderAndSkipsGarbage) {
   WireFraming framing;
   const Heard heard = hear(framing, "x8\r\r\n*R\rzz\nt0105\r12\nv5", false);
   EXPECT_EQ(heard.frames, (Texts{"*R\r", "t0105\r"}));
@@ -69,14 +69,14 @@ TEST(Wire, JoinedFramesComeInOrderAndGarbageIsPassedOver) {
   EXPECT_EQ(hear(framing, "\nv5051\r", false).frames, Texts{"v5051\r"}) << "LF begins anew";
 }
 
-TEST(Wire, TooLongAFrameIsDropped) {
+TEST(Wire, DropsFrameThatIsTooLong) {
   WireFraming framing;
   const std::string longest = std::string(WIRE_FRAME_MAX - 1, 'a') + "\r";
   EXPECT_EQ(hear(framing, "\n" + longest, false).frames, Texts{longest});
   EXPECT_EQ(hear(framing, "\na" + longest + "\ns\r", false).frames, Texts{"s\r"});
 }
 
-TEST(Wire, Decoding) {
+TEST(Wire, DecodesFrames) {
   const auto decode = [](const std::string& text) {
     std::uint8_t out[512];
     const std::size_t size =
@@ -90,7 +90,7 @@ TEST(Wire, Decoding) {
   EXPECT_EQ(decode(""), std::vector<int>{});
 }
 
-TEST(WireChecksum, OneWrongByteNeverPasses) {
+TEST(WireChecksum, RejectsFrameWithOneWrongByte) {
   const std::string good = build('S', {0x80, 0, 0x12, 0x3F, 0x40, 0, 0, 0xA1}, true);
   for (std::size_t place = 0; place < good.size(); ++place) {
     for (int value = 0; value < 256; ++value) {
@@ -107,7 +107,7 @@ TEST(WireChecksum, OneWrongByteNeverPasses) {
   }
 }
 
-TEST(WireChecksum, ALostDigitCostsOneFrameOnly) {
+TEST(WireChecksum, LosesOneFrameForLostDigit) {
   WireFraming framing;
   const Heard heard = hear(framing, "\nv\r8\nv\r8D", true);
   EXPECT_EQ(heard.frames, Texts{"v\r"});
@@ -115,7 +115,7 @@ TEST(WireChecksum, ALostDigitCostsOneFrameOnly) {
   EXPECT_EQ(hear(framing, "\nv\r8d", true).bad, 1) << "checksum digits are upper case";
 }
 
-TEST(WireChecksum, ABoardWithoutChecksumsIsToldOnce) {
+TEST(WireChecksum, ReportsLostChecksumModeOnce) {
   WireFraming framing;
   Heard heard = hear(framing, "\nv5051\r\nc0081\r\nt0000\r\ns00\r\n*R\r", true);
   EXPECT_EQ(heard.frames, Texts{}) << "each frame goes, and the one after it";

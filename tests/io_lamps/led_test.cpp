@@ -108,6 +108,7 @@ class Led : public testing::Test {
  protected:
   Led() {
     jamma_fake_reset();
+    jamma_fake.port = 15;  // the I/O board was found, and is out of the way
     plain_sheets();
     for (std::string& port : environment.com) port.clear();
     reset_rules(1000);
@@ -146,6 +147,27 @@ TEST_F(Led, SearchSkipsIoBoardsPortEvenWhenClosed) {
   led_start();
   EXPECT_FALSE(led_active());
   EXPECT_EQ(io_board.types, 0);
+}
+
+TEST_F(Led, SearchLeavesAPortThatSpeaksUnaskedWhileNoIoBoardIsKnown) {
+  jamma_fake.port = NO_PORT;
+  Board led_board("LED\r\n");
+  Pty late_io_board;
+  std::atomic<bool> stop{false};
+  std::thread voice([&] {
+    for (; !stop; clock_sleep_ms(5)) late_io_board.send("\n*W\r");
+  });
+  environment.com[0] = late_io_board.path();
+  environment.com[1] = led_board.path();
+  search();
+  EXPECT_TRUE(led_active());
+  EXPECT_GT(led_board.types, 0);
+  int error = 0;
+  SerialPort* freed = serial_open("COM1", &error);
+  EXPECT_NE(freed, nullptr);
+  if (freed != nullptr) serial_close(freed);
+  stop = true;
+  voice.join();
 }
 
 TEST_F(Led, AnswerTimeoutStartsWhenBytesAreSent) {

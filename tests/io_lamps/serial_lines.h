@@ -1,5 +1,5 @@
-// Control lines of a pseudo-terminal, which has none: an ioctl of the test program's own stands in for
-// the system's and notes them.
+// Control lines of a pseudo-terminal, which has none: an ioctl of the test program's own stands in
+// for the system's and notes them.
 #pragma once
 
 #include <atomic>

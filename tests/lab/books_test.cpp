@@ -13,7 +13,6 @@
 #include "lab/audit_check.h"
 #include "lab/boot.h"
 #include "lab/flights.h"
-#include "lab/lab_clock.h"
 #include "lab/run.h"
 #include "lab/settings.h"
 #include "playfield/looks.h"
@@ -27,11 +26,11 @@ class LabBooks : public testing::Test {
 
   static void set(const char* assignment) { ASSERT_EQ(settings_set(assignment), ""); }
 
-  static std::unique_ptr<Sums> play(std::int64_t frogs, PlayerKind kind = PLAYER_EAGER,
+  static std::unique_ptr<Sums> play(std::int64_t frogs, const std::string& kind = "eager",
                                     int processes = 1, std::uint64_t seed = 1) {
     auto sums = std::make_unique<Sums>();
     RunPlan plan{frogs, seed, {}};
-    plan.player.kind = kind;
+    plan.player.kind = player_find(kind);
     EXPECT_TRUE(run_play(plan, processes, *sums, {}));
     EXPECT_GE(sums_frogs(*sums), 2 * frogs);
     return sums;
@@ -42,7 +41,7 @@ bool equal(const Sums& one, const Sums& other) {
   return std::memcmp(&one, &other, sizeof one) == 0;
 }
 
-TEST_F(LabBooks, AgreeToTheTicketUnderAnySettings) {
+TEST_F(LabBooks, AgreeUnderAllSettings) {
   const char* const cases[][3] = {{"Minimum Tickets=7", "", ""},
                                   {"Two Point Tickets=On", "Bonus Value=125", "Boost Bonus=On"},
                                   {"Maximum Tickets=10", "", ""},
@@ -64,7 +63,7 @@ TEST_F(LabBooks, AgreeToTheTicketUnderAnySettings) {
   }
 }
 
-TEST_F(LabBooks, OneTicketAstrayIsFound) {
+TEST_F(LabBooks, DisagreeWhenOneTicketIsMissing) {
   const auto good = play(100);
   ASSERT_EQ(audit_check(*good), "");
   auto bad = std::make_unique<Sums>(*good);
@@ -78,10 +77,10 @@ TEST_F(LabBooks, OneTicketAstrayIsFound) {
   EXPECT_NE(audit_check(*bad), "");
 }
 
-TEST_F(LabBooks, EqualSeedsGiveEqualBooksOnAnyNumberOfProcesses) {
-  for (const PlayerKind kind : {PLAYER_RANDOM, PLAYER_WATCHER, PLAYER_EXPERT}) {
-    SCOPED_TRACE(player_names[kind]);
-    const std::int64_t frogs = kind == PLAYER_EXPERT ? 60 : 600;
+TEST_F(LabBooks, AreEqualForEqualSeedsOnAnyNumberOfProcesses) {
+  for (const char* kind : {"random", "watcher", "expert"}) {
+    SCOPED_TRACE(kind);
+    const std::int64_t frogs = player_kinds[player_find(kind)].remembers ? 60 : 600;
     const auto one = play(frogs, kind);
     EXPECT_TRUE(equal(*one, *play(frogs, kind)));
     EXPECT_TRUE(equal(*one, *play(frogs, kind, 2)));
@@ -90,7 +89,7 @@ TEST_F(LabBooks, EqualSeedsGiveEqualBooksOnAnyNumberOfProcesses) {
   }
 }
 
-TEST_F(LabBooks, AMergeOfBootsIsTheRun) {
+TEST_F(LabBooks, AreSumOfTheirBoots) {
   RunPlan plan{100, 9, {}};
   const auto whole = std::make_unique<Sums>();
   ASSERT_TRUE(run_play(plan, 1, *whole, {}));
@@ -104,7 +103,7 @@ TEST_F(LabBooks, AMergeOfBootsIsTheRun) {
 }
 
 // Everything that the lab leaves out, looks and the placing of what nobody eats, is put back in.
-TEST_F(LabBooks, ACabinetThatIsDrawnKeepsTheSameBooks) {
+TEST_F(LabBooks, AreEqualInCabinetThatIsDrawn) {
   for (const char* points : {"Two Point Tickets=Off", "Two Point Tickets=On"}) {
     set(points);
     const BootPlan plan{boot_seed(5, 0), 300, {}};

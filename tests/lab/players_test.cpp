@@ -12,7 +12,6 @@
 #include "lab/boot.h"
 #include "lab/expert.h"
 #include "lab/flights.h"
-#include "lab/lab_clock.h"
 #include "lab/players.h"
 #include "lab/run.h"
 #include "lab/screen.h"
@@ -29,9 +28,10 @@ class LabPlayers : public testing::Test {
     EXPECT_TRUE(run_play({frogs, 4, player}, 1, *sums, {}));
     return *sums;
   }
-  static PlayerSettings settings(PlayerKind kind) {
+  static PlayerSettings settings(const char* kind) {
     PlayerSettings player;
-    player.kind = kind;
+    player.kind = player_find(kind);
+    EXPECT_GE(player.kind, 0) << kind;
     return player;
   }
   static double part_past_first_log(const Sums& sums, int side) {
@@ -51,32 +51,32 @@ class LabPlayers : public testing::Test {
   }
 };
 
-TEST_F(LabPlayers, WaitAsLongAsTheyAreSaidTo) {
-  EXPECT_LT(mean_wait_s(settings(PLAYER_EAGER)), 0.1);
-  EXPECT_NEAR(mean_wait_s(settings(PLAYER_RANDOM)), 1.0, 0.15);
-  PlayerSettings slow = settings(PLAYER_RANDOM);
+TEST_F(LabPlayers, WaitAsLongAsTheirSettings) {
+  EXPECT_LT(mean_wait_s(settings("eager")), 0.1);
+  EXPECT_NEAR(mean_wait_s(settings("random")), 1.0, 0.15);
+  PlayerSettings slow = settings("random");
   slow.wait_s = 3.0F;
   EXPECT_NEAR(mean_wait_s(slow), 3.0, 0.4);
-  PlayerSettings expert = settings(PLAYER_EXPERT);
+  PlayerSettings expert = settings("expert");
   expert.patience_s = 2.0F;
   EXPECT_LT(mean_wait_s(expert), 2.1);
 }
 
 // The log that the left frog will come down on is in view at the press, the right one's isn't.
-TEST_F(LabPlayers, WatchersGainOnTheLeftAlone) {
-  const Sums random = play(settings(PLAYER_RANDOM));
-  const Sums watcher = play(settings(PLAYER_WATCHER));
+TEST_F(LabPlayers, WatcherGainsOnlyOnTheLeft) {
+  const Sums random = play(settings("random"));
+  const Sums watcher = play(settings("watcher"));
   EXPECT_NEAR(part_past_first_log(random, SIDE_LEFT), 0.65, 0.05);  // 26 of 40 cells
   EXPECT_GT(part_past_first_log(watcher, SIDE_LEFT), 0.85);
   EXPECT_NEAR(part_past_first_log(watcher, SIDE_RIGHT), 0.65, 0.05);
-  PlayerSettings clumsy = settings(PLAYER_WATCHER);
+  PlayerSettings clumsy = settings("watcher");
   clumsy.error_ms = 5000.0F;
   EXPECT_LT(part_past_first_log(play(clumsy), SIDE_LEFT), part_past_first_log(watcher, SIDE_LEFT));
 }
 
-TEST_F(LabPlayers, ExpertsCrossMoreOften) {
-  const std::int64_t eager = sums_jackpots(play(settings(PLAYER_EAGER)));
-  EXPECT_GT(sums_jackpots(play(settings(PLAYER_EXPERT))), 5 * std::max(eager, std::int64_t{1}));
+TEST_F(LabPlayers, ExpertCrossesMoreOften) {
+  const std::int64_t eager = sums_jackpots(play(settings("eager")));
+  EXPECT_GT(sums_jackpots(play(settings("expert"))), 5 * std::max(eager, std::int64_t{1}));
 }
 
 // Lets the lanes come round once before the player's eyes and puts them back.
@@ -100,11 +100,11 @@ std::int64_t sure_moment(std::int64_t most_ticks) {
 }
 
 // The river's first speeds hold for 15 seconds. What the expert reckons is what comes, to the tick.
-TEST_F(LabPlayers, ASureCrossingIsOne) {
+TEST_F(LabPlayers, ExpertCrossesWhenItIsSure) {
   ASSERT_EQ(settings_set("Bonus Value=600"), "");
   int found = 0;
   for (std::uint64_t seed = 1; seed < 1000 && found < 10; ++seed) {
-    boot_begin({seed, 1, settings(PLAYER_EXPERT)});
+    boot_begin({seed, 1, settings("expert")});
     show_all_lanes();
     board_press(PRESS_C1);
     game_tick(now_ms() + TICK_STEP_MS);
@@ -120,10 +120,10 @@ TEST_F(LabPlayers, ASureCrossingIsOne) {
 }
 
 // What it passes over in its search is never better than what it finds.
-TEST_F(LabPlayers, TheExpertFindsWhatALookAtEachMomentFinds) {
+TEST_F(LabPlayers, ExpertFindsBestOfAllMoments) {
   constexpr std::int64_t MOST_TICKS = 600;
   for (std::uint64_t seed = 1; seed <= 20; ++seed) {
-    boot_begin({seed, 1, settings(PLAYER_EAGER)});
+    boot_begin({seed, 1, settings("eager")});
     if (seed % 2 == 0) show_all_lanes();
     for (int look = 0; look < 20; ++look) {
       for (int tick = 0; tick < 37; ++tick) game_tick(now_ms() + TICK_STEP_MS);
@@ -147,8 +147,8 @@ TEST_F(LabPlayers, TheExpertFindsWhatALookAtEachMomentFinds) {
   }
 }
 
-TEST_F(LabPlayers, ScreensShowWhatIsOnThem) {
-  boot_begin({3, 1, settings(PLAYER_EAGER)});
+TEST_F(LabPlayers, SeeOnlyWhatIsOnTheScreen) {
+  boot_begin({3, 1, settings("eager")});
   LaneCell cell = CELL_BUG;
   EXPECT_FALSE(screen_shows(5, -1.0F, cell));
   EXPECT_FALSE(screen_shows(5, 1360.0F, cell));
@@ -169,8 +169,8 @@ TEST_F(LabPlayers, ScreensShowWhatIsOnThem) {
   EXPECT_TRUE(screen_shows(11, 340.0F, cell) && cell == CELL_EMPTY);
 }
 
-TEST_F(LabPlayers, MarginsRunToTheEdgeOfTheWater) {
-  boot_begin({3, 1, settings(PLAYER_EAGER)});
+TEST_F(LabPlayers, SeeMarginsToTheEdgeOfTheWater) {
+  boot_begin({3, 1, settings("eager")});
   for (Lane& lane : lanes) lane.scroll = 0.0F;
   screen_reset();  // cells 1 to 3 of lane 4, "030", have been seen whole, and no others
   const float size = 382.0F;

@@ -29,7 +29,7 @@ std::string read_options(std::vector<std::string> words, LabOptions& options) {
   return options_read(static_cast<int>(argv.size()), argv.data(), options);
 }
 
-TEST(LabOptions, SettingsByTheirNames) {
+TEST(LabOptions, SetSettingsByName) {
   LabOptions options;
   ASSERT_EQ(read_options({"run", "--set", "Coins To Play=3", "--set", "coin lockout=on", "--set",
                           "Fixed Tickets Per Frog=7", "--set", "Payout Percent=25%", "--player",
@@ -40,14 +40,14 @@ TEST(LabOptions, SettingsByTheirNames) {
   EXPECT_EQ(pref_int(PREF_LOCKOUT_COILS), 1);
   EXPECT_EQ(pref_int(PREF_FIXED_TICKETS_PER_GAME), 7);
   EXPECT_EQ(pref_float(PREF_PAYOUT_PERCENT), 0.25F);
-  EXPECT_EQ(options.plan.player.kind, PLAYER_WATCHER);
+  EXPECT_EQ(options.plan.player.kind, player_find("watcher"));
   EXPECT_EQ(options.plan.player.reaction_ms, 300.0F);
   // 18.75 tickets a frog: row 32 with its jackpot, as the menus would have set it.
   EXPECT_EQ(paytable_row, 32);
   EXPECT_EQ(pref_int(PREF_BONUS_VALUE), 450);
 }
 
-TEST(LabOptions, AnyRowCanBeAskedFor) {
+TEST(LabOptions, ReachEveryPaytableRow) {
   for (int row = 0; row < PAYTABLE_ROWS; ++row) {
     settings_reset();
     ASSERT_EQ(settings_set("Frogs Per Game=3"), "");
@@ -57,7 +57,7 @@ TEST(LabOptions, AnyRowCanBeAskedFor) {
   }
 }
 
-TEST(LabOptions, WrongOnesSayWhatToDo) {
+TEST(LabOptions, ExplainWhatIsWrong) {
   const std::pair<std::vector<std::string>, const char*> cases[] = {
       {{"jump"}, "\"jump\" is no command; there are run, sweep and help"},
       {{"run", "--frogs", "0"}, "--frogs can't be \"0\""},
@@ -82,7 +82,7 @@ TEST(LabOptions, WrongOnesSayWhatToDo) {
   }
 }
 
-TEST(LabOptions, ACabinetsDriveIsReadAndLeftAsItIs) {
+TEST(LabOptions, ReadCabinetDriveWithoutChangingIt) {
   const TempFolder drive;
   files_use_roots(drive.path(), {});
   prefs_reset();
@@ -109,7 +109,7 @@ TEST(LabOptions, ACabinetsDriveIsReadAndLeftAsItIs) {
   EXPECT_FALSE(drive.has("audits")) << "a run stores nothing";
 }
 
-TEST(LabPaths, WhatMayNotBeReadOrWrittenIsSaidBeforeThePlay) {
+TEST(LabPaths, ReportUnusablePathsBeforePlay) {
   const TempFolder folder;
   folder.write("secret", "030P");
   std::filesystem::create_directory(folder.file("shut"));
@@ -135,7 +135,7 @@ void expect_stands_alone(const std::string& page) {
   EXPECT_EQ(page.find("nan"), std::string::npos);
 }
 
-TEST(LabPages, NeedNothingElse) {
+TEST(LabPages, NeedNoOtherFiles) {
   settings_reset();
   const auto sums = std::make_unique<Sums>();
   const RunPlan plan{200, 1, {}};
@@ -144,7 +144,7 @@ TEST(LabPages, NeedNothingElse) {
 }
 
 // One frog a side in each of the places: ended and begun again, it comes to the same.
-TEST(LabSweep, GoesOnWhereItWasEnded) {
+TEST(LabSweep, ContinuesAfterItWasInterrupted) {
   settings_reset();
   const TempFolder state;
   LabOptions options;
@@ -155,8 +155,8 @@ TEST(LabSweep, GoesOnWhereItWasEnded) {
   std::string error;
   std::vector<SweepResult> first;
   ASSERT_TRUE(sweep_play(options, first, error)) << error;
-  ASSERT_EQ(first.size(), static_cast<std::size_t>(SWEEP_PLACES));
-  for (int number = 0; number < SWEEP_PLACES; ++number) {
+  ASSERT_EQ(first.size(), static_cast<std::size_t>(sweep_places()));
+  for (int number = 0; number < sweep_places(); ++number) {
     EXPECT_EQ(sweep_number(sweep_place(number)), number);
     const Results& r = first[static_cast<std::size_t>(number)].results;
     EXPECT_EQ(r.row, sweep_place(number).row);
@@ -165,7 +165,7 @@ TEST(LabSweep, GoesOnWhereItWasEnded) {
   }
 
   std::filesystem::remove(state.file("place-000"));
-  std::filesystem::remove(state.file("place-719"));
+  std::filesystem::remove(state.file("place-" + std::to_string(sweep_places() - 1)));
   std::filesystem::resize_file(state.file("place-300"), 1000);  // the power went
   settings_reset();
   std::vector<SweepResult> second;

@@ -15,7 +15,7 @@
 namespace {
 
 // Quantiles as printed tables have them.
-TEST(LabStatistics, StudentsFactors) {
+TEST(LabStatistics, StudentFactorsMatchPrintedTables) {
   EXPECT_TRUE(std::isinf(student_95(0)));
   const std::pair<int, double> rows[] = {{1, 12.706}, {2, 4.303},  {3, 3.182},   {4, 2.776},
                                          {5, 2.571},  {10, 2.228}, {19, 2.093},  {30, 2.042},
@@ -27,7 +27,7 @@ TEST(LabStatistics, StudentsFactors) {
 
 // A dispenser that pays 0 to 9 at even odds, so 4.5 on the average, in boots of unequal length
 // whose luck hangs together. Of many such runs about 95 in 100 must have 4.5 in their interval.
-TEST(LabStatistics, TheIntervalHoldsTheTruthNineteenTimesInTwenty) {
+TEST(LabStatistics, IntervalHoldsTrueMeanNineteenTimesInTwenty) {
   std::mt19937_64 chance(2);
   constexpr int RUNS = 4000;
   constexpr int BOOTS = 12;
@@ -53,7 +53,7 @@ TEST(LabStatistics, TheIntervalHoldsTheTruthNineteenTimesInTwenty) {
   EXPECT_NEAR(held / static_cast<double>(RUNS), 0.95, 0.015);
 }
 
-TEST(LabStatistics, OneBootSaysNothingOfTheSpread) {
+TEST(LabStatistics, IntervalIsInfiniteForOneBoot) {
   const Estimate e = estimate(50, 2500, 500, 10, 100, 1);
   EXPECT_EQ(e.mean, 5.0);
   EXPECT_TRUE(std::isinf(e.half_width));
@@ -85,7 +85,7 @@ TEST(LabStatistics, FixedTicketsGiveExactFigures) {
 }
 
 // None in 40 frogs: 0.95 to the power of 1/40 of them would have missed at 7.2% a frog.
-TEST(LabStatistics, NoJackpotSeenLeavesABound) {
+TEST(LabStatistics, NoJackpotGivesUpperBound) {
   settings_reset();
   const auto sums = std::make_unique<Sums>();
   const RunPlan plan{20, 1, {}};

@@ -14,8 +14,8 @@
 #include "frame/game_clock.h"
 #include "frame/game_init.h"
 #include "frame/game_thread.h"
-#include "frame/lockouts.h"
 #include "frame/tick.h"
+#include "frame/tick_steps.h"
 #include "frame/tick_timers.h"
 #include "lab/board.h"
 #include "lab/boot.h"
@@ -68,7 +68,7 @@ void demo_next_copy(auto& to, const auto& from) {
   for (int side = 0; side < SIDE_COUNT; ++side) to[side] = std::int64_t{from[side]};
 }
 
-// Behind the inputs of a tick: what is pressed now, the next tick finds.
+// After the inputs of a tick: the next tick finds what is pressed now.
 void moment_step(Reel& reel) {
   slots_place();
   if (&reel == recording) {
@@ -82,16 +82,10 @@ void moment_step(Reel& reel) {
   reel.done = true;
 }
 
-}  // namespace
-
-namespace {
 std::atomic<bool> hang = false;  // the game thread, in the middle of a tick
 std::atomic<bool> hangs = false;
-}  // namespace
 
-extern "C" {  // NOLINTBEGIN: the linker's names
-void __real__Z21jamma_update_lockoutsv();
-void __wrap__Z21jamma_update_lockoutsv() {
+void after_inputs() {
   for (Reel* reel : {recording, playing}) {
     if (reel != nullptr && !reel->done) moment_step(*reel);
   }
@@ -99,20 +93,17 @@ void __wrap__Z21jamma_update_lockoutsv() {
     hangs = true;
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
-  __real__Z21jamma_update_lockoutsv();
 }
-}  // NOLINTEND
-
-namespace {
 
 // No log in the last lane: nobody crosses, for a jackpot's show is stepped by a thread of its own
 // and draws its chance when that comes along.
 void switch_on() {
+  board_after_inputs = after_inputs;
   boot_switch_on(77);
   for (auto& cell : lane_cells[1]) cell = CELL_EMPTY;
 }
 
-TEST(LabThread, PlaysARecordedListAsTheGameThreadDid) {
+TEST(LabThread, PlaysRecordingLikeTheGameThread) {
   settings_reset();
   const auto recorded = std::make_unique<Reel>();
   switch_on();
@@ -146,7 +137,7 @@ TEST(LabThread, PlaysARecordedListAsTheGameThreadDid) {
   EXPECT_EQ(recorded->draw_at_end, played->draw_at_end) << "chance has gone the same way";
 }
 
-TEST(GameShutdown, AThreadThatDoesNotEndKeepsWhatItMayTouch) {
+TEST(GameShutdown, FreesAndStoresNothingWhileThreadRuns) {
   const TempFolder drive;
   files_use_roots(drive.path(), drive.path());
   settings_reset();

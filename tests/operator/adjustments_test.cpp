@@ -1,4 +1,4 @@
-// Settings: what a choice writes and sets in motion, and the figures that follow from it.
+// Settings: what a choice stores and changes, and the figures that follow from it.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -29,7 +29,7 @@ class Adjustments : public Desk {
   }
 };
 
-TEST_F(Adjustments, EachListOffersItsValuesAndStoresTheChoice) {
+TEST_F(Adjustments, OptionLists_OfferTheirValuesAndStoreTheChoice) {
   const struct {
     const char *menu, *row, *first, *last;
     PrefIndex pref;
@@ -61,7 +61,7 @@ TEST_F(Adjustments, EachListOffersItsValuesAndStoresTheChoice) {
       int values = -2;  // the title, and "Cancel"
       for (const Drawn& d : seen(menu_draw)) values += d.what != "rectangle" ? 1 : 0;
       EXPECT_EQ(values, row.count);
-      press(PRESS_VLU, 40);  // some place else than where it was
+      press(PRESS_VLU, 40);  // away from the row where the list opened
       const std::string value = last ? row.last : row.first;
       for (int i = 0; i < 40 && selected() != value; ++i) press(PRESS_P1S);
       ASSERT_EQ(selected(), value);
@@ -70,7 +70,7 @@ TEST_F(Adjustments, EachListOffersItsValuesAndStoresTheChoice) {
       const float now = real ? pref_float(row.pref) : static_cast<float>(pref_int(row.pref));
       EXPECT_EQ(now, last ? row.most : row.least);
       choose(row.row);
-      EXPECT_EQ(selected(), value) << "the list opens on what is set";
+      EXPECT_EQ(selected(), value) << "the list opens on the current value";
       press(PRESS_SRV);
     }
     press(PRESS_SRV);
@@ -78,7 +78,7 @@ TEST_F(Adjustments, EachListOffersItsValuesAndStoresTheChoice) {
   EXPECT_TRUE(drive.has("prefs"));
 }
 
-TEST_F(Adjustments, APriceWipesTheCreditAndACancelDoesNot) {
+TEST_F(Adjustments, PriceChosen_ClearsCredits_CancelKeepsThem) {
   audits[AUDIT_CURRENT_CREDITS].count = 2;
   audits[AUDIT_CURRENT_COINS + 1].count = 3;
   tick_timers.credit_wait_ms[0] = 700;
@@ -90,13 +90,13 @@ TEST_F(Adjustments, APriceWipesTheCreditAndACancelDoesNot) {
   EXPECT_EQ(audit_count(AUDIT_CURRENT_CREDITS, 0), 2);
   choose("Coins To Play");
   EXPECT_EQ(selected(), "1");
-  press(PRESS_TST);  // the value that it had
+  press(PRESS_TST);  // the current value
   EXPECT_EQ(audit_count(AUDIT_CURRENT_CREDITS, 0), 0);
   EXPECT_EQ(audit_count(AUDIT_CURRENT_COINS, 1), 0);
   EXPECT_EQ(tick_timers.credit_wait_ms[0], 0);
 }
 
-TEST_F(Adjustments, AValueThatNoListHasIsShownAndHarmsNothing) {
+TEST_F(Adjustments, StoredValueNotInItsList_IsShownAndKept) {
   prefs[PREF_COIN_VALUE].float_value = 0.333F;
   prefs[PREF_CURRENCY_UNIT].int_value = 9;
   prefs[PREF_MAXIMUM_TICKETS].int_value = 77;
@@ -115,7 +115,7 @@ TEST_F(Adjustments, AValueThatNoListHasIsShownAndHarmsNothing) {
   EXPECT_EQ(pref_int(PREF_MAXIMUM_TICKETS), 77);
 }
 
-TEST_F(Adjustments, FiguresFollowTheMoney) {
+TEST_F(Adjustments, PayoutFigures_FollowMoneySettings) {
   choose("Payout");
   EXPECT_EQ(line("Bonus Value   "), "Bonus Value                          250");
   EXPECT_EQ(line("Average"), "Average Ticket Payout                10.00");
@@ -128,7 +128,7 @@ TEST_F(Adjustments, FiguresFollowTheMoney) {
   press(PRESS_SRV);
   set("Coin/Game", "Coin Value", "2.000");
   choose("Payout");
-  EXPECT_FALSE(shows("(MANUAL)")) << "a money setting puts the row's own bonus back";
+  EXPECT_FALSE(shows("(MANUAL)")) << "a money setting resets the bonus";
   choose("Ticket Value");
   choose("0.00250");
   EXPECT_EQ(line("Average"), "Average Ticket Payout                320.00 (CAPPED TO 25.00)");
@@ -151,9 +151,9 @@ TEST_F(Adjustments, FiguresFollowTheMoney) {
   EXPECT_TRUE(shows("Average Ticket Payout                0.00 (DISABLED)"));
 }
 
-TEST_F(Adjustments, WhatIsWantedIsReckonedInTheFloatsOfThePage) {
+TEST_F(Adjustments, WantedTickets_AreRoundedAs32BitFloats) {
   set("Coin/Game", "Coin Value", "0.450");
-  set("Payout", "Payout Percent", "65%");  // 29.25: in doubles a trifle less
+  set("Payout", "Payout Percent", "65%");  // 29.25; in doubles slightly less
   choose("Payout");
   EXPECT_EQ(line("Average"), "Average Ticket Payout                29.50 (CAPPED TO 25.00)");
   for (const float damaged : {0.0F, -1e-30F, 1e-38F, std::numeric_limits<float>::quiet_NaN()}) {
@@ -163,13 +163,13 @@ TEST_F(Adjustments, WhatIsWantedIsReckonedInTheFloatsOfThePage) {
   }
 }
 
-TEST_F(Adjustments, BonusFarOutOfRange_TakesAwayWhatItSays) {
+TEST_F(Adjustments, BonusFarOutOfRange_LowersTheAverage) {
   prefs[PREF_BONUS_VALUE].int_value = std::numeric_limits<std::int32_t>::min();
   pane_page_payout();
   EXPECT_NE(line("Average").find("(-"), std::string::npos) << line("Average");
 }
 
-TEST_F(Adjustments, TwoPointsAndBoostMoveTheBonusThatIsShown) {
+TEST_F(Adjustments, BoostAndTwoPointTickets_ChangeTheBonusShown) {
   set("Payout", "Boost Bonus", "On");
   choose("Payout");
   EXPECT_TRUE(shows("Bonus Value                          500"));
@@ -181,7 +181,7 @@ TEST_F(Adjustments, TwoPointsAndBoostMoveTheBonusThatIsShown) {
   EXPECT_TRUE(shows("Bonus Value                          80 (MANUAL)"));
 }
 
-TEST_F(Adjustments, EveryHelpTextIsWhole) {
+TEST_F(Adjustments, HelpPages_ShowEveryText) {
   choose("Coin/Game");
   for (const char* text :
        {"Freeplay: No cost per frog", "Coin Lockout: Block additional coins beyond cost to play",

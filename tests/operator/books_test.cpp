@@ -1,4 +1,4 @@
-// Audit pages, and what the resets clear and leave alone.
+// Audit pages, and what each reset clears and keeps.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -15,7 +15,7 @@ namespace {
 
 class Books : public Desk {};
 
-TEST_F(Books, PagesShowTheRowsOfTheBooks) {
+TEST_F(Books, AuditPages_ShowTheCounters) {
   for (int row = 0; row < AUDIT_COUNT; ++row) {
     audits[row].count = row * 100;
     audits[row].time_ms = row * 3600000LL + 61500;
@@ -32,7 +32,8 @@ TEST_F(Books, PagesShowTheRowsOfTheBooks) {
   EXPECT_EQ(line("Boot Count"), "Boot Count                             1400");
   EXPECT_EQ(line("I/O"), "I/O Checksum Failures                  1800");
   audits[AUDIT_BOOT_COUNT].count = 7;
-  EXPECT_EQ(line("Boot Count"), "Boot Count                             1400") << "a page stands";
+  EXPECT_EQ(line("Boot Count"), "Boot Count                             1400")
+      << "an open page doesn't change";
   choose("Coin");
   EXPECT_EQ(line("Coins"), "Coins                                  1900           2000");
   EXPECT_EQ(line("Service"), "Service Credits                        2100");
@@ -46,8 +47,8 @@ TEST_F(Books, PagesShowTheRowsOfTheBooks) {
   EXPECT_EQ(line("Mercies"), "Mercies                                4000           4100");
 }
 
-// No file of the books is checked when it is read: none may end the game on a page.
-TEST_F(Books, DamagedCountsAreShownToo) {
+// Stored counters aren't checked when they are read. No value may crash a page.
+TEST_F(Books, DamagedCounters_AreShownAsStored) {
   audits[AUDIT_GAMES_PLAYED].count = -1;
   audits[AUDIT_TIME_TOTAL_PLAYED].time_ms = std::numeric_limits<std::int64_t>::min();
   choose("Audits");
@@ -59,7 +60,7 @@ TEST_F(Books, DamagedCountsAreShownToo) {
   EXPECT_EQ(line("Tickets Per Frog"), "Tickets Per Frog                      0.000          0.000");
 }
 
-TEST_F(Books, EachResetClearsItsOwn) {
+TEST_F(Books, Resets_ClearTheirOwnRowsAfterYesOnly) {
   const auto dirty = [] {
     for (int row = 0; row < AUDIT_COUNT; ++row) audits[row].count = 9;
     histogram[0][5] = 4;
@@ -92,7 +93,7 @@ TEST_F(Books, EachResetClearsItsOwn) {
   EXPECT_EQ(audit_count(AUDIT_CURRENT_CREDITS, 0), 0);
   EXPECT_EQ(audit_count(AUDIT_CURRENT_COINS, 1), 0);
   EXPECT_EQ(tick_timers.credit_wait_ms[1], 0);
-  EXPECT_EQ(audit_count(AUDIT_COIN_DROPS, 0), 9) << "what was taken in stays in the books";
+  EXPECT_EQ(audit_count(AUDIT_COIN_DROPS, 0), 9) << "the counters of coins taken stay";
 
   dirty();
   reset("Clear Tickets", "Yes");
@@ -104,7 +105,7 @@ TEST_F(Books, EachResetClearsItsOwn) {
   EXPECT_EQ(audit_count(AUDIT_BOOT_COUNT), 0);
   EXPECT_EQ(histogram[0][5], 0U);
   EXPECT_EQ(pref_int(PREF_COINS_TO_PLAY), 7);
-  EXPECT_EQ(jamma_fake_count(JAMMA_CLEAR_TICKETS), 0U) << "the board still owes";
+  EXPECT_EQ(jamma_fake_count(JAMMA_CLEAR_TICKETS), 0U) << "the board still owes tickets";
 
   dirty();
   reset("Reset Adjustments", "Yes");
@@ -126,7 +127,7 @@ TEST_F(Books, EachResetClearsItsOwn) {
   EXPECT_EQ(pref_int(PREF_COINS_TO_PLAY), 7);
   press(PRESS_SRV);
   choose("Coin/Game");
-  EXPECT_TRUE(shows("Coins To Play            1")) << "rows follow a reset at once";
+  EXPECT_TRUE(shows("Coins To Play            1")) << "the rows show the reset at once";
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The check of the installed files by real files: what it accepts, and what it stops at.
+// The boot check with real files: what it accepts and what it rejects.
 #include "operator/boot_check.h"
 
 #include <gtest/gtest.h>
@@ -36,7 +36,7 @@ class BootCheckTest : public testing::Test {
     std::filesystem::create_directories(path.parent_path());
     std::ofstream(path, std::ios::binary) << bytes;
   }
-  // A line of the list for these bytes, with the sum reckoned bit by bit.
+  // A line of the list for these bytes, with the CRC computed bit by bit.
   static std::string listed(const std::string& name, const std::string& bytes) {
     std::uint32_t crc = 0x63046310;
     for (const unsigned char byte : bytes) {
@@ -54,7 +54,7 @@ class BootCheckTest : public testing::Test {
   std::string current;
 };
 
-TEST_F(BootCheckTest, GoodFilesPassWhateverTheCaseOfTheirNames) {
+TEST_F(BootCheckTest, GoodFiles_PassInAnyCaseOfTheirNames) {
   const std::string large(700000, '\x93');
   install("images/Frog.tga", large);
   install("sounds/one.wav", "tone");
@@ -66,10 +66,10 @@ TEST_F(BootCheckTest, GoodFilesPassWhateverTheCaseOfTheirNames) {
   EXPECT_EQ(current, "EMPTY.BIN");
 }
 
-// The list and the version may have been written on a system that ends lines with "\r\n".
-TEST_F(BootCheckTest, LineBreaksOfOtherSystems) {
+// The list and the version file may have "\r\n" line ends.
+TEST_F(BootCheckTest, CarriageReturns_AreIgnoredInListAndVersion) {
   install("a.bin", "x");
-  install("lhpcrc.txt", "A.BIN 2 1 \r\n");  // with a blank at its end, as a list in columns has it
+  install("lhpcrc.txt", "A.BIN 2 1 \r\n");  // a space at its end, as in a list with columns
   EXPECT_EQ(check(), FILE_DAMAGED);
   std::ofstream(drive.path() + "/version.txt", std::ios::binary)
       << "LILY HOP 1.07 EUR\r\nDEBIAN 12\r\n";
@@ -81,7 +81,7 @@ TEST_F(BootCheckTest, LineBreaksOfOtherSystems) {
   EXPECT_STREQ(version_record.os_version, "DEBIAN 12\n");
 }
 
-TEST_F(BootCheckTest, EachFailureIsTold) {
+TEST_F(BootCheckTest, MissingListOrFileAndDamage_AreReported) {
   EXPECT_EQ(check(), LIST_MISSING);
   const std::string good = "0123456789";
   install("a.bin", good);
@@ -101,13 +101,13 @@ TEST_F(BootCheckTest, EachFailureIsTold) {
   install("b.bin", good);
   install("extra.bin", "nobody asks for it");
   EXPECT_EQ(check(), FILES_GOOD);
-  install("lhpcrc.txt", listed("a.bin", good) + "b.bin 1 1");  // no line break: not a line
+  install("lhpcrc.txt", listed("a.bin", good) + "b.bin 1 1");  // without a line break: ignored
   EXPECT_EQ(check(), FILES_GOOD);
   install("lhpcrc.txt", listed(R"(..\secret)", good));
   EXPECT_EQ(check(), FILE_MISSING);
 }
 
-TEST_F(BootCheckTest, AFolderIsNotAFile) {
+TEST_F(BootCheckTest, FolderInPlaceOfAFile_IsMissing) {
   std::filesystem::create_directory(program.path() + "/lhpcrc.txt");
   EXPECT_EQ(check(), LIST_MISSING);
   std::filesystem::remove(program.path() + "/lhpcrc.txt");
@@ -118,18 +118,18 @@ TEST_F(BootCheckTest, AFolderIsNotAFile) {
   }
 }
 
-// The first page of a process's memory opens, and every read of it fails.
-TEST_F(BootCheckTest, AReadErrorIsNotTheEndOfAFile) {
+// /proc/self/mem can be opened, but reading at its start fails.
+TEST_F(BootCheckTest, ReadError_IsAMissingListOrADamagedFile) {
   const char* const unreadable = "/proc/self/mem";
   std::filesystem::create_symlink(unreadable, program.path() + "/lhpcrc.txt");
   EXPECT_EQ(check(), LIST_MISSING);
   std::filesystem::remove(program.path() + "/lhpcrc.txt");
   std::filesystem::create_symlink(unreadable, program.path() + "/a.bin");
-  install("lhpcrc.txt", "a.bin 0 1661231888\n");  // what an empty file has
+  install("lhpcrc.txt", "a.bin 0 1661231888\n");  // size and CRC of an empty file
   EXPECT_EQ(check(), FILE_DAMAGED);
 }
 
-TEST_F(BootCheckTest, ANewBuildAsksForTheCheckAndARestartDoesNot) {
+TEST_F(BootCheckTest, NewBuild_IsCheckedOnce) {
   install("a.bin", "x");
   install("lhpcrc.txt", listed("a.bin", "x"));
   prefs[PREF_CHECK_CRC].int_value = 0;
@@ -141,16 +141,16 @@ TEST_F(BootCheckTest, ANewBuildAsksForTheCheckAndARestartDoesNot) {
   EXPECT_EQ(game_mode, MODE_PLAY);
   std::filesystem::remove(program.path() + "/lhpcrc.txt");
   boot_check_and_version(draw);
-  EXPECT_EQ(frames, 1) << "the list isn't even opened";
+  EXPECT_EQ(frames, 1) << "the list isn't opened";
   install("lhpcrc.txt", listed("a.bin", "x"));
   build_stamp.time = "10:20:54";
   boot_check_and_version(draw);
   EXPECT_EQ(frames, 2);
 }
 
-TEST_F(BootCheckTest, NoButtonLeadsPastABadInstallation) {
+TEST_F(BootCheckTest, BadInstallation_StopsUntilASignal) {
   const auto boot = [] {
-    std::signal(SIGTERM, SIG_IGN);  // as a window system that makes events of signals
+    std::signal(SIGTERM, SIG_IGN);  // as a window library may do
     headless_display.quit = true;
     boot_check_and_version([] {
       if (++frames == 50) std::raise(SIGTERM);
@@ -159,7 +159,7 @@ TEST_F(BootCheckTest, NoButtonLeadsPastABadInstallation) {
   EXPECT_EXIT(boot(), testing::KilledBySignal(SIGTERM), "the display mode is put back");
 }
 
-TEST_F(BootCheckTest, TheVersionIsTwoLines) {
+TEST_F(BootCheckTest, VersionFile_GivesItsFirstTwoLines) {
   prefs[PREF_CHECK_CRC].int_value = 0;
   std::strcpy(prefs[PREF_BUILD_DATE].text_value, build_stamp.date);
   std::strcpy(prefs[PREF_BUILD_TIME].text_value, build_stamp.time);

@@ -19,12 +19,12 @@ Desk::Desk() {
   jamma_fake_reset();
   jps_fake_reset();
   win_show_reset();
-  test_screen = TEST_NONE;
+  test_screen = 0;
   game_mode = MODE_OPERATOR;
   sound_enabled = 0;
   menus_build();
   menu_enter();
-  press(PRESS_TST);  // the held switch is let go; it only wakes the menu
+  press(PRESS_TST);  // releasing the held Test switch only activates the menu
   menu_open(menu_current());
   jps_fake_reset();
 }

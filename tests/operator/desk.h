@@ -1,4 +1,4 @@
-// The operator's desk: presses that the board reports, ticks, and what stands on the screen.
+// A fixture for operator mode: presses buttons, runs ticks and reads the screen.
 #pragma once
 
 #include <string>
@@ -14,19 +14,19 @@ class Desk : public Stage {
   Desk();
   ~Desk() override;
 
-  // One tick with this button pressed and let go. The screen's or menu's input alone runs.
+  // Runs one tick with this button pressed and released. Only the input of the menu or screen runs.
   static void press(JammaPress button, int times = 1);
   static void tick();
 
-  // Moves down to the row with this text (its beginning is enough) and accepts it. Fails the test
-  // if a whole round doesn't meet it.
+  // Moves down to the row whose text starts like this and accepts it. Fails the test if the menu
+  // has no such row.
   static void choose(const std::string& row);
 
-  // What stands on the screen, line by line, in the order of drawing.
+  // The texts on the screen, in the order of drawing.
   static std::vector<std::string> screen();
-  // The row that is highlighted; "" if none.
+  // The text of the selected row, or "".
   static std::string selected();
-  // The pane's line that begins with this label, without trailing blanks; "" if there is none.
+  // The text on the screen that starts with this label, without trailing spaces, or "".
   static std::string line(const std::string& label);
   static bool shows(const std::string& text);
 

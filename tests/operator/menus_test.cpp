@@ -1,4 +1,4 @@
-// The menus by the cabinet's own buttons: every list, the ways in and out, and the engine's rules.
+// The menus, operated with the cabinet's buttons: every menu, entering and leaving, and the engine.
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -25,7 +25,7 @@ using Lines = std::vector<std::string>;
 
 class Menus : public Desk {
  protected:
-  // Title and rows of the open menu; blank rows don't show.
+  // Title and rows of the open menu, without blank rows.
   static Lines rows() {
     Lines lines;
     for (const Drawn& d : seen(menu_draw)) {
@@ -35,10 +35,10 @@ class Menus : public Desk {
   }
 };
 
-TEST_F(Menus, TheMainMenuShowsTheVersion) {
+TEST_F(Menus, MainMenu_ShowsRowsAndVersion) {
   version_record = {"LILY 1.23", "LINUX 12"};
   build_stamp = {"May 17 2012", "10:20:53"};
-  pane_page_version();
+  menu_open_at_top(menu_current());
   EXPECT_EQ(rows(),
             (Lines{"Main Menu", "Diagnostics", "Coin/Game Adjustments", "Payout Adjustments",
                    "Audits", "Resets", "Volume", "Attract Volume", "Exit"}));
@@ -50,7 +50,7 @@ TEST_F(Menus, TheMainMenuShowsTheVersion) {
   EXPECT_EQ(line("Build Time"), "Build Time           : 10:20:53");
 }
 
-TEST_F(Menus, EveryListHasItsRows) {
+TEST_F(Menus, SubMenus_ShowTheirRowsAndLeadBack) {
   const struct {
     Lines way;
     Lines rows;
@@ -95,11 +95,12 @@ TEST_F(Menus, EveryListHasItsRows) {
     EXPECT_EQ(rows(), list.rows);
     press(PRESS_SRV, static_cast<int>(list.way.size()));
     EXPECT_EQ(rows()[0], "Main Menu");
-    EXPECT_EQ(line("Version In"), "Version Information") << "the pane goes back too";
+    EXPECT_EQ(line("Version In"), "Version Information")
+        << "the pane shows the main menu's page again";
   }
 }
 
-TEST_F(Menus, TheSelectionSkipsWhatItCantStandOnAndWraps) {
+TEST_F(Menus, Selection_SkipsBlankAndDisabledRowsAndWraps) {
   EXPECT_EQ(selected(), "Diagnostics");
   press(PRESS_VLU);
   EXPECT_EQ(selected(), "Exit");
@@ -116,13 +117,13 @@ TEST_F(Menus, TheSelectionSkipsWhatItCantStandOnAndWraps) {
   choose("Off");
   EXPECT_TRUE(selected().starts_with("Ticket Use"));
   press(PRESS_VLD);
-  EXPECT_EQ(selected(), "Exit") << "what is greyed can't be reached";
+  EXPECT_EQ(selected(), "Exit") << "disabled rows can't be selected";
   int faint = 0;
   for (const Drawn& d : seen(menu_draw)) faint += d.colour == 0x40FFFFFF ? 1 : 0;
   EXPECT_EQ(faint, 9);
 }
 
-TEST_F(Menus, FirstMatchWins) {
+TEST_F(Menus, SeveralButtonsInOneTick_FirstOfTheOrderCounts) {
   jamma_fake.pending[PRESS_SRV] = jamma_fake.pending[PRESS_TST] = 1;
   tick();
   EXPECT_EQ(rows()[0], "Diagnostics Menu");
@@ -136,10 +137,10 @@ TEST_F(Menus, FirstMatchWins) {
   EXPECT_EQ(rows()[0], "Diagnostics Menu");
   press(PRESS_C1);
   press(PRESS_BIL);
-  EXPECT_EQ(selected(), "Switch Test") << "money moves nothing here";
+  EXPECT_EQ(selected(), "Switch Test") << "coins and bills do nothing here";
 }
 
-TEST_F(Menus, ABoxNeverShrinks) {
+TEST_F(Menus, MenuBox_WidensAndNeverShrinks) {
   Menu* menu = menu_create(1, [](std::uintptr_t, MenuItem*) { return MENU_STAY; });
   MenuItem* item = menu_add_item(menu, 0, 0, "short");
   EXPECT_EQ(menu->width, 128);
@@ -158,11 +159,11 @@ TEST_F(Menus, RowWithoutText_IsBlankAndHasAction0) {
   EXPECT_EQ(item->flags, std::uint32_t{ITEM_BLANK});
 }
 
-TEST_F(Menus, PercentSignsOfRowsAndLines_ShowAsInAFormat) {
+TEST_F(Menus, DoublePercentSign_ShowsAsOneInRowsAndPane) {
   Menu* menu = menu_create(3, [](std::uintptr_t, MenuItem*) { return MENU_STAY; });
   menu_add_item(menu, 0, 0, "%s", "paid 40%% of it");
   menu_set_item_text(menu_add_item(menu, 1, 0, "x"), "%d%%%%", 7);
-  menu_add_item(menu, 2, 0, "%s", "100% or %s%n");  // such words may come from a file
+  menu_add_item(menu, 2, 0, "%s", "100% or %s%n");  // such a text may come from a file
   menu_open(menu);
   EXPECT_EQ(rows(), (Lines{"paid 40% of it", "7%", "100% or %s%n"}));
   pane_page("%s", "40%%");
@@ -171,7 +172,7 @@ TEST_F(Menus, PercentSignsOfRowsAndLines_ShowAsInAFormat) {
   EXPECT_EQ(line("50"), "50% and %s");
 }
 
-TEST_F(Menus, SelectionOnABlankLastRow_MovesToTheFirstThatHoldsItWithoutWrapToo) {
+TEST_F(Menus, SelectionOnBlankLastRow_MovesToFirstSelectableRow) {
   Menu* menu = menu_create(3, [](std::uintptr_t, MenuItem*) { return MENU_STAY; });
   menu->flags &= ~MENU_WRAP;
   menu_add_item(menu, 0, ITEM_DISABLED, "faint");
@@ -181,10 +182,10 @@ TEST_F(Menus, SelectionOnABlankLastRow_MovesToTheFirstThatHoldsItWithoutWrapToo)
   menu_open(menu);
   EXPECT_EQ(menu->selected, 1U);
   press(PRESS_VLD);
-  EXPECT_EQ(menu->selected, 1U) << "the buttons don't move it past the end";
+  EXPECT_EQ(menu->selected, 1U) << "the buttons don't wrap";
 }
 
-TEST_F(Menus, EmptyMenu_TakesEveryButton) {
+TEST_F(Menus, EmptyMenu_IgnoresAllButtonsButService) {
   static int chosen = 0;
   Menu* menu = menu_create(0, [](std::uintptr_t action, MenuItem* item) {
     chosen += action != MENU_CLOSE || item != nullptr ? 1 : 0;
@@ -203,15 +204,15 @@ TEST_F(Menus, EmptyMenu_TakesEveryButton) {
   EXPECT_EQ(rows()[0], "Main Menu");
 }
 
-// Drawing looks at whatever stands, while the game thread changes it. For the thread sanitizer.
-TEST_F(Menus, AreDrawnWhileTheyChange) {
-  constexpr auto RELAXED = std::memory_order_relaxed;  // no order that the cabinet doesn't have
+// The main thread draws while the game thread changes the menus. For ThreadSanitizer.
+TEST_F(Menus, Menus_AreDrawnWhileTheGameThreadChangesThem) {
+  constexpr auto RELAXED = std::memory_order_relaxed;  // no more ordering than in the game
   std::atomic<bool> over{false};
   std::atomic<int> frames{0};
   std::thread drawing([&] {
     for (; !over.load(RELAXED); frames.fetch_add(1, RELAXED)) render_frame();
   });
-  // Until it has been drawn.
+  // Presses, and waits until it has been drawn.
   const auto seen_press = [&frames](JammaPress button, int times = 1) {
     for (int i = 0; i < times; ++i) {
       press(button);
@@ -220,7 +221,7 @@ TEST_F(Menus, AreDrawnWhileTheyChange) {
     }
   };
   seen_press(PRESS_P1S, 4);
-  for (int i = 0; i < 10; ++i) {  // into the resets, to a question, and out again
+  for (int i = 0; i < 10; ++i) {  // into the resets, to a confirmation, and out again
     seen_press(PRESS_TST, 2);
     seen_press(PRESS_SRV, 2);
   }
@@ -233,7 +234,7 @@ TEST_F(Menus, AreDrawnWhileTheyChange) {
   drawing.join();
 }
 
-TEST_F(Menus, ExitAndServiceLeadBackToPlay) {
+TEST_F(Menus, ExitOrService_ReturnsToPlay) {
   for (const bool service : {false, true}) {
     SCOPED_TRACE(service);
     game_mode = MODE_OPERATOR;
@@ -244,7 +245,7 @@ TEST_F(Menus, ExitAndServiceLeadBackToPlay) {
     press(PRESS_P1S);
     EXPECT_EQ(selected(), "Diagnostics") << "Test is still held";
     press(PRESS_TST);
-    EXPECT_EQ(selected(), "Diagnostics") << "its release only wakes the menu";
+    EXPECT_EQ(selected(), "Diagnostics") << "its release only activates the menu";
     EXPECT_EQ(game_mode, MODE_OPERATOR);
     jps_fake_reset();
     if (service) {
@@ -263,10 +264,9 @@ TEST_F(Menus, ExitAndServiceLeadBackToPlay) {
   }
 }
 
-TEST_F(Menus, VolumeIsSetByEar) {
+TEST_F(Menus, VolumeScreens_AdjustAcceptAndCancel) {
   prefs[PREF_VOLUME].int_value = 12;
   choose("Volume");
-  EXPECT_EQ(test_screen, TEST_VOLUME);
   EXPECT_EQ(volume_step, 12);
   EXPECT_EQ(jps_fake_count("chase"), 1);
   press(PRESS_VLU, 3);
@@ -296,7 +296,7 @@ TEST_F(Menus, VolumeIsSetByEar) {
   press(PRESS_P2S);
   EXPECT_EQ(pref_int(PREF_ATTRACT_VOLUME), 5);
   EXPECT_EQ(pref_int(PREF_VOLUME), 9);
-  EXPECT_EQ(jps_fake.master_volume, volume_curve(9)) << "the menus sound like play";
+  EXPECT_EQ(jps_fake.master_volume, volume_curve(9)) << "the menus use the volume of play";
 }
 
 }  // namespace

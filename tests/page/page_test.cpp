@@ -385,7 +385,7 @@ TEST_F(PageTest, GameOutputIsLoggedAndNamedAfterFailure) {
   ASSERT_TRUE(soon([&] { return game_watch(game, cabinet_now_ms()); }));
   EXPECT_EQ(drive.read("game.log"), "said\nnoise\n");
   EXPECT_EQ(farewell_text(cabinet, game_verdict(game)),
-            "The game ended with exit code 3; what it said is in " + game.log + ".\n");
+            "The game ended with exit code 3; its output is in " + game.log + ".\n");
   EXPECT_EQ(farewell_text(cabinet, 0), "");
 }
 

@@ -9,7 +9,6 @@
 #include "frame/game_clock.h"
 #include "frame/tick_timers.h"
 #include "playfield/paytable.h"
-#include "playfield/purse.h"
 #include "tests/fakes/jps_fake.h"
 #include "tests/playfield/field.h"
 

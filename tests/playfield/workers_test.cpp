@@ -46,7 +46,8 @@ TEST_F(Workers, FinishedEffectNeverRestarts) {
 TEST_F(Workers, HeartsFollowTheirRider) {
   gold_riders[3].x = 100;
   gold_riders[3].y = 50;
-  fx_heart_start(3, 160, 50);
+  fx_heart_start(3);
+  EXPECT_EQ(heart_fx[0].x, 160);
   gold_riders[3].x = 90;
   gold_riders[3].y = 51;
   work(500);

@@ -212,10 +212,11 @@ TEST_F(Parser, RefusedStatementsAreReportedWithLineAndReason) {
       {"GROUP 'g'", "Couldn't get repeat number"},
       {"GROUP 'g', -1", "no-repeat count must not be negative"},
       {"CONSTANT", "No arguments to CONSTANT!"},
-      {"CONSTANT A", "CONSTANT needs a value behind its name"},
+      {"CONSTANT A", "CONSTANT needs a value after its name"},
       {"CONSTANT " + long_name + " 1", "A constant's name must not be longer than 52 characters"},
-      {"CONSTANT 5A 1", "A constant's name must not begin with a digit or hold '+', '-' or ','"},
-      {"CONSTANT A-B 1", "A constant's name must not begin with a digit or hold '+', '-' or ','"},
+      {"CONSTANT 5A 1", "A constant's name must not begin with a digit or contain '+', '-' or ','"},
+      {"CONSTANT A-B 1",
+       "A constant's name must not begin with a digit or contain '+', '-' or ','"},
       {"CONSTANT TWICE 1", ""},
       {"CONSTANT TWICE 2", "constant 'TWICE' has a value already"},
       {"[0] VOL_GAIN", ""},
@@ -262,7 +263,7 @@ TEST_F(Parser, UnknownKeywordEndsParsing) {
   EXPECT_FALSE(bank->volume_attenuation);
 
   parse("PLAYLIST 1, 'a', 1, 1\nEND\nPLAYLIST 2, 'a', 1, 1\nEND\n[1]\n");
-  EXPECT_EQ(printed, error(3, "duplicate playlist name 'a', only the first is found by it") +
+  EXPECT_EQ(printed, error(3, "duplicate playlist name 'a', only the first is used") +
                          error(5, "invalid opcode ''"));
   EXPECT_EQ(jps_find_playlist(*bank, jps_key("a"))->number, 1);
 }
@@ -325,15 +326,14 @@ TEST_F(Parser, GroupsNormalizeWeightsAndLimitNoRepeat) {
       "GROUP 'two', 0\nSOUND 'loud.wav', 0\nSOUND 'loud.wav', -1\nSOUND 'loud.wav'\nEND\n"
       "GROUP 'none', 3\nEND\n"
       "GROUP 'open', 0\nPLAY 1, 'loud.wav', 1\n");
-  EXPECT_EQ(printed, error(8, "couldn't open sound file 'none.wav'") +
-                         error(11, "duplicate group name 'two', only the first is found by it") +
-                         error(13, "Weight must not be negative") +
-                         error(14, "Too few arguments to SOUND") +
-                         error(15, "group has no sounds that could be picked") +
-                         error(17, "group has no sounds that could be picked") +
-                         error(19, "invalid opcode 'PLAY'") +
-                         error(19, "A group must end with 'END' and EOL") +
-                         error(19, "group has no sounds that could be picked"));
+  EXPECT_EQ(printed,
+            error(8, "couldn't open sound file 'none.wav'") +
+                error(11, "duplicate group name 'two', only the first is used") +
+                error(13, "Weight must not be negative") + error(14, "Too few arguments to SOUND") +
+                error(15, "group has no sound to pick") + error(17, "group has no sound to pick") +
+                error(19, "invalid opcode 'PLAY'") +
+                error(19, "A group must end with 'END' and EOL") +
+                error(19, "group has no sound to pick"));
   EXPECT_EQ(bank->groups[0].no_repeat, 1U);
   EXPECT_EQ(bank->groups[3].no_repeat, 0U);
   const JpsGroup& three = bank->groups[1];
@@ -348,7 +348,7 @@ TEST_F(Parser, GroupsNormalizeWeightsAndLimitNoRepeat) {
   std::string twelve = "GROUP 'twelve', 11\n";
   for (int i = 0; i < 12; ++i) twelve += "SOUND 'loud.wav', 1\n";
   parse(twelve + "END\nGROUP 'PLAYERS', 0\n");
-  EXPECT_NE(printed.find("no more than 10 picks are kept from repeating"), std::string::npos);
+  EXPECT_NE(printed.find("at most 10 picks are kept from repeating"), std::string::npos);
   EXPECT_NE(printed.find("too many groups"), std::string::npos);
   EXPECT_EQ(bank->groups[0].no_repeat, 10U);
 }
@@ -391,7 +391,7 @@ TEST_F(Parser, EvaluatesConstantsAndSums) {
   parse("CONSTANT C A\nPLAYLIST 1, 'x', 1, C+D\nEND\n");
   EXPECT_EQ(printed, "INVALID SYMBOL: 'A'\n" +
                          error(1, "constant 'C' has an unknown name in its value") +
-                         "INVALID SYMBOL: 'D'\n" + error(2, "trackmask has an unknown name in it"));
+                         "INVALID SYMBOL: 'D'\n" + error(2, "trackmask contains an unknown name"));
   parse("PLAYLIST 1, 'x', A, 1\n");
   EXPECT_NE(printed.find("INVALID SYMBOL: 'A'"), std::string::npos)
       << "constants of the last file are gone";

@@ -70,7 +70,8 @@ TEST_F(Tool, CheckReportsUnusedMissingAndWrongEntries) {
   folder.write("take00011.wav", flat_wave(0.1, LOUD));
   EXPECT_FALSE(check(whole_game() + "PLAYLIST 1, 'x', 1, 1\nPLAY 0, 'take00011.wav', 1\n"
                                     "PLAY 1, 'take11000.wav', 1\nEND\n"));
-  EXPECT_NE(printed.find("line 93: 'take11000.wav' can't be told from 'take00011.wav' of line 92"),
+  EXPECT_NE(printed.find(
+                "line 93: 'take11000.wav' can't be distinguished from 'take00011.wav' in line 92"),
             std::string::npos)
       << "the parser confuses the two silently";
 
@@ -133,7 +134,7 @@ TEST_F(Tool, RendersPlaylistsToWaveFile) {
   testing::internal::CaptureStdout();
   EXPECT_FALSE(render_playlists({options.script, {{"loud", 20}}, 1, folder.file("x.wav")}));
   EXPECT_EQ(testing::internal::GetCapturedStdout(),
-            "'loud' at 20.000 s would never be asked for: --for ends it at 1.000 s\n");
+            "'loud' at 20.000 s would never start: --for ends at 1.000 s\n");
   EXPECT_FALSE(std::filesystem::exists(folder.file("x.wav")));
   EXPECT_FALSE(render_playlists({options.script, {{"loud", 0}}, 1, folder.file("no/x.wav")}));
 }

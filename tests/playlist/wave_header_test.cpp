@@ -40,13 +40,13 @@ TEST_F(WaveHeader, DamagedFilesAreReportedAndRefused) {
     return riff(wave_chunk("fmt ", format) + data);
   };
   const std::pair<std::string, const char*> files[] = {
-      {"", "it is no wave file"},
-      {"RIFF", "it is no wave file"},
-      {std::string(100'000, '\0'), "it is no wave file"},
-      {riff(data), "it is no wave file"},
-      {riff(wave_chunk("fmt ", wave_format())), "it is no wave file"},
-      {"RIFF" + le32(0xFFFFFFFF) + "WAVEjunk" + le32(0xFFFFFFFF) + "data", "it is no wave file"},
-      {riff("fmt " + le32(0xFFFFFFFF) + wave_format()), "it is no wave file"},
+      {"", "it is not a wave file"},
+      {"RIFF", "it is not a wave file"},
+      {std::string(100'000, '\0'), "it is not a wave file"},
+      {riff(data), "it is not a wave file"},
+      {riff(wave_chunk("fmt ", wave_format())), "it is not a wave file"},
+      {"RIFF" + le32(0xFFFFFFFF) + "WAVEjunk" + le32(0xFFFFFFFF) + "data", "it is not a wave file"},
+      {riff("fmt " + le32(0xFFFFFFFF) + wave_format()), "it is not a wave file"},
       {with(""), "it is not plain PCM"},
       {with(wave_format(1, 44100, 16, 3)), "it is not plain PCM"},
       {with(wave_format(0)), "it has neither 1 nor 2 channels"},
@@ -55,7 +55,7 @@ TEST_F(WaveHeader, DamagedFilesAreReportedAndRefused) {
       {with(wave_format(1, 0xFFFFFFFF)), "its sample rate is not in the range 100-100000"},
       {with(wave_format(1, 44100, 0)), "its samples have neither 8 nor 16 bits"},
       {with(wave_format(1, 44100, 24)), "its samples have neither 8 nor 16 bits"},
-      {riff(wave_chunk("fmt ", wave_format()) + wave_chunk("data", "")), "it holds no samples"},
+      {riff(wave_chunk("fmt ", wave_format()) + wave_chunk("data", "")), "it has no samples"},
   };
   for (const auto& [bytes, reason] : files) {
     folder.write("sounds/bad.wav", bytes);
@@ -80,8 +80,8 @@ TEST_F(WaveHeader, DamagedFilesAreReportedAndRefused) {
 TEST_F(WaveHeader, FileShorterThanItsHeaderPlaysWhatIsThere) {
   const std::string whole = flat_wave(0.1, LOUD);  // 8820 bytes of samples
   const auto warned = [](const char* name, const char* bytes) {
-    return "jps_parse_addsound(): Warning! sounds\\" + std::string(name) + ": its head tells of " +
-           bytes + " are there\n";
+    return "jps_parse_addsound(): Warning! sounds\\" + std::string(name) +
+           ": its header promises " + bytes + "\n";
   };
   folder.write("sounds/cut.wav", whole.substr(0, whole.size() - 4421));
   std::string endless = whole;
@@ -90,8 +90,8 @@ TEST_F(WaveHeader, FileShorterThanItsHeaderPlaysWhatIsThere) {
   ASSERT_NE(parse("PLAYLIST 1, 'x', 1, 1\nSETVOL 0, 255, 0\nPLAY 0, 'cut.wav', 1\nEND\n"
                   "PLAYLIST 2, 'y', 1, 1\nSETVOL 0, 255, 0\nPLAYS 0, 'endless.wav', 1\nEND\n"),
             nullptr);
-  EXPECT_EQ(printed, warned("cut.wav", "8820 bytes of samples, 4399") +
-                         warned("endless.wav", "4294967295 bytes of samples, 8820"));
+  EXPECT_EQ(printed, warned("cut.wav", "8820 bytes of samples, it has 4399") +
+                         warned("endless.wav", "4294967295 bytes of samples, it has 8820"));
   EXPECT_EQ(messages, 0);
   EXPECT_EQ(bank->sounds[0].length, 4398U) << "a byte is no sample";
   EXPECT_EQ(bank->sounds[1].length, 8820U);
@@ -103,8 +103,8 @@ TEST_F(WaveHeader, FileShorterThanItsHeaderPlaysWhatIsThere) {
 
   folder.write("sounds/cut.wav", whole.substr(0, 44));
   parse_lines("PLAY 0, 'cut.wav', 1\n");
-  EXPECT_TRUE(printed.starts_with(warned("cut.wav", "8820 bytes of samples, 0") +
-                                  "jps_parse_addsound(): ERROR! sounds\\cut.wav: it holds no "
+  EXPECT_TRUE(printed.starts_with(warned("cut.wav", "8820 bytes of samples, it has 0") +
+                                  "jps_parse_addsound(): ERROR! sounds\\cut.wav: it has no "
                                   "samples\n"))
       << printed;
 }

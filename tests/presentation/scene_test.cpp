@@ -19,7 +19,6 @@
 #include "playfield/playfield.h"
 #include "playfield/workers.h"
 #include "presentation/debug_pages.h"
-#include "presentation/scene_layers.h"
 #include "presentation/volume.h"
 #include "tests/presentation/stage.h"
 
@@ -53,7 +52,7 @@ TEST_F(Scene, DrawsLayersInOrder) {
   int log = 0;
   while (log < LANE_CELLS - 1 && lane_cells[1][log] == CELL_EMPTY) ++log;
   lanes[1].scroll = static_cast<float>(log * lanes[1].cell_size);  // brings it into view
-  fx_heart_start(0, 500, 100);
+  fx_heart_start(0);
   fx_spark_start(600, 600);
   butterfly.state = BUTTERFLY_FLYING;
   Frog& ready = stations[SIDE_RIGHT].frogs[3];  // shown by its bubble alone

@@ -1,4 +1,4 @@
-#include "presentation/signs.h"
+#include "presentation/scene.h"
 
 #include <algorithm>
 #include <limits>
@@ -11,7 +11,6 @@
 #include "frame/tick_timers.h"
 #include "playfield/frog_queue.h"
 #include "playfield/playfield.h"
-#include "presentation/prompts.h"
 #include "tests/presentation/stage.h"
 
 namespace {

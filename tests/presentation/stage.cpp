@@ -10,6 +10,7 @@
 #include "platform/headless/display_record.h"
 #include "playfield/lanes.h"
 #include "playfield/playfield.h"
+#include "presentation/scene.h"
 #include "tests/fakes/jamma_fake.h"
 #include "tests/fakes/jps_fake.h"
 #include "tests/reset_game.h"

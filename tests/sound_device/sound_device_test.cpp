@@ -333,7 +333,7 @@ TEST_F(SoundDevice, LostDeviceIsReopenedWhileCallbackGoesOn) {
   const std::string said = testing::internal::GetCapturedStdout();
   EXPECT_NE(said.find("picked device", 1), std::string::npos) << said;
   const std::string told = testing::internal::GetCapturedStderr();
-  const std::string line = "The sound device is lost. It is looked for every second.\n";
+  const std::string line = "The sound device is lost. The game looks for it every second.\n";
   EXPECT_NE(told.find(line), std::string::npos);
   EXPECT_EQ(told.find(line), told.rfind(line)) << "said once";
   const std::vector<std::int16_t> samples = played();

@@ -1,6 +1,7 @@
 // The order of the tick. Everything that it calls is replaced by a recorder.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
@@ -9,15 +10,11 @@
 
 #include "books/audits.h"
 #include "books/prefs.h"
-#include "frame/coins.h"
 #include "frame/game_clock.h"
 #include "frame/game_mode.h"
-#include "frame/lockouts.h"
-#include "frame/periodic_reboot.h"
-#include "frame/test_hold.h"
 #include "frame/tick.h"
+#include "frame/tick_steps.h"
 #include "frame/tick_timers.h"
-#include "frame/tickets.h"
 #include "io/jamma.h"
 #include "io/lamp_effects.h"
 #include "io/lamps.h"
@@ -47,6 +44,7 @@ struct World {
   int level_seen = -1;
   std::int64_t clock_in_timers = -1;
   bool reboot = false;
+  bool board_awaited = false;
 };
 World* world = nullptr;
 
@@ -140,6 +138,13 @@ void jamma_update_lockouts() {
 void tickets_poll() {
   call("tickets_poll");
 }
+void late_board_begin() {
+  call("late_board_begin");
+}
+bool late_board_step(std::int64_t) {
+  call("late_board_step");
+  return world->board_awaited;
+}
 void tickets_restore() {
   call("tickets_restore");
 }
@@ -206,7 +211,8 @@ const Calls PLAY_INPUTS = {"coins_take 0", "coins_take 1",         "start_take 0
                            "start_take 1", "service_credits_take", "test_hold_step"};
 const Calls CLEARS = {"clear 2", "clear 3", "clear 0", "clear 1",
                       "clear 5", "clear 6", "clear 7", "clear 8"};
-const Calls REST = {"jamma_update_lockouts", "tickets_poll", "lamps_update", "jamma_lamps_tick"};
+const Calls REST = {"late_board_step", "jamma_update_lockouts", "tickets_poll", "lamps_update",
+                    "jamma_lamps_tick"};
 const Calls END = {"watchdog_heartbeat", "periodic_reboot_step"};
 
 Calls joined(std::initializer_list<Calls> parts) {
@@ -334,7 +340,15 @@ TEST_F(TickOrder, TickIsDueEvery17Milliseconds) {
 
 TEST_F(TickOrder, GameBeginEnqueuesFrogsAndRestoresTickets) {
   game_begin();
-  EXPECT_EQ(state.calls, (Calls{"frog_enqueue 0", "frog_enqueue 1", "tickets_restore"}));
+  EXPECT_EQ(state.calls,
+            (Calls{"frog_enqueue 0", "frog_enqueue 1", "late_board_begin", "tickets_restore"}));
+}
+
+TEST_F(TickOrder, SkipsTheTicketPollWhileABoardIsAwaited) {
+  state.board_awaited = true;
+  game_tick(1000);
+  EXPECT_EQ(std::ranges::count(state.calls, "tickets_poll"), 0);
+  EXPECT_EQ(std::ranges::count(state.calls, "jamma_update_lockouts"), 1);
 }
 
 }  // namespace

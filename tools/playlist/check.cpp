@@ -38,7 +38,7 @@ bool share_a_space(const ScriptName& one, const ScriptName& other) {
   return one.kind == other.kind && (one.kind != NameKind::LABEL || one.block == other.block);
 }
 
-// Different names with one key: the later one would quietly stand for the first.
+// Different names with one key: the first one found would silently be used for both.
 int mistaken_names(const std::vector<ScriptName>& names) {
   int mistaken = 0;
   for (std::size_t i = 0; i < names.size(); ++i) {
@@ -47,7 +47,7 @@ int mistaken_names(const std::vector<ScriptName>& names) {
           jps_key(names[i].name) != jps_key(names[j].name)) {
         continue;
       }
-      std::printf("line %d: '%s' can't be told from '%s' of line %d; rename one of them\n",
+      std::printf("line %d: '%s' can't be distinguished from '%s' in line %d; rename one of them\n",
                   names[i].line, names[i].name.c_str(), names[j].name.c_str(), names[j].line);
       ++mistaken;
       break;
@@ -88,7 +88,7 @@ int unused_groups(const std::vector<ScriptName>& names) {
   return unused;
 }
 
-// A script may name a file with either kind of slash, and in any case.
+// A script may use either kind of slash, and any case.
 std::string plain_name(std::string name) {
   std::ranges::transform(name, name.begin(), [](unsigned char c) {
     return static_cast<char>(c == '/' ? '\\' : std::tolower(c));
@@ -111,8 +111,8 @@ std::set<std::string> played_files(const JpsBank& bank, const std::vector<Script
   return played;
 }
 
-// Collects the names of the waves in a folder and those below. One that can't be read is told of:
-// what lies there isn't counted.
+// Collects the names of the waves in a folder and the folders below. A folder that can't be read is
+// reported, and its files aren't counted.
 void collect_waves(const fs::path& folder, const fs::path& root, std::vector<std::string>& names) {
   std::error_code failed, ignored;
   for (fs::directory_iterator at(folder, failed), end; !failed && at != end; at.increment(failed)) {

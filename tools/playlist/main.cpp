@@ -14,19 +14,22 @@ constexpr double LONGEST_S = 3600;
 
 constexpr const char* HELP =
     "playlist check FILE\n"
-    "    Prints what is wrong with a playlist file, with file and line; playlists that the game\n"
-    "    asks for and the file lacks; names that can't be told apart; jumps to labels that aren't\n"
-    "    there; and groups and wave files of its folder that nothing uses. The exit code is 1 if\n"
-    "    there is an error; what is unused is none.\n"
+    "    Prints the errors of a playlist file, with file and line; playlists that the game asks\n"
+    "    for and the file doesn't have; names that can't be distinguished; jumps to missing "
+    "labels;\n"
+    "    and groups and wave files of its folder that nothing uses. The exit code is 1 if there "
+    "is\n"
+    "    an error; unused things are not errors.\n"
     "\n"
     "playlist render FILE NAME[@SECONDS]... [--for SECONDS] -o OUTPUT.wav\n"
-    "    Plays playlists of a file, each from the given second on (0 if none is given), and "
-    "writes\n"
-    "    what would be heard in --for seconds (10), faster than it sounds. With several names it\n"
-    "    shows how they duck and displace each other:\n"
+    "    Plays playlists of a file, each from the given second on (default 0), and writes the "
+    "sound\n"
+    "    of --for seconds (default 10), faster than real time. With several names it shows how "
+    "they\n"
+    "    duck and displace each other:\n"
     "        playlist render sounds/mainpls.txt bgm voxwin@2 --for 8 -o win.wav\n"
     "\n"
-    "docs/playlists.md tells the language.\n";
+    "docs/playlists.md describes the language.\n";
 
 int usage_error(const std::string& what) {
   std::fprintf(stderr, "playlist: %s; see playlist --help\n", what.c_str());
@@ -66,7 +69,7 @@ int run_render(int count, char** words) {
     } else if (word.starts_with("-")) {
       return usage_error("there is no option " + word);
     } else if (word.empty()) {
-      return usage_error("an empty word names neither a file nor a playlist");
+      return usage_error("an empty word is neither a file nor a playlist");
     } else if (options.script.empty()) {
       options.script = word;
     } else if (RenderRequest asked; request(word, asked)) {
@@ -91,5 +94,5 @@ int main(int argc, char** argv) {
   }
   if (verb == "check") return run_check(argc - 2, argv + 2);
   if (verb == "render") return run_render(argc - 2, argv + 2);
-  return usage_error(verb.empty() ? "it needs to be told what to do" : "it can't \"" + verb + "\"");
+  return usage_error(verb.empty() ? "say check or render" : "it can't \"" + verb + "\"");
 }

@@ -58,7 +58,7 @@ int milliseconds(double seconds) {
   return static_cast<int>(std::lround(seconds * 1000));
 }
 
-// Whether all names are there, and asked for before the end.
+// Whether all names exist and start before the end.
 bool has_all(const JpsBank& bank, const RenderOptions& options) {
   for (const RenderRequest& request : options.requests) {
     if (jps_find_playlist(bank, jps_key(request.name)) == nullptr) {
@@ -66,15 +66,15 @@ bool has_all(const JpsBank& bank, const RenderOptions& options) {
       return false;
     }
     if (milliseconds(request.at_s) >= milliseconds(options.for_s)) {
-      std::printf("'%s' at %.3f s would never be asked for: --for ends it at %.3f s\n",
-                  request.name.c_str(), request.at_s, options.for_s);
+      std::printf("'%s' at %.3f s would never start: --for ends at %.3f s\n", request.name.c_str(),
+                  request.at_s, options.for_s);
       return false;
     }
   }
   return true;
 }
 
-// Asks for what is due in this millisecond.
+// Starts what is due in this millisecond.
 void ask(const JpsBank& bank, const RenderOptions& options, int ms) {
   for (const RenderRequest& request : options.requests) {
     if (milliseconds(request.at_s) != ms) continue;

@@ -5,7 +5,7 @@
 
 struct RenderRequest {
   std::string name;
-  double at_s = 0;  // when it is asked for
+  double at_s = 0;  // when it starts
 };
 
 struct RenderOptions {
@@ -15,6 +15,6 @@ struct RenderOptions {
   std::string output;
 };
 
-// Plays playlists of a file and writes what is heard as a wave file of 16-bit stereo at 44100 Hz,
-// faster than it would sound. False, after a message, if that can't be done.
+// Plays playlists of a file and writes the result as a wave file of 16-bit stereo at 44100 Hz,
+// faster than real time. False, after a message, on failure.
 bool render_playlists(const RenderOptions& options);

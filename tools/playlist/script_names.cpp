@@ -20,7 +20,7 @@ constexpr NamedKeyword KEYWORDS[] = {
     {"LABEL", NameKind::LABEL, false},      {"GOTO", NameKind::GOTO, false},
 };
 
-// The keyword behind time and condition.
+// The keyword after time and condition.
 std::string_view take_keyword(std::string_view& line) {
   if (line.starts_with('[')) line.remove_prefix(std::min(line.find(']'), line.size() - 1) + 1);
   std::string_view token = playlist_take_token(line);

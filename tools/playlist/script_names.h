@@ -1,4 +1,4 @@
-// The names in a playlist file, as they are written there; a bank knows only their keys.
+// The names in a playlist file as they are written there; a bank has only their keys.
 #pragma once
 
 #include <string>
@@ -10,9 +10,9 @@ struct ScriptName {
   NameKind kind;
   std::string name;
   int line;
-  int block;  // counts the PLAYLIST and GROUP lines so far: labels belong to one
+  int block;  // number of PLAYLIST and GROUP lines so far: a label belongs to one of them
 };
 
-// All names of a file's text, in their order. Lines that make no sense are passed over: the parser
-// has told of them.
+// All names of a file's text, in order. Skips lines that make no sense; the parser has reported
+// them.
 std::vector<ScriptName> script_names(const std::string& text);

@@ -26,8 +26,8 @@ const char* hindrance(const std::string& file) {
 }  // namespace
 
 SoundStage::SoundStage() {
-  // With the host's root for the program's folder, an absolute path is a name that the game's files
-  // understand.
+  // With the host's root as the program's folder, an absolute path is a valid name for the game's
+  // file functions.
   files_use_roots("", "/");
   headless_clock_set(1000);
   jps_players_reset();

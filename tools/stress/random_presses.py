@@ -105,10 +105,10 @@ class Machine:
         for attempt in range(20):
             if attempt:  # some screens ignore Service
                 self.do("test")
-                time.sleep(0.4)
+                time.sleep(0.5)
             for _ in range(5):
                 self.do("service")
-                time.sleep(0.3)
+                time.sleep(0.5)
             if self.takes_coins():
                 return attempt
         raise Wrong("the game doesn't come back to play, or hangs")

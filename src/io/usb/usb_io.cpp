@@ -64,7 +64,7 @@ std::uint32_t CUsbIo::ioctl_sync(std::uint32_t code, const std::uint8_t* in, std
                                  std::size_t& out_returned) {
   out_returned = 0;
   if (file_handle == nullptr) return USB_ERROR_CLOSED;
-  const std::lock_guard lock(ioctl_lock);
+  const MutexLock lock(ioctl_lock);
   return file_handle->control(code, in, in_size, out, out_size, out_returned);
 }
 

@@ -7,9 +7,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <string>
 
+#include "platform/mutex.h"
 #include "platform/usb_device.h"
 
 struct UsbSetConfiguration {
@@ -57,12 +57,12 @@ class CUsbIo {
   std::unique_ptr<UsbFile> file_handle;  // null while closed
 
  private:
-  std::mutex ioctl_lock;
+  Mutex ioctl_lock;
   bool driver_flag_a = false, driver_flag_b = false, driver_flag_c = false;
   std::unique_ptr<std::string> interface_detail;  // the device's path
 };
 
-// One transfer: what is asked, what came of it, and where its bytes are.
+// One transfer: the request, its result, and its bytes.
 struct UsbTransferBuffer {
   std::uint32_t bytes_to_transfer, bytes_transferred;
   std::uint32_t status;  // USB_PENDING while it is under way, 0 when done, else the failure

@@ -1,4 +1,4 @@
-// The hands of the clock that tests and the lab turn. It stands still until it is moved.
+// The controls of the clock for tests and the lab. It stands still until they move it.
 #pragma once
 
 #include <cstdint>
@@ -7,8 +7,7 @@
 void headless_clock_set(std::int64_t ms);
 void headless_clock_advance(std::int64_t ms);
 
-// Sets what the calendar (seconds since 1970) and the system tick read at this moment; both then
-// go on with the clock.
+// Sets the present calendar (seconds since 1970) and system tick; both then advance with the clock.
 void headless_calendar_set(std::int64_t seconds);
 void headless_system_tick_set(std::uint32_t tick_ms);
 

@@ -26,7 +26,7 @@ std::uint32_t display_texture_create(int /*width*/, int /*height*/, PixelFormat 
   return ++headless_display.textures;
 }
 
-// The size stands in the first block of a PNG file, big-endian.
+// The size is in the first block of a PNG file, big-endian.
 std::uint32_t display_texture_load_png(const char* path, int* width, int* height) {
   *width = *height = 0;
   std::uint8_t head[24];

@@ -1,4 +1,4 @@
-// What the display without a screen has seen, for tests.
+// What the headless display was asked to do, for tests.
 #pragma once
 
 #include <cstdint>
@@ -11,13 +11,13 @@ struct HeadlessDisplay {
   DisplaySize window{0, 0};
   bool fullscreen = false;
   std::vector<DisplaySize> modes_asked;
-  std::vector<DisplayModeResult> mode_results;  // of these, in turn; OK behind the last
-  bool answer_yes = false;                      // to a box that asks
+  std::vector<DisplayModeResult> mode_results;  // returned in this order; then OK
+  bool answer_yes = false;                      // to a question box
   std::uint64_t frames = 0;                     // begun
   std::uint64_t quads = 0;                      // drawn
   std::uint32_t textures = 0;
   bool unscaled = true;  // the window has the size of the layout
-  bool quit = false;     // somebody closes the window, or types Esc
+  bool quit = false;     // the window is closed, or Esc is typed
   bool record = false;   // keep the quads themselves
   std::vector<DisplayQuad> recorded;
   std::vector<std::string> boxes;  // "title: text" of each message box

@@ -1,4 +1,4 @@
-// How often a reboot was ordered; without a cabinet it is only counted. And the power-up's name.
+// How many reboots were ordered; here they are only counted. And the name of this power-up.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// The USB driver that a test puts in place; null: the machine has none.
+// The USB driver that a test installs; null: the machine has none.
 #pragma once
 
 class UsbDriver;

@@ -1,6 +1,7 @@
-// What the host says to the board.
+// The frames that the host sends.
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 
 #include "io/jamma_link.h"
 
@@ -18,24 +19,18 @@ constexpr SideFlags SIDE_FLAGS[2] = {
     {RIGHT_DISPENSING, RIGHT_TICKET_FAULT, RIGHT_TICKET_MODE},
 };
 
-template <std::size_t Count>
-std::int32_t send(JammaLink& link, char letter, const std::uint8_t (&data)[Count]) {
+std::int32_t send(JammaLink& link, char letter, std::initializer_list<std::uint8_t> data = {}) {
   std::uint8_t frame[WIRE_FRAME_MAX];
-  return jamma_tx_queue(link, frame,
-                        wire_build(frame, letter, data, Count, jamma_flag(link, CHECKSUMS_ON)));
-}
-
-std::int32_t send(JammaLink& link, char letter) {
-  std::uint8_t frame[WIRE_FRAME_MAX];
-  return jamma_tx_queue(link, frame,
-                        wire_build(frame, letter, nullptr, 0, jamma_flag(link, CHECKSUMS_ON)));
+  const std::size_t size =
+      wire_build(frame, letter, data.begin(), data.size(), jamma_flag(link, CHECKSUMS_ON));
+  return jamma_tx_queue(link, frame, size);
 }
 
 std::uint8_t byte_of(std::uint32_t value) {
   return static_cast<std::uint8_t>(value);
 }
 
-// The board takes the whole byte, so that one change sends all bits again.
+// The board takes the whole byte, so each change sends all bits again.
 std::int32_t send_h_bit(JammaLink& link, std::uint32_t bit, bool on) {
   if (on) {
     link.h_bits |= bit;
@@ -55,6 +50,11 @@ std::int32_t send_config(JammaLink& link) {
   return send_h_bit(link, aux, true);
 }
 
+std::int32_t send_status_query(JammaLink& link) {
+  ++link.status_unanswered;
+  return send(link, 's');
+}
+
 std::int32_t send_f(JammaLink& link) {
   const std::uint32_t a = link.config_f[0], b = link.config_f[1], c = link.config_f[2],
                       d = link.config_f[3];
@@ -67,8 +67,8 @@ std::uint8_t ticket_byte(int side, std::int32_t count) {
   return byte_of(((static_cast<std::uint32_t>(count) >> 8) & 3) | (side ? T_RIGHT : 0));
 }
 
-// Moves the tickets in flight to those owed. A dispenser that runs is told how many more; one that
-// stands is told the whole sum, which also sets right what it may have lost.
+// Moves the tickets in flight to those owed. A dispenser that runs gets the number to add; one that
+// stands gets the whole sum, which also corrects a count that it may have lost.
 std::int32_t send_tickets(JammaLink& link, int side) {
   const SideFlags& side_flags = SIDE_FLAGS[side];
   const std::int32_t more = link.tickets_in_flight[side].exchange(0);
@@ -82,7 +82,7 @@ std::int32_t send_tickets(JammaLink& link, int side) {
   const std::int32_t result = send(link, 'T',
                                    {byte_of(ticket_byte(side, owed) | T_ABSOLUTE | mode),
                                     byte_of(static_cast<std::uint32_t>(owed))});
-  // A frame that found no room starts nothing; the next one carries the whole sum again.
+  // A frame without room in the ring starts nothing; the next one has the whole sum again.
   if (result == 0) jamma_set_flag(link, side_flags.dispensing, true);
   link.start_unanswered[side] = true;
   return result;
@@ -92,6 +92,46 @@ std::int32_t send_stop(JammaLink& link, int side) {
   const std::uint8_t mode = jamma_flag(link, SIDE_FLAGS[side].mode) ? T_MODE : 0;
   return send(link, 'T', {byte_of(ticket_byte(side, 0) | T_ABSOLUTE | mode), 0});
 }
+
+std::int32_t send_last_lamp(JammaLink& link) {
+  const std::uint32_t channel = link.last_lamp;
+  return jamma_send_lamp(link, channel, link.lamp_value[channel]);
+}
+
+struct PacketRow {
+  JammaPacket packet;
+  std::int32_t (*send)(JammaLink& link, bool on);  // `on`: with PACKET_BIT_ON
+};
+
+// A new frame is a number in io/jamma_link.h and a row here.
+constexpr PacketRow PACKETS[] = {
+    {PACKET_CONFIG, [](JammaLink& link, bool) { return send_config(link); }},
+    {PACKET_WATCHDOG,
+     [](JammaLink& link, bool) { return send(link, 'W', {byte_of(link.watchdog_byte)}); }},
+    {PACKET_H_LEFT_COIN_METER,
+     [](JammaLink& link, bool on) { return send_h_bit(link, H_LEFT_COIN_METER, on); }},
+    {PACKET_H_UNUSED, [](JammaLink& link, bool on) { return send_h_bit(link, H_UNUSED, on); }},
+    {PACKET_QUERY_CONFIG, [](JammaLink& link, bool) { return send(link, 'c'); }},
+    {PACKET_QUERY_COUNTERS, [](JammaLink& link, bool) { return send(link, 'S'); }},
+    {PACKET_QUERY_STATUS, [](JammaLink& link, bool) { return send_status_query(link); }},
+    {PACKET_QUERY_VERSION, [](JammaLink& link, bool) { return send(link, 'v'); }},
+    {PACKET_H_GUN1_OUTPUT,
+     [](JammaLink& link, bool on) { return send_h_bit(link, H_GUN1_OUTPUT, on); }},
+    {PACKET_H_GUN2_OUTPUT,
+     [](JammaLink& link, bool on) { return send_h_bit(link, H_GUN2_OUTPUT, on); }},
+    {PACKET_F, [](JammaLink& link, bool) { return send_f(link); }},
+    {PACKET_H_AUX_OUT_1,
+     [](JammaLink& link, bool on) { return send_h_bit(link, H_AUX_OUT_1, on); }},
+    {PACKET_H_AUX_OUT_2,
+     [](JammaLink& link, bool on) { return send_h_bit(link, H_AUX_OUT_2, on); }},
+    {PACKET_LEFT_TICKETS, [](JammaLink& link, bool) { return send_tickets(link, 0); }},
+    {PACKET_LEFT_STOP, [](JammaLink& link, bool) { return send_stop(link, 0); }},
+    {PACKET_RIGHT_TICKETS, [](JammaLink& link, bool) { return send_tickets(link, 1); }},
+    {PACKET_RIGHT_STOP, [](JammaLink& link, bool) { return send_stop(link, 1); }},
+    {PACKET_LAMP, [](JammaLink& link, bool) { return send_last_lamp(link); }},
+    {PACKET_NUL, [](JammaLink& link, bool) { return jamma_tx_queue(link, "", 1); }},
+    {PACKET_CHECKSUMS_ON, [](JammaLink& link, bool) { return send(link, 'U', {1}); }},
+};
 
 }  // namespace
 
@@ -111,52 +151,8 @@ std::int32_t jamma_send_lamp(JammaLink& link, std::uint32_t channel, std::uint32
 }
 
 std::int32_t jamma_send_packet(JammaLink& link, std::uint32_t packet) {
-  const bool on = packet & PACKET_BIT_ON;
-  switch (packet & 0xFF) {
-    case PACKET_CONFIG:
-      return send_config(link);
-    case PACKET_WATCHDOG:
-      return send(link, 'W', {byte_of(link.watchdog_byte)});
-    case PACKET_H_LEFT_COIN_METER:
-      return send_h_bit(link, H_LEFT_COIN_METER, on);
-    case PACKET_H_UNUSED:
-      return send_h_bit(link, H_UNUSED, on);
-    case PACKET_QUERY_CONFIG:
-      return send(link, 'c');
-    case PACKET_QUERY_COUNTERS:
-      return send(link, 'S');
-    case PACKET_QUERY_STATUS:
-      ++link.status_unanswered;
-      return send(link, 's');
-    case PACKET_QUERY_VERSION:
-      return send(link, 'v');
-    case PACKET_H_GUN1_OUTPUT:
-      return send_h_bit(link, H_GUN1_OUTPUT, on);
-    case PACKET_H_GUN2_OUTPUT:
-      return send_h_bit(link, H_GUN2_OUTPUT, on);
-    case PACKET_F:
-      return send_f(link);
-    case PACKET_H_AUX_OUT_1:
-      return send_h_bit(link, H_AUX_OUT_1, on);
-    case PACKET_H_AUX_OUT_2:
-      return send_h_bit(link, H_AUX_OUT_2, on);
-    case PACKET_LEFT_TICKETS:
-      return send_tickets(link, 0);
-    case PACKET_LEFT_STOP:
-      return send_stop(link, 0);
-    case PACKET_RIGHT_TICKETS:
-      return send_tickets(link, 1);
-    case PACKET_RIGHT_STOP:
-      return send_stop(link, 1);
-    case PACKET_LAMP: {
-      const std::uint32_t channel = link.last_lamp;
-      return jamma_send_lamp(link, channel, link.lamp_value[channel]);
-    }
-    case PACKET_NUL:
-      return jamma_tx_queue(link, "", 1);
-    case PACKET_CHECKSUMS_ON:
-      return send(link, 'U', {1});
-    default:
-      return JAMMA_ERR_BAD_ARGUMENT;
+  for (const PacketRow& row : PACKETS) {
+    if (row.packet == (packet & 0xFF)) return row.send(link, packet & PACKET_BIT_ON);
   }
+  return JAMMA_ERR_BAD_ARGUMENT;
 }

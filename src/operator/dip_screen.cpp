@@ -3,13 +3,13 @@
 #include "gfx/panel.h"  // gfx_rect_draw
 #include "gfx/text.h"
 #include "io/jamma.h"
-#include "operator/diagnostics.h"  // diagnostics_reopen
-#include "operator/hardware_tests.h"
+#include "operator/menu_tree.h"
+#include "operator/test_screen.h"
 #include "sound/jps.h"
 
 void dip_test_input() {
   if (!jamma_pressed(PRESS_SRV) && !jamma_pressed(PRESS_P2S)) return;
-  diagnostics_reopen();
+  test_screen_end();
   jps_bank_play_name("menu_cancel");
 }
 

@@ -5,8 +5,8 @@
 #include "gfx/text.h"
 #include "io/jamma.h"
 #include "io/watchdog_link.h"
-#include "operator/diagnostics.h"  // diagnostics_reopen
-#include "operator/hardware_tests.h"
+#include "operator/menu_tree.h"
+#include "operator/test_screen.h"
 #include "platform/shared.h"
 #include "sound/jps.h"
 
@@ -44,7 +44,7 @@ void leave() {
   test.state = TEST_IDLE;
   watchdog_feed.paused = 0;
   watchdog_send_word(WATCHDOG_WORD_LONG);
-  diagnostics_reopen();
+  test_screen_end();
   jps_bank_play_name("menu_cancel");
 }
 
@@ -57,7 +57,7 @@ void watchdog_test_begin() {
 void watchdog_test_input() {
   const bool pressed = jamma_pressed(PRESS_TST) || jamma_pressed(PRESS_P2S);
   if (!pressed) {
-    // Still here: nothing has reset the machine.
+    // The countdown is over and nothing has reset the machine.
     const bool over = test.state == TEST_COUNTING && now_ms() >= test.deadline_ms;
     if (over) test.state = TEST_FAILED;
     return;

@@ -1,8 +1,8 @@
 #include "frame/sides.h"
 #include "gfx/text.h"
 #include "io/jamma.h"
-#include "operator/diagnostics.h"  // diagnostics_reopen
-#include "operator/hardware_tests.h"
+#include "operator/menu_tree.h"
+#include "operator/test_screen.h"
 #include "sound/jps.h"
 
 void meter_test_input() {
@@ -11,7 +11,7 @@ void meter_test_input() {
     jamma_command(JAMMA_PULSE_COIN_METER, SIDE_RIGHT, 1);
     jps_bank_play_name("menu_select");
   } else if (jamma_pressed(PRESS_SRV) || jamma_pressed(PRESS_P2S)) {
-    diagnostics_reopen();
+    test_screen_end();
     jps_bank_play_name("menu_cancel");
   }
 }

@@ -3,9 +3,9 @@
 #include "gfx/panel.h"  // gfx_rect_draw
 #include "gfx/text.h"
 #include "io/jamma.h"
-#include "operator/diagnostics.h"  // diagnostics_reopen
-#include "operator/hardware_tests.h"
 #include "operator/menu.h"  // menu_clear_presses
+#include "operator/menu_tree.h"
+#include "operator/test_screen.h"
 #include "platform/shared.h"
 #include "sound/jps.h"
 
@@ -27,12 +27,12 @@ constexpr SwitchRow SWITCHES[SLOTS] = {
 
 struct SwitchTestState {
   Shared<std::int32_t> held[SLOTS], seen[SLOTS];
-  bool rising[SLOTS];          // has had its sound; kept between runs of the test
-  std::int64_t service_ticks;  // adds up over several pushes
+  bool rising[SLOTS];          // its sound was played; kept between runs of the test
+  std::int64_t service_ticks;  // total of all presses
 };
 constinit SwitchTestState test{};
 
-// Without a board nothing is down.
+// Without a board, all switches are up.
 bool is_down(const JammaInputs* inputs, int slot) {
   return inputs != nullptr && (inputs->counters[SWITCHES[slot].counter] & 1U) != 0;
 }
@@ -80,7 +80,7 @@ void switch_test_input() {
   if (test.service_ticks <= LEAVE_AFTER_TICKS) return;
   menu_clear_presses();
   test.service_ticks = 0;
-  diagnostics_reopen();
+  test_screen_end();
 }
 
 void switch_test_draw() {
