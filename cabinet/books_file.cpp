@@ -8,7 +8,7 @@
 #include <iterator>
 
 #include "books/settings.h"  // SETTINGS
-#include "cabinet/sides.h"
+#include "cabinet/board.h"   // LEFT
 
 namespace {
 

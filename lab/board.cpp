@@ -70,7 +70,6 @@ std::int32_t jamma_command(std::int32_t command, std::intptr_t a, std::intptr_t 
 std::int32_t JammaInit() {
   return 0;
 }
-void jamma_search_start() {}
 void JammaShutdown() {}
 void jamma_search_start() {}
 bool jamma_link_alive() {

@@ -3,12 +3,11 @@
 
 #include <cstdint>
 
-#include "frame/lockouts.h"
-#include "frame/periodic_reboot.h"
+#include "frame/tick_steps.h"
 #include "io/jamma.h"
 #include "io/lamps.h"
 #include "presentation/attract.h"
-#include "presentation/scene_layers.h"
+#include "presentation/scene.h"
 #include "presentation/voices.h"
 #include "presentation/win_show.h"
 #include "tests/reset_rules.h"

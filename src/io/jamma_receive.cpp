@@ -224,7 +224,7 @@ void handle_keypad(JammaLink& link, const std::uint8_t* frame) {
 enum SizeRule { AT_LEAST, EXACTLY };
 
 struct BoardFrame {
-  char letter;
+  std::uint8_t letter;
   SizeRule rule;
   std::size_t size;  // bytes, the letter among them; a frame of another size is ignored
   void (*handle)(JammaLink& link, const std::uint8_t* frame);

@@ -1,7 +1,6 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <cstddef>
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>

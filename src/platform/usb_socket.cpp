@@ -2,7 +2,6 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <cstddef>
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
