@@ -21,7 +21,7 @@ namespace {
 
 constexpr double PRESSES_PER_SECOND = 5;
 constexpr double SWIPE_PULSES_PER_SECOND = 10;
-constexpr double MENU_PRESSES_PER_SECOND = 2;  // the game takes all presses of a tick as one
+constexpr double MENU_PRESSES_PER_SECOND = 1;  // the game takes all presses of a tick as one
 
 long whole(const Arguments& a, const char* name, long otherwise) {
   return static_cast<long>(argument(a, name, static_cast<double>(otherwise)));
