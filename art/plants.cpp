@@ -292,7 +292,7 @@ constexpr CatalogueRow kRows[] = {
         PANEL_GRASS_LFT, 1024, 128, [](const Cell& c) { draw_grass(c, 0); },
         kTouchLeft | kTouchBottom),
     still(
-        PANEL_GRASS_RT, 1024, 128, [](const Cell& c) { draw_grass(c, kScreenWidth / 2); },
+        PANEL_GRASS_RT, 1024, 128, [](const Cell& c) { draw_grass(c, LAYOUT_WIDTH * 0.5); },
         kTouchLeft | kTouchBottom),
     still(PANEL_DPATCH, 256, 128, [](const Cell& c) { draw_patch(c, {0.30, 0.74, 0.14}, 11); }),
     still(PANEL_DPATCH2, 256, 128, [](const Cell& c) { draw_patch(c, {1.0, 0.80, 0.12}, 23); }),
