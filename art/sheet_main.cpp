@@ -1,21 +1,19 @@
 // sheet NAME FILE.png              a picture's frames side by side
 // sheet --move NAME FILE.png       the same in motion, as an animated PNG
 // sheet --families FOLDER          a sheet for each family of pictures
-// sheet --preview FILE.png         a frog on its way, as an animated PNG
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
 #include <vector>
 
-#include "art/preview.h"
 #include "art/sheet.h"
 
 namespace {
 
 struct Options {
   bool move = false;
-  std::string families, preview;
+  std::string families;
   art::Ground ground = art::Ground::kGrass;
   int frame_ms = 35;  // the pace of most sheets in the game
   std::vector<std::string> names;
@@ -25,8 +23,7 @@ int usage() {
   std::fprintf(stderr,
                "usage: sheet [--on grass|water|grey] NAME FILE.png\n"
                "       sheet [--on ...] --move [--ms MILLISECONDS A FRAME] NAME FILE.png\n"
-               "       sheet [--on ...] --families FOLDER\n"
-               "       sheet --preview FILE.png\n");
+               "       sheet [--on ...] --families FOLDER\n");
   return 2;
 }
 
@@ -37,8 +34,6 @@ bool parse(int argc, char** argv, Options& o) {
       o.move = true;
     } else if (word == "--families" && !value.empty()) {
       o.families = argv[++i];
-    } else if (word == "--preview" && !value.empty()) {
-      o.preview = argv[++i];
     } else if (word == "--ms" && std::strtol(value.c_str(), nullptr, 10) > 0) {
       o.frame_ms = static_cast<int>(std::strtol(argv[++i], nullptr, 10));
     } else if (word == "--on" && (value == "grass" || value == "water" || value == "grey")) {
@@ -52,7 +47,7 @@ bool parse(int argc, char** argv, Options& o) {
       o.names.push_back(word);
     }
   }
-  return o.names.size() == (o.families.empty() && o.preview.empty() ? 2 : 0);
+  return o.names.size() == (o.families.empty() ? 2 : 0);
 }
 
 bool write_families(const Options& o) {
@@ -75,8 +70,6 @@ int main(int argc, char** argv) {
   std::string to = o.families;
   if (!o.families.empty()) {
     good = write_families(o);
-  } else if (!o.preview.empty()) {
-    good = art::preview_write(to = o.preview);
   } else {
     const art::CatalogueRow* row = art::catalogue_find(o.names[0]).row;
     if (!row) {

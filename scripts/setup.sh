@@ -75,6 +75,4 @@ fill_out() {
   obj/art/render out || exit 1
   say "rendering sounds"
   obj/art/render_sounds out >/dev/null && obj/art/render --list out >/dev/null || exit 1
-  mkdir -p docs/look
-  [ docs/look/hop.png -nt obj/art/libart_lib.a ] || obj/art/sheet --preview docs/look/hop.png || exit 1
 }
