@@ -14,7 +14,7 @@
 namespace {
 
 constexpr int RIVER_LANES = LANE_RIVER_NEAR - LANE_RIVER_FAR + 1;
-constexpr float SCREEN_MIDDLE_PX = LAYOUT_WIDTH / 2;
+constexpr float SCREEN_MIDDLE_PX = static_cast<float>(LAYOUT_WIDTH) / 2;
 
 // How far the speeds wander about those of the lane table.
 constexpr float WANDER[RIVER_LANES] = {-0.5F, 1.0F, -0.75F, 0.5F, -0.25F};
