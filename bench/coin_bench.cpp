@@ -1,6 +1,5 @@
-// A coin's way through the real threads: from the last byte of its frame on the wire to the press
-// that the game may take, and to the books on the disk. Percentiles, for it is a matter of the
-// worst and not of the mean.
+// The delay of a coin through the real threads: from the last byte of its frame on the wire to the
+// press that the game may take, and to the books on disk, as percentiles.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -47,8 +46,8 @@ void report(const char* what, std::vector<double>& took_ms) {
               took_ms.size(), at(0.5), at(0.99), took_ms.back());
 }
 
-// A coin at a chance moment of the tick; waits until `arrived` and returns the time from the frame
-// that ends the press. Below 0: it never came.
+// A coin at a random moment of the tick: the time from the frame that ends the press until
+// `arrived`. -1 if it never arrives.
 template <typename Arrived>
 double coin_timed(Board& board, std::mt19937& random, Arrived arrived) {
   std::this_thread::sleep_for(std::chrono::microseconds(15000 + random() % 20000));
@@ -73,7 +72,7 @@ std::int32_t coins_on_disk(const std::string& path) {
   return count;
 }
 
-// The game's thread without a scene: what it does for a coin doesn't need one.
+// The game's thread without a scene.
 void game_body(const Thread& self, void* /*context*/) {
   game_begin();
   while (!thread_stop_requested(self)) {

@@ -1,5 +1,5 @@
-// What a frame of play costs in the real window: its calls alone and the whole of it, drawn with
-// the savings and without them.
+// The cost of a frame of play in the real window: its calls alone and the whole frame, drawn
+// without invisible pixels and with them.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -45,7 +45,7 @@ void frame_timed(Took& took) {
   took.all_ms.push_back(milliseconds(Clock::now() - start));
 }
 
-// One second of play with each frame; the two ways see the same play.
+// Both ways draw the same play.
 void frame_in_play(benchmark::State& state, bool whole) {
   play_begin();
   gfx_blit_whole = whole;

@@ -1,4 +1,4 @@
-// What the link's two threads pay for one change of an input, without their waits.
+// The cost of one change of an input in the link's two threads, without their waits.
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
@@ -20,7 +20,7 @@ JammaLink& bring_up(const Pty& pty) {
   if (!link.port || !serial_configure(link.port, 115200)) std::abort();
   jamma_bring_up(link);
   jamma_pump();
-  jamma_pump();  // the status query of the first round is out, and the clock stands still
+  jamma_pump();  // the status query of the first round has been sent
   return link;
 }
 
@@ -28,7 +28,7 @@ void feed(JammaLink& link, const std::string& bytes) {
   jamma_receive_bytes(link, reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
 }
 
-// The S frames of a coin switch that goes round all 16 values of its counter.
+// The S frames of a coin switch with all 16 values of its counter.
 std::vector<std::string> coin_frames(bool checksums) {
   std::vector<std::string> frames;
   for (unsigned coin = 1; coin <= 16; ++coin) {
@@ -62,7 +62,7 @@ void frame_to_pending(benchmark::State& state) {
     presses += jamma_presses_pending(PRESS_C1);
     jamma_presses_clear(PRESS_C1);
   }
-  // Every second frame ends a press; a lost one would make the figure a lie.
+  // Every second frame ends a press.
   if (presses != state.iterations() / 2) state.SkipWithError("presses were lost");
   JammaShutdown();
 }

@@ -1,4 +1,4 @@
-// What the playlists cost: reading a long file, and a request for a sound in the middle of play.
+// The cost of playlists: reading a long file, and a request for a sound during play.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>

@@ -1,5 +1,5 @@
-// The software mixer, beside two libraries that could do its work, each in its own way and all in
-// one run; and what it costs to start a sound while much else plays.
+// The software mixer and two libraries that could take its place, in one run; and the cost of
+// starting a sound while many others play.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -40,8 +40,8 @@ namespace {
 SDL_AudioSpec captured;
 }
 
-// The library mixes only for a device. This takes the place of SDL's call that opens one, so that
-// the bench can pull like a device that knows no time.
+// The library mixes only for a device. This replaces SDL's call that opens one, so that the
+// benchmark can call the mixing as fast as it goes.
 extern "C" SDL_AudioDeviceID SDL_OpenAudioDevice(const char* /*device*/, int /*capture*/,
                                                  const SDL_AudioSpec* wanted,
                                                  SDL_AudioSpec* obtained, int /*changes*/) {
@@ -76,7 +76,7 @@ std::vector<std::int16_t> stereo_second() {
 
 using Block = std::array<std::int16_t, BLOCK * 2>;
 
-// A fast figure for a mix of nothing would be a lie.
+// Silence would be mixed faster.
 void check_loudness(benchmark::State& state, const Block& block) {
   const auto [low, high] = std::minmax_element(block.begin(), block.end());
   if (*high - *low < 2000) state.SkipWithError("nothing to hear in the mix");
@@ -104,8 +104,8 @@ void our_mixer(benchmark::State& state) {
 BENCHMARK(our_mixer)->ArgName("resampled")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 
 #ifdef BENCH_OPENAL
-// The same through a loopback device, with the resampler that is named by its number; by default
-// this library reads a straight line from sample to sample.
+// The same through a loopback device, with the resampler of this number. The library's default is
+// linear interpolation.
 void openal_soft(benchmark::State& state) {
   const auto open = reinterpret_cast<LPALCLOOPBACKOPENDEVICESOFT>(
       alcGetProcAddress(nullptr, "alcLoopbackOpenDeviceSOFT"));
@@ -163,9 +163,8 @@ BENCHMARK(openal_soft)
 #endif
 
 #ifdef BENCH_SDL_MIXER
-// This library brings sounds to the output's rate when they are loaded and mixes them as they are,
-// so whoever wants another pitch converts the sound anew: the resampled passes do that once a
-// second and voice.
+// This library converts sounds to the output's rate when they are loaded. Another pitch needs
+// another conversion: the resampled passes do one for each voice and second.
 void sdl_mixer(benchmark::State& state) {
   if (Mix_OpenAudioDevice(SECOND, AUDIO_S16SYS, 2, BLOCK, nullptr, 0) != 0) {
     state.SkipWithError(SDL_GetError());
@@ -179,7 +178,7 @@ void sdl_mixer(benchmark::State& state) {
     SDL_AudioCVT cvt;
     const int hz = voice_hz(voice, state.range(0) != 0);
     SDL_BuildAudioCVT(&cvt, AUDIO_S16SYS, 2, hz, AUDIO_S16SYS, 2, SECOND);
-    // As much as the voice plays of it in a second.
+    // The part that the voice plays in a second.
     cvt.len = static_cast<int>(std::min<std::int64_t>(size, hz * 4LL));
     sounds[voice].resize(static_cast<std::size_t>(size) * cvt.len_mult);
     cvt.buf = sounds[voice].data();
@@ -205,7 +204,7 @@ void sdl_mixer(benchmark::State& state) {
 BENCHMARK(sdl_mixer)->ArgName("resampled")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
 #endif
 
-// The driver with a device that pulls in real time.
+// The driver with a device that calls the mixing in real time.
 class Cabinet {
  public:
   Cabinet() : folder_(std::filesystem::temp_directory_path() / "lilyhop-sound-bench") {
@@ -266,7 +265,7 @@ class Cabinet {
   std::thread device_;
 };
 
-// What a call that starts a sound takes, while 14 voices and 2 streams play.
+// The time of a call that starts a sound, while 14 voices and 2 streams play.
 void start_a_sound(benchmark::State& state) {
   Cabinet cabinet;
   const std::vector<std::int16_t> second = stereo_second();
@@ -303,8 +302,8 @@ BENCHMARK(start_a_sound)
     ->Iterations(10'000)
     ->Unit(benchmark::kMicrosecond);
 
-// Two looped streams for so many seconds of real time while every core is kept busy; what came out
-// is compared with the files.
+// Two looped streams for so many seconds of real time with every core busy. The output is compared
+// with the files.
 void streams_under_load(benchmark::State& state) {
   Cabinet cabinet;
   std::mt19937 random(1);

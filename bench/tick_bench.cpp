@@ -1,5 +1,5 @@
-// What the game thread pays: one tick with both sides in flight, the worst of many, and a store of
-// the books.
+// The cost of the game thread: one tick with both sides in flight, the worst of many, and a store
+// of the books.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -9,30 +9,25 @@
 #include <vector>
 
 #include "books/audits.h"
-#include "books/prefs.h"
 #include "frame/game_clock.h"
 #include "frame/tick.h"
 #include "platform/files.h"
-#include "platform/random.h"
 #include "playfield/frog_queue.h"
 #include "playfield/playfield.h"
 #include "tests/plain_sheets.h"
+#include "tests/reset_game.h"
 #include "tests/temp_folder.h"
 
 namespace {
 
 void set_up() {
-  prefs_reset();
-  audits_reset();
-  random_seed(7);
   plain_sheets();
-  playfield_reset();
-  game_clock.now_ms = 0;
+  reset_game(0, 7);
   game_begin();
 }
 
-// A frog in the air on each side, whatever became of the last one. The store of a payout isn't the
-// tick's own cost, so these are demo frogs, which fly alike and aren't booked.
+// A frog in flight on each side. Demo frogs, which fly alike, since a payout stores the books and
+// the store is measured apart.
 void keep_both_flying() {
   for (int side = 0; side < SIDE_COUNT; ++side) {
     bool flying = false;
@@ -47,7 +42,7 @@ void keep_both_flying() {
   }
 }
 
-// Manual time: what keeps the frogs flying isn't the tick's.
+// Manual time, without keep_both_flying.
 void tick_both_sides(benchmark::State& state) {
   TempFolder drive;
   files_use_roots(drive.path(), drive.path());
@@ -60,7 +55,7 @@ void tick_both_sides(benchmark::State& state) {
     game_tick(now_ms() + 17);
     const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begun;
     state.SetIterationTime(took.count());
-    // A tick that stored the books, as one does every ten minutes, isn't counted: see below.
+    // Without the ticks that store the books, as one does every ten minutes: see books_store.
     if (!std::filesystem::remove(drive.file("audits"))) took_us.push_back(took.count() * 1e6);
   }
   std::ranges::sort(took_us);

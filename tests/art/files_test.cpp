@@ -1,4 +1,5 @@
-// What render leaves on disk: formats bit by bit, the list of sums, and what it draws again.
+// What the render program writes: formats, the list of checksums, and which files are rendered
+// again.
 #include <gtest/gtest.h>
 
 #include <unistd.h>
@@ -41,7 +42,7 @@ class Files : public testing::Test {
   fs::path dir_;
 };
 
-// Bit by bit, as the boot check reckons it.
+// Bit by bit, as in the boot check.
 int32_t slow_crc(const std::string& bytes) {
   uint32_t crc = 0x63046310;
   for (unsigned char b : bytes) {
@@ -53,7 +54,7 @@ int32_t slow_crc(const std::string& bytes) {
 
 }  // namespace
 
-TEST_F(Files, FormatsKeepEveryPixelInItsPlace) {
+TEST_F(Files, WritesEveryPixelInEveryFormat) {
   Picture p(8, 4);
   for (size_t i = 0; i < p.rgba.size(); i++) p.rgba[i] = static_cast<uint8_t>(i * 7 + 3);
   ASSERT_TRUE(picture_write_tga(p, dir_ / "a.tga"));
@@ -66,14 +67,13 @@ TEST_F(Files, FormatsKeepEveryPixelInItsPlace) {
   for (int x = 0; x < 8; x++)
     for (int y = 0; y < 4; y++)
       for (int k = 0; k < 3; k++) EXPECT_EQ(bmp->at(x, y)[k], p.at(x, y)[k]);
-  // The first row in the file is the picture's last: the loader turns it over, whatever byte 17
-  // says.
+  // The file begins with the picture's last row: the loader reverses the rows and ignores byte 17.
   std::vector<uint8_t> tga = read_file(dir_ / "a.tga");
   EXPECT_EQ(tga[18], p.at(0, 3)[2]);
   EXPECT_EQ(tga[18 + 3], p.at(0, 3)[3]);
 }
 
-TEST_F(Files, TransparentPixelsTakeANeighboursColour) {
+TEST_F(Files, TransparentPixelsTakeNeighbouringColour) {
   Canvas canvas(8, 8);
   cairo_set_source_rgba(canvas.ctx, 1, 0.5, 0, 0.5);
   cairo_rectangle(canvas.ctx, 3, 3, 2, 2);
@@ -89,7 +89,7 @@ TEST_F(Files, TransparentPixelsTakeANeighboursColour) {
   EXPECT_EQ(p.at(0, 0)[3], 0);
 }
 
-TEST_F(Files, ListHoldsTheSumsThatTheBootCheckReckons) {
+TEST_F(Files, ListHasTheChecksumsOfTheBootCheck) {
   const std::string one = "a picture", other(5000, '\x91');
   write("images/b.tga", one);
   write("images/empty.tga", "");
@@ -98,12 +98,11 @@ TEST_F(Files, ListHoldsTheSumsThatTheBootCheckReckons) {
   EXPECT_EQ(text("lhpcrc.txt"), "images\\b.tga 9 " + std::to_string(slow_crc(one)) +
                                     "\nimages\\empty.tga 0 1661231888\nimages\\fonts\\f.bmp 5000 " +
                                     std::to_string(slow_crc(other)) + "\n");
-  EXPECT_TRUE(slow_crc(one) < 0 || slow_crc(other) < 0) << "no sum here shows the sign";
+  EXPECT_TRUE(slow_crc(one) < 0 || slow_crc(other) < 0) << "no negative checksum among these";
   EXPECT_EQ(file_list_write(dir_ / "nowhere"), -1);
 }
 
-// A program that was copied by half is as bad as half a picture.
-TEST_F(Files, ListHoldsThePrograms) {
+TEST_F(Files, ListContainsThePrograms) {
   write("lilyhop", "a program");
   write("notes.txt", "no program");
   fs::permissions(dir_ / "lilyhop", fs::perms::owner_exec, fs::perm_options::add);
@@ -117,7 +116,7 @@ TEST_F(Files, ListHoldsThePrograms) {
                                     "\nlilyhop 9 " + std::to_string(slow_crc("a program")) + "\n");
 }
 
-TEST_F(Files, DrawsOnlyWhatIsOutOfDateAndAlwaysTheSame) {
+TEST_F(Files, RendersOnlyOutdatedFilesAndAlwaysTheSameBytes) {
   const CatalogueEntry row = catalogue_find("lily_bonus_txt"),
                        sparks = catalogue_find("anim_spark");
   ASSERT_TRUE(row.row && sparks.row);
@@ -126,14 +125,14 @@ TEST_F(Files, DrawsOnlyWhatIsOutOfDateAndAlwaysTheSame) {
                     second = text("images/anim_spark.tga");
   ASSERT_EQ(first.size(), 18u + 64 * 32 * 4);
 
-  // Somebody's own picture stays; a missing one comes back with the same bytes.
+  // An operator's own picture is kept; a missing one is rendered with the same bytes.
   write("images/lily_bonus_txt.tga", "my own");
   fs::remove(dir_ / "images/anim_spark.tga");
   ASSERT_TRUE(render_files(dir_, {row, sparks}, false, nullptr));
   EXPECT_EQ(text("images/lily_bonus_txt.tga"), "my own");
   EXPECT_EQ(text("images/anim_spark.tga"), second);
 
-  // Made from another source: due again.
+  // Made from another source: rendered again.
   write(".art/images_lily_bonus_txt.tga", "0123456789abcdef\n");
   ASSERT_TRUE(render_files(dir_, {row}, false, nullptr));
   EXPECT_EQ(text("images/lily_bonus_txt.tga"), first);
@@ -151,7 +150,7 @@ TEST_F(Files, DrawsOnlyWhatIsOutOfDateAndAlwaysTheSame) {
   EXPECT_FALSE(render_files(dir_, {row}, false, nullptr));
 }
 
-TEST_F(Files, APlaceThatTakesNoFilesIsToldOnceAndNothingIsDrawn) {
+TEST_F(Files, UnwritableFolderIsReportedOnceAndNothingIsRendered) {
   write("file", "");
   int drawn = 0;
   const auto draw = [&](const std::string&) { return ++drawn > 0; };
@@ -174,7 +173,7 @@ TEST_F(Files, APlaceThatTakesNoFilesIsToldOnceAndNothingIsDrawn) {
   EXPECT_EQ(drawn, 0);
 }
 
-TEST_F(Files, KeysFollowTheSourcesThatAPictureIsMadeFrom) {
+TEST_F(Files, KeyDependsOnAllSourcesOfAPicture) {
   fs::create_directories(dir_ / "art");
   write("art/frog.cpp", "#include \"art/model.h\"\n#include <cmath>\nint frog;\n");
   write("art/model.h", "int model();\n");
@@ -185,8 +184,8 @@ TEST_F(Files, KeysFollowTheSourcesThatAPictureIsMadeFrom) {
   const std::string first = key();
   EXPECT_EQ(first.size(), 16u);
   write("art/bug.cpp", "int beetle;\n");
-  EXPECT_EQ(key(), first) << "a stranger to it";
-  // A colour two headers away counts, and so does how a header's promise is kept.
+  EXPECT_EQ(key(), first) << "not one of its sources";
+  // Included headers count, and the sources beside them.
   std::string before = first;
   for (const char* file : {"art/palette.h", "art/model.cpp", "art/model.h", "art/frog.cpp"}) {
     std::ofstream(dir_ / file, std::ios::app) << "// changed\n";
@@ -195,7 +194,7 @@ TEST_F(Files, KeysFollowTheSourcesThatAPictureIsMadeFrom) {
   }
 }
 
-TEST_F(Files, AnAnimationHoldsItsFramesAndIsAPictureToPlainReaders) {
+TEST_F(Files, AnimationContainsItsFramesAndReadsAsAPicture) {
   Picture red(6, 4), blue(6, 4);
   for (size_t i = 0; i < red.rgba.size(); i += 4) {
     red.rgba[i] = blue.rgba[i + 2] = 200;

@@ -1,5 +1,5 @@
-// Readers for the three formats, as strict as the game's own, and the folder of pictures to look
-// at.
+// Readers for the three formats, as strict as the game's own, and the folder of pictures under
+// test.
 #pragma once
 
 #include <optional>

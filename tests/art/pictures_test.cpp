@@ -1,4 +1,4 @@
-// Looks at every picture as the game will: sizes, cells, borders, loops, letters.
+// Every picture as the game uses it: sizes, cells, borders, loops, glyphs.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -30,7 +30,7 @@ int alpha_at(const Picture& p, const CatalogueRow& row, int frame, int x, int y)
   return p.at(b.x + x, b.y + y)[3];
 }
 
-// Pixels that one can see.
+// Visible pixels.
 int inked(const Picture& p, const CatalogueRow& row, int frame) {
   int count = 0;
   for (int y = 0; y < row.cell_height; y++)
@@ -38,8 +38,8 @@ int inked(const Picture& p, const CatalogueRow& row, int frame) {
   return count;
 }
 
-// The first side, of those that must stay clear, on which something comes within two pixels of the
-// cell's border: a neighbour would be seen there at the next rounding.
+// The first side, of those that have to stay clear, with a pixel less than two from the cell's
+// border, where rounding would show it beside a neighbour.
 const char* touched_side(const Picture& p, const CatalogueRow& row, int frame) {
   const int w = row.cell_width, h = row.cell_height;
   for (int i = 0; i < 2; i++) {
@@ -55,7 +55,7 @@ const char* touched_side(const Picture& p, const CatalogueRow& row, int frame) {
   return nullptr;
 }
 
-// How much two cells differ to the eye: the sum of differences of colour under alpha.
+// How much two cells differ: the sum of differences of alpha and of colour times alpha.
 double step(const Picture& p, const CatalogueRow& row, int a, int b) {
   Box ba = cell_at(row, a), bb = cell_at(row, b);
   double sum = 0;
@@ -110,14 +110,14 @@ TEST(Catalogue, DrawsEachPictureOfTheListOnce) {
   EXPECT_EQ(drawn, listed);
 }
 
-TEST_P(Pictures, FitTheirTable) {
+TEST_P(Pictures, MatchTheirCatalogueRow) {
   const CatalogueRow& row = *GetParam();
   ASSERT_FALSE(pictures_folder().empty()) << "could not be rendered";
   std::optional<Picture> p = read_picture(row);
   ASSERT_TRUE(p) << row.name << " is not a file that the game takes";
   ASSERT_EQ(p->width, row.width);
   ASSERT_EQ(p->height, row.height);
-  // Only the loader of bitmaps pads to what texture coordinates are reckoned from.
+  // Only the loader of bitmaps pads the size to powers of two.
   if (!std::strstr(row.name, ".bmp")) {
     EXPECT_TRUE(power_of_two(row.width));
     EXPECT_TRUE(power_of_two(row.height));
@@ -125,7 +125,7 @@ TEST_P(Pictures, FitTheirTable) {
   ASSERT_LE(row.columns * row.cell_width, row.width);
   ASSERT_LE(row.rows * row.cell_height, row.height);
   ASSERT_LE(row.frames, row.columns * row.rows);
-  // The game finds cells by dividing the sheet, whatever the table here says of their size.
+  // The game divides the sheet into cells.
   if (!is_font(row)) {
     EXPECT_EQ(row.width / row.columns, row.cell_width);
     EXPECT_EQ(row.height / row.rows, row.cell_height);
@@ -171,7 +171,7 @@ Extent ink_columns(const Picture& p, const CatalogueRow& row, int glyph) {
 
 }  // namespace
 
-TEST(Fonts, AreLegible) {
+TEST(Fonts, GlyphsAreWhiteDistinctAndNotCut) {
   for (const CatalogueEntry& entry : catalogue()) {
     const CatalogueRow& row = *entry.row;
     if (!is_font(row) || row.frames != GLYPH_COUNT) continue;
@@ -191,7 +191,7 @@ TEST(Fonts, AreLegible) {
         }
       EXPECT_TRUE(shapes.insert(shape).second) << "glyph " << glyph << " looks like another";
       if (bitmap) continue;
-      // Faint ink may reach the border of a small cell, a stroke that is cut may not.
+      // Faint pixels may reach the border of a small cell, strokes may not.
       for (int x = 0; x < row.cell_width; x++) {
         EXPECT_LT(alpha_at(*p, row, glyph, x, 0), 100) << glyph;
         EXPECT_LT(alpha_at(*p, row, glyph, x, row.cell_height - 1), 100) << glyph;
@@ -203,7 +203,7 @@ TEST(Fonts, AreLegible) {
     }
     EXPECT_EQ(inked(*p, row, 94), 0);
     if (bitmap) continue;
-    // Digits 52 to 61 stand in columns: one width, in the middle.
+    // Digits 52 to 61 are aligned in columns: of one width, centred.
     for (int glyph = 52; glyph <= 61; glyph++) {
       Extent e = ink_columns(*p, row, glyph), eight = ink_columns(*p, row, 59);
       EXPECT_NEAR(e.last - e.first, eight.last - eight.first, 1) << glyph;
@@ -212,7 +212,30 @@ TEST(Fonts, AreLegible) {
   }
 }
 
-TEST(Backdrop, HalvesMeetWithoutASeam) {
+// The game goes from any of these to any other while a frog waits.
+TEST(FrogSheets, BeginAndEndInOneRestingPose) {
+  const std::optional<Picture> hop = read_picture(*catalogue_find("anim_gfrog").row);
+  ASSERT_TRUE(hop);
+  const auto expect_rest = [&](const char* name, int frame) {
+    const CatalogueRow& row = *catalogue_find(name).row;
+    const std::optional<Picture> p = read_picture(row);
+    ASSERT_TRUE(p) << name;
+    const Box cell = cell_at(row, frame < 0 ? row.frames + frame : frame);
+    for (int y = 0; y < row.cell_height; y++) {
+      ASSERT_EQ(std::memcmp(p->at(cell.x, cell.y + y), hop->at(0, y),
+                            static_cast<size_t>(row.cell_width) * 4),
+                0)
+          << name << " frame " << frame << " line " << y;
+    }
+  };
+  for (const char* name : {"anim_gfrog_idle1", "anim_gfrog_idle2", "anim_gfrog_idle3"}) {
+    expect_rest(name, 0);
+    expect_rest(name, -1);
+  }
+  expect_rest("anim_gfrog_win", 0);
+}
+
+TEST(Backdrop, HalvesJoinWithoutASeam) {
   std::optional<Picture> left = read_picture(*catalogue_find("bkdrop_lft").row);
   std::optional<Picture> right = read_picture(*catalogue_find("bkdrop_rt").row);
   ASSERT_TRUE(left && right);
@@ -225,7 +248,7 @@ TEST(Backdrop, HalvesMeetWithoutASeam) {
   double usual = 0;
   for (int x = 640; x < 679; x++) usual = std::max(usual, differ(*left, x, *left, x + 1));
   EXPECT_LE(differ(*left, 679, *right, 0), 1.3 * usual);
-  // Nothing in them may be taken for the colour that turns transparent.
+  // No pixel has the colour that becomes transparent.
   for (const Picture* p : {&*left, &*right})
     for (size_t i = 3; i < p->rgba.size(); i += 4) ASSERT_EQ(p->rgba[i], 255);
 }
@@ -250,7 +273,7 @@ TEST(Foam, RepeatsEvery473PixelsWithinTheRiver) {
 
 namespace {
 
-// How light a colour is to the eye, 0 to 1.
+// Relative luminance of a colour, 0 to 1.
 double lightness(const uint8_t* q) {
   auto linear = [](uint8_t v) { return std::pow(v / 255.0, 2.2); };
   return 0.2126 * linear(q[0]) + 0.7152 * linear(q[1]) + 0.0722 * linear(q[2]);
@@ -262,9 +285,9 @@ double contrast(double a, double b) {
 
 struct Ground {
   const char* picture;
-  int left, top, right, foot;  // where the game writes, within a cell
+  int left, top, right, foot;  // of the text, within a cell
   uint8_t ink[3];
-  double contrast;  // what it takes to read it
+  double contrast;  // at least
 };
 
 class WrittenOn : public testing::TestWithParam<Ground> {};
@@ -280,7 +303,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 }  // namespace
 
-TEST_P(WrittenOn, IsOpaqueCalmAndFarFromTheInk) {
+TEST_P(WrittenOn, IsOpaqueEvenAndContrastsWithTheText) {
   const Ground& g = GetParam();
   const CatalogueRow& row = *catalogue_find(g.picture).row;
   std::optional<Picture> p = read_picture(row);
@@ -293,7 +316,7 @@ TEST_P(WrittenOn, IsOpaqueCalmAndFarFromTheInk) {
         const uint8_t *q = p->at(b.x + x, b.y + y), *below = p->at(b.x + x, b.y + y + 1);
         ASSERT_EQ(q[3], 255) << x << "," << y << " of frame " << frame;
         ASSERT_GE(contrast(lightness(q), ink), g.contrast) << x << "," << y;
-        // No seam or edge runs through the words.
+        // No edge runs through the text.
         ASSERT_LT(contrast(lightness(q), lightness(below)), 1.3) << x << "," << y;
       }
     }

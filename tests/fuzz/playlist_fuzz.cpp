@@ -1,4 +1,4 @@
-// Any bytes as a playlist file: it is parsed, and all that it holds is played for a while.
+// Any bytes as a playlist file: it is parsed, and its playlists are played for a while.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

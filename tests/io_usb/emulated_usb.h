@@ -1,5 +1,5 @@
-// USB devices of a system that isn't there: umockdev keeps their entries below /sys and /dev, and
-// this answers what libusb asks of the kernel.
+// Emulated USB devices: umockdev holds their entries below /sys and /dev, and this answers libusb's
+// requests of the kernel.
 #pragma once
 
 #include <linux/usbdevice_fs.h>
@@ -53,12 +53,12 @@ class EmulatedDevice {
     const std::lock_guard lock(mutex_);
     holds_ = hold;
   }
-  // What it heard since it was asked last.
+  // What it has heard since the last call.
   std::vector<Bytes> heard() {
     const std::lock_guard lock(mutex_);
     return std::exchange(heard_, {});
   }
-  // How often a request came: of the kernel's names, or "submit 81 interrupt 4".
+  // How often a request came: "claim", "reset" and so on, or "submit 81 interrupt 4".
   int count(const std::string& request) {
     const std::lock_guard lock(mutex_);
     return counts_[request];
@@ -101,7 +101,7 @@ class EmulatedDevice {
         g_object_unref(data);
         return done(0, 0);
       }
-      case USBDEVFS_DISCONNECT_CLAIM:  // of whoever holds the interface
+      case USBDEVFS_DISCONNECT_CLAIM:
       case USBDEVFS_CLAIMINTERFACE:
         ++counts_["claim"];
         return taken_ ? done(-1, EBUSY) : done(0, 0);
@@ -126,7 +126,7 @@ class EmulatedDevice {
         return done(-1, gone_ ? ENODEV : EAGAIN);
       case USBDEVFS_GETDRIVER:
         return done(-1, ENODATA);
-      case USBDEVFS_IOCTL:  // the interface's own driver may have it back
+      case USBDEVFS_IOCTL:  // reattaches the interface's own driver
         return done(-1, ENODATA);
       default:
         ++counts_["other " + std::to_string(request)];
@@ -206,12 +206,12 @@ class EmulatedDevice {
   bool gone_ = false, holds_ = false, taken_ = false;
 };
 
-// The bus: entries of devices come and go as they do when one plugs and pulls.
+// The bus: devices are plugged and pulled.
 class EmulatedBus {
  public:
   EmulatedBus() : bed_(umockdev_testbed_new()) {}
 
-  // Descriptors of a device with one interrupt endpoint each way, as the kernel tells them.
+  // Descriptors of a device with one interrupt endpoint each way.
   static std::string descriptors(int vendor, int product) {
     char text[200];
     std::snprintf(text, sizeof text,

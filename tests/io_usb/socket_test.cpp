@@ -1,4 +1,4 @@
-// The watchdog's exchange with a simulated device on a socket, whose end the test holds.
+// USB transfers over a socket, whose other end is the test's.
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -24,7 +24,7 @@ using namespace std::string_literals;
 
 class UsbSocket : public testing::Test {
  protected:
-  // The driver keeps the first path that it was given, so all tests have the same.
+  // The driver keeps its first path, so all tests use the same.
   void SetUp() override {
     static TempFolder& folder = *new TempFolder;
     path = folder.file("usb");
@@ -72,7 +72,7 @@ class UsbSocket : public testing::Test {
   int listener = -1, peer = -1;
 };
 
-TEST_F(UsbSocket, IsPresentWhileSomebodyListens) {
+TEST_F(UsbSocket, DeviceIsListedWhileItsSocketListens) {
   EXPECT_TRUE(usb_driver().list({})->paths.empty());
   EXPECT_EQ(usb_driver().open(path), nullptr);
   listen_at_path();
@@ -94,7 +94,7 @@ TEST_F(UsbSocket, TransfersArePacketsEachWay) {
   UsbOverlapped transfer{data, 4, 0, 0};
   EXPECT_EQ(file->start_write(transfer), USB_PENDING);
   EXPECT_EQ(hear(), "W\x1B\x20\x33\x4C"s);
-  EXPECT_FALSE(file->has_ended(transfer, 0)) << "until the device has taken it";
+  EXPECT_FALSE(file->has_ended(transfer, 0)) << "not before the device has answered";
   say("W\0\0\0\0"s);
   EXPECT_TRUE(file->has_ended(transfer, 0));
   EXPECT_EQ(transfer.status, 0U);
@@ -113,7 +113,7 @@ TEST_F(UsbSocket, TransfersArePacketsEachWay) {
   EXPECT_TRUE(file->has_ended(transfer, 0));
   EXPECT_EQ(transfer.status, USB_ERROR_NEEDS_RESET);
   file->start_read(transfer);
-  say("R"s);  // no packet at all
+  say("R"s);  // too short for a packet
   EXPECT_FALSE(file->has_ended(transfer, 0));
   close(peer);
   peer = -1;
@@ -122,7 +122,7 @@ TEST_F(UsbSocket, TransfersArePacketsEachWay) {
   EXPECT_EQ(file->start_write(transfer), USB_ERROR_GONE);
 }
 
-TEST_F(UsbSocket, ARequestIsAnsweredOrGivenUp) {
+TEST_F(UsbSocket, RequestIsAnsweredOrTimesOut) {
   listen_at_path();
   const auto file = open_file();
   ASSERT_NE(file, nullptr);

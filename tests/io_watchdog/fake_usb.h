@@ -1,4 +1,4 @@
-// USB devices of a test: what they are, what was asked of them, what they say and hear.
+// Fake USB devices: what they are, what they send, and what was requested and sent to them.
 #pragma once
 
 #include <algorithm>
@@ -28,7 +28,6 @@ struct FakeDevice {
   std::vector<std::pair<std::uint32_t, Bytes>> requests;
   int open_files = 0;
 
-  // Words, and how they travel.
   void say(std::uint16_t word) { says.push_back(wire(word)); }
   static Bytes wire(std::uint16_t word) {
     Bytes bytes;
@@ -37,7 +36,7 @@ struct FakeDevice {
     }
     return bytes;
   }
-  // What it heard since it was asked last.
+  // The words heard since the last call.
   std::vector<std::uint16_t> words() {
     std::vector<std::uint16_t> words;
     for (const Bytes& bytes : heard) {

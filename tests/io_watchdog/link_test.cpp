@@ -45,7 +45,7 @@ class Watchdog : public testing::Test {
     }
     return -1;
   }
-  // A device that was found at start-up and has been fed at 17.
+  // A device that was found at start-up and fed at 17 ms.
   std::shared_ptr<FakeDevice> running() {
     auto device = usb.plug();
     watchdog_boot();
@@ -63,7 +63,7 @@ class Watchdog : public testing::Test {
   FakeUsb usb;
 };
 
-TEST_F(Watchdog, IsOpenedAsItsDriverWants) {
+TEST_F(Watchdog, OpensDeviceWithTheDriversRequests) {
   const auto device = usb.plug();
   watchdog_boot();
   EXPECT_EQ(usb.class_first, 0x325DDF96U);
@@ -82,10 +82,10 @@ TEST_F(Watchdog, IsOpenedAsItsDriverWants) {
   EXPECT_EQ(device->requests, expected);
   EXPECT_EQ(device->words(), (Words{0xC080}));
   tick(17);
-  EXPECT_EQ(device->words(), (Words{0xB03C})) << "the first tick feeds it";
+  EXPECT_EQ(device->words(), (Words{0xB03C})) << "fed in the first tick";
 }
 
-TEST_F(Watchdog, StrangersArePassedOver) {
+TEST_F(Watchdog, SkipsOtherDevices) {
   const auto stranger = usb.plug();
   stranger->product = 0x0775;
   usb.plug()->vendor = 0x0C71;
@@ -97,7 +97,7 @@ TEST_F(Watchdog, StrangersArePassedOver) {
   EXPECT_EQ(device->words(), (Words{0xC080}));
 }
 
-TEST_F(Watchdog, AWrongDriverEndsTheSearch) {
+TEST_F(Watchdog, WrongDriverVersionEndsTheSearch) {
   const auto old = usb.plug();
   old->version = 0x0140;
   const auto device = usb.plug();
@@ -114,7 +114,7 @@ TEST_F(Watchdog, FeedsEveryTwentySeconds) {
   EXPECT_EQ(first(20'043, 60'000, fed), 40'035);
 }
 
-TEST_F(Watchdog, PausedItReadsButDoesNotFeed) {
+TEST_F(Watchdog, WhilePausedReadsButDoesNotFeed) {
   const auto device = running();
   watchdog_feed.paused = 1;
   EXPECT_EQ(watchdog_send_word(WATCHDOG_WORD_SHORT), WATCHDOG_OK);
@@ -130,7 +130,7 @@ TEST_F(Watchdog, PausedItReadsButDoesNotFeed) {
   EXPECT_EQ(device->words(), (Words{0xB03C}));
 }
 
-TEST_F(Watchdog, AnswersWhatItSays) {
+TEST_F(Watchdog, AnswersEachWordOfTheDevice) {
   const auto device = running();
   const std::pair<std::uint16_t, Words> cases[] = {
       {0xC000, {0xC040}}, {0xC0FE, {0xC040}}, {0xC001, {0xC081}}, {0xC0FF, {0xC081}},
@@ -145,26 +145,26 @@ TEST_F(Watchdog, AnswersWhatItSays) {
   }
 }
 
-TEST_F(Watchdog, AWordMayComeInPieces) {
+TEST_F(Watchdog, ReadsWordsSplitAcrossBlocks) {
   const auto device = running();
   device->says = {{0x31, 0x42, 0x1D, 0x20}, {0x30, 0x41, 0x1F, 0x20}};
   tick(34);
   EXPECT_EQ(device->words(), (Words{0xC080}));
-  device->says = {{0x1D, 0x20, 0x30}};  // a short block is no part of a word
+  device->says = {{0x1D, 0x20, 0x30}};  // a short block is ignored
   tick(51);
   device->says = {{0x41, 0x41, 0x41, 0x41}};
   tick(68);
   EXPECT_TRUE(device->words().empty());
   device->say(0xD000);
   tick(85);
-  EXPECT_EQ(device->words(), (Words{0xC080})) << "reading went on after a short block";
+  EXPECT_EQ(device->words(), (Words{0xC080})) << "reading goes on after a short block";
 }
 
-TEST_F(Watchdog, ABusyOneLosesAnswersButIsRead) {
+TEST_F(Watchdog, BusyDeviceIsReadButGetsNoAnswers) {
   const auto device = running();
   device->busy = true;
-  device->say(0xD000);  // its answer is under way,
-  device->say(0xC000);  // so there is none to this
+  device->say(0xD000);  // while its answer is pending
+  device->say(0xC000);  // this one gets none
   device->say(0xC001);
   tick(34);
   EXPECT_EQ(device->words(), (Words{0xC080}));
@@ -174,18 +174,18 @@ TEST_F(Watchdog, ABusyOneLosesAnswersButIsRead) {
   tick(20'034);
   device->busy = false;
   tick(20'051);
-  EXPECT_TRUE(device->words().empty()) << "a heartbeat that found no room is not made up for";
+  EXPECT_TRUE(device->words().empty()) << "a missed heartbeat is not repeated";
   tick(40'051);
   EXPECT_EQ(device->words(), (Words{0xB03C}));
 }
 
-TEST_F(Watchdog, ResetsAreCountedOnceARunAndStored) {
+TEST_F(Watchdog, ResetIsCountedOncePerRunAndStored) {
   const auto device = running();
   game_mode = MODE_OPERATOR;
   device->say(0xC001);
   tick(34);
   EXPECT_EQ(device->words(), (Words{0xC081}));
-  EXPECT_EQ(audit_count(AUDIT_WATCHDOG_COUNT), 0) << "the operator's test did it";
+  EXPECT_EQ(audit_count(AUDIT_WATCHDOG_COUNT), 0) << "caused by the operator's test";
   game_mode = MODE_PLAY;
   for (int i = 1; i <= 3; ++i) {
     device->say(0xC001);
@@ -196,7 +196,7 @@ TEST_F(Watchdog, ResetsAreCountedOnceARunAndStored) {
   EXPECT_EQ(resets_on_disk(), 1);
 }
 
-TEST_F(Watchdog, IsLookedForEveryFiveMinutes) {
+TEST_F(Watchdog, MissingDeviceIsSearchedEveryFiveMinutes) {
   watchdog_boot();
   tick(17);
   EXPECT_EQ(usb.searches, 2) << "at start-up and in the first tick";
@@ -209,7 +209,7 @@ TEST_F(Watchdog, IsLookedForEveryFiveMinutes) {
   EXPECT_EQ(device->words(), (Words{0xB03C}));
 }
 
-TEST_F(Watchdog, GoneAndBack) {
+TEST_F(Watchdog, ReconnectsAfterUnplugging) {
   const auto device = running();
   device->say(0xC001);
   tick(34);
@@ -223,14 +223,14 @@ TEST_F(Watchdog, GoneAndBack) {
   EXPECT_EQ(retry, 40'035);
   const auto again = usb.plug();
   EXPECT_EQ(first(retry + 17, 400'000, [&] { return again->open_files > 0; }), 340'051);
-  EXPECT_EQ(again->words(), (Words{0xC040})) << "the old device's last word is forgotten";
+  EXPECT_EQ(again->words(), (Words{0xC040})) << "not the answer to the old device";
   again->say(0xC001);
   tick(340'068);
   EXPECT_EQ(again->words(), (Words{0xB03C, 0xC081}));
-  EXPECT_EQ(audit_count(AUDIT_WATCHDOG_COUNT), 1) << "still the same run";
+  EXPECT_EQ(audit_count(AUDIT_WATCHDOG_COUNT), 1) << "the same run";
 }
 
-TEST_F(Watchdog, AWriteThatFailsMeansGone) {
+TEST_F(Watchdog, FailedWriteClosesTheDevice) {
   const auto device = running();
   device->write_code = USB_ERROR_GONE;
   tick(20'034);
@@ -238,7 +238,7 @@ TEST_F(Watchdog, AWriteThatFailsMeansGone) {
   EXPECT_EQ(device->open_files, 0);
 }
 
-TEST_F(Watchdog, AReadThatAsksForAResetGetsIt) {
+TEST_F(Watchdog, ReadErrorResetsTheDevice) {
   const auto device = running();
   device->requests.clear();
   device->read_code = USB_ERROR_NEEDS_RESET;
@@ -246,10 +246,10 @@ TEST_F(Watchdog, AReadThatAsksForAResetGetsIt) {
   EXPECT_EQ(device->requests, (std::vector<std::pair<std::uint32_t, Bytes>>{{0x80942054, {}}}));
   device->say(0xD000);
   tick(500);
-  EXPECT_EQ(device->words(), (Words{0xC080})) << "and it is heard again";
+  EXPECT_EQ(device->words(), (Words{0xC080})) << "reading goes on";
 }
 
-TEST_F(Watchdog, AHalfOpenedOneIsNotMistakenForAnother) {
+TEST_F(Watchdog, FailedOpenDoesNotSelectAnotherDevice) {
   const auto stranger = usb.plug();
   stranger->product = 1;
   const auto device = usb.plug();
@@ -262,7 +262,7 @@ TEST_F(Watchdog, AHalfOpenedOneIsNotMistakenForAnother) {
   EXPECT_TRUE(stranger->heard.empty());
 }
 
-TEST_F(Watchdog, HearsOfAnOrderedReboot) {
+TEST_F(Watchdog, OrderedRebootSendsItsWord) {
   watchdog_reboot_word();
   const auto device = running();
   watchdog_reboot_word();

@@ -22,7 +22,7 @@ Words decode(const std::vector<std::uint8_t>& bytes) {
 
 }  // namespace
 
-TEST(WatchdogWords, OnTheWire) {
+TEST(WatchdogWords, EncodesAndDecodesEveryWord) {
   std::uint8_t bytes[4];
   watchdog_encode(0xB03C, bytes);
   EXPECT_EQ(std::vector<std::uint8_t>(bytes, bytes + 4),
@@ -33,15 +33,15 @@ TEST(WatchdogWords, OnTheWire) {
   }
 }
 
-TEST(WatchdogWords, BrokenOnesAreDropped) {
+TEST(WatchdogWords, BrokenWordsAreDropped) {
   struct Case {
     const char* what;
     std::vector<std::uint8_t> bytes;
     Words words;
   };
   const Case cases[] = {
-      {"a new beginning in the middle", {0x1C, 0x20, 0x1D, 0x20, 0x31, 0x42}, {0xD012}},
-      {"a beginning twice", {0x1C, 0x1D, 0x20, 0x31, 0x42}, {0xD012}},
+      {"a new start in the middle", {0x1C, 0x20, 0x1D, 0x20, 0x31, 0x42}, {0xD012}},
+      {"two starts", {0x1C, 0x1D, 0x20, 0x31, 0x42}, {0xD012}},
       {"a byte lost", {0x1C, 0x20, 0x41, 0x1D, 0x20, 0x31, 0x42}, {0xD012}},
       {"the first byte lost", {0x20, 0x30, 0x41, 0x1D, 0x20, 0x31, 0x42}, {0xD012}},
       {"a byte repeated", {0x1C, 0x20, 0x20, 0x30, 0x41}, {}},
@@ -54,7 +54,7 @@ TEST(WatchdogWords, BrokenOnesAreDropped) {
   for (const Case& c : cases) EXPECT_EQ(decode(c.bytes), c.words) << c.what;
 }
 
-TEST(WatchdogWords, TheRingWrapsAndSaysWhenItIsFull) {
+TEST(WatchdogWords, RingWrapsAndReportsWhenFull) {
   WatchdogDecoder decoder{};
   decoder.ring_read = decoder.ring_write = 253;
   int taken = 0;
@@ -64,6 +64,6 @@ TEST(WatchdogWords, TheRingWrapsAndSaysWhenItIsFull) {
   int words = 0;
   for (; watchdog_decode(decoder, word); ++words) EXPECT_EQ(word, 0x7777);
   EXPECT_EQ(words, 63);
-  EXPECT_TRUE(watchdog_ring_put(decoder, 0x47)) << "room again, and the word was left at 3 bytes";
+  EXPECT_TRUE(watchdog_ring_put(decoder, 0x47)) << "room again, with three bytes of a word left";
   EXPECT_TRUE(watchdog_decode(decoder, word));
 }

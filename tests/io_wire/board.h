@@ -1,4 +1,4 @@
-// A tiny I/O board on a pseudo-terminal: answers v, s and S from a thread of its own.
+// A small I/O board on a pseudo-terminal: answers v, s and S from a thread of its own.
 #pragma once
 
 #include <atomic>

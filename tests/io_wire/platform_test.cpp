@@ -29,7 +29,7 @@ int processors() {
 
 }  // namespace
 
-TEST(Threads, AStuckOneIsLeftBehindInTime) {
+TEST(Threads, JoinOfAStuckThreadTimesOut) {
   static std::atomic<bool> release{false};
   const auto thread = thread_start(
       "a-name-that-is-too-long", THREAD_PRIORITY_TIME_CRITICAL,
@@ -45,10 +45,10 @@ TEST(Threads, AStuckOneIsLeftBehindInTime) {
   EXPECT_LT(clock_ms() - start, 500);
   release = true;
   EXPECT_TRUE(thread_join(*thread, 2000));
-  EXPECT_TRUE(thread_join(*thread, 0)) << "twice does no harm";
+  EXPECT_TRUE(thread_join(*thread, 0)) << "a second time";
 }
 
-TEST(Threads, APinnedCallerStartsFreeThreads) {
+TEST(Threads, PinnedCallerStartsUnpinnedThreads) {
   const int all = processors();
   thread_pin_to_one_processor();
   EXPECT_EQ(processors(), 1);
@@ -62,7 +62,7 @@ TEST(Threads, APinnedCallerStartsFreeThreads) {
   EXPECT_EQ(processors(), all);
 }
 
-TEST(Serial, Names) {
+TEST(Serial, OpensOnlyNamesOfConfiguredPorts) {
   Pty pty;
   environment.com[15] = pty.path();
   environment.com[14] = "/dev/null";
@@ -100,12 +100,12 @@ class SerialLine : public testing::Test {
   SerialPort* port = nullptr;
 };
 
-TEST_F(SerialLine, BytesPassAsTheyAre) {
+TEST_F(SerialLine, BytesPassUnchanged) {
   std::string all;
   for (int i = 0; i < 256; ++i) all += static_cast<char>(i);
   EXPECT_EQ(serial_wait(port, 0), 0);
   char bytes[300];
-  EXPECT_EQ(serial_read(port, bytes, sizeof bytes), 0) << "nothing there is no failure";
+  EXPECT_EQ(serial_read(port, bytes, sizeof bytes), 0) << "no byte yet";
   pty.send(all);
   EXPECT_EQ(serial_wait(port, 1000), 1);
   std::string got;
@@ -118,10 +118,10 @@ TEST_F(SerialLine, BytesPassAsTheyAre) {
   for (std::string more = "-"; back.size() < all.size() && !more.empty(); back += more) {
     more = pty.receive(1000);
   }
-  EXPECT_EQ(back, all) << "no echo and nothing translated";
+  EXPECT_EQ(back, all) << "no echo, no translation";
 }
 
-TEST_F(SerialLine, AWakeEndsThisWaitOrTheNext) {
+TEST_F(SerialLine, WakeEndsTheCurrentOrTheNextWait) {
   serial_wake(port);
   EXPECT_EQ(serial_wait(port, -1), 0);
   const auto waker = thread_start(
@@ -135,7 +135,7 @@ TEST_F(SerialLine, AWakeEndsThisWaitOrTheNext) {
   EXPECT_TRUE(thread_join(*waker, 1000));
 }
 
-TEST_F(SerialLine, AWriteThatNobodyTakesEndsInTime) {
+TEST_F(SerialLine, BlockedWriteTimesOut) {
   const std::string much(1 << 20, 'x');
   const std::int64_t start = clock_ms();
   EXPECT_EQ(serial_write(port, much.data(), much.size()), -1);
@@ -143,13 +143,13 @@ TEST_F(SerialLine, AWriteThatNobodyTakesEndsInTime) {
   EXPECT_LT(clock_ms() - start, 400);
 }
 
-TEST_F(SerialLine, AHungUpPortFailsWithoutSpinning) {
+TEST_F(SerialLine, HungUpPortFailsWithoutSpinning) {
   pty.send("last");
   pty.unplug();
   char bytes[16];
   int wait = serial_wait(port, 1000);
   if (wait == 1) {
-    EXPECT_EQ(serial_read(port, bytes, sizeof bytes), 4) << "what came before the end is heard";
+    EXPECT_EQ(serial_read(port, bytes, sizeof bytes), 4) << "the bytes before the hang-up";
   }
   const std::int64_t start = clock_ms();
   int rounds = 0;
@@ -166,7 +166,7 @@ TEST_F(SerialLine, AHungUpPortFailsWithoutSpinning) {
 
 namespace {
 
-// What a program of an ordinary user gets that opens COM1, and is then killed.
+// The error of serial_open in a program of an ordinary user, which is killed if it succeeds.
 int error_of_a_killed_user() {
   const pid_t child = fork();
   if (child == 0) {
@@ -181,7 +181,7 @@ int error_of_a_killed_user() {
   return WIFEXITED(status) ? WEXITSTATUS(status) : 0;
 }
 
-// True if a byte gets through while a lost port may look for its device a few times.
+// True if a byte gets through in the time of a few attempts to reopen a lost port.
 bool repaired(SerialPort* port) {
   const std::int64_t end = clock_ms() + 800;
   while (clock_ms() < end) {
@@ -193,7 +193,7 @@ bool repaired(SerialPort* port) {
 
 }  // namespace
 
-TEST(Serial, AKilledProgramLeavesItsPortToTheNextThoughItsFarEndHoldsIt) {
+TEST(Serial, PortOfAKilledProgramCanBeReopened) {
   Pty pty;
   const int held = open(pty.path().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
   ASSERT_GE(held, 0);
@@ -209,7 +209,7 @@ TEST(Serial, AKilledProgramLeavesItsPortToTheNextThoughItsFarEndHoldsIt) {
   environment.com[0].clear();
 }
 
-TEST(Serial, ALostPortTakesOnlyADeviceOfItsKind) {
+TEST(Serial, LostPortReopensOnlyADeviceOfItsKind) {
   const std::string device = testing::TempDir() + "lilyhop_port_" + std::to_string(getpid());
   const auto lead_to = [&device](const std::string& path) {
     unlink(device.c_str());
@@ -221,7 +221,7 @@ TEST(Serial, ALostPortTakesOnlyADeviceOfItsKind) {
   int error = 0;
   SerialPort* const port = serial_open("COM1", &error);
   ASSERT_NE(port, nullptr);
-  lead_to("/dev/ptmx");  // a terminal to all appearance, with another driver
+  lead_to("/dev/ptmx");  // a terminal with another driver
   first.unplug();
   EXPECT_FALSE(repaired(port));
   const Pty second;

@@ -13,12 +13,11 @@ import urllib.request
 
 
 class Tab:
-    """One tab. `width` and `height` are the page's, in pixels. `free`: its scripts may be joined by
-    some of the test's own."""
+    """One tab. `width` and `height` are the page's, in pixels. `free`: the test may add scripts to it."""
 
     def __init__(self, tab_address, address, width, height, free):
         self.sequence = 0
-        self.errors = []  # what the page's scripts complained of
+        self.errors = []  # of the page's scripts
         self.socket = connect(tab_address)
         self.call("Runtime.enable")
         self.call("Page.enable")
@@ -100,7 +99,7 @@ class Browser(Tab):
             stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True)
         try:
             super().__init__(self.tab_address(), address, width, height, free)
-        except BaseException:  # nobody will close what was never handed out
+        except BaseException:  # __exit__ will not be called
             self.process.kill()
             shutil.rmtree(self.profile, ignore_errors=True)
             raise
@@ -140,7 +139,7 @@ class Browser(Tab):
         shutil.rmtree(self.profile, ignore_errors=True)
 
 
-# --- the little of WebSocket that it takes ------------------------------------------------------
+# --- WebSocket ----------------------------------------------------------------------------------
 
 def connect(address):
     host, _, path = address.removeprefix("ws://").partition("/")

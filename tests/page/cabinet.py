@@ -19,7 +19,7 @@ class Cabinet:
             stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=log, text=True)
         self.address = next(match.group(0) for line in self.process.stdout
                             if (match := re.search(r"http://\S+", line)))
-        # A pipe that nobody reads would stop the game when it is full.
+        # A full pipe would stop the game.
         threading.Thread(target=self.pass_on, args=(log or sys.stdout,), daemon=True).start()
 
     def pass_on(self, log):
@@ -34,7 +34,7 @@ class Cabinet:
         self.close()
 
     def do(self, line):
-        """Gives the cabinet a command, or asks it for a reading; what it says."""
+        """Gives the cabinet a command, or asks it for a reading. Returns its answer."""
         request = urllib.request.Request(self.address + "command", line.encode(), method="POST")
         try:
             with urllib.request.urlopen(request, timeout=30) as reply:
@@ -43,7 +43,7 @@ class Cabinet:
             raise ValueError(f"{line}: {error.read().decode().strip()}") from error
 
     def close(self):
-        """Asks it to end; its exit code."""
+        """Asks it to end. Returns its exit code."""
         self.process.terminate()
         self.process.wait(timeout=30)
         self.drive.cleanup()

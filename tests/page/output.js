@@ -1,5 +1,5 @@
-// Runs sound-output.js without a browser's sound thread, with time that the test makes: a block is
-// 512 frames, a pull 128. Returns a list of what is wrong. SOURCE is that file's text.
+// Runs sound-output.js without a browser's sound thread, in simulated time: a block is 512 frames, a
+// pull 128. Returns a list of faults. SOURCE is that file's text.
 (() => {
   const wrong = [];
   const BLOCK = 512, PULL = 128, MS = 44.1;
@@ -36,7 +36,7 @@
   }
   const expect = (holds, what) => { if (!holds) wrong.push(what); };
 
-  // On a machine that is 20 ms late now and then every sample is played once, as it came.
+  // With blocks up to 20 ms late now and then, every sample is played once, unchanged.
   {
     const {output, heard} = play(10, {late: n => n % 37 === 5 ? 20 * MS : n % 5 * 40});
     const all = heard.flatMap(([left]) => [...left]), start = all.findIndex(value => value !== 0);
@@ -47,26 +47,26 @@
     expect(output.gaps === 0 && output.cuts === 0 && output.lost === 0, "steady play has gaps");
     expect(heard.at(-1)[1][5] === (-sampleAt(first + all.length - PULL + 5 - start) - 1) / 32768, "the right side isn't");
   }
-  // Clocks that differ by a thousandth: no gap, and the store stays short.
+  // Clocks that differ by a thousandth: no gap, and a short buffer.
   for (const pace of [0.999, 1.001]) {
     const {output, longest} = play(60, {pace});
     expect(output.gaps === 0, `${output.gaps} gaps at pace ${pace}`);
     expect(output.cuts === 0, `sound is left out at pace ${pace}`);
     expect(longest < 75 * MS, `${longest / MS} ms in store at pace ${pace}`);
   }
-  // Nothing for 400 ms, then all in a heap: one gap, and soon no later than before.
+  // Nothing for 400 ms, then all at once: one gap, and soon the same delay as before.
   {
     const {output, longest} = play(20, {late: n => n >= 200 && n < 235 ? (235 - n) * BLOCK : 0});
     expect(output.gaps === 1 && output.lost === 0, `a stop makes ${output.gaps} gaps`);
     expect(longest < 85 * MS, `${longest / MS} ms in store after a stop`);
   }
-  // The browser itself stands still for 400 ms: what is late then is left out.
+  // The browser itself stops for 400 ms: the sound of that time is skipped.
   {
     const {output, longest} = play(20, {pulls: second => second < 5 || second > 5.4});
     expect(output.gaps === 0 && output.cuts === 1, `a late browser: ${output.gaps} gaps, ${output.cuts} cuts`);
     expect(longest < 85 * MS, `${longest / MS} ms in store after the browser stood still`);
   }
-  // What was lost is silence of the same length.
+  // Lost blocks are silence of the same length.
   {
     const {output, heard} = play(8, {comes: n => n !== 300, tone: frame => ({...block(frame), samples: new Int16Array(BLOCK * 2).fill(9)})});
     const all = heard.flatMap(([left]) => [...left]), start = all.findIndex(value => value !== 0);

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """play.py OUT OBJ [listen]: plays the real game through the page in a headless browser, by mouse, key and
-touch; with "listen" it also hears the cabinet and proves the page's sound, which takes a quiet machine.
-What the page looks like in the middle of it is kept in OBJ/page.png."""
+touch. With "listen" it also tests the page's sound, which needs a quiet machine. Keeps a picture of the
+page in OBJ/page.png."""
 
 import json
 import os
@@ -66,7 +66,7 @@ def cut_power(page):
 
 
 def loudest(page, seconds):
-    """The loudest sample that leaves the page in this time, in shares of full scale."""
+    """The loudest sample of the page's output in this time, relative to full scale."""
     return page.value("(async () => { let most = 0; const ear = sound.context.createAnalyser();"
                       "ear.fftSize = 4096; sound.gain.connect(ear); const heard = new Float32Array(4096);"
                       f"for (const end = Date.now() + {seconds * 1000}; Date.now() < end;) {{"
@@ -92,7 +92,7 @@ def hear(page):
 
 
 def hear_twice(page, address):
-    """Two pages of a browser, which has six connections for both: all hear, all can play."""
+    """Two pages share a browser's six connections: both hear, both can play."""
     other = page.tab(address, 390, 844)
     other.wait("state")
     other.click("#sound")
