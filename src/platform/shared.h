@@ -12,6 +12,8 @@
 template <typename T>
 struct Shared {
   static_assert(std::is_trivially_copyable_v<T> && sizeof(T) <= 8);
+  // Compilers call a library for less.
+  static_assert(alignof(T) == sizeof(T));
 
   Shared() = default;
   constexpr Shared(T initial) noexcept : word(initial) {}  // NOLINT: reads like a plain T
