@@ -43,8 +43,7 @@ constexpr int THUMB_MIDDLE = 256;
 constexpr int DIGIT_WIDTH = FONTS[FONT_58X90].glyph_width;
 constexpr int DIGIT_HEIGHT = FONTS[FONT_58X90].glyph_height;
 
-struct alignas(8) Thumb {  // one word to the processor               // one word, so that a cell is
-                           // never drawn of the other sheet
+struct alignas(8) Thumb {    // one word, so that a cell is never drawn of the other sheet
   std::int32_t sheet_index;  // the thumb that rises, or the one that stands
   std::int32_t frame;
 };
