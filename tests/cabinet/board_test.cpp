@@ -165,6 +165,18 @@ TEST_F(BoardTest, MetersCountRisingEdges) {
   EXPECT_EQ(board.counts.malformed, 0);
 }
 
+TEST_F(BoardTest, RestartClearsEverythingButMechanics) {
+  ask("\nC0081\r\nU01\r\nP5fff\r\nT8005\r8A");
+  board_switch(board, INPUT_COIN_LEFT, true, now);
+  pass(300);
+  board_restart(board, 7, now);
+  EXPECT_EQ(take(), "\n*R\r");
+  EXPECT_EQ(board.dispensers[LEFT].count, 0);
+  EXPECT_EQ(board.coils.lamp[5], 0);
+  EXPECT_EQ(edge(INPUT_COIN_LEFT), "\nS0000007787777777\r");  // the coin had been held
+  EXPECT_EQ(ask("\nC0081\r\nS\r"), "\nS8000007787777777\r");
+}
+
 TEST_F(BoardTest, WatchdogAsksAndResetsUnfedBoard) {
   board.settings.watchdog_ask_ms = 1000;
   board.settings.watchdog_bite_ms = 3000;
