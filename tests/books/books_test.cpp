@@ -15,7 +15,8 @@
 
 namespace {
 
-constexpr std::size_t PREFS_SIZE = 3204, AUDITS_SIZE = 3252, HISTO_SIZE = 11204;
+constexpr std::size_t PREFS_SIZE = 4 + 128 * PREF_COUNT, AUDITS_SIZE = 4 + 56 * AUDIT_COUNT,
+                      HISTO_SIZE = 11204;
 
 class Books : public testing::Test {
  protected:

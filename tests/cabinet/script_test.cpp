@@ -162,8 +162,8 @@ TEST_F(CabinetTest, ScriptReadsPaperMetersFramesAndSettings) {
             SCRIPT_PASSED)
       << script.failure;
   EXPECT_EQ(script.expectations, 15);
-  EXPECT_EQ(drive.read("prefs").size(), 3204U);
-  EXPECT_EQ(drive.read("prefbak").size(), 3204U);
+  EXPECT_EQ(drive.read("prefs").size(), 4U + 128 * PREF_COUNT);
+  EXPECT_EQ(drive.read("prefbak"), drive.read("prefs"));
 }
 
 TEST_F(CabinetTest, FailedExpectationShowsBothSidesAndFrames) {
@@ -181,7 +181,7 @@ TEST_F(CabinetTest, FailedExpectationShowsBothSidesAndFrames) {
 }
 
 TEST_F(CabinetTest, AuditsAreReadByNameFromDisk) {
-  std::string bytes = "810A" + std::string(58 * 56, '\0');
+  std::string bytes = "810A" + std::string(AUDIT_COUNT * 56, '\0');
   const auto row = [&bytes](std::size_t index, const char* name, std::size_t at, int value) {
     bytes.replace(4 + index * 56 + 8, std::strlen(name), name);
     bytes[4 + index * 56 + at] = static_cast<char>(value);
@@ -200,7 +200,7 @@ TEST_F(CabinetTest, AuditsAreReadByNameFromDisk) {
   EXPECT_EQ(commands_do(cabinet, "audit \"Tickets Left\" - 1", 0), "");
   EXPECT_EQ(commands_do(cabinet, "lamp 16", 0), "there is no command \"lamp\"");
   EXPECT_EQ(cabinet.said, "audit \"Tickets Left\" - 1 is 699\n");
-  drive.write("audits", bytes.substr(0, 3000));
+  drive.write("audits", bytes.substr(0, bytes.size() - 252));
   EXPECT_EQ(play("expect audit \"Tickets Left\" == 700\n"), SCRIPT_FAILED);
 }
 

@@ -110,12 +110,12 @@ void play_draw(const PictureTaken& taken) {
 
 // --- the operator's screens ---------------------------------------------------------------------
 
-// What an hour of play leaves in the books, both sides with a coin for each frog.
+// What ten minutes of play leave in the books, both sides with a coin for each frog.
 void books_fill() {
-  constexpr int HOUR_TICKS = 3600 * 1000 / 17;
+  constexpr int TEN_MINUTES = 600 * 1000 / 17;
   jamma_fake_reset();
   play_begin();
-  for (int tick = 0; tick < HOUR_TICKS; ++tick) {
+  for (int tick = 0; tick < TEN_MINUTES; ++tick) {
     for (int side = 0; side < SIDE_COUNT; ++side) {
       if (!frog_ready(side)) continue;
       jamma_fake.pending[side == SIDE_LEFT ? PRESS_C1 : PRESS_C2] = 1;

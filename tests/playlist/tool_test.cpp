@@ -33,6 +33,11 @@ class Tool : public testing::Test {
     return script;
   }
 
+  // The number of a line after whole_game().
+  static std::string line(std::size_t n) {
+    return std::to_string(2 * std::size(GAME_PLAYLISTS) + n);
+  }
+
   bool check(const std::string& script) {
     folder.write("pls.txt", script);
     testing::internal::CaptureStdout();
@@ -52,10 +57,11 @@ TEST_F(Tool, CheckReportsUnusedMissingAndWrongEntries) {
       "PLAYLIST 1, 'all', 1, 1\nPLAY 0, 'loud.wav', 1\nPLAY 0, 'vox\\soft.wav', 1\nEND\n";
   EXPECT_TRUE(check(whole_game() + sounds)) << printed;
   EXPECT_EQ(printed,
-            folder.file("pls.txt") + ": 46 playlists, 2 sounds, 0 groups; 0 errors, 0 unused\n");
+            folder.file("pls.txt") + ": " + std::to_string(std::size(GAME_PLAYLISTS) + 1) +
+                " playlists, 2 sounds, 0 groups; 0 errors, 0 unused\n");
 
   EXPECT_TRUE(check(whole_game() + "GROUP 'g', 0\nSOUND 'VOX/Soft.wav', 1\nEND\n"));
-  EXPECT_NE(printed.find("unused: line 91: group 'g'\nunused: loud.wav\n"), std::string::npos);
+  EXPECT_NE(printed.find("unused: line " + line(1) + ": group 'g'\nunused: loud.wav\n"), std::string::npos);
 
   std::string lacking = whole_game();
   lacking.replace(lacking.find("'bgm'"), 5, "'bgn'");
@@ -63,20 +69,21 @@ TEST_F(Tool, CheckReportsUnusedMissingAndWrongEntries) {
   EXPECT_NE(printed.find("missing: the game asks for a playlist 'bgm'\n"), std::string::npos);
 
   EXPECT_FALSE(check(whole_game() + "PLAYLIST 1, 'x', 300, 1\n"));
-  EXPECT_NE(printed.find("'" + folder.file("pls.txt") +
-                         "'[91]: ERROR! priority must be in the range 0-255\n"),
+  EXPECT_NE(printed.find("'" + folder.file("pls.txt") + "'[" + line(1) +
+                         "]: ERROR! priority must be in the range 0-255\n"),
             std::string::npos);
 
   folder.write("take00011.wav", flat_wave(0.1, LOUD));
   EXPECT_FALSE(check(whole_game() + "PLAYLIST 1, 'x', 1, 1\nPLAY 0, 'take00011.wav', 1\n"
                                     "PLAY 1, 'take11000.wav', 1\nEND\n"));
   EXPECT_NE(printed.find(
-                "line 93: 'take11000.wav' can't be distinguished from 'take00011.wav' in line 92"),
+                "line " + line(3) + ": 'take11000.wav' can't be distinguished from 'take00011.wav' in line " +
+                line(2)),
             std::string::npos)
       << "the parser confuses the two silently";
 
   EXPECT_FALSE(check(whole_game() + "PLAYLIST 1, 'x', 1, 1\nLABEL 'here'\nGOTO 'there'\nEND\n"));
-  EXPECT_NE(printed.find("line 93: GOTO 'there', but its playlist has no such LABEL\n"),
+  EXPECT_NE(printed.find("line " + line(3) + ": GOTO 'there', but its playlist has no such LABEL\n"),
             std::string::npos);
 }
 
