@@ -121,8 +121,8 @@ Climb climb_of(int side) {
   std::int32_t most = std::max(MOST_BUGS * climb.bug, climb.minimum);
   for (int lane = LANE_RIVER_NEAR; lane >= LANE_RIVER_FAR; --lane) {
     climb.short_of[lane] = static_cast<float>(capped(climb, most)) * ROUNDING_OF_SUM;
-    if (lane == 3) most = std::max(most, climb.tier1);
-    if (lane == 2) most = std::max(most, climb.tier2);
+    if (lane == LANE_GOLD_LOG) most = std::max(most, climb.tier1);
+    if (lane == LANE_GOLD_TURTLE) most = std::max(most, climb.tier2);
   }
   return climb;
 }

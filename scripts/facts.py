@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Holds that a fact stands in one place: names of pictures, settings and counters, the size of the
-screen, the sum of the file list, and what a demo frog is are not written out a second time in src/,
-lab/, cabinet/ or art/. Prints what is wrong and exits with 1."""
+screen, the sum of the file list, lanes' numbers, the average of a paytable's row, and what a demo frog
+is are not written out a second time in src/, lab/, cabinet/ or art/. Prints what is wrong and exits with 1."""
 
 import pathlib
 import re
@@ -45,6 +45,9 @@ FACTS = (
      {"src/gfx/picture_list.h"}, "the size of the screen"),
     (re.compile(r"0xEDB88320|0x63046310", re.I), {"src/operator/list_sum.h"},
      "the sum of the file list"),
+    (re.compile(r"\blane (?:[<>]=?|[!=]=) [1-9]"), {"src/playfield/playfield.h"}, "a lane's number"),
+    (re.compile(r"\bPAYTABLE_(?:LEAST|STEP)\b"),
+     {"src/playfield/paytable.h", "src/playfield/paytable.cpp"}, "the average of a paytable's row"),
     (re.compile(r"& FROG_DEMO\b"), {"src/playfield/playfield.h"}, "a test for a demo frog"),
 )
 

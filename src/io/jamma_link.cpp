@@ -10,7 +10,7 @@ constinit Shared<std::uint32_t> jamma_checksum_failures{0};
 
 namespace {
 
-constinit JammaLink record;
+JammaLink record;
 
 constexpr std::uint32_t WATCHDOG_BYTE = 75;
 

@@ -18,8 +18,8 @@ constexpr UsbSetConfiguration CONFIGURATION = {0, 1, 0, 0, 8};
 
 constinit std::uint8_t read_data[WATCHDOG_WORD_BYTES]{}, write_data[WATCHDOG_WORD_BYTES]{};
 
-constinit CUsbIo usb_device;
-constinit CUsbIoPipe usb_read_pipe, usb_write_pipe;
+CUsbIo usb_device;
+CUsbIoPipe usb_read_pipe, usb_write_pipe;
 constinit UsbTransferBuffer usb_read_buffer{0, 0, 0, read_data, sizeof read_data, {}};
 constinit UsbTransferBuffer usb_write_buffer{0, 0, 0, write_data, sizeof write_data, {}};
 constinit WatchdogDecoder decoder{};

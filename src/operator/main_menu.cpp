@@ -34,8 +34,7 @@ void leave_operator_mode() {
   menu_clear_presses();
   sound_enabled = 1;
   const bool attract = attract_flag != 0;
-  const std::int32_t level = pref_int(attract ? PREF_ATTRACT_VOLUME : PREF_VOLUME);
-  volume_move(std::clamp(level, 0, 20) - volume_step, false, attract);
+  volume_move(volume_setting(attract) - volume_step, false, attract);
   jps_bank_play_name("bgm");
   game_mode = MODE_PLAY;
 }

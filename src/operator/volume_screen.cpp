@@ -16,17 +16,11 @@
 
 namespace {
 
-constexpr std::int32_t LOUDEST = 20;
-
 struct VolumeScreen {
   Shared<PrefIndex> pref;  // PREF_VOLUME or PREF_ATTRACT_VOLUME; written by the game thread
   std::int32_t kept_step;  // what a cancel goes back to
 };
 constinit VolumeScreen screen{};
-
-std::int32_t level(PrefIndex pref) {
-  return std::clamp(pref_int(pref), 0, LOUDEST);
-}
 
 void move_to(std::int32_t step, PrefIndex pref) {
   volume_move(step - volume_step, false, pref == PREF_ATTRACT_VOLUME);
@@ -34,14 +28,14 @@ void move_to(std::int32_t step, PrefIndex pref) {
 
 void begin(PrefIndex pref) {
   screen.pref = pref;
-  screen.kept_step = level(pref);
+  screen.kept_step = volume_setting(pref == PREF_ATTRACT_VOLUME);
   move_to(screen.kept_step, pref);
   sound_enabled = 1;
   jps_bank_play_name("chase");
 }
 
 void end(const char* sound) {
-  if (screen.pref == PREF_ATTRACT_VOLUME) move_to(level(PREF_VOLUME), PREF_VOLUME);
+  if (screen.pref == PREF_ATTRACT_VOLUME) move_to(volume_setting(false), PREF_VOLUME);
   menu_clear_presses();
   sound_enabled = 0;
   test_screen_end();
@@ -72,14 +66,14 @@ void volume_input() {
   } else if (jamma_pressed(PRESS_VLU)) {
     move_to(volume_step + 1, screen.pref);
   } else if (jamma_pressed(PRESS_P1S)) {
-    move_to(volume_step >= LOUDEST ? 0 : volume_step + 1, screen.pref);
+    move_to(volume_step >= VOLUME_STEP_MAX ? 0 : volume_step + 1, screen.pref);
   }
 }
 
 void volume_draw() {
   const PrefIndex pref = screen.pref;
   const char* title = SETTINGS[pref].name;
-  const std::int32_t step = level(pref);
+  const std::int32_t step = volume_setting(pref == PREF_ATTRACT_VOLUME);
   constexpr std::uint32_t BACK = 0xC0000000;
   text_draw(FONT_8X12, COLOUR_WHITE, 680, 296, "%s", title);
   gfx_rect_draw(64, 320, 1232, 128, BACK, BACK);

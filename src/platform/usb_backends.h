@@ -1,6 +1,7 @@
 // The USB drivers that implement platform/usb_device.h.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "platform/usb_device.h"
@@ -8,6 +9,15 @@
 // The n of "\\.\USBIO_Device<n>", the name of a device by its position among all; -1 for other
 // paths.
 int usb_device_number(const std::string& path);
+
+// A machine without USB devices.
+class NoUsb final : public UsbDriver {
+ public:
+  std::unique_ptr<UsbDeviceList> list(const UsbClassGuid& /*class_guid*/) override {
+    return nullptr;
+  }
+  std::unique_ptr<UsbFile> open(const std::string& /*path*/) override { return nullptr; }
+};
 
 // The devices of this machine. A device is opened only when it gets a configuration, so a search
 // does not disturb the others.

@@ -7,18 +7,6 @@
 #include "platform/environment.h"
 #include "platform/usb_backends.h"
 
-namespace {
-
-class NoUsb final : public UsbDriver {
- public:
-  std::unique_ptr<UsbDeviceList> list(const UsbClassGuid& /*class_guid*/) override {
-    return nullptr;
-  }
-  std::unique_ptr<UsbFile> open(const std::string& /*path*/) override { return nullptr; }
-};
-
-}  // namespace
-
 int usb_device_number(const std::string& path) {
   constexpr std::string_view prefix = R"(\\.\USBIO_Device)";
   if (!path.starts_with(prefix)) return -1;

@@ -123,7 +123,7 @@ void award_sink_cues(const Frog& frog) {
   play_pitched("splash", 0.95);
   play_pitched("wah", 0.65);
   if (!is_due(tick_timers.next_vox_ms) || !is_due(cues.next_oops_ms)) return;
-  if (random_unit() < 0.5) cue_play(frog.lane == 1 ? "voxalmost" : "voxoops");
+  if (random_unit() < 0.5) cue_play(frog.lane == LANE_RIVER_FAR ? "voxalmost" : "voxoops");
   cues.next_oops_ms = from_now_ms(5000.0, 5000.0);
   vox_hold();
 }

@@ -13,7 +13,6 @@
 
 namespace {
 
-constexpr std::int32_t STEP_MAX = 20;
 constexpr std::int64_t ATTRACT_AFTER_MS = 15000;
 constexpr std::int64_t RAMP_TO_ATTRACT_MS = 4000;  // soft slowly,
 constexpr std::int64_t RAMP_TO_PLAY_MS = 1000;     // loud at once
@@ -50,14 +49,13 @@ void update_attract_flag() {
 
 void glide() {
   const PrefIndex row = attract_flag ? PREF_ATTRACT_VOLUME : PREF_VOLUME;
-  const std::int32_t wanted = std::clamp(pref_int(row), 0, STEP_MAX);
   const std::int32_t attract = volume_curve(pref_int(PREF_ATTRACT_VOLUME));
   const std::int32_t play = volume_curve(pref_int(PREF_VOLUME));
   const std::int64_t elapsed = now_ms() - switch_ms;
   const std::int64_t ramp_ms = attract_flag ? RAMP_TO_ATTRACT_MS : RAMP_TO_PLAY_MS;
   if (elapsed > ramp_ms) {
     if (volume_step != pref_int(row)) {
-      volume_move(wanted - volume_step, false, attract_flag != 0);
+      volume_move(volume_setting(attract_flag != 0) - volume_step, false, attract_flag != 0);
     } else if (volume_value != volume_curve(volume_step)) {
       // A glide that was reversed early ends a little short of its level. Left there, the buttons
       // would take it for one that still runs.
@@ -94,14 +92,18 @@ Shared<std::int32_t> volume_value{0};
 Shared<std::int32_t> attract_flag{1};
 
 std::int32_t volume_curve(std::int32_t step) {
-  step = std::clamp(step, 0, STEP_MAX);
+  step = std::clamp(step, 0, VOLUME_STEP_MAX);
   if (step <= 5) return 25 * step;
   if (step <= 10) return 12 * step + 65;
   return 7 * step + 115;
 }
 
+std::int32_t volume_setting(bool attract_row) {
+  return std::clamp(pref_int(attract_row ? PREF_ATTRACT_VOLUME : PREF_VOLUME), 0, VOLUME_STEP_MAX);
+}
+
 void volume_set(std::int32_t step) {
-  volume_step = std::clamp(step, 0, STEP_MAX);
+  volume_step = std::clamp(step, 0, VOLUME_STEP_MAX);
   give_volume(volume_curve(volume_step));
 }
 

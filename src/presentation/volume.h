@@ -6,12 +6,17 @@
 
 #include "platform/shared.h"  // Shared
 
+constexpr std::int32_t VOLUME_STEP_MAX = 20;
+
 extern Shared<std::int32_t> volume_step;   // 0 to 20, as the operator sees it
 extern Shared<std::int32_t> volume_value;  // 0 to 255, what the sound output was last given
 extern Shared<std::int32_t> attract_flag;  // 1: nobody plays
 
 // Master volume, 0 to 255, of an operator's step; steps outside 0 to 20 are held to them.
 std::int32_t volume_curve(std::int32_t step);
+
+// The operator's step in "Attract Volume" or "Volume", held to 0 to 20.
+std::int32_t volume_setting(bool attract_row);
 
 // Moves the level by `delta` steps, stores it in "Attract Volume" or "Volume", and shows the
 // readout for a second if asked. Game thread and start-up.

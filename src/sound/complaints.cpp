@@ -29,7 +29,7 @@ struct Complaints {
   std::atomic<bool> has_thread;
 };
 
-constinit Complaints state{};
+Complaints state{};
 
 [[gnu::format(printf, 1, 0)]] void keep(const char* format, std::va_list arguments)
     REQUIRES(state.mutex) {

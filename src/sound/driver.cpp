@@ -32,7 +32,7 @@ struct Driver {
   bool up = false;
 };
 
-constinit Driver state;
+Driver state;
 
 struct Lock {
   std::recursive_mutex mutex;

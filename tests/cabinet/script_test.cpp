@@ -16,6 +16,8 @@
 #include <filesystem>
 #include <string>
 
+#include "books/audit_list.h"
+#include "books/settings.h"
 #include "cabinet/cabinet.h"
 #include "tests/plain_user.h"
 #include "tests/temp_folder.h"

@@ -56,12 +56,12 @@ TEST_F(Tool, CheckReportsUnusedMissingAndWrongEntries) {
   const std::string sounds =
       "PLAYLIST 1, 'all', 1, 1\nPLAY 0, 'loud.wav', 1\nPLAY 0, 'vox\\soft.wav', 1\nEND\n";
   EXPECT_TRUE(check(whole_game() + sounds)) << printed;
-  EXPECT_EQ(printed,
-            folder.file("pls.txt") + ": " + std::to_string(std::size(GAME_PLAYLISTS) + 1) +
-                " playlists, 2 sounds, 0 groups; 0 errors, 0 unused\n");
+  EXPECT_EQ(printed, folder.file("pls.txt") + ": " + std::to_string(std::size(GAME_PLAYLISTS) + 1) +
+                         " playlists, 2 sounds, 0 groups; 0 errors, 0 unused\n");
 
   EXPECT_TRUE(check(whole_game() + "GROUP 'g', 0\nSOUND 'VOX/Soft.wav', 1\nEND\n"));
-  EXPECT_NE(printed.find("unused: line " + line(1) + ": group 'g'\nunused: loud.wav\n"), std::string::npos);
+  EXPECT_NE(printed.find("unused: line " + line(1) + ": group 'g'\nunused: loud.wav\n"),
+            std::string::npos);
 
   std::string lacking = whole_game();
   lacking.replace(lacking.find("'bgm'"), 5, "'bgn'");
@@ -76,15 +76,16 @@ TEST_F(Tool, CheckReportsUnusedMissingAndWrongEntries) {
   folder.write("take00011.wav", flat_wave(0.1, LOUD));
   EXPECT_FALSE(check(whole_game() + "PLAYLIST 1, 'x', 1, 1\nPLAY 0, 'take00011.wav', 1\n"
                                     "PLAY 1, 'take11000.wav', 1\nEND\n"));
-  EXPECT_NE(printed.find(
-                "line " + line(3) + ": 'take11000.wav' can't be distinguished from 'take00011.wav' in line " +
-                line(2)),
+  EXPECT_NE(printed.find("line " + line(3) +
+                         ": 'take11000.wav' can't be distinguished from 'take00011.wav' in line " +
+                         line(2)),
             std::string::npos)
       << "the parser confuses the two silently";
 
   EXPECT_FALSE(check(whole_game() + "PLAYLIST 1, 'x', 1, 1\nLABEL 'here'\nGOTO 'there'\nEND\n"));
-  EXPECT_NE(printed.find("line " + line(3) + ": GOTO 'there', but its playlist has no such LABEL\n"),
-            std::string::npos);
+  EXPECT_NE(
+      printed.find("line " + line(3) + ": GOTO 'there', but its playlist has no such LABEL\n"),
+      std::string::npos);
 }
 
 TEST_F(Tool, NamesFilesItCannotRead) {

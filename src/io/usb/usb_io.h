@@ -26,7 +26,7 @@ struct UsbDriverInfo {
 // A handle on a device.
 class CUsbIo {
  public:
-  constexpr CUsbIo() = default;
+  CUsbIo() = default;
   CUsbIo(const CUsbIo&) = delete;
   CUsbIo& operator=(const CUsbIo&) = delete;
   virtual ~CUsbIo();
@@ -74,7 +74,7 @@ struct UsbTransferBuffer {
 // A handle on one endpoint of a device.
 class CUsbIoPipe : public CUsbIo {
  public:
-  constexpr CUsbIoPipe() = default;
+  CUsbIoPipe() = default;
   ~CUsbIoPipe() override;
 
   // Opens the device if needed and binds this handle to the endpoint. Returns 0 or a code.
