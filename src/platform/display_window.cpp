@@ -19,16 +19,6 @@ struct Window {
 
 constinit Window state;
 
-// A box needs somebody who can answer it. On a desk that is the owner of the session. A virtual
-// screen or a cabinet's bare one has nobody, and the program would wait for ever.
-bool somebody_can_answer() {
-  if (std::getenv("CI") != nullptr || !display_sdl_video()) return false;
-  const char* driver = SDL_GetCurrentVideoDriver();
-  if (driver == nullptr) return false;
-  if (SDL_strcmp(driver, "dummy") == 0 || SDL_strcmp(driver, "offscreen") == 0) return false;
-  return std::getenv("XDG_CURRENT_DESKTOP") != nullptr || std::getenv("DESKTOP_SESSION") != nullptr;
-}
-
 void window_event(const SDL_WindowEvent& event, DisplayEvents& seen) {
   switch (event.event) {
     case SDL_WINDOWEVENT_MOVED:
@@ -120,7 +110,7 @@ DisplayEvents display_poll_events() {
     switch (event.type) {
       case SDL_QUIT:
         seen.quit = true;
-        break;  // SIGTERM and SIGINT arrive here too
+        break;
       case SDL_WINDOWEVENT:
         window_event(event.window, seen);
         break;
@@ -135,9 +125,22 @@ DisplayEvents display_poll_events() {
   return seen;
 }
 
+bool display_is_seen() {
+  const char* driver = display_sdl_video() ? SDL_GetCurrentVideoDriver() : nullptr;
+  if (driver == nullptr) return false;
+  return SDL_strcmp(driver, "dummy") != 0 && SDL_strcmp(driver, "offscreen") != 0;
+}
+
+// A box needs somebody who can answer it. On a desk that is the owner of the session. A virtual
+// screen or a cabinet's bare one has nobody, and the program would wait for ever.
+bool display_can_ask() {
+  if (std::getenv("CI") != nullptr || !display_is_seen()) return false;
+  return std::getenv("XDG_CURRENT_DESKTOP") != nullptr || std::getenv("DESKTOP_SESSION") != nullptr;
+}
+
 bool display_message_box(const char* title, const char* text, bool yes_no) {
   std::fprintf(stderr, "%s: %s\n", title, text);
-  if (!somebody_can_answer()) return false;
+  if (!display_can_ask()) return false;
   if (!yes_no) {
     SDL_ShowSimpleMessageBox(SDL_MESSAGEBOX_WARNING, title, text, state.window);
     return false;
