@@ -78,7 +78,13 @@ bool display_open_window(const char* title, int width, int height, bool fullscre
   SDL_GL_SetAttribute(SDL_GL_BLUE_SIZE, 8);
   SDL_GL_SetAttribute(SDL_GL_DEPTH_SIZE, 16);
   std::uint32_t flags = SDL_WINDOW_SHOWN;
-  // The primary monitor has its mode by now, so the window uses the current one.
+  // The primary monitor has its mode by now, and the window fills it, also where no window manager
+  // would see to that.
+  SDL_DisplayMode mode{};
+  if (fullscreen && SDL_GetDesktopDisplayMode(0, &mode) == 0) {
+    width = mode.w;
+    height = mode.h;
+  }
   const int corner = fullscreen ? static_cast<int>(SDL_WINDOWPOS_CENTERED_DISPLAY(0)) : 0;
   flags |= fullscreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : SDL_WINDOW_RESIZABLE;
   state.window = SDL_CreateWindow(title, corner, corner, width, height, flags | SDL_WINDOW_OPENGL);

@@ -1,6 +1,5 @@
 #include "platform/ending.h"
 
-#include <initializer_list>
 #include <atomic>
 #include <csignal>
 #include <initializer_list>

@@ -89,6 +89,17 @@ class Monitor {
     });
   }
 
+  // The leftmost pixel of that colour.
+  [[nodiscard]] int leftmost(std::uint32_t colour) const {
+    const std::vector<std::uint32_t> seen = pixels();
+    const int width = std::atoi(screen().c_str());
+    int found = width;
+    for (int i = 0; i < static_cast<int>(seen.size()); ++i) {
+      if (seen[i] == colour) found = std::min(found, i % width);
+    }
+    return found;
+  }
+
  private:
   template <typename Condition>
   static bool soon(Condition condition) {
@@ -211,7 +222,8 @@ TEST_F(DisplayMode, NoteIsShownWithoutEitherModeOrAnAnswer) {
   const Game game("");
   ASSERT_TRUE(game.shown());
   EXPECT_EQ(monitor.mode(), "1280x1024");
-  EXPECT_TRUE(monitor.shows({CLEARED, 0xFFFFFF, 0xFF0000}));
+  ASSERT_TRUE(monitor.shows({CLEARED, 0xFFFFFF, 0xFF0000}));
+  EXPECT_NEAR(monitor.leftmost(0xFF0000), 64 * 1280 / 1360, 8) << "from the screen's corner on";
 }
 
 // The monitor is so far to the right that the screen would have to be wider than it can be.
