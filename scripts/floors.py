@@ -13,7 +13,7 @@ SRC = ROOT / "src"
 GROUND = {"frame/" + name for name in
           ("sides.h", "game_clock.h", "game_mode.h", "tick_timers.h", "ticket_status.h")}
 UPPER_IO = re.compile(r"io/(lamps|led_board|led_value|watchdog_link)[^/]*")
-MACHINE = re.compile(r"(SDL|GL/|SOIL|termios|pthread|libusb|sched\.h|unistd\.h|fcntl\.h|poll\.h|"
+MACHINE = re.compile(r"(SDL|GL/|SOIL|X11/|systemd/|termios|pthread|libusb|sched\.h|unistd\.h|fcntl\.h|poll\.h|"
                      r"sys/|linux/)")
 
 

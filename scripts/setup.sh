@@ -17,7 +17,7 @@ compiler_package() {
 BUILD_PACKAGES="g++ $(compiler_package) cmake ninja-build pkg-config ccache git ca-certificates
   libsdl2-dev libsoil-dev libgl-dev libgl1-mesa-dri libcairo2-dev libpango1.0-dev libpng-dev zlib1g-dev
   flite1-dev libebur128-dev libsndfile1-dev
-  libusb-1.0-0-dev libumockdev-dev libgtest-dev libbenchmark-dev fonts-cherrybomb fonts-dejavu-core fontconfig
+  libusb-1.0-0-dev libsystemd-dev libx11-dev libumockdev-dev libgtest-dev libbenchmark-dev fonts-cherrybomb fonts-dejavu-core fontconfig
   libcpp-httplib-dev libssl-dev nlohmann-json3-dev libturbojpeg0-dev libxcb1-dev libxcb-shm0-dev libxcb-randr0-dev"
 DISPLAY_PACKAGES="xvfb imagemagick x11-utils"
 # The tools have the one version that Debian 12 and 13 share, so that they agree everywhere.

@@ -8,5 +8,6 @@
 // another magic.
 bool book_read(const char* name, const char* magic, void* data, std::size_t size);
 
-// Stores magic and data. False if the file can't be written; the old content stays.
+// Stores magic and data. False if the file can't be written: the old content stays, and
+// `store_report` is told.
 bool book_store(const char* name, const char* magic, const void* data, std::size_t size);

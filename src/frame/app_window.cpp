@@ -36,6 +36,8 @@ const char* mode_question(DisplayModeResult result) {
 // The size asked for, then the size most panels have, then the operator's word.
 bool choose_mode() {
   AppWindow& app = app_window;
+  app.asked_width = app.screen_width;
+  app.asked_height = app.screen_height;
   if (display_set_mode(app.screen_width, app.screen_height) == DISPLAY_MODE_OK) return true;
   app.screen_width = FALLBACK.width;
   app.screen_height = FALLBACK.height;
@@ -45,7 +47,7 @@ bool choose_mode() {
     app.fullscreen = 0;
     return true;
   }
-  display_message_box("ERROR", "Program Will Now Close.", false);
+  if (display_can_ask()) display_message_box("ERROR", "Program Will Now Close.", false);
   return false;
 }
 
@@ -70,6 +72,10 @@ void app_parse_command_line(const char* line) {
 
 bool app_create_window() {
   if (app_window.fullscreen != 0 && !choose_mode()) return false;
+  return app_open_window();
+}
+
+bool app_open_window() {
   return display_open_window(TITLE, app_window.screen_width, app_window.screen_height,
                              app_window.fullscreen != 0);
 }

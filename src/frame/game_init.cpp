@@ -9,13 +9,14 @@
 #include "books/prefs.h"
 #include "frame/game_thread.h"
 #include "frame/render_frame.h"
-#include "gfx/text.h"  // text_fonts_load
+#include "frame/tick_steps.h"  // lockouts_hold_closed
+#include "gfx/text.h"          // text_fonts_load
 #include "io/jamma.h"
 #include "io/lamp_effects.h"
 #include "io/led_board.h"
 #include "operator/boot_check.h"
 #include "operator/main_menu.h"  // menus_build
-#include "platform/clock.h"      // clock_calendar_s
+#include "platform/clock.h"      // clock_calendar_s, clock_sleep_ms
 #include "platform/display.h"    // display_restore_mode
 #include "platform/random.h"     // random_seed
 #include "playfield/playfield.h"
@@ -41,9 +42,17 @@ void open_sound() {
   jps_set_master_volume(volume_value);
 }
 
+// The slots close while the game still counts: a coin that has just passed one is in the books.
+void refuse_coins() {
+  constexpr int COIN_FALLS_MS = 500;  // a coil's order takes up to 250
+  lockouts_hold_closed(true);
+  if (jamma_link_alive()) clock_sleep_ms(COIN_FALLS_MS);
+}
+
 }  // namespace
 
 int Game_Init() {
+  lockouts_hold_closed(false);
   random_seed(static_cast<std::uint64_t>(clock_calendar_s()));
   open_board();
   audits_load();
@@ -66,6 +75,7 @@ int Game_Init() {
 }
 
 int Game_Shutdown() {
+  refuse_coins();
   const bool led_ended = led_stop();
   if (!game_threads_stop()) {
     // A store of the books from here could run into one of the thread's own. They are on the disk

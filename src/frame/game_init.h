@@ -5,7 +5,7 @@
 // goes on. Returns 1.
 int Game_Init();
 
-// Stops the threads, stores the books, releases everything. Returns 1, or 0 if a thread doesn't end
-// in time: what it may still touch is left alone, and the process has to end at once, without any
-// cleaning up.
+// Closes the coin slots, stops the threads, stores the books, releases everything. Draws nothing.
+// Returns 1, or 0 if a thread doesn't end in time: what it may still touch is left alone, and the
+// process has to end at once, without any cleaning up.
 int Game_Shutdown();

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "frame/tick.h"
+#include "frame/tick_steps.h"  // periodic_reboot_refused
 #include "platform/clock.h"
 #include "platform/thread.h"
 #include "playfield/ticket_dings.h"
@@ -25,6 +26,7 @@ void game_thread(const Thread& self, void* /*context*/) {
   while (!thread_stop_requested(self)) {
     const std::int64_t t_ms = clock_ms();
     // After an ordered reboot there is no further tick: the thread waits for the machine.
+    if (!running) running = periodic_reboot_refused();
     if (running && game_tick_due(t_ms)) running = game_tick(t_ms);
     clock_sleep_ms(1);
   }

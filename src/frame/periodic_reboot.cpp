@@ -14,14 +14,17 @@
 namespace {
 
 constexpr std::int64_t DAY_MS = 86400000;
-constexpr std::int64_t QUIET_MS = 120000;  // twice: the deadline moves ahead of a busy tick,
-                                           // and then has to lie this far back
-constexpr std::int64_t NOTICE_MS = 10000;  // the screen says so before the machine goes
+constexpr std::int64_t QUIET_MS = 120000;   // twice: the deadline moves ahead of a busy tick,
+                                            // and then has to lie this far back
+constexpr std::int64_t NOTICE_MS = 10000;   // the screen says so before the machine goes
+constexpr std::int64_t RETRY_MS = 3600000;  // after a refusal
 
 struct RebootState {
   bool going_down;
+  bool counted;  // in the audits, once a run
   std::int64_t busy_deadline_ms;
   std::int64_t reboot_at_ms;
+  std::int64_t retry_at_ms;  // no earlier
 };
 
 constinit RebootState state{};
@@ -31,11 +34,20 @@ bool busy() {
          !station_idle(SIDE_RIGHT) || game_mode == MODE_OPERATOR;
 }
 
-// The external watchdog gets its word first. If the reboot fails, the watchdog, no longer fed, ends
-// the machine.
+// The external watchdog gets its word first. If the machine hangs on its way down, the watchdog, no
+// longer fed, ends it.
 void system_reboot() {
   watchdog_reboot_word();
-  power_reboot();
+  power_reboot("the game has run for a day, and nobody has played for four minutes");
+}
+
+void go_down(std::int64_t now) {
+  if (!state.counted) audit_add(AUDIT_PERIODIC_REBOOT_COUNT, 1);
+  state.counted = true;
+  game_mode = MODE_GOING_DOWN;
+  audits_save();
+  state.reboot_at_ms = now + NOTICE_MS;
+  state.going_down = true;
 }
 
 }  // namespace
@@ -48,14 +60,17 @@ bool periodic_reboot_step() {
   const std::int64_t now = now_ms();
   if (busy() && !state.going_down) state.busy_deadline_ms = now + QUIET_MS;
   if (now <= DAY_MS || now <= state.busy_deadline_ms + QUIET_MS) return false;
-  if (!state.going_down) {
-    audit_add(AUDIT_PERIODIC_REBOOT_COUNT, 1);
-    game_mode = MODE_GOING_DOWN;
-    audits_save();
-    state.reboot_at_ms = now + NOTICE_MS;
-    state.going_down = true;
-  }
+  if (now <= state.retry_at_ms) return false;
+  if (!state.going_down) go_down(now);
   if (now <= state.reboot_at_ms) return false;
   system_reboot();
+  return true;
+}
+
+bool periodic_reboot_refused() {
+  if (!power_reboot_refused()) return false;
+  state.going_down = false;
+  state.retry_at_ms = now_ms() + RETRY_MS;
+  game_mode = MODE_PLAY;
   return true;
 }

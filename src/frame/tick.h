@@ -9,7 +9,7 @@ void game_begin();
 
 // One tick at time `t_ms` of the clock. The game thread calls it with clock_ms(), a test with a
 // number, the lab as fast as it can. Returns false once a reboot was ordered: there is no
-// further tick.
+// further tick unless `periodic_reboot_refused`.
 bool game_tick(std::int64_t t_ms);
 
 // True if `t_ms` is far enough past the last tick for the next one: at least 17 ms.

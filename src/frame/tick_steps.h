@@ -16,9 +16,11 @@ void test_hold_step(int test_level);
 // --- every tick ---------------------------------------------------------------------------------
 
 // Energises a side's coin lockout coil while it may take coins, and releases it while "Lockout
-// Coils" is on and there is something to play.
+// Coils" is on and there is something to play, before a reboot, and while it is held closed.
 void jamma_update_lockouts();
 void lockouts_reset();
+// Before the program ends: from the next tick on no slot takes a coin. Any thread.
+void lockouts_hold_closed(bool closed);
 
 // Owed tickets: what the board has yet to pay, shown, and kept on disk.
 void tickets_poll();
@@ -33,6 +35,9 @@ void late_board_begin();
 bool late_board_step(std::int64_t now_ms);
 
 // A machine that has run a day reboots at the first quiet moment. True from the moment at which the
-// reboot was ordered: there is no further tick.
+// reboot was ordered: there is no further tick unless it is refused.
 bool periodic_reboot_step();
+// Between ticks, after the order: true once the machine has refused. Play goes on, and the reboot
+// is ordered again in an hour at the earliest.
+bool periodic_reboot_refused();
 void periodic_reboot_reset();

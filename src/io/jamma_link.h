@@ -9,6 +9,7 @@
 
 #include "io/jamma.h"
 #include "io/jamma_wire.h"    // WireFraming
+#include "platform/clock.h"   // clock_ms
 #include "platform/mutex.h"   // Mutex
 #include "platform/serial.h"  // SerialPort
 #include "platform/shared.h"  // Shared
@@ -54,6 +55,12 @@ enum JammaPacket : std::uint32_t {
 inline constexpr std::uint32_t PACKET_BIT_ON =
     0x100;  // with an H packet: set its bit, else clear it
 
+// The clock of the board's silence: seconds of the steady clock, from 1 on. A calendar that is set
+// must neither show a fault nor hide one.
+inline std::int64_t jamma_clock_s() {
+  return 1 + clock_ms() / 1000;
+}
+
 // A `Shared` word has one writer. Words that several threads change are atomic, or guarded by a
 // mutex. A plain word belongs to the thread that its comment names.
 struct JammaLink {
@@ -63,7 +70,7 @@ struct JammaLink {
   std::shared_ptr<Thread> reader_thread, pump_thread, search_thread;
   std::atomic<std::uint32_t> comm_errors{};
   Shared<std::uint8_t> alive{};
-  Shared<std::int64_t> last_heard{};  // calendar seconds; 0: not yet
+  Shared<std::int64_t> last_heard{};  // by jamma_clock_s; 0: not yet
   std::uint32_t status_deadline = 0;  // system tick; pump
   // Status queries since the last answer; and after an outage, how many answers it takes until one
   // is certain to be for a query that was sent after it.

@@ -73,7 +73,7 @@ void schedule_tickets(JammaLink& link, int side) {
 
 void judge_life(JammaLink& link) {
   const std::int64_t heard = link.last_heard;
-  link.alive = heard == 0 || clock_calendar_s() - heard <= SILENCE_S;
+  link.alive = heard == 0 || jamma_clock_s() - heard <= SILENCE_S;
 }
 
 }  // namespace

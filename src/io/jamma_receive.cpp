@@ -160,7 +160,7 @@ void handle_status(JammaLink& link, const std::uint8_t* frame) {
   const std::uint32_t lines = static_cast<std::uint32_t>(frame[4]) << 16 |
                               static_cast<std::uint32_t>(frame[3]) << 8 | frame[2];
   judge_outage(link, link.last_heard == 0);
-  link.last_heard = clock_calendar_s();
+  link.last_heard = jamma_clock_s();
   link.inputs.previous_switches = link.inputs.switches.get();
   link.inputs.switches = (lines ^ ACTIVE_LOW_SWITCHES) | SWITCHES_SEEN;
   link.inputs.dips = (~static_cast<std::uint32_t>(frame[5]) & 0xFF) | DIPS_SEEN;

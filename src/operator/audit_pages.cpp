@@ -6,6 +6,7 @@
 #include "books/audits.h"
 #include "operator/info_pane.h"
 #include "operator/menu_tree.h"
+#include "operator/trouble_line.h"
 
 namespace {
 
@@ -73,6 +74,7 @@ void write_page(AuditPage page, const char* heading) {
 
 void pane_page_system_audits() {
   write_page(SYSTEM_PAGE, "System Audits");
+  pane_line_of_trouble(21);
 }
 void pane_page_coin_audits() {
   write_page(COIN_PAGE, "Coin Audits");

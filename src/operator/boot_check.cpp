@@ -14,6 +14,7 @@
 #include "operator/file_sums.h"
 #include "operator/text_lines.h"
 #include "platform/display.h"  // display_restore_mode
+#include "platform/ending.h"
 #include "platform/files.h"
 
 namespace {
@@ -72,19 +73,15 @@ void draw_frame() {
   gfx_frame_run(check.draw);
 }
 
-volatile std::sig_atomic_t signal_met = 0;
-
 // There is no way past a bad installation: Esc and the window's close button are ignored. A signal
 // still ends the process after the next frame, and a desktop gets its display mode back. The books
 // are already on disk.
 [[noreturn]] void halt() {
-  for (const int number : {SIGTERM, SIGINT}) {
-    std::signal(number, [](int met) { signal_met = met; });
-  }
-  while (signal_met == 0) draw_frame();
+  ending_watch();
+  while (ending_requested() == 0) draw_frame();
   display_restore_mode();
-  std::signal(signal_met, SIG_DFL);
-  std::raise(signal_met);
+  std::signal(ending_requested(), SIG_DFL);
+  std::raise(ending_requested());
   std::abort();
 }
 

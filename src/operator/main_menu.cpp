@@ -10,6 +10,7 @@
 #include "operator/info_pane.h"
 #include "operator/menu.h"
 #include "operator/menu_tree.h"  // MAIN_ROWS
+#include "operator/trouble_line.h"
 #include "presentation/volume.h"
 #include "sound/jps.h"
 
@@ -25,6 +26,7 @@ void pane_page_version() {
   pane_set_line(4, "JAMMA Version        : %s", JAMMA_VERSION);
   pane_set_line(5, "Build Date           : %s", build_stamp.date);
   pane_set_line(6, "Build Time           : %s", build_stamp.time);
+  pane_line_of_trouble(8);
 }
 
 void leave_operator_mode() {

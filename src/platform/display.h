@@ -46,6 +46,18 @@ struct DisplayEvents {
 // NAME" and "release NAME", with the key's SDL name.
 DisplayEvents display_poll_events();
 
+// When the display is lost, `end` is called in the middle of a call to the display, and must make
+// none itself; then the process ends with code 1. Only for X: where another display is lost, the
+// window is closed.
+void display_when_lost(void (*end)());
+
+// True if what is drawn can be seen somewhere: there is a display, and it isn't one in memory
+// alone.
+bool display_is_seen();
+
+// True if somebody may be there to answer a box: on a desk, not at a cabinet's bare screen.
+bool display_can_ask();
+
 // Shows a box and waits for the answer. Without a display it prints a line on standard error, and
 // the answer is No. `yes_no`: true for Yes.
 bool display_message_box(const char* title, const char* text, bool yes_no);

@@ -19,16 +19,6 @@ struct Window {
 
 constinit Window state;
 
-// A box needs somebody who can answer it. On a desk that is the owner of the session. A virtual
-// screen or a cabinet's bare one has nobody, and the program would wait for ever.
-bool somebody_can_answer() {
-  if (std::getenv("CI") != nullptr || !display_sdl_video()) return false;
-  const char* driver = SDL_GetCurrentVideoDriver();
-  if (driver == nullptr) return false;
-  if (SDL_strcmp(driver, "dummy") == 0 || SDL_strcmp(driver, "offscreen") == 0) return false;
-  return std::getenv("XDG_CURRENT_DESKTOP") != nullptr || std::getenv("DESKTOP_SESSION") != nullptr;
-}
-
 void window_event(const SDL_WindowEvent& event, DisplayEvents& seen) {
   switch (event.event) {
     case SDL_WINDOWEVENT_MOVED:
@@ -88,7 +78,13 @@ bool display_open_window(const char* title, int width, int height, bool fullscre
   SDL_GL_SetAttribute(SDL_GL_BLUE_SIZE, 8);
   SDL_GL_SetAttribute(SDL_GL_DEPTH_SIZE, 16);
   std::uint32_t flags = SDL_WINDOW_SHOWN;
-  // The primary monitor has its mode by now, so the window uses the current one.
+  // The primary monitor has its mode by now, and the window fills it, also where no window manager
+  // would see to that.
+  SDL_DisplayMode mode{};
+  if (fullscreen && SDL_GetDesktopDisplayMode(0, &mode) == 0) {
+    width = mode.w;
+    height = mode.h;
+  }
   const int corner = fullscreen ? static_cast<int>(SDL_WINDOWPOS_CENTERED_DISPLAY(0)) : 0;
   flags |= fullscreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : SDL_WINDOW_RESIZABLE;
   state.window = SDL_CreateWindow(title, corner, corner, width, height, flags | SDL_WINDOW_OPENGL);
@@ -120,7 +116,7 @@ DisplayEvents display_poll_events() {
     switch (event.type) {
       case SDL_QUIT:
         seen.quit = true;
-        break;  // SIGTERM and SIGINT arrive here too
+        break;
       case SDL_WINDOWEVENT:
         window_event(event.window, seen);
         break;
@@ -135,9 +131,22 @@ DisplayEvents display_poll_events() {
   return seen;
 }
 
+bool display_is_seen() {
+  const char* driver = display_sdl_video() ? SDL_GetCurrentVideoDriver() : nullptr;
+  if (driver == nullptr) return false;
+  return SDL_strcmp(driver, "dummy") != 0 && SDL_strcmp(driver, "offscreen") != 0;
+}
+
+// A box needs somebody who can answer it. On a desk that is the owner of the session. A virtual
+// screen or a cabinet's bare one has nobody, and the program would wait for ever.
+bool display_can_ask() {
+  if (std::getenv("CI") != nullptr || !display_is_seen()) return false;
+  return std::getenv("XDG_CURRENT_DESKTOP") != nullptr || std::getenv("DESKTOP_SESSION") != nullptr;
+}
+
 bool display_message_box(const char* title, const char* text, bool yes_no) {
   std::fprintf(stderr, "%s: %s\n", title, text);
-  if (!somebody_can_answer()) return false;
+  if (!display_can_ask()) return false;
   if (!yes_no) {
     SDL_ShowSimpleMessageBox(SDL_MESSAGEBOX_WARNING, title, text, state.window);
     return false;

@@ -84,10 +84,15 @@ void files_use_roots(const std::string& drive_d, const std::string& program_fold
   std::filesystem::create_directories(drive_d, ignored);
 }
 
-std::string files_program_folder() {
+std::string files_program() {
   std::error_code failed;
-  const auto program = std::filesystem::read_symlink("/proc/self/exe", failed);
-  return failed ? "." : program.parent_path().string();
+  const std::string program = std::filesystem::read_symlink("/proc/self/exe", failed).string();
+  return failed ? std::string{} : program;
+}
+
+std::string files_program_folder() {
+  const std::string program = files_program();
+  return program.empty() ? "." : folder_of(program);
 }
 
 std::string files_path(const char* name) {
@@ -171,12 +176,13 @@ void read_close(ReadFile* file) {
 
 struct StoreFile {
   int fd = -1;
-  bool whole = true;  // every write so far succeeded
+  int error = 0;  // errno of the write that failed
   std::string path, temporary;
 };
 
 StoreFile* store_open(const char* name) {
   const std::string path = files_path(name);
+  errno = 0;
   if (path.empty()) return nullptr;
   std::string temporary;
   const int fd = temporary_open(path, temporary);
@@ -190,42 +196,54 @@ StoreFile* store_open(const char* name) {
 
 bool store_bytes(StoreFile* file, const void* data, std::size_t size) {
   const char* rest = static_cast<const char*>(data);
-  while (size > 0 && file->whole) {
+  while (size > 0 && file->error == 0) {
     const ssize_t count = write(file->fd, rest, size);
     if (count < 0 && errno == EINTR) continue;
-    file->whole = count > 0;
-    if (count > 0) {
-      rest += count;
-      size -= static_cast<std::size_t>(count);
+    if (count <= 0) {
+      file->error = count < 0 ? errno : ENOSPC;
+      break;
     }
+    rest += count;
+    size -= static_cast<std::size_t>(count);
   }
-  return file->whole;
+  return file->error == 0;
 }
 
 namespace {
 
-// Replaces the old file by what was written, if it is `good`.
-bool take_place(StoreFile* file, bool good) {
+// Notes the first step that fails.
+void step(StoreFile* file, bool good) {
+  if (!good && file->error == 0) file->error = errno;
+}
+
+// Replaces the old file by what was written, if that is whole.
+bool take_place(StoreFile* file) {
   close(file->fd);
-  const bool ok = good && rename(file->temporary.c_str(), file->path.c_str()) == 0;
-  if (!ok) unlink(file->temporary.c_str());
-  return ok;
+  if (file->error == 0) step(file, rename(file->temporary.c_str(), file->path.c_str()) == 0);
+  if (file->error != 0) unlink(file->temporary.c_str());
+  return file->error == 0;
+}
+
+// The end of the record. False with errno if a step failed.
+bool store_end(StoreFile* file) {
+  const int error = file->error;
+  delete file;
+  if (error != 0) errno = error;
+  return error == 0;
 }
 
 }  // namespace
 
 bool store_close(StoreFile* file) {
-  const bool ok =
-      take_place(file, file->whole && fsync(file->fd) == 0) && sync_folder(folder_of(file->path));
-  delete file;
-  return ok;
+  if (file->error == 0) step(file, fsync(file->fd) == 0);
+  if (take_place(file)) step(file, sync_folder(folder_of(file->path)));
+  return store_end(file);
 }
 
 bool note_store(const char* name, const void* data, std::size_t size) {
   StoreFile* const file = store_open(name);
   if (!file) return false;
-  const bool whole = store_bytes(file, data, size);
-  const bool ok = take_place(file, whole);
-  delete file;
-  return ok;
+  store_bytes(file, data, size);
+  take_place(file);
+  return store_end(file);
 }

@@ -17,7 +17,8 @@ std::string files_path(const char* name);
 // below an empty root opens.
 void files_use_roots(const std::string& drive_d, const std::string& program_folder);
 
-// The folder of the running program.
+// The running program's file, empty if the machine doesn't say; and its folder.
+std::string files_program();
 std::string files_program_folder();
 
 struct ReadFile;
@@ -42,12 +43,12 @@ void read_close(ReadFile* file);
 
 // Opens a file of the books for writing, truncated. Data goes unbuffered to a temporary file beside
 // it, which replaces the old file in `store_close`. So a power cut leaves the old file or the new
-// one complete. Null if it can't be created.
+// one complete. Null if it can't be created: errno says why, 0 if the name has no path.
 StoreFile* store_open(const char* name);
 // Writes all `size` bytes or returns false; after a failure `store_close` keeps the old file.
 bool store_bytes(StoreFile* file, const void* data, std::size_t size);
 // Brings the data to the disk, renames, and brings the folder to the disk. False if one of these
-// failed: the old file is still in place, or comes back after a power cut.
+// failed, and errno says why: the old file is still in place, or comes back after a power cut.
 bool store_close(StoreFile* file);
 
 // Writes a note beside the books: `size` bytes, completely or not at all, in place of the old note.

@@ -1,6 +1,7 @@
 // The books on disk: which file is read, what a damaged one does, and what is stored when.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
@@ -10,7 +11,9 @@
 
 #include "books/audits.h"
 #include "books/prefs.h"
+#include "books/store_report.h"
 #include "platform/files.h"
+#include "platform/headless/clock_control.h"
 #include "tests/temp_folder.h"
 
 namespace {
@@ -224,6 +227,40 @@ TEST_F(Books, UnwritableFileIsSkipped) {
   EXPECT_EQ(drive.read("audbak").size(), AUDITS_SIZE);
   EXPECT_EQ(drive.read("prefbak").size(), PREFS_SIZE);
   EXPECT_EQ(drive.read("histo").size(), HISTO_SIZE);
+}
+
+// One line when it begins, one an hour while it lasts, one when it is over.
+TEST_F(Books, FailingStoreIsReportedOnceAnHourUntilItWorks) {
+  store_report_reset();
+  headless_clock_reset();
+  const auto said = [](void (*store)()) {
+    testing::internal::CaptureStderr();
+    store();
+    return testing::internal::GetCapturedStderr();
+  };
+  EXPECT_EQ(said(audits_save), "");
+  EXPECT_STREQ(store_trouble(), "");
+  for (const char* name : {"audits/full", "histo/full"}) {
+    std::filesystem::remove(drive.file(name).substr(0, drive.file(name).size() - 5));
+    std::filesystem::create_directories(drive.file(name));
+  }
+  const std::string first = said(audits_save);
+  EXPECT_EQ(std::ranges::count(first, '\n'), 1) << first << "two files fail, one line";
+  EXPECT_NE(first.find(drive.file("audits") + ": Is a directory"), std::string::npos) << first;
+  EXPECT_STREQ(store_trouble(), "Is a directory");
+  headless_clock_advance(3599999);
+  EXPECT_EQ(said(audits_save), "");
+  EXPECT_EQ(said(prefs_save), "") << "these can be stored, but that is no recovery";
+  headless_clock_advance(1);
+  EXPECT_EQ(std::ranges::count(said(audits_save), '\n'), 1);
+  EXPECT_EQ(said(audits_save), "");
+  std::filesystem::remove_all(drive.file("audits"));
+  EXPECT_EQ(said(audits_save), "") << "the histogram still fails";
+  std::filesystem::remove_all(drive.file("histo"));
+  EXPECT_EQ(said(audits_save), "The books are stored again, after 60 minutes.\n");
+  EXPECT_STREQ(store_trouble(), "");
+  files_use_roots("", "");
+  EXPECT_EQ(said(audits_save), "") << "without a drive there are no books to store";
 }
 
 TEST_F(Books, OccupiedTemporaryNameIsReplacedOrAvoided) {

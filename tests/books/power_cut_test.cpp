@@ -18,6 +18,7 @@
 #include "books/audits.h"
 #include "books/book_file.h"
 #include "books/prefs.h"
+#include "books/store_report.h"
 #include "platform/files.h"
 #include "tests/temp_folder.h"
 
@@ -183,6 +184,7 @@ TEST(FailingFolder, StoreFailsWhenFolderCannotBeSynced) {
   ASSERT_TRUE(book_store(R"(d:\prefs)", "030P", "old", 3));
   folders_fail = true;
   EXPECT_FALSE(book_store(R"(d:\prefs)", "030P", "new", 3));
+  EXPECT_STREQ(store_trouble(), "Input/output error");
   folders_fail = false;
   EXPECT_EQ(drive.read("prefs"), "030Pnew");
 }

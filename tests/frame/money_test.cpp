@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <limits>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "books/audits.h"
@@ -19,7 +20,9 @@
 #include "frame/tick_timers.h"
 #include "frame/ticket_status.h"
 #include "operator/main_menu.h"
+#include "platform/clock.h"
 #include "platform/files.h"
+#include "platform/headless/clock_control.h"
 #include "platform/headless/power_record.h"
 #include "playfield/frog_queue.h"
 #include "playfield/paytable.h"
@@ -452,6 +455,17 @@ TEST_F(Money, LockoutCoilsFollowCreditsWhenEnabled) {
   EXPECT_EQ(jamma_fake_sum(JAMMA_SET_LOCKOUT, 1), 1);
 }
 
+// Before the program ends, also with the coils disabled in the menu. What has passed the slot by
+// then still counts.
+TEST_F(Money, LockoutCoilsFallBeforeTheEnd) {
+  lockouts_hold_closed(true);
+  coin(SIDE_LEFT);
+  EXPECT_EQ(jamma_fake_sum(JAMMA_SET_LOCKOUT, 0), -1);
+  EXPECT_EQ(jamma_fake_sum(JAMMA_SET_LOCKOUT, 1), -1);
+  EXPECT_EQ(credits(0), 1);
+  lockouts_hold_closed(false);
+}
+
 // There are ten seconds' notice on the screen before it reboots.
 TEST_F(Money, RebootsAfterADayOnceQuietFor240Seconds) {
   constexpr std::int64_t DAY = 86400000;
@@ -476,6 +490,36 @@ TEST_F(Money, RebootsAfterADayOnceQuietFor240Seconds) {
   EXPECT_EQ(headless_reboots_ordered, 1);
 }
 
+// Play goes on, and the slots open again. An hour later it is tried once more.
+TEST_F(Money, RefusedRebootIsTriedAgainAnHourLater) {
+  constexpr std::int64_t DAY = 86400000, HOUR = 3600000;
+  const auto coils = [] {
+    return std::pair(jamma_fake_sum(JAMMA_SET_LOCKOUT, 0), jamma_fake_sum(JAMMA_SET_LOCKOUT, 1));
+  };
+  game_tick(DAY - 1000);
+  jamma_fake_forget_calls();
+  while (running) tick();
+  EXPECT_EQ(coils(), std::pair(-1, -1)) << "nobody counts coins from here on";
+  EXPECT_FALSE(periodic_reboot_refused()) << "there is no answer yet";
+  EXPECT_EQ(game_mode, MODE_GOING_DOWN);
+  headless_reboot_refused = true;
+  ASSERT_TRUE(periodic_reboot_refused());
+  const std::int64_t refused_ms = now_ms();
+  running = true;
+  tick();
+  EXPECT_EQ(game_mode, MODE_PLAY);
+  EXPECT_EQ(coils(), std::pair(0, 0));
+  coin(SIDE_LEFT);
+  EXPECT_EQ(credits(0), 1);
+  while (game_mode == MODE_PLAY && now_ms() < refused_ms + 2 * HOUR) tick();
+  EXPECT_EQ(game_mode, MODE_GOING_DOWN);
+  EXPECT_GT(now_ms(), refused_ms + HOUR);
+  EXPECT_LE(now_ms(), refused_ms + HOUR + 2 * 17);
+  while (running) tick();
+  EXPECT_EQ(headless_reboots_ordered, 2);
+  EXPECT_EQ(audit_count(AUDIT_PERIODIC_REBOOT_COUNT), 1) << "one run, one reboot";
+}
+
 TEST_F(Money, WaitingCreditSurvivesPeriodicReboot) {
   constexpr std::int64_t DAY = 86400000;
   prefs[PREF_TIMEOUT_SECONDS].int_value = 15;
@@ -488,6 +532,32 @@ TEST_F(Money, WaitingCreditSurvivesPeriodicReboot) {
   EXPECT_EQ(credits(0), 1);
   EXPECT_EQ(credits(1), 2);
   EXPECT_EQ(audit_count(AUDIT_GAMES_PLAYED, 0), 0);
+}
+
+// What the calendar says is no matter of the game: not a jump of thirty years, forward or back.
+TEST_F(Money, StepsOfTheCalendarChangeNothing) {
+  std::string books[3];
+  constexpr std::int64_t YEARS_S = 30LL * 365 * 86400;
+  for (const std::int64_t step_s : {std::int64_t{0}, YEARS_S, -YEARS_S}) {
+    reset_game();
+    headless_clock_reset();
+    frog_enqueue(SIDE_LEFT);
+    for (int second = 0; second < 700; ++second) {
+      if (second % 100 == 50) headless_calendar_set(clock_calendar_s() + step_s);
+      if (second % 20 == 0) coin(SIDE_LEFT);
+      if (second % 20 == 5) start(SIDE_LEFT);
+      for (int i = 0; i < 58; ++i) {
+        headless_clock_advance(17);
+        tick();
+      }
+    }
+    EXPECT_EQ(game_mode, MODE_PLAY);
+    EXPECT_GT(audits[AUDIT_TIME_GAME_ON].time_ms, 690000);
+    audits_save();
+    books[step_s == 0 ? 0 : step_s > 0 ? 1 : 2] = stored_audits();
+  }
+  EXPECT_EQ(books[1], books[0]);
+  EXPECT_EQ(books[2], books[0]);
 }
 
 TEST_F(Money, NoRebootWithinADay) {

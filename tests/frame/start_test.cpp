@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "frame/app_window.h"
+#include "frame/monitor_note.h"
 #include "platform/environment.h"
 #include "platform/headless/display_record.h"
 #include "platform/tokens.h"
@@ -45,8 +46,11 @@ TEST(CommandLine, LastDisplayModeIsUsed) {
 }
 
 // Modes asked for as "WxH", then "full" or "window" with its size, or "none".
-std::string opened(std::vector<DisplayModeResult> results, bool answer_yes, const char* line = "") {
+constexpr bool NOBODY_TO_ASK = false;
+std::string opened(std::vector<DisplayModeResult> results, bool answer_yes, const char* line = "",
+                   bool can_ask = true) {
   headless_display = {};
+  headless_display.can_ask = can_ask;
   headless_display.mode_results = std::move(results);
   headless_display.answer_yes = answer_yes;
   app_window = {1360, 768, 1};
@@ -72,6 +76,13 @@ TEST(AppWindow, TriesFullscreenModesThenAsksOperator) {
   EXPECT_EQ(opened({REFUSED, REFUSED}, true), "1360x768 1920x1080 1920x1080 window");
   EXPECT_EQ(opened({REFUSED, REFUSED}, false), "1360x768 1920x1080 none");
   EXPECT_EQ(headless_display.boxes.back(), "ERROR: Program Will Now Close.");
+  EXPECT_FALSE(monitor_note_open()) << "the operator knows";
+  EXPECT_EQ(opened({REFUSED, REFUSED}, false, "-1024x768", NOBODY_TO_ASK),
+            "1024x768 1920x1080 none");
+  EXPECT_EQ(headless_display.boxes.size(), 1U) << "the question, which is also a line in the log";
+  EXPECT_TRUE(monitor_note_open());
+  EXPECT_TRUE(headless_display.fullscreen);
+  EXPECT_EQ(std::pair(app_window.asked_width, app_window.asked_height), std::pair(1024, 768));
 
   for (const auto& [result, why] :
        {std::pair{DISPLAY_MODE_BAD_PARAM, "Mode Contained An Invalid Param."},

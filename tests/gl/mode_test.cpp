@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 #include "platform/display.h"
 #include "platform/owned_reply.h"
@@ -73,24 +74,55 @@ class Monitor {
 
   // Waits until the whole screen has that colour. False if it never has.
   [[nodiscard]] bool filled(std::uint32_t colour) const {
+    return soon([&] {
+      const std::vector<std::uint32_t> seen = pixels();
+      return !seen.empty() && std::ranges::all_of(seen, [=](auto p) { return p == colour; });
+    });
+  }
+
+  // Waits until each of these colours is somewhere on the screen.
+  [[nodiscard]] bool shows(const std::vector<std::uint32_t>& colours) const {
+    return soon([&] {
+      const std::vector<std::uint32_t> seen = pixels();
+      return std::ranges::all_of(colours,
+                                 [&](auto c) { return std::ranges::find(seen, c) != seen.end(); });
+    });
+  }
+
+  // The leftmost pixel of that colour.
+  [[nodiscard]] int leftmost(std::uint32_t colour) const {
+    const std::vector<std::uint32_t> seen = pixels();
+    const int width = std::atoi(screen().c_str());
+    int found = width;
+    for (int i = 0; i < static_cast<int>(seen.size()); ++i) {
+      if (seen[i] == colour) found = std::min(found, i % width);
+    }
+    return found;
+  }
+
+ private:
+  template <typename Condition>
+  static bool soon(Condition condition) {
     for (int i = 0; i < 200; ++i) {
-      if (has_colour(colour)) return true;
+      if (condition()) return true;
       usleep(50'000);
     }
     return false;
   }
 
- private:
-  [[nodiscard]] bool has_colour(std::uint32_t colour) const {
+  // The whole screen as 0xRRGGBB, empty if it can't be read.
+  [[nodiscard]] std::vector<std::uint32_t> pixels() const {
     const auto size = owned(xcb_get_geometry_reply(x, xcb_get_geometry(x, root), nullptr));
     const auto image = owned(xcb_get_image_reply(
         x, xcb_get_image(x, XCB_IMAGE_FORMAT_Z_PIXMAP, root, 0, 0, size->width, size->height, ~0U),
         nullptr));
-    if (!image) return false;
-    const auto* pixels = reinterpret_cast<const std::uint32_t*>(xcb_get_image_data(image.get()));
+    if (!image) return {};
+    const auto* words = reinterpret_cast<const std::uint32_t*>(xcb_get_image_data(image.get()));
     const int count = xcb_get_image_data_length(image.get()) / 4;
-    return count == size->width * size->height &&
-           std::all_of(pixels, pixels + count, [=](auto p) { return (p & 0xFFFFFF) == colour; });
+    if (count != size->width * size->height) return {};
+    std::vector<std::uint32_t> seen(words, words + count);
+    for (std::uint32_t& pixel : seen) pixel &= 0xFFFFFF;
+    return seen;
   }
 
   XServer server;
@@ -184,11 +216,14 @@ TEST_F(DisplayMode, LargeModeIsUsedIfRequestedOneIsMissing) {
   }
 }
 
-TEST_F(DisplayMode, NoWindowWithoutEitherModeOrAnAnswer) {
-  const Monitor monitor({2048, 1152});
+// With neither mode, and nobody to be asked, the monitor itself says so.
+TEST_F(DisplayMode, NoteIsShownWithoutEitherModeOrAnAnswer) {
+  const Monitor monitor({1280, 1024});
   const Game game("");
-  EXPECT_FALSE(game.shown());
-  EXPECT_EQ(monitor.mode(), "2048x1152");
+  ASSERT_TRUE(game.shown());
+  EXPECT_EQ(monitor.mode(), "1280x1024");
+  ASSERT_TRUE(monitor.shows({CLEARED, 0xFFFFFF, 0xFF0000}));
+  EXPECT_NEAR(monitor.leftmost(0xFF0000), 64 * 1280 / 1360, 8) << "from the screen's corner on";
 }
 
 // The monitor is so far to the right that the screen would have to be wider than it can be.

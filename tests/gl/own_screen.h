@@ -3,6 +3,7 @@
 
 constexpr const char* OWN_SCREEN = "--own-screen";  // first argument; the game's follow in one
 
-// Opens the window as the game does, says "shown" on standard output behind the first frame, and
-// shows more until standard input ends. Returns the process's exit code.
+// Opens the window as the game does, or the note of a wrong monitor, says "shown" on standard
+// output behind the first frame, and shows more until standard input ends. Returns the process's
+// exit code.
 int own_screen(const char* arguments);

@@ -104,7 +104,7 @@ TEST_F(Wire, SilentBoardIsReportedAndReconnects) {
   ASSERT_TRUE(soon([&link] { return link.last_heard != 0; }));
   board.set_silent(true);
   clock_sleep_ms(50);
-  link.last_heard = clock_calendar_s() - 21;
+  link.last_heard = -21;  // long ago
   EXPECT_TRUE(soon([] { return jamma_link_error == 1; }, 1000)) << "without a byte";
   EXPECT_FALSE(jamma_link_alive());
   const std::size_t before = board.heard().size();
@@ -136,7 +136,7 @@ TEST_F(Wire, UnpluggedAdapterIsFoundAgain) {
   processor = clock() - processor;
   EXPECT_LT(processor, CLOCKS_PER_SEC / 4) << "a lost port must not spin";
 
-  link.last_heard = clock_calendar_s() - 21;
+  link.last_heard = -21;  // long ago
   EXPECT_TRUE(soon([] { return jamma_link_error == 1; }));
   board = std::make_unique<Board>();
   ASSERT_EQ(symlink(board->path().c_str(), device.c_str()), 0);

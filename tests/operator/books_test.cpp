@@ -1,12 +1,16 @@
 // Audit pages, and what each reset clears and keeps.
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cstdint>
 #include <initializer_list>
 #include <limits>
+#include <string>
+#include <vector>
 
 #include "books/audits.h"
 #include "books/prefs.h"
+#include "books/store_report.h"
 #include "frame/tick_timers.h"
 #include "playfield/paytable.h"
 #include "tests/operator/desk.h"
@@ -45,6 +49,23 @@ TEST_F(Books, AuditPages_ShowTheCounters) {
   choose("Game");
   EXPECT_EQ(line("Tier 2"), "Tier 2 Logs                            3600           3700");
   EXPECT_EQ(line("Mercies"), "Mercies                                4000           4100");
+}
+
+TEST_F(Books, StoreThatFails_AddsALineUntilItWorks) {
+  const auto pages = [] {
+    choose("Audits");
+    choose("System");
+    std::vector<std::string> seen = {line("BOOKS NOT")};
+    press(PRESS_SRV);
+    seen.push_back(line("BOOKS NOT"));
+    return seen;
+  };
+  EXPECT_EQ(pages(), (std::vector<std::string>{"", ""}));
+  store_report(R"(d:\audits)", ENOSPC);
+  const std::string trouble = "BOOKS NOT STORED     : No space left on device";
+  EXPECT_EQ(pages(), (std::vector<std::string>{trouble, trouble}));
+  store_report(R"(d:\audits)", 0);
+  EXPECT_EQ(pages(), (std::vector<std::string>{"", ""}));
 }
 
 // Stored counters aren't checked when they are read. No value may crash a page.

@@ -13,6 +13,7 @@ struct HeadlessDisplay {
   std::vector<DisplaySize> modes_asked;
   std::vector<DisplayModeResult> mode_results;  // returned in this order; then OK
   bool answer_yes = false;                      // to a question box
+  bool can_ask = true;                          // somebody is there to answer it
   std::uint64_t frames = 0;                     // begun
   std::uint64_t quads = 0;                      // drawn
   std::uint32_t textures = 0;

@@ -24,6 +24,14 @@ DisplayEvents display_poll_events() {
   return {headless_display.quit, false};
 }
 
+bool display_is_seen() {
+  return true;
+}
+
+bool display_can_ask() {
+  return headless_display.can_ask;
+}
+
 bool display_message_box(const char* title, const char* text, bool yes_no) {
   headless_display.boxes.push_back(std::string(title) + ": " + text);
   std::fprintf(stderr, "%s: %s\n", title, text);

@@ -1,13 +1,23 @@
 #include "platform/power.h"
 
 #include <string>
+#include <utility>
 
 #include "platform/headless/power_record.h"
 
-bool power_reboot() {
+void power_reboot(const char* /*why*/) {
   ++headless_reboots_ordered;
-  return true;
 }
+
+bool power_reboot_refused() {
+  return std::exchange(headless_reboot_refused, false);
+}
+
+bool power_restart_ordered() {
+  return false;
+}
+
+void power_restart(char** /*argv*/) {}
 
 std::string power_boot_id() {
   return headless_boot_id;

@@ -1,0 +1,74 @@
+#include "books/store_report.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "platform/clock.h"  // clock_ms
+#include "platform/files.h"  // files_path
+
+namespace {
+
+constexpr std::int64_t HOUR_MS = 3600000;
+
+struct StoreReport {
+  std::map<std::string, std::string, std::less<>> failing;  // file, and why
+  std::int64_t since_ms = 0, next_line_ms = 0;
+};
+
+StoreReport& report() {
+  static StoreReport instance;
+  return instance;
+}
+
+void print_trouble(std::string_view name) {
+  const auto& [file, why] = *report().failing.find(name);
+  std::fprintf(stderr,
+               "The books can't be stored: %s: %s. Make room or replace the disk; what is counted "
+               "until then is lost when the machine is switched off.\n",
+               files_path(file.c_str()).c_str(), why.c_str());
+}
+
+void note_failure(const char* name, int error) {
+  StoreReport& all = report();
+  const std::int64_t now = clock_ms();
+  const bool first = all.failing.empty();
+  all.failing[name] = std::generic_category().message(error);
+  if (first) all.since_ms = now;
+  if (!first && now < all.next_line_ms) return;
+  print_trouble(name);
+  all.next_line_ms = now + HOUR_MS;
+}
+
+void note_success(const char* name) {
+  StoreReport& all = report();
+  const auto found = all.failing.find(std::string_view(name));
+  if (found == all.failing.end()) return;
+  all.failing.erase(found);
+  if (!all.failing.empty()) return;
+  const auto minutes = static_cast<long long>((clock_ms() - all.since_ms) / 60000);
+  std::fprintf(stderr, "The books are stored again, after %lld minutes.\n", minutes);
+}
+
+}  // namespace
+
+void store_report(const char* name, int error) {
+  if (error != 0) {
+    note_failure(name, error);
+  } else {
+    note_success(name);
+  }
+}
+
+const char* store_trouble() {
+  const auto& failing = report().failing;
+  return failing.empty() ? "" : failing.begin()->second.c_str();
+}
+
+void store_report_reset() {
+  report() = {};
+}
