@@ -14,8 +14,10 @@ from cabinet import Cabinet
 
 
 def play_left_by_mouse(page):
-    page.click("#left [data-coin]")
+    page.wait("find('.station.left').dataset.next === 'coin'")
+    page.click(".left [data-coin]")
     page.wait("state.sides[0].audits['Current Credits'] === 1")
+    page.wait("find('.station.left').dataset.next === 'start'")
     page.wait("state.sides[0].coin_meter === 1")
     page.mouse("mousePressed", ".left .start")
     page.wait("state.pressed.includes('start-left')")
@@ -33,9 +35,11 @@ def play_right_by_key_and_touch(page):
 
 
 def serve(page):
+    page.key("keyDown", "E")  # the door is shut
     page.click("#hatch")
     page.wait("!find('#door').hidden")
     page.click("[data-toggle=jam-right]")
+    assert page.value("state.sides[0].paper_left") != 0, "a key worked behind the shut door"
     page.wait("state.sides[1].jammed && find('[data-toggle=jam-right]').classList.contains('on')")
     page.key("keyDown", "K")
     page.wait("!state.sides[1].jammed")
@@ -56,13 +60,21 @@ def serve(page):
 
 def cut_power(page):
     page.click("[data-toggle=power]")
-    page.wait("!state.power && find('.glass').classList.contains('dark')")
+    page.wait("!state.power && find('#trouble p').textContent.startsWith('The power is off')")
     coins = page.value("state.sides[0].coin_meter")
-    page.click("#left [data-coin]")
+    page.click(".left [data-coin]")
     page.wait("find('#message').textContent.startsWith('The coin came back')")
     page.click("[data-toggle=power]")
     page.wait("state.power && state.sides[0].takes_coins && pictureRate > 0", 60)
     assert page.value("state.sides[0].coin_meter") == coins
+
+
+def see_game_end(page, cabinet):
+    cabinet.do("kill game")
+    page.wait("find('#trouble p').textContent.startsWith('The game has ended')")
+    cabinet.do("start game")
+    page.wait("find('#trouble p').textContent === 'The game is starting.'")
+    page.wait("find('#trouble').hidden && state.sides[0].takes_coins", 60)
 
 
 def loudest(page, seconds):
@@ -75,7 +87,7 @@ def loudest(page, seconds):
 
 
 def coin_is_heard(page):
-    page.click("#left [data-coin]")
+    page.click(".left [data-coin]")
     return loudest(page, 2) > 0.02
 
 
@@ -99,7 +111,7 @@ def hear_twice(page, address):
     other.wait("sound.report?.playing")
     other.call("Page.bringToFront")
     coins = page.value("state.sides[0].coin_meter")
-    other.click("#left [data-coin]")
+    other.click(".left [data-coin]")
     other.wait(f"state.sides[0].coin_meter === {coins + 1}")
     page.wait(f"sound.report?.playing && state.sides[0].coin_meter === {coins + 1}")
     assert not other.errors, other.errors
@@ -148,6 +160,7 @@ def main(out, obj, listen=None):
                 hear_twice(page, cabinet.address)
             serve(page)
             cut_power(page)
+            see_game_end(page, cabinet)
             if listen:
                 page.wait("sound.report?.playing")  # the game that came with the power
             assert not page.errors, page.errors
