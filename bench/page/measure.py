@@ -164,12 +164,13 @@ def play(page, seconds):
 
 
 def measure_play(out, seconds):
-    with Cabinet(out, "--sound", "page") as cabinet, Browser(cabinet.address) as page, compiler():
+    with Cabinet(out, "--sound", "page") as cabinet, Browser(cabinet.address) as page, contextlib.ExitStack() as beside:
         page.wait("state?.sides[0].takes_coins && pictureRate > 0", 60)
         page.click("#sound")
         page.wait("sound.report?.playing")
         page.value(WATCH % "false")
         page.value(TIME_SOUND)
+        beside.enter_context(compiler())
         pids = {"cabinet": cabinet.process.pid, "game": game_of(cabinet.process.pid)}
         before = {name: processor_seconds(pid) for name, pid in pids.items()}
         took = play(page, seconds)
