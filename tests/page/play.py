@@ -34,6 +34,16 @@ def play_right_by_key_and_touch(page):
     page.wait("state.sides[1].audits['Games Played'] === 1", 60)
 
 
+def see_sizes(page):
+    """Picture, coin slot and Start button are one below the other, and on the screen."""
+    for width, height in ((1500, 1000), (1280, 720), (390, 844)):
+        page.size(width, height)
+        page.wait("(box => box('.glass').width > 340 && box('.glass').bottom <= box('.coin').top"
+                  " && box('.start').bottom <= innerHeight && document.body.scrollWidth <= innerWidth"
+                  ")(query => find(query).getBoundingClientRect())")
+    page.size(1366, 768)
+
+
 def serve(page):
     page.key("keyDown", "E")  # the door is shut
     page.click("#hatch")
@@ -155,6 +165,7 @@ def main(out, obj, listen=None):
             play_right_by_key_and_touch(page)
             assert brightest(page) > 60, "the picture is dark"
             page.screenshot(f"{obj}/page.png")
+            see_sizes(page)
             if listen:
                 hear(page)
                 hear_twice(page, cabinet.address)
