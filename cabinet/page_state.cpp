@@ -113,6 +113,7 @@ std::string page_state_text(const Cabinet& cabinet, const std::string& picture_t
   const json state = {
       {"power", board.powered},
       {"game", cabinet.game.running},
+      {"free_play", books_pref(cabinet.options.drive, SETTINGS[PREF_FREEPLAY].name).value != 0},
       {"picture_trouble", picture_trouble},
       {"plugged", cabinet.cable.plugged},
       {"usb_plugged", cabinet.usb.device.plugged},

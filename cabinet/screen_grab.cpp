@@ -120,7 +120,7 @@ std::string screen_grab_take(ScreenGrab& grab, int pid, ScreenPicture& picture) 
     const auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
     grab.window = find_window(grab, screens.data->root, pid);
     grab.window_pid = pid;
-    if (grab.window == 0) return "the game hasn't opened its window yet";
+    if (grab.window == 0) return "the game is starting";
   }
   const auto size =
       owned(xcb_get_geometry_reply(connection, xcb_get_geometry(connection, grab.window), nullptr));

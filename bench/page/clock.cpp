@@ -1,6 +1,6 @@
 // Stands in for the game: a window of its size, as detailed as a painted scene, that shows the time
 // as 32 squares, black for 0 and white for 1, lowest bit first, so that a reader of the picture
-// knows its age. To the socket of LILYHOP_SOUND it sends a tone of 50 ms at each whole second, from
+// knows its age. To the socket of LILYHOP_SOUND it sends a tone of 50 ms at each half second, from
 // the next block on. Ends on SIGTERM.
 
 #include <sys/socket.h>
@@ -53,7 +53,7 @@ void show_time(xcb_connection_t* x, xcb_window_t window, xcb_gcontext_t gc, std:
   xcb_flush(x);
 }
 
-constexpr int RATE_HZ = 44100, BLOCK = 512, TONE_MS = 50, TONE_HZ = 1000;
+constexpr int RATE_HZ = 44100, BLOCK = 512, TONES_MS = 500, TONE_MS = 50, TONE_HZ = 1000;
 
 struct Packet {
   std::int64_t frame = 0, time_us = 0;
@@ -67,7 +67,7 @@ void sound_loop(int socket) {
   for (Packet packet;; packet.frame += BLOCK) {
     std::this_thread::sleep_until(began + microseconds(packet.frame * 1'000'000 / RATE_HZ));
     const auto now = duration_cast<milliseconds>(system_clock::now().time_since_epoch()).count();
-    const bool loud = now % 1000 < TONE_MS;
+    const bool loud = now % TONES_MS < TONE_MS;
     for (int i = 0; i < BLOCK; ++i) {
       const double angle =
           2 * 3.14159265 * TONE_HZ * static_cast<double>(packet.frame + i) / RATE_HZ;

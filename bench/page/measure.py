@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """measure.py OUT OBJ [SECONDS]: rate, delay and cost of the page's picture and sound. First the delay,
-with a stand-in for the game whose window shows the time and which plays a tone at each whole second;
-then SECONDS of play of the real game, both sides at once, with a compiler at work beside it."""
+with a stand-in for the game whose window shows the time and which plays a tone at each half second;
+then what the sound costs the cabinet; then SECONDS (300) of play of the real game, both sides at once,
+with a compiler at work beside it. Without a display it starts one of its own."""
 
 import contextlib
 import os
@@ -36,6 +37,20 @@ WATCH = """
   };
 })()
 """
+
+# What the page itself finds for the delay of the sound, about twenty times a second.
+TIME_SOUND = """
+(() => {
+  window.delays = [];
+  const take = takeReport;
+  takeReport = report => {
+    if (report.playing && sound.clock !== null) delays.push(delayOf(report));
+    take(report);
+  };
+})()
+"""
+
+TONES_MS = 500  # between two, as in clock.cpp
 
 # Each onset of a tone at the node before the loudspeaker: when it is heard, in Date.now()'s time.
 LISTEN = """
@@ -77,6 +92,11 @@ def percentile(values, share):
     return sorted(values)[min(int(len(values) * share), len(values) - 1)]
 
 
+def delay_text(delays):
+    return (f"{percentile(delays, 0.5):.0f} ms median, {percentile(delays, 0.99):.0f} ms 99th percentile, "
+            f"{max(delays):.0f} ms at most")
+
+
 def report(name, seen, seconds):
     gaps = [b[0] - a[0] for a, b in zip(seen, seen[1:])]
     print(f"{name}: {len(seen) / seconds:.1f} pictures a second; between two of them "
@@ -84,7 +104,7 @@ def report(name, seen, seconds):
           f"{max(gaps):.0f} ms at most")
 
 
-def measure_lag(out, obj):
+def measure_lag(out, obj, seconds=120):
     with Cabinet(out, "--sound", "page", "--", f"{obj}/bench/page_clock") as cabinet:
         with Browser(cabinet.address, free=True) as page:
             page.wait("pictureRate > 0 && state.sound", 30)
@@ -92,17 +112,14 @@ def measure_lag(out, obj):
             page.wait("sound.report?.playing")
             page.value(WATCH % "true")
             page.value(LISTEN)
-            time.sleep(60)
+            time.sleep(seconds)
             seen, heard = page.value("seen"), page.value("heard")
             shown = page.value("find('#delay').textContent")
-    report("clock", seen, 60)
+    report("clock", seen, seconds)
     lags = [lag for _, lag in seen]
-    print(f"picture behind the window: {percentile(lags, 0.5)} ms median, "
-          f"{percentile(lags, 0.99)} ms 99th percentile, {max(lags)} ms at most")
-    lags = [time % 1000 for time in heard]
-    print(f"sound behind the second: {len(lags)} tones, {percentile(lags, 0.5):.0f} ms median, "
-          f"{percentile(lags, 0.99):.0f} ms 99th percentile, {max(lags):.0f} ms at most; "
-          f"the page says \"{shown}\"")
+    print(f"picture behind the window: {delay_text(lags)}")
+    lags = [time % TONES_MS for time in heard]
+    print(f"sound behind the clock: {len(lags)} tones, {delay_text(lags)}; the page says \"{shown}\"")
 
 
 def measure_sound_alone(out, obj, seconds=30):
@@ -139,7 +156,7 @@ def play(page, seconds):
     begun = time.monotonic()
     while time.monotonic() - begun < seconds:
         for side in ("left", "right"):
-            page.click(f"#{side} [data-coin]")
+            page.click(f".{side} [data-coin]")
             time.sleep(0.5)
             page.click(f".{side} .start")
         time.sleep(4)
@@ -147,11 +164,13 @@ def play(page, seconds):
 
 
 def measure_play(out, seconds):
-    with Cabinet(out, "--sound", "page") as cabinet, Browser(cabinet.address) as page, compiler():
+    with Cabinet(out, "--sound", "page") as cabinet, Browser(cabinet.address) as page, contextlib.ExitStack() as beside:
         page.wait("state?.sides[0].takes_coins && pictureRate > 0", 60)
         page.click("#sound")
         page.wait("sound.report?.playing")
         page.value(WATCH % "false")
+        page.value(TIME_SOUND)
+        beside.enter_context(compiler())
         pids = {"cabinet": cabinet.process.pid, "game": game_of(cabinet.process.pid)}
         before = {name: processor_seconds(pid) for name, pid in pids.items()}
         took = play(page, seconds)
@@ -160,12 +179,28 @@ def measure_play(out, seconds):
             share = (processor_seconds(pid) - before[name]) / took
             print(f"{name}: {share * 100:.0f}% of a processor")
         print(page.value("(({gaps, lost, cuts, store}) => `sound: ${gaps} gaps, ${lost} frames lost, "
-                         "${cuts} cuts, ${Math.round(store)} ms in store, "
-                         "${Math.round(sound.delay)} ms late`)(sound.report)"))
+                         "${cuts} cuts, ${Math.round(store)} ms in store`)(sound.report)"))
+        print(f"sound behind the game: {delay_text(page.value('delays'))}")
         sides = page.value("state.sides.map(s => [s.audits['Games Played'], s.paper_out])")
         print(f"games and tickets, left and right: {sides}; errors of the page: {page.errors}")
 
 
-measure_lag(*sys.argv[1:3])
-measure_sound_alone(*sys.argv[1:3])
-measure_play(sys.argv[1], float(sys.argv[3]) if len(sys.argv) > 3 else 300)
+@contextlib.contextmanager
+def display():
+    if "DISPLAY" in os.environ:
+        yield
+        return
+    server = subprocess.Popen(["Xvfb", "-displayfd", "1", "-screen", "0", "1360x768x24", "-nolisten", "tcp"],
+                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+    os.environ["DISPLAY"] = ":" + server.stdout.readline().strip()
+    try:
+        yield
+    finally:
+        server.terminate()
+        server.wait()
+
+
+with display():
+    measure_lag(*sys.argv[1:3])
+    measure_sound_alone(*sys.argv[1:3])
+    measure_play(sys.argv[1], float(sys.argv[3]) if len(sys.argv) > 3 else 300)

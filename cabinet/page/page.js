@@ -9,10 +9,12 @@ const STRIP_TICKETS = 2, TICKET_PX = 60;
 const PILE_PX = count => Math.min(count * 1.6 + 6, 70);
 
 const find = (query, root = document) => root.querySelector(query);
+const ofSide = (side, query) => find(`[data-side=${SIDES[side]}] ${query}`);
 const all = (query, root = document) => [...root.querySelectorAll(query)];
 const pause = ms => new Promise(done => setTimeout(done, ms));
 
-let state = null;
+let state = null, met = false;  // the cabinet's, and whether it has ever answered
+let pictured = false;  // the game that is running now has been drawn
 
 // --- actions -----------------------------------------------------------------------------------
 
@@ -54,10 +56,11 @@ function animate(element, name) {
   element.classList.remove(name);
   void element.offsetWidth;
   element.classList.add(name);
+  element.addEventListener("animationend", () => element.classList.remove(name), {once: true});
 }
 
 function insertCoin(side) {
-  const slot = find(`#${SIDES[side]} [data-coin]`);
+  const slot = ofSide(side, "[data-coin]");
   if (!state?.sides[side].takes_coins) {
     animate(slot, "back");
     tell(state?.power ? "The coin came back: this slot is locked." : "The coin came back: the cabinet has no power.");
@@ -68,7 +71,7 @@ function insertCoin(side) {
 }
 
 function swipe(side) {
-  animate(find(`#${SIDES[side]} [data-swipe]`), "swiped");
+  animate(ofSide(side, "[data-swipe]"), "swiped");
   command(`swipe ${SIDES[side]}`);
 }
 
@@ -98,16 +101,31 @@ function openDoor() {
 
 // --- where the controls are --------------------------------------------------------------------
 
+// Keys and lamps of the two sides.
+const KEYS = {coin: "56", swipe: "34", start: "12"}, HALO_LAMPS = [3, 2], START_LAMPS = [5, 7];
+
+function label(button, key, name) {
+  button.setAttribute("aria-label", name);
+  find("kbd", button).textContent = `key ${key}`;
+}
+
 function makeSide(name, side) {
   const place = document.getElementById(name);
   place.append(find("#side").content.cloneNode(true));
-  find("[data-name]", place).textContent = name.toUpperCase();
-  const coin = find("[data-coin]", place), card = find("[data-swipe]", place);
-  coin.dataset.key = "56"[side];
-  card.dataset.key = "34"[side];
-  coin.setAttribute("aria-label", `Coin, ${name}`);
-  card.setAttribute("aria-label", `Swipe a card, ${name}`);
-  for (const button of [coin, card]) find("kbd", button).textContent = button.dataset.key;
+  find(".podium").append(find("#station").content.cloneNode(true));
+  const station = find(".station:last-child");
+  station.classList.add(name);
+  for (const part of [place, station]) part.dataset.side = name;
+  find("[data-name]", station).textContent = name.toUpperCase();
+  find(".halo", station).dataset.lamp = HALO_LAMPS[side];
+  find(".lit", station).dataset.lamp = START_LAMPS[side];
+  const coin = find("[data-coin]", station), start = find(".start", station), card = find("[data-swipe]", place);
+  coin.dataset.key = KEYS.coin[side];
+  card.dataset.key = KEYS.swipe[side];
+  start.dataset.hold = KEYS.start[side];
+  label(coin, KEYS.coin[side], `Coin, ${name}`);
+  label(card, KEYS.swipe[side], `Swipe a card, ${name}`);
+  label(start, KEYS.start[side], `Start, ${name}`);
   coin.onclick = () => insertCoin(side);
   card.onclick = () => swipe(side);
   find("[data-pile]", place).onclick = () => takePaper(side);
@@ -148,12 +166,14 @@ async function typed(event) {
 
 const keyName = event => event.key === "=" ? "+" : event.key === "F2" ? "T" : event.key.toUpperCase();
 
+// A key works where it is shown: those behind the service door need it open.
 function onKey(event) {
   if (event.target.matches("input") || event.ctrlKey || event.altKey || event.metaKey) return;
   const name = CSS.escape(keyName(event)), down = event.type === "keydown";
-  const button = find(`[data-hold="${name}"]`);
-  if (button) hold(button.dataset.hold, down);
-  else if (down && !event.repeat) find(`[data-key="${name}"]`)?.click();
+  const button = find(`[data-hold="${name}"], [data-key="${name}"]`);
+  if (!button || (down && button.closest("[hidden]"))) return;
+  if (button.dataset.hold) hold(button.dataset.hold, down);
+  else if (down && !event.repeat) button.click();
 }
 
 // --- the state ----------------------------------------------------------------------------------
@@ -197,39 +217,37 @@ function takePaper(side) {
 }
 
 function showPaper(side, now) {
-  const place = document.getElementById(SIDES[side]);
   taken[side] = Math.min(taken[side], now.paper_out);  // it is less after a restart of the cabinet
   const count = now.paper_out - taken[side];
   const hanging = Math.min(count, STRIP_TICKETS);
-  const strip = find("[data-strip]", place);
+  const strip = ofSide(side, "[data-strip]");
   strip.style.height = `${hanging * TICKET_PX}px`;
   strip.style.backgroundPositionY = `${now.paper_out * TICKET_PX}px`;
-  find("[data-layers]", place).style.height = count > STRIP_TICKETS ? `${PILE_PX(count)}px` : "0";
-  find("[data-count]", place).textContent = count;
-  find("[data-fault]", place).classList.toggle("on", now.fault || now.paper_left === 0);
-  find("[data-mouth]", place).textContent =
+  ofSide(side, "[data-layers]").style.height = count > STRIP_TICKETS ? `${PILE_PX(count)}px` : "0";
+  ofSide(side, "[data-count]").textContent = count;
+  ofSide(side, "[data-fault]").classList.toggle("on", now.fault || now.paper_left === 0);
+  ofSide(side, "[data-mouth]").textContent =
     now.paper_left === 0 ? "NO PAPER" : now.fault ? (now.jammed ? "JAMMED" : "STOPPED") : now.owed ? `${now.owed} TO COME` : "TICKETS";
 }
 
 const six = number => String(number).padStart(6, "0");
 function showSide(now, side) {
-  const place = document.getElementById(SIDES[side]);
   const credits = now.audits["Current Credits"];
-  find("[data-credits]", place).textContent = credits === null ? "" : `${credits} credit${credits === 1 ? "" : "s"}`;
-  find("[data-coin-meter]", place).textContent = six(now.coin_meter);
-  find("[data-ticket-meter]", place).textContent = six(now.ticket_meter);
-  const lock = find("[data-lock]", place);
+  ofSide(side, "[data-credits]").textContent = now.free_play ? "free play"
+    : credits === null ? "" : `${credits} credit${credits === 1 ? "" : "s"}`;
+  ofSide(side, "[data-coin-meter]").textContent = six(now.coin_meter);
+  ofSide(side, "[data-ticket-meter]").textContent = six(now.ticket_meter);
+  const lock = ofSide(side, "[data-lock]");
   lock.classList.toggle("takes", now.takes_coins);
   lock.title = now.takes_coins ? "takes coins" : "locked: coins come back";
+  find(`.station.${SIDES[side]}`).dataset.next = !state.game || !now.takes_coins ? "" : now.free_play || credits > 0 ? "start" : "coin";
   showPaper(side, now);
 }
 
 function listItem(good, text) {
   const item = document.createElement("li");
   item.className = good ? "good" : "";
-  const span = document.createElement("span");
-  span.textContent = item.title = text;
-  item.append(span);
+  item.textContent = text;
   return item;
 }
 
@@ -244,17 +262,28 @@ function showBooks(now) {
     ? `Stored at ${new Date(now.stored_at * 1000).toLocaleTimeString()}.` : "Not stored yet.";
 }
 
+// Why the game's picture isn't on the screen; empty if it is.
+function troubleText() {
+  if (!state) return met ? "The cabinet doesn't answer.\nHas it ended? Start it again with ./play." : "Looking for the cabinet.";
+  if (!state.power) return "The power is off.\nIts switch is behind the service door.";
+  if (!state.game) return "The game has ended.\nBehind the service door, the command \"start game\" starts it again.";
+  if (state.picture_trouble) return `${state.picture_trouble[0].toUpperCase()}${state.picture_trouble.slice(1)}.`;
+  return pictured ? "" : "The game is starting.";
+}
+
+// No old picture is left on the screen, and none that is still on its way gets there.
 function showTrouble() {
-  const text = !state ? "The cabinet doesn't answer.\nHas it ended? Start it again with ./play."
-    : !state.power ? "" : state.picture_trouble;
-  find("#trouble").textContent = text;
+  if (!state?.game || state.picture_trouble) pictured = false;
+  const text = troubleText();
+  find("#trouble p").textContent = text;
   find("#trouble").hidden = text === "";
-  find(".glass").classList.toggle("dark", !state || !state.power);
+  find(".glass").classList.toggle("dark", text !== "");
   document.body.classList.toggle("offline", !state);
 }
 
 function show(now) {
   state = now;
+  met = true;
   showLamps(now.lamps);
   showLed(now.led);
   now.sides.forEach(showSide);
@@ -289,6 +318,12 @@ const visible = () => new Promise(done => {
   else document.addEventListener("visibilitychange", () => done(), {once: true});
 });
 
+const tiny = new OffscreenCanvas(8, 8).getContext("2d", {willReadFrequently: true});
+function isDark(bitmap) {
+  tiny.drawImage(bitmap, 0, 0, 8, 8);
+  return tiny.getImageData(0, 0, 8, 8).data.every((value, i) => i % 4 === 3 || value < 8);
+}
+
 // Asks for a picture when the last one has arrived, and decodes that one meanwhile: never an old
 // one, and no more than this machine can show.
 async function followPicture() {
@@ -304,8 +339,12 @@ async function followPicture() {
       const blob = await response.blob();
       await drawn;
       drawn = createImageBitmap(blob).then(bitmap => {
+        const dark = !pictured && isDark(bitmap);  // a window that nothing is drawn in yet
         context.transferFromImageBitmap(bitmap);
         ++pictures;
+        if (pictured || dark || !state?.game || state.picture_trouble) return;
+        pictured = true;
+        showTrouble();
       });
     } catch {
       await pause(1000);

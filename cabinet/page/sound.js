@@ -82,6 +82,7 @@ function showSound() {
   all("#level i").forEach((bar, side) => {
     bar.style.setProperty("--level", flows ? meterShare(sound.report.peaks[side] * volume).toFixed(3) : 0);
   });
+  find("#sound b").textContent = on ? "SOUND IS ON" : "SOUND IS OFF";
   find("#delay").textContent = !on ? "click to hear" : !flows ? "no sound yet" : sound.delay === null ? "" : `${Math.round(sound.delay)} ms late`;
 }
 

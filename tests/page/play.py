@@ -14,8 +14,10 @@ from cabinet import Cabinet
 
 
 def play_left_by_mouse(page):
-    page.click("#left [data-coin]")
+    page.wait("find('.station.left').dataset.next === 'coin'")
+    page.click(".left [data-coin]")
     page.wait("state.sides[0].audits['Current Credits'] === 1")
+    page.wait("find('.station.left').dataset.next === 'start'")
     page.wait("state.sides[0].coin_meter === 1")
     page.mouse("mousePressed", ".left .start")
     page.wait("state.pressed.includes('start-left')")
@@ -32,10 +34,22 @@ def play_right_by_key_and_touch(page):
     page.wait("state.sides[1].audits['Games Played'] === 1", 60)
 
 
+def see_sizes(page):
+    """Picture, coin slot and Start button are one below the other, and on the screen."""
+    for width, height in ((1500, 1000), (1280, 720), (390, 844)):
+        page.size(width, height)
+        page.wait("(box => box('.glass').width > 340 && box('.glass').bottom <= box('.coin').top"
+                  " && box('.start').bottom <= innerHeight && document.body.scrollWidth <= innerWidth"
+                  ")(query => find(query).getBoundingClientRect())")
+    page.size(1366, 768)
+
+
 def serve(page):
+    page.key("keyDown", "E")  # the door is shut
     page.click("#hatch")
     page.wait("!find('#door').hidden")
     page.click("[data-toggle=jam-right]")
+    assert page.value("state.sides[0].paper_left") != 0, "a key worked behind the shut door"
     page.wait("state.sides[1].jammed && find('[data-toggle=jam-right]').classList.contains('on')")
     page.key("keyDown", "K")
     page.wait("!state.sides[1].jammed")
@@ -56,13 +70,21 @@ def serve(page):
 
 def cut_power(page):
     page.click("[data-toggle=power]")
-    page.wait("!state.power && find('.glass').classList.contains('dark')")
+    page.wait("!state.power && find('#trouble p').textContent.startsWith('The power is off')")
     coins = page.value("state.sides[0].coin_meter")
-    page.click("#left [data-coin]")
+    page.click(".left [data-coin]")
     page.wait("find('#message').textContent.startsWith('The coin came back')")
     page.click("[data-toggle=power]")
     page.wait("state.power && state.sides[0].takes_coins && pictureRate > 0", 60)
     assert page.value("state.sides[0].coin_meter") == coins
+
+
+def see_game_end(page, cabinet):
+    cabinet.do("kill game")
+    page.wait("find('#trouble p').textContent.startsWith('The game has ended')")
+    cabinet.do("start game")
+    page.wait("find('#trouble p').textContent === 'The game is starting.'")
+    page.wait("find('#trouble').hidden && state.sides[0].takes_coins", 60)
 
 
 def loudest(page, seconds):
@@ -75,7 +97,7 @@ def loudest(page, seconds):
 
 
 def coin_is_heard(page):
-    page.click("#left [data-coin]")
+    page.click(".left [data-coin]")
     return loudest(page, 2) > 0.02
 
 
@@ -99,7 +121,7 @@ def hear_twice(page, address):
     other.wait("sound.report?.playing")
     other.call("Page.bringToFront")
     coins = page.value("state.sides[0].coin_meter")
-    other.click("#left [data-coin]")
+    other.click(".left [data-coin]")
     other.wait(f"state.sides[0].coin_meter === {coins + 1}")
     page.wait(f"sound.report?.playing && state.sides[0].coin_meter === {coins + 1}")
     assert not other.errors, other.errors
@@ -143,11 +165,13 @@ def main(out, obj, listen=None):
             play_right_by_key_and_touch(page)
             assert brightest(page) > 60, "the picture is dark"
             page.screenshot(f"{obj}/page.png")
+            see_sizes(page)
             if listen:
                 hear(page)
                 hear_twice(page, cabinet.address)
             serve(page)
             cut_power(page)
+            see_game_end(page, cabinet)
             if listen:
                 page.wait("sound.report?.playing")  # the game that came with the power
             assert not page.errors, page.errors
