@@ -17,17 +17,19 @@ body { font: 15px/1.45 sans-serif; max-width: 780px; margin: 24px auto; padding:
 .note, td small { color: #666 }
 table { border-collapse: collapse; margin: 12px 0; font-variant-numeric: tabular-nums }
 td, th { border-bottom: 1px solid #ddd; padding: 3px 10px; text-align: right; white-space: nowrap }
-td:first-child, th:first-child, .text { text-align: left; white-space: normal }
+td:first-child, th:first-child, .text { text-align: left }
+td:first-child { white-space: normal }
 svg { max-width: 100%; height: auto; margin: 10px 0; font: 12px sans-serif }
 td svg { margin: 0 8px 0 0; vertical-align: middle }
 svg .title { font-size: 15px; font-weight: bold }
 ul.settings { columns: 2; list-style: none; padding: 0 }
 li { margin-bottom: 6px }
 ul.settings li { margin: 0 }
-h2, h3 { break-after: avoid }
-svg, tr, li { break-inside: avoid }
+h2, h3, .lead, .note { break-after: avoid }
+svg, tr, li, ul.settings { break-inside: avoid }
 @page { size: A4; margin: 14mm }
-@media print { body { font-size: 11pt; max-width: none; margin: 0; padding: 0 } }
+@media print { body { font-size: 10pt; max-width: none; margin: 0; padding: 0 }
+  svg.plot { height: 60mm } .answer { font-size: 15pt } }
 )";
 
 bool is_built_in(const Setting& setting) {
@@ -78,7 +80,7 @@ std::string html_settings(bool swept) {
     rows += "<li>" + html_text(setting_label(setting)) + ": " + (built_in ? "" : "<b>") +
             html_text(value) + (built_in ? "" : "</b>") + "</li>\n";
   }
-  return "<h2>Settings</h2>\n<p class=\"note\">In bold: not as in a new cabinet.</p>\n"
+  return "<h2>Settings</h2>\n<p class=\"note\">In bold: what differs from a new cabinet.</p>\n"
          "<ul class=\"settings\">\n" +
          rows + "</ul>\n";
 }

@@ -74,8 +74,10 @@ std::string axes(const Scale& scale) {
 }
 
 std::string begin() {
-  return text_of("<svg viewBox=\"0 0 %.0f %.0f\" width=\"%.0f\" height=\"%.0f\" role=\"img\">\n",
-                 WIDTH, HEIGHT, WIDTH, HEIGHT);
+  return text_of(
+      "<svg class=\"plot\" viewBox=\"0 0 %.0f %.0f\" width=\"%.0f\" height=\"%.0f\" "
+      "role=\"img\">\n",
+      WIDTH, HEIGHT, WIDTH, HEIGHT);
 }
 
 std::string series_svg(const Scale& scale, const PlotSeries& series) {

@@ -37,8 +37,8 @@ std::string verdict(const Results& r, const Estimate& e, const char* sign, doubl
   if (e.half_width == 0.0) return "All parts of the run paid exactly this.";
   const double least = std::max(e.mean - e.half_width, 0.0);
   const double most = e.mean + e.half_width;
-  const int decimals = html_decimals(e.half_width, 2);
   const bool money = std::isfinite(r.percent_paid);
+  const int decimals = html_decimals(e.half_width, money ? 1 : 2);
   std::string text = text_of("With 95%% confidence the long-run average is between %.*f%s and %.*f",
                              decimals, least, sign, decimals, most) +
                      (money ? sign : std::string(" ") + unit());
@@ -91,7 +91,7 @@ std::string measured(const Results& r, const Sums& sums) {
 
 std::string games(double chance) {
   const double number = 1.0 / chance;
-  return text_of(number < 20.0 ? "%.1f" : "%.0f", number);
+  return text_of(number < 10.0 ? "%.1f" : "%.0f", number);
 }
 
 std::string jackpot_games(const Results& r) {
@@ -125,12 +125,12 @@ std::string figures(const Results& r) {
                    pays_by_catch() ? text_of("%.4g%%: Payout Percent", r.percent_asked) : "");
   }
   rows += figure("Frogs for one jackpot", jackpot_games(r),
-                 games(r.menu_jackpots) + ": Games To Bonus");
+                 text_of("%.2f: Games To Bonus", 1.0 / r.menu_jackpots));
   std::string sides = text_of(
       "The left side paid %.2f %s a frog, the right side %.2f; each of these "
       "is less certain than both together.",
       r.side_tickets[SIDE_LEFT], unit(), r.side_tickets[SIDE_RIGHT]);
-  if (pays_points()) sides += text_of(" That is %.2f paper tickets a frog.", r.paper);
+  if (pays_points()) sides += text_of(" On paper a frog pays %.2f tickets.", r.paper);
   return "<h2>Figures</h2>\n<table><tr><th></th><th>measured, 95% interval</th>"
          "<th class=\"text\">as set, or in the menu</th></tr>\n" +
          rows + "</table>\n<p>" + sides + "</p>\n";
@@ -145,15 +145,17 @@ std::string often(double per_frog) {
 
 // What paid less than half of a thousandth isn't worth a row.
 std::string awards_plot(const Results& r) {
+  double all = 0.0;
+  for (const AwardRow& row : r.awards) all += row.tickets;
   std::string rows;
   for (const AwardRow& row : r.awards) {
-    const double part = r.tickets.mean > 0.0 ? row.tickets / r.tickets.mean : 0.0;
+    const double part = all > 0.0 ? row.tickets / all : 0.0;
     if (part < 0.0005) continue;
     rows += "<tr><td>" + html_text(row.name) + "</td><td>" + often(row.per_frog) +
             text_of(
-                "</td><td>%.2f</td><td class=\"text\"><svg width=\"200\" height=\"12\">"
+                "</td><td>%.2f</td><td class=\"text\"><svg width=\"150\" height=\"12\">"
                 "<rect width=\"%.1f\" height=\"12\" fill=\"%s\"/></svg> %.1f%%</td></tr>\n",
-                row.tickets, 200.0 * std::clamp(part, 0.0, 1.0), GOLD, 100.0 * part);
+                row.tickets, 150.0 * std::clamp(part, 0.0, 1.0), GOLD, 100.0 * part);
   }
   std::string cut;
   if (r.capped > 0.0) {
@@ -213,12 +215,13 @@ std::string wins_plot(const Sums& sums) {
   }
   const std::string label = unit() + (step > 1 ? text_of(", %d to a bar", step) : std::string{});
   return text_of(
-             "<p>Half of the frogs win %d %s or more, one in ten %d or more, one in a hundred %d "
+             "<p class=\"lead\">Half of the frogs win %d %s or more, one in ten %d or more, one in "
+             "a hundred %d "
              "or more.</p>\n",
              tickets_of_best(sums, 0.5), unit(), tickets_of_best(sums, 0.1),
              tickets_of_best(sums, 0.01)) +
-         bars("What a frog wins, without the best hundredth", label, -0.5,
-              static_cast<double>(values.size()) * step - 0.5, values, BLUE);
+         bars("What a frog wins", label, -0.5, static_cast<double>(values.size()) * step - 0.5,
+              values, BLUE);
 }
 
 std::string method(const Results& r) {

@@ -35,8 +35,8 @@ Estimate gap_of(const Results& r) {
           100.0 * r.tickets.half_width / r.row_average};
 }
 
-// The same for several rows on average. All places are played with equal seeds, so their errors may
-// hang together; the average of the half widths is the most that theirs can be.
+// The same for several rows on average. All places are played with equal seeds, and their errors
+// hang together nearly as much as they can; then the average has the average of their half widths.
 Estimate gap_of(const Sweep& all, const Rows& rows) {
   Estimate sum{0.0, 0.0};
   for (int row = rows.first; row <= rows.last; ++row) {
@@ -48,8 +48,10 @@ Estimate gap_of(const Sweep& all, const Rows& rows) {
   return {sum.mean / count, sum.half_width / count};
 }
 
+// Errors of equal seeds go the same way or have nothing to do with each other, so this is no less
+// than the difference has.
 Estimate difference(const Estimate& one, const Estimate& other) {
-  return {one.mean - other.mean, one.half_width + other.half_width};
+  return {one.mean - other.mean, std::hypot(one.half_width, other.half_width)};
 }
 
 bool is_clear(const Estimate& e) {
@@ -103,9 +105,7 @@ std::string timing_found(const Sweep& all) {
   }
   const Estimate gap = gap_of(all, {best, false, false});
   if (!is_clear(difference(gap, first))) {
-    return "<b>Timing gains nothing clear.</b> No player that a person could be won more than "
-           "chance explains." +
-           beyond;
+    return "<b>What timing gains stays open:</b> less than the intervals." + beyond;
   }
   return std::string("<b>Timing pays.</b> A player who ") + html_text(player_kinds[best].help) +
          " gets " + more_or_less(gap.mean) + " than the rows say." + beyond;
@@ -118,7 +118,7 @@ std::string rows_found(const Sweep& all) {
                               more_or_less(low.mean) + " than they say, the rows above them " +
                               more_or_less(high.mean) + ".";
   if (!is_clear(difference(high, low))) {
-    return "<b>Low and high rows do not clearly differ.</b> " + figures;
+    return "<b>Whether low or high rows come nearer to what they say stays open.</b> " + figures;
   }
   const bool low_nearer = std::fabs(low.mean) < std::fabs(high.mean);
   return std::string("<b>The ") + (low_nearer ? "low" : "high") +
@@ -137,7 +137,7 @@ std::string switches_found(const Sweep& all) {
   const Estimate boost = gap_of(all, {0, true, false});
   const Estimate points = gap_of(all, {0, false, true});
   if (!is_clear(difference(boost, off)) && !is_clear(difference(points, off))) {
-    return R"(<b>"Boost Bonus" and "Two Point Tickets" change nothing clear.</b>)";
+    return R"(<b>What "Boost Bonus" and "Two Point Tickets" change stays open:</b> less than the intervals.)";
   }
   return "<b>Other settings matter too.</b> " + switch_found("Boost Bonus", boost, off) + "; " +
          switch_found("Two Point Tickets", points, off) + ".";
@@ -230,8 +230,8 @@ std::string method(const Sweep& all) {
          html_player_options(r.plan.player) +
          " After &plusmn; stands the half width of a 95% interval; of so many places, one in "
          "twenty "
-         "lies outside its own. An average of rows has the average of their half widths, which is "
-         "the most that it can be: all places are played with equal seeds.</p>\n";
+         "lies outside its own. An average of rows is hardly more certain than a row, because all "
+         "places are played with equal seeds.</p>\n";
 }
 
 }  // namespace
