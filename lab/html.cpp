@@ -57,7 +57,7 @@ int html_decimals(double half_width, int most) {
 
 std::string html_number(const Estimate& e, int most, const char* unit) {
   const int decimals = html_decimals(e.half_width, most);
-  const std::string text = text_of("%.*f%s", decimals, e.mean, unit);
+  std::string text = text_of("%.*f%s", decimals, e.mean, unit);
   if (!std::isfinite(e.half_width)) return text;
   return text + text_of(" &plusmn; %.*f%s", decimals, e.half_width, unit);
 }

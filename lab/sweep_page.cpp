@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "books/settings.h"
 #include "lab/html.h"
 #include "lab/plot.h"
 #include "lab/text.h"
@@ -12,6 +13,9 @@
 namespace {
 
 using Sweep = std::vector<SweepResult>;
+
+constexpr const char* BOOST = SETTINGS[PREF_BOOST_BONUS].name;
+constexpr const char* POINTS = SETTINGS[PREF_TWO_POINT_TICKETS].name;
 
 constexpr int FIRST_HIGH_ROW = 10;  // below it the sums are small, and so is what is added
 
@@ -137,10 +141,11 @@ std::string switches_found(const Sweep& all) {
   const Estimate boost = gap_of(all, {0, true, false});
   const Estimate points = gap_of(all, {0, false, true});
   if (!is_clear(difference(boost, off)) && !is_clear(difference(points, off))) {
-    return R"(<b>What "Boost Bonus" and "Two Point Tickets" change stays open:</b> less than the intervals.)";
+    return text_of("<b>What \"%s\" and \"%s\" change stays open:</b> less than the intervals.",
+                   BOOST, POINTS);
   }
-  return "<b>Other settings matter too.</b> " + switch_found("Boost Bonus", boost, off) + "; " +
-         switch_found("Two Point Tickets", points, off) + ".";
+  return "<b>Other settings matter too.</b> " + switch_found(BOOST, boost, off) + "; " +
+         switch_found(POINTS, points, off) + ".";
 }
 
 std::string gaps_table(const Sweep& all) {
@@ -164,8 +169,7 @@ std::string gaps_table(const Sweep& all) {
 // --- plots and cells ----------------------------------------------------------------------------
 
 std::string switches_text(bool boost, bool points) {
-  return std::string("Boost Bonus ") + (boost ? "On" : "Off") + ", Two Point Tickets " +
-         (points ? "On" : "Off");
+  return text_of("%s %s, %s %s", BOOST, boost ? "On" : "Off", POINTS, points ? "On" : "Off");
 }
 
 PlotSeries player_series(const Sweep& all, int player, bool boost, bool points) {
@@ -225,7 +229,7 @@ std::string method(const Sweep& all) {
   return "<h2>How it was measured</h2>\n<p>" + html_count(r.frogs) +
          text_of(" frogs in each of %d places: %d rows, %d players, ", sweep_places(),
                  PAYTABLE_ROWS, player_count()) +
-         text_of(R"("Boost Bonus" and "Two Point Tickets" on and off; seed %llu.)",
+         text_of("\"%s\" and \"%s\" on and off; seed %llu.", BOOST, POINTS,
                  static_cast<unsigned long long>(r.plan.seed)) +
          html_player_options(r.plan.player) +
          " After &plusmn; stands the half width of a 95% interval; of so many places, one in "
