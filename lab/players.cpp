@@ -90,7 +90,7 @@ void expert_step(int side, Player& player) {
 constexpr PlayerKind KINDS[] = {
     {"random", "presses at a random moment once the frog is ready", "#2a62b8", false,
      [](Player& player) { player.press_at = players.tick + random_wait(); }, [](int, Player&) {}},
-    {"eager", "presses as soon as it is ready", "#2a8a3a", false,
+    {"eager", "presses as soon as the frog is ready", "#2a8a3a", false,
      [](Player& player) { player.press_at = players.tick; }, [](int, Player&) {}},
     {"watcher", "waits for a good first log, with a hand's delay and error", "#c8920a", false,
      [](Player&) {}, watcher_step},

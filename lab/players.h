@@ -37,7 +37,7 @@ struct Player;  // one side's, in lab/players.cpp
 
 struct PlayerKind {
   const char* name;
-  const char* help;
+  const char* help;    // goes on after "a player who"
   const char* colour;  // in plots
   // It watches the lanes all the time and remembers them. It plays so well that plots show the
   // others without it too.

@@ -12,7 +12,7 @@ constexpr double WIDTH = 720.0;
 constexpr double HEIGHT = 360.0;
 constexpr double LEFT = 64.0;
 constexpr double RIGHT = 16.0;
-constexpr double TOP = 36.0;
+constexpr double TOP = 56.0;
 constexpr double BOTTOM = 48.0;
 
 // A step of 1, 2 or 5 times a power of ten that cuts a span into about six.
@@ -29,7 +29,8 @@ struct Scale {
     return LEFT + (value - frame.x_least) / (frame.x_most - frame.x_least) * (WIDTH - LEFT - RIGHT);
   }
   [[nodiscard]] double y(double value) const {
-    return HEIGHT - BOTTOM - value / frame.y_most * (HEIGHT - TOP - BOTTOM);
+    return HEIGHT - BOTTOM -
+           (value - frame.y_least) / (frame.y_most - frame.y_least) * (HEIGHT - TOP - BOTTOM);
   }
 };
 
@@ -47,9 +48,10 @@ std::string axes(const Scale& scale) {
   const PlotFrame& frame = scale.frame;
   const char* grid = "stroke:#ddd";
   std::string svg;
-  const double y_step = step_of(frame.y_most);
+  const double y_step = step_of(frame.y_most - frame.y_least);
+  const int y_first = static_cast<int>(std::ceil(frame.y_least / y_step));
   const int y_last = static_cast<int>(frame.y_most * 1.0001 / y_step);
-  for (int n = 0; n <= y_last; ++n) {
+  for (int n = y_first; n <= y_last; ++n) {
     const double y = n * y_step;
     svg += line(LEFT, scale.y(y), WIDTH - RIGHT, scale.y(y), grid);
     svg += text_at(LEFT - 6.0, scale.y(y) + 4.0, "end", text_of("%g", y));
@@ -72,8 +74,10 @@ std::string axes(const Scale& scale) {
 }
 
 std::string begin() {
-  return text_of("<svg viewBox=\"0 0 %.0f %.0f\" width=\"%.0f\" height=\"%.0f\" role=\"img\">\n",
-                 WIDTH, HEIGHT, WIDTH, HEIGHT);
+  return text_of(
+      "<svg class=\"plot\" viewBox=\"0 0 %.0f %.0f\" width=\"%.0f\" height=\"%.0f\" "
+      "role=\"img\">\n",
+      WIDTH, HEIGHT, WIDTH, HEIGHT);
 }
 
 std::string series_svg(const Scale& scale, const PlotSeries& series) {
@@ -97,14 +101,15 @@ std::string series_svg(const Scale& scale, const PlotSeries& series) {
 std::string plot_lines(const PlotFrame& frame, const std::vector<PlotSeries>& series) {
   const Scale scale{frame};
   std::string svg = begin() + axes(scale);
-  double y = TOP + 14.0;
+  double x = LEFT;
+  constexpr double y = 42.0;
   for (const PlotSeries& each : series) {
     svg += series_svg(scale, each);
     const std::string style = text_of("stroke:%s;stroke-width:3%s", each.colour,
                                       each.dashed ? ";stroke-dasharray:6 4" : "");
-    svg += line(LEFT + 12.0, y - 4.0, LEFT + 36.0, y - 4.0, style.c_str());
-    svg += text_at(LEFT + 42.0, y, "start", each.name);
-    y += 18.0;
+    svg += line(x, y - 4.0, x + 24.0, y - 4.0, style.c_str());
+    svg += text_at(x + 30.0, y, "start", each.name);
+    x += 54.0 + 7.0 * static_cast<double>(each.name.size());
   }
   return svg + "</svg>\n";
 }

@@ -17,10 +17,10 @@ struct PlotSeries {
 
 struct PlotFrame {
   std::string title, x_label, y_label;
-  double x_least, x_most, y_most;  // y begins at 0
+  double x_least, x_most, y_least, y_most;  // bars need 0 as y_least
 };
 
-// Lines through points, with error bars and a legend.
+// Lines through points, with error bars and a legend above.
 std::string plot_lines(const PlotFrame& frame, const std::vector<PlotSeries>& series);
 
 // Bars of equal width over x_least to x_most; a value above 0 gets at least a pixel.

@@ -132,15 +132,119 @@ void expect_stands_alone(const std::string& page) {
   for (const char* other : {"http", "src=", "<link", "<script", "url("}) {
     EXPECT_EQ(page.find(other), std::string::npos) << other;
   }
-  EXPECT_EQ(page.find("nan"), std::string::npos);
+  for (const char* raw : {"nan", "inf", "0.000%", "<pre"}) {
+    EXPECT_EQ(page.find(raw), std::string::npos) << raw;
+  }
 }
 
-TEST(LabPages, NeedNoOtherFiles) {
+void expect_says(const std::string& page, const std::string& text) {
+  EXPECT_NE(page.find(text), std::string::npos) << text << "\nisn't in\n" << page.substr(0, 4000);
+}
+
+TEST(LabPages, RunOpensWithAnswerAndItsCertainty) {
   settings_reset();
   const auto sums = std::make_unique<Sums>();
-  const RunPlan plan{200, 1, {}};
+  const RunPlan plan{20, 1, {}};
   ASSERT_TRUE(run_play(plan, 1, *sums, {}));
-  expect_stands_alone(run_page(results_of(plan, *sums), *sums));
+  Results r = results_of(plan, *sums);
+  r.tickets = {11.957, 0.113};
+  r.percent_paid = 47.83;
+  r.percent_half_width = 0.45;
+  const std::pair<double, const char*> asked[] = {{40.0, ", <b>more</b> than what is asked for."},
+                                                  {47.5, "; what is asked for lies between them."},
+                                                  {50.0, ", <b>less</b> than what is asked for."}};
+  for (const auto& [percent, verdict] : asked) {
+    r.percent_asked = percent;
+    const std::string page = run_page(r, *sums);
+    expect_stands_alone(page);
+    expect_says(page,
+                text_of("A frog pays <b>11.96 tickets</b> on average, and <b>47.8%%</b> of the "
+                        "money comes back; the settings ask for %g%%.",
+                        percent));
+    expect_says(page, std::string("is between 47.4% and 48.3%") + verdict);
+    expect_says(page, "a player who presses at a random moment once the frog is ready.");
+    expect_says(page, "Jackpots that fell: 0. With so few");
+  }
+}
+
+TEST(LabPages, RunOfOneBootClaimsNoInterval) {
+  settings_reset();
+  const auto sums = std::make_unique<Sums>();
+  const RunPlan plan{1, 1, {}};
+  ASSERT_TRUE(run_play(plan, 1, *sums, {}));
+  const std::string page = run_page(results_of(plan, *sums), *sums);
+  expect_stands_alone(page);
+  expect_says(page, "Too few frogs were played to say how sure this is.");
+}
+
+TEST(LabPages, RunTellsWhatDecidesWithoutPaytable) {
+  const std::pair<std::vector<const char*>, const char*> cases[] = {
+      {{"Ticket Use=Off"}, "\"Ticket Use\" is off: no frog pays."},
+      {{"Fixed Ticket=On", "Fixed Tickets Per Game=5"},
+       "A frog pays <b>5.00 tickets</b>, and <b>20.0%</b> of the money comes back. \"Fixed "
+       "Ticket\" "
+       "sets that"},
+      {{"Freeplay=On"}, " on average; its row of the paytable stands for 10.0."}};
+  for (const auto& [settings, text] : cases) {
+    settings_reset();
+    for (const char* each : settings) ASSERT_EQ(settings_set(each), "");
+    const auto sums = std::make_unique<Sums>();
+    const RunPlan plan{20, 1, {}};
+    ASSERT_TRUE(run_play(plan, 1, *sums, {}));
+    const std::string page = run_page(results_of(plan, *sums), *sums);
+    expect_stands_alone(page);
+    expect_says(page, text);
+  }
+}
+
+// Every row off its average by so much percent, known to `half_width`.
+template <class Gap>
+std::vector<SweepResult> made_sweep(double half_width, Gap gap) {
+  std::vector<SweepResult> all;
+  for (int number = 0; number < sweep_places(); ++number) {
+    const SweepPlace place = sweep_place(number);
+    Results r{};
+    r.row_average = static_cast<double>(paytable_average(place.row));
+    r.tickets = {r.row_average * (1.0 + gap(place) / 100.0), r.row_average * half_width / 100.0};
+    all.push_back({place, r});
+  }
+  return all;
+}
+
+TEST(LabPages, SweepNamesWhatFiguresShow) {
+  settings_reset();
+  const int watcher = player_find("watcher");
+  const std::string more = sweep_page(made_sweep(1.0, [&](const SweepPlace& place) {
+    return (place.row < 10 ? 10.0 : 20.0) + (place.player == watcher ? 15.0 : 0.0) +
+           (place.boost ? 5.0 : 0.0);
+  }));
+  expect_stands_alone(more);
+  expect_says(more, "pays <b>18% more than it says</b> to a player who presses at a random moment");
+  expect_says(more, "about <b>47%</b> of the money comes back");
+  expect_says(more, "between 117% and 119% of what the rows say");
+  expect_says(more,
+              "<b>Timing pays.</b> A player who waits for a good first log, with a hand's delay "
+              "and error gets 33% more than the rows say.");
+  expect_says(more,
+              "<b>The low rows come nearer to what they say.</b> Rows 0 to 9 pay 10% more than "
+              "they say, the rows above them 20% more.");
+  expect_says(more,
+              "<b>Other settings matter too.</b> \"Boost Bonus\" adds 5% of what the rows say; "
+              "\"Two Point Tickets\" changes nothing clear.");
+
+  const std::string less = sweep_page(made_sweep(1.0, [](const SweepPlace&) { return -25.0; }));
+  expect_says(less, "pays <b>25% less than it says</b>");
+  expect_says(less, "about <b>30%</b> of the money comes back");
+}
+
+TEST(LabPages, SweepClaimsNothingThatIntervalsDoNotShow) {
+  settings_reset();
+  const std::string page = sweep_page(made_sweep(
+      30.0, [](const SweepPlace& place) { return place.row < 10 ? 10.0 : 20.0 + place.player; }));
+  expect_says(page, "the paytable pays what it says to within 48%.");
+  expect_says(page, "What timing gains stays open");
+  expect_says(page, "Whether low or high rows come nearer to what they say stays open.");
+  expect_says(page, "change stays open");
 }
 
 // One frog a side in each of the places: ended and begun again, it comes to the same.
