@@ -47,6 +47,9 @@ TEST_F(Paytable, RowsAreThoseOfTheSecondCopy) {
 TEST_F(Paytable, BuiltInSettingsSelectTheTenTicketRow) {
   EXPECT_EQ(paytable_wanted(), 10.0F);
   EXPECT_EQ(paytable_row, 14);
+  EXPECT_EQ(rounded_to_half(3.24F), 3.0F);
+  EXPECT_EQ(rounded_to_half(3.25F) + rounded_to_half(3.74F), 3.5F + 3.5F);
+  EXPECT_EQ(rounded_to_half(3.75F), 4.0F);
   EXPECT_NEAR(jackpot_chance(), 0.0078975F, 1e-7F);
   prefs[PREF_BOOST_BONUS].int_value = 1;
   payout_recompute();
