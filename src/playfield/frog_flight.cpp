@@ -46,7 +46,7 @@ void bugs_test_lane(int side, Frog& frog, int lane) {
     return;
   }
   for (const std::int32_t cell : {bug_a, bug_b}) {
-    if (cell < 0 || cell >= LANE_CELLS || bug_is_eaten(lanes[lane], cell)) continue;
+    if (cell < 0 || bug_is_eaten(lanes[lane], cell)) continue;
     award_bug(side, frog, lane, cell);
     lanes[lane].eaten |= cell_bit(cell);
   }
@@ -87,28 +87,25 @@ void water_end(int side, Frog& frog) {
   neighbours_fade(side, frog);
 }
 
-// Returns false in the tick that ends the frog in the water.
-bool river_test(int side, Frog& frog) {
+void river_test(int side, Frog& frog) {
   const FrogState state = frog.state;
-  if (state != FROG_HOPPING && state != FROG_RESTING) return true;
+  if (state != FROG_HOPPING && state != FROG_RESTING) return;
   const int lane = frog.lane;
-  if (lane >= LANE_MIDDLE_BANK) return true;
+  if (lane >= LANE_MIDDLE_BANK) return;
   std::int32_t stand_a = -1;
   std::int32_t stand_b = -1;
   const std::int32_t cell =
       lane_probe(frog, lanes[lane], lane_cells[lane], nullptr, nullptr, &stand_a, &stand_b);
   const bool solid = cell == CELL_PLAIN || cell == CELL_TIER1 || cell == CELL_TIER2;
   // A hop away from a lane drifts with that lane until it lands, even over water.
-  if (state == FROG_HOPPING || (state == FROG_RESTING && solid)) frog.x -= lanes[lane].speed;
-  if (state != FROG_RESTING) return true;
+  if (state == FROG_HOPPING || solid) frog.x -= lanes[lane].speed;
+  if (state == FROG_HOPPING) return;
 
   if ((cell == CELL_TIER1 || cell == CELL_TIER2) && (frog.flags & FROG_LANDED) == 0) {
     award_gold(side, frog, cell, stand_a, stand_b);
     frog.flags |= FROG_LANDED;
   }
-  if (cell != CELL_EMPTY) return true;
-  water_end(side, frog);
-  return false;
+  if (cell == CELL_EMPTY) water_end(side, frog);
 }
 
 void lead_cue(Frog& frog) {
@@ -127,7 +124,8 @@ void frog_update(int side, Frog& frog) {
   frog_looks_update(frog, times);
   if (can_catch_butterfly(frog.state)) butterfly_test(side, frog);
   bugs_test(side, frog);
-  if (river_test(side, frog)) lead_cue(frog);
+  river_test(side, frog);
+  lead_cue(frog);
   frog_state_step(side, frog, times);
 }
 

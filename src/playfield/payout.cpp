@@ -61,10 +61,6 @@ void pieces_book(int side, const Frog& frog) {
   audit_add(AUDIT_BUTTERFLY_TICKETS, side, frog.butterfly_tickets);
 }
 
-void ding_on_river(std::int32_t lane, std::int32_t tickets) {
-  if (lane_is_river(lane)) ticket_dings(lane, tickets);
-}
-
 // Sinking frogs make room for the show.
 void sinking_hurry(int side) {
   for (Frog& frog : stations[side].frogs) {
@@ -97,14 +93,15 @@ void award_minimum(int side, Frog& frog) {
   if (!is_demo(frog)) audit_add(AUDIT_FREES, side, 1);
 }
 
+// The lane is one of the river's.
 void award_payout(int side, const Frog& frog) {
   tick_timers.award_done[side] = 1;
   if (pref_on(PREF_TICKET_USE)) {
     if (pref_on(PREF_FIXED_TICKET)) {
-      ding_on_river(frog.lane, fixed_value());
+      ticket_dings(frog.lane, fixed_value());
       pay_fixed(side, fixed_value());
     } else {
-      ding_on_river(frog.lane, frog.total_tickets);
+      ticket_dings(frog.lane, frog.total_tickets);
       pieces_book(side, frog);
       pay_total(side, frog);
     }

@@ -88,7 +88,7 @@ static_assert(points_make_whole_tickets());
 // No file of settings is checked when it is read. Held to this range, a number of tickets can't
 // take anything away from a player and sums of them can't overflow.
 constexpr std::int32_t TICKETS_LIMIT = 1'000'000;
-constexpr double WANTED_LIMIT = 1e9;
+constexpr double WANTED_LIMIT = 1e9;  // twice that, in rows, is an int too
 
 std::int32_t pref_tickets(PrefIndex row) {
   return std::clamp(pref_int(row), 0, TICKETS_LIMIT);
@@ -126,10 +126,9 @@ float paytable_wanted() {
 }
 
 void paytable_row_update() {
-  // Both ends lie outside the table; between them the rounding has small numbers.
-  const float wanted = std::clamp(paytable_wanted(), 0.0F, 100.0F);
+  const float rounded = rounded_to_half(paytable_wanted());
   paytable_factor = 1;
-  const int row = static_cast<int>((rounded_to_half(wanted) - PAYTABLE_LEAST) / PAYTABLE_STEP);
+  const int row = static_cast<int>((rounded - PAYTABLE_LEAST) / PAYTABLE_STEP);
   paytable_row = std::clamp(row, 0, PAYTABLE_ROWS - 1);
 }
 
