@@ -73,7 +73,8 @@ std::string table_text(const Table& table) {
     std::string line;
     for (std::size_t i = 0; i < row.size(); ++i) {
       const std::string space(widths[i] - row[i].size(), ' ');
-      line += (i > 0 ? "  " : "") + (i > 0 ? space + row[i] : row[i] + space);
+      const bool to_the_right = is_number(table.rows.empty() ? "" : table.rows[0][i]);
+      line += (i > 0 ? "  " : "") + (to_the_right ? space + row[i] : row[i] + space);
     }
     text += line.substr(0, line.find_last_not_of(' ') + 1) + '\n';
   };
