@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "books/audits.h"
+#include "books/journal.h"
 #include "frame/game_clock.h"
 #include "frame/tick.h"
 #include "platform/files.h"
@@ -64,13 +65,35 @@ void tick_both_sides(benchmark::State& state) {
 }
 BENCHMARK(tick_both_sides)->Iterations(100000)->UseManualTime()->Unit(benchmark::kMicrosecond);
 
+// With 1 there is a journal, and each store brings an event to the disk first.
 void books_store(benchmark::State& state) {
   TempFolder drive;
   files_use_roots(drive.path(), drive.path());
   set_up();
-  for (auto _ : state) audits_save();
+  if (state.range(0) != 0) journal_open("1.0.0", 1);
+  for (auto _ : state) {
+    journal_put(JOURNAL_COIN, {SIDE_LEFT, 1, 0, 1});
+    audits_save();
+  }
+  journal_close();
 }
-BENCHMARK(books_store)->Unit(benchmark::kMillisecond);
+BENCHMARK(books_store)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+// What an event costs the tick. The ring is emptied apart.
+void journal_event(benchmark::State& state) {
+  TempFolder drive;
+  files_use_roots(drive.path(), drive.path());
+  journal_open("1.0.0", 1);
+  for (auto _ : state) {
+    for (int i = 0; i < 1000; ++i) journal_put(JOURNAL_COIN, {SIDE_LEFT, i, 0, 1});
+    state.PauseTiming();
+    journal_flush();
+    state.ResumeTiming();
+  }
+  state.SetItemsProcessed(state.iterations() * 1000);
+  journal_close();
+}
+BENCHMARK(journal_event)->Iterations(100)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 

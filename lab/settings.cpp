@@ -12,13 +12,12 @@
 #include <filesystem>
 
 #include "books/book_file.h"
+#include "books/book_list.h"
 #include "operator/setting_values.h"
 #include "platform/files.h"
 #include "playfield/paytable.h"
 
 namespace {
-
-constexpr char MAGIC[] = "030P";
 
 bool same(const std::string& one, const char* other) {
   return strcasecmp(one.c_str(), other) == 0;
@@ -85,7 +84,7 @@ bool moves_the_bonus(PrefIndex row) {
 bool take_file(const char* name) {
   PrefRow stored[PREF_COUNT];
   std::memcpy(static_cast<void*>(stored), static_cast<const void*>(prefs), sizeof stored);
-  if (!book_read(name, MAGIC, stored, sizeof stored)) return false;
+  if (!book_read(name, BOOK_FILES[BOOK_PREFS].magic, stored, sizeof stored)) return false;
   for (int i = 0; i < PREF_COUNT; ++i) {
     prefs[i].int_value = stored[i].int_value.get();
     prefs[i].float_value = stored[i].float_value.get();

@@ -5,15 +5,10 @@
 #include <cstring>
 #include <limits>
 
-#include "books/book_file.h"  // book_read, book_store
+#include "books/book_list.h"
+#include "books/journal.h"
 
 namespace {
-
-constexpr char AUDITS_MAGIC[] = "810A";
-constexpr char HISTOGRAM_MAGIC[] = "500H";
-constexpr const char* MAIN_FILE = R"(d:\audits)";
-constexpr const char* BACKUP_FILE = R"(d:\audbak)";
-constexpr const char* HISTOGRAM_FILE = R"(d:\histo)";
 
 constexpr std::int64_t LONGEST_TICK_MS = 1000;  // a longer tick is a stall and isn't counted
 constexpr std::int64_t STORE_EVERY_MS = 600000;
@@ -103,10 +98,10 @@ void audits_reset() {
 void audits_load() {
   put_built_in(audit_defaults);
   audits_reset();
-  if (!book_read(MAIN_FILE, AUDITS_MAGIC, audits, sizeof audits)) {
-    book_read(BACKUP_FILE, AUDITS_MAGIC, audits, sizeof audits);
+  if (!book_load(BOOK_AUDITS, audits, sizeof audits)) {
+    book_load(BOOK_AUDITS_BACKUP, audits, sizeof audits);
   }
-  book_read(HISTOGRAM_FILE, HISTOGRAM_MAGIC, histogram, sizeof histogram);
+  book_load(BOOK_HISTOGRAM, histogram, sizeof histogram);
   hold_money();
 
   audit_add(AUDIT_BOOT_COUNT, 1);
@@ -119,9 +114,20 @@ void audits_load() {
 }
 
 void audits_save() {
-  book_store(MAIN_FILE, AUDITS_MAGIC, audits, sizeof audits);
-  book_store(BACKUP_FILE, AUDITS_MAGIC, audits, sizeof audits);
-  book_store(HISTOGRAM_FILE, HISTOGRAM_MAGIC, histogram, sizeof histogram);
+  journal_flush();
+  book_keep(BOOK_AUDITS, audits, sizeof audits);
+  book_keep(BOOK_AUDITS_BACKUP, audits, sizeof audits);
+  book_keep(BOOK_HISTOGRAM, histogram, sizeof histogram);
+}
+
+void audits_note() {
+  for (int side = 0; side < SIDE_COUNT; ++side) {
+    journal_put(JOURNAL_BOOKS,
+                {side, audit_count(AUDIT_COIN_DROPS, side), audit_count(AUDIT_CURRENT_COINS, side),
+                 audit_count(AUDIT_CURRENT_CREDITS, side), audit_count(AUDIT_GAMES_PLAYED, side),
+                 audit_count(AUDIT_TICKETS, side), audit_count(AUDIT_TICKETS_OWED, side),
+                 audit_count(AUDIT_SERVICE_CREDITS)});
+  }
 }
 
 void audit_add(int row_number, std::int32_t delta) {

@@ -32,9 +32,12 @@ extern Histogram histogram;    // how many frogs of each side paid how many tick
 // boot, sets negative credits and coins to 0, and stores all three files. Start-up.
 void audits_load();
 
-// Stores "d:\audits", "d:\audbak", "d:\histo". Returns when the books are on the disk. Skips a file
-// that can't be written.
+// Brings the journal's events to the disk, then stores "d:\audits", "d:\audbak", "d:\histo".
+// Returns when the books are on the disk. Skips a file that can't be written.
 void audits_save();
+
+// Notes what the books hold in the journal: what its events count from.
+void audits_note();
 
 // Restores the built-in rows and clears the histogram, in memory, without storing.
 void audits_reset();

@@ -1,14 +1,13 @@
 #include "books/prefs.h"
 
+#include <bit>
+#include <cstdint>
 #include <cstring>
 
-#include "books/book_file.h"  // book_read, book_store
+#include "books/book_list.h"
+#include "books/journal.h"
 
 namespace {
-
-constexpr char MAGIC[] = "030P";
-constexpr const char* MAIN_FILE = R"(d:\prefs)";
-constexpr const char* BACKUP_FILE = R"(d:\prefbak)";
 
 constexpr PrefRow row_of(const Setting& setting) {
   const bool real = setting_is_real(setting);
@@ -38,6 +37,25 @@ void put_built_in(Prefs& table) {
   }
 }
 
+constinit std::int32_t noted[PREF_COUNT]{};  // the values as the journal knows them
+
+// A real value as the bits of its float.
+std::int32_t value_of(const Setting& setting) {
+  return setting_is_real(setting) ? std::bit_cast<std::int32_t>(pref_float(setting.pref))
+                                  : pref_int(setting.pref);
+}
+
+void note_changes() {
+  for (const Setting& setting : SETTINGS) {
+    if (setting.view == VIEW_TEXT) continue;
+    std::int32_t& before = noted[setting.pref];
+    const std::int32_t now = value_of(setting);
+    if (now != before)
+      journal_put(JOURNAL_SETTING, {static_cast<std::int32_t>(setting.pref), before, now});
+    before = now;
+  }
+}
+
 }  // namespace
 
 Prefs prefs;
@@ -53,13 +71,14 @@ void prefs_reset() {
 void prefs_load() {
   put_built_in(prefs_defaults);
   prefs_reset();
-  if (!book_read(MAIN_FILE, MAGIC, prefs, sizeof prefs)) {
-    book_read(BACKUP_FILE, MAGIC, prefs, sizeof prefs);
+  if (!book_load(BOOK_PREFS, prefs, sizeof prefs)) {
+    book_load(BOOK_PREFS_BACKUP, prefs, sizeof prefs);
   }
   prefs_save();
 }
 
 void prefs_save() {
-  book_store(MAIN_FILE, MAGIC, prefs, sizeof prefs);
-  book_store(BACKUP_FILE, MAGIC, prefs, sizeof prefs);
+  note_changes();
+  book_keep(BOOK_PREFS, prefs, sizeof prefs);
+  book_keep(BOOK_PREFS_BACKUP, prefs, sizeof prefs);
 }

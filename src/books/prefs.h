@@ -39,7 +39,8 @@ extern const char currency_codes[17][8];
 // rows. Stores both files. Start-up, before anything reads a setting.
 void prefs_load();
 
-// Stores the table in "d:\prefs", then "d:\prefbak". Skips a file that can't be written.
+// Notes changed settings in the journal, and stores the table in "d:\prefs", then "d:\prefbak".
+// Skips a file that can't be written.
 void prefs_save();
 
 // Restores the built-in rows in memory, without storing.

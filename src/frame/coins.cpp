@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "books/audits.h"
+#include "books/journal.h"
 #include "books/prefs.h"
 #include "frame/game_clock.h"  // now_ms
 #include "frame/sides.h"
@@ -97,6 +98,9 @@ void coins_take(int side) {
     for (std::int32_t coin = 0; coin < coins_each; ++coin) coin_drop(side);
   }
   buy_credits(side);
+  journal_put(swipes ? JOURNAL_SWIPE : JOURNAL_COIN,
+              {side, static_cast<std::int32_t>(presses) * coins_each,
+               audit_count(AUDIT_CURRENT_COINS, side), audit_count(AUDIT_CURRENT_CREDITS, side)});
   tick_timers.coin_prompt_until[side] = now_ms();
   cue_play("coin");
   clear_demo(side);
@@ -122,6 +126,8 @@ void service_credits_take() {
   audit_add(AUDIT_CURRENT_CREDITS, SIDE_LEFT, presses);
   audit_add(AUDIT_CURRENT_CREDITS, SIDE_RIGHT, presses);
   audit_add(AUDIT_SERVICE_CREDITS, presses);
+  journal_put(JOURNAL_SERVICE, {presses, audit_count(AUDIT_CURRENT_CREDITS, SIDE_LEFT),
+                                audit_count(AUDIT_CURRENT_CREDITS, SIDE_RIGHT)});
   audits_save();
 }
 

@@ -6,6 +6,7 @@
 #include <cstdlib>
 
 #include "books/audits.h"
+#include "books/journal.h"
 #include "books/prefs.h"
 #include "frame/game_thread.h"
 #include "frame/render_frame.h"
@@ -57,6 +58,9 @@ int Game_Init() {
   open_board();
   audits_load();
   prefs_load();
+  journal_open(build_stamp.version, audit_count(AUDIT_BOOT_COUNT));
+  audits_note();
+  journal_start();
   text_fonts_load();
   open_sound();
   menus_build();
@@ -90,6 +94,8 @@ int Game_Shutdown() {
   const bool sound_ended = jps_shutdown();
   prefs_save();
   audits_save();
+  journal_put(JOURNAL_STOP);
+  journal_close();
   JammaShutdown();
   return led_ended && sound_ended ? 1 : 0;
 }

@@ -1,6 +1,7 @@
 // A board that wasn't there at power-on and answers later is taken into use as if the game began.
 #include <cstdint>
 
+#include "books/journal.h"
 #include "frame/sides.h"
 #include "frame/tick_steps.h"
 #include "io/jamma.h"
@@ -15,11 +16,19 @@ constexpr std::int64_t COUNTERS_WAIT_MS = 1000;
 struct LateBoard {
   bool awaited;
   std::int64_t wait_until_ms;  // 0 before the link came up
+  bool alive;                  // as the journal has it
 };
 constinit LateBoard late_board{};
 
 bool link_is_up() {
   return jamma_command(JAMMA_GET_TICKETS_OWED, SIDE_LEFT) >= 0;
+}
+
+void note_link() {
+  const bool alive = jamma_link_alive();
+  if (alive == late_board.alive) return;
+  late_board.alive = alive;
+  journal_put(alive ? JOURNAL_LINK_BACK : JOURNAL_LINK_LOST);
 }
 
 bool counters_are_known() {
@@ -30,10 +39,11 @@ bool counters_are_known() {
 }  // namespace
 
 void late_board_begin() {
-  late_board = {.awaited = !link_is_up(), .wait_until_ms = 0};
+  late_board = {.awaited = !link_is_up(), .wait_until_ms = 0, .alive = true};
 }
 
 bool late_board_step(std::int64_t now_ms) {
+  note_link();
   if (!late_board.awaited) return false;
   if (!link_is_up()) return true;
   if (late_board.wait_until_ms == 0) late_board.wait_until_ms = now_ms + COUNTERS_WAIT_MS;

@@ -93,7 +93,7 @@ int main(int argc, char** argv) {
   app_resize_window();
   thread_pin_to_one_processor();
   gfx_context_create(LAYOUT_WIDTH, LAYOUT_HEIGHT);
-  build_stamp = {__DATE__, __TIME__};
+  build_stamp = {__DATE__, __TIME__, LILYHOP_VERSION};
   Game_Init();
   display_when_lost(end_without_display);
   main_loop();

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "books/audits.h"
+#include "books/journal.h"
 #include "frame/game_clock.h"
 #include "frame/game_mode.h"
 #include "frame/sides.h"
@@ -45,6 +46,7 @@ void go_down(std::int64_t now) {
   if (!state.counted) audit_add(AUDIT_PERIODIC_REBOOT_COUNT, 1);
   state.counted = true;
   game_mode = MODE_GOING_DOWN;
+  journal_put(JOURNAL_GOING_DOWN);
   audits_save();
   state.reboot_at_ms = now + NOTICE_MS;
   state.going_down = true;

@@ -1,6 +1,7 @@
 #include "frame/tick_steps.h"
 
 #include "books/audits.h"
+#include "books/journal.h"
 #include "books/prefs.h"
 #include "frame/game_mode.h"
 #include "frame/tick_timers.h"   // test_hold_ticks
@@ -18,6 +19,7 @@ void test_hold_step(int test_level) {
   if (++tick_timers.test_hold_ticks <= HOLD_TICKS) return;
 
   audit_add(AUDIT_TEST_ENTRY_COUNT, 1);
+  journal_put(JOURNAL_TEST_ENTERED);
   tick_timers.test_hold_ticks = 0;
   game_mode = MODE_OPERATOR;
   audits_save();

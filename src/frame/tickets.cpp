@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "books/audits.h"
+#include "books/journal.h"
 #include "frame/board_note.h"
 #include "frame/sides.h"
 #include "frame/ticket_status.h"
@@ -11,12 +12,35 @@
 
 namespace {
 
+constexpr std::uint32_t FAULTS[SIDE_COUNT] = {LEFT_TICKET_FAULT, RIGHT_TICKET_FAULT};
 constexpr std::int32_t OWED_MOST = 1023;  // what a board can owe; more is a damaged file
 
 std::uint32_t link_flags() {
   std::uint32_t flags = 0;
   jamma_command(JAMMA_GET_FLAGS, reinterpret_cast<std::intptr_t>(&flags));
   return flags;
+}
+
+// What the journal has of the board's counts is from before `tickets_restore`.
+constinit bool counts_are_old[SIDE_COUNT]{};
+
+void take_counts(int side, std::int32_t owed, std::int32_t queued) {
+  if (counts_are_old[side] || owed != ticket_status.tickets_owed[side] ||
+      queued != ticket_status.tickets_queued[side]) {
+    journal_put(JOURNAL_PAPER, {side, owed, queued});
+  }
+  counts_are_old[side] = false;
+  ticket_status.tickets_owed[side] = owed;
+  ticket_status.tickets_queued[side] = queued;
+  audits[AUDIT_TICKETS_OWED + side].count = owed;
+}
+
+void take_fault(int side, bool fault) {
+  if (fault != (ticket_status.ticket_error[side] != 0)) {
+    journal_put(fault ? JOURNAL_FAULT : JOURNAL_FAULT_OVER,
+                {side, ticket_status.tickets_owed[side]});
+  }
+  ticket_status.ticket_error[side] = fault ? 1 : 0;
 }
 
 }  // namespace
@@ -27,38 +51,38 @@ void tickets_restore() {
   const bool stayed_up = note.stayed_up || jamma_tickets_reported();
   for (int side = 0; side < SIDE_COUNT; ++side) {
     auto& owed = audits[AUDIT_TICKETS_OWED + side].count;
+    counts_are_old[side] = true;
     owed = std::clamp(owed.get(), 0, OWED_MOST);
     if (!stayed_up) {
-      jamma_command(JAMMA_ADD_TICKETS, side, owed);
+      const bool told = jamma_command(JAMMA_ADD_TICKETS, side, owed) >= 0;
+      if (told) journal_put(JOURNAL_RESTORED, {side, owed, 0, 1});
       continue;
     }
     // The board's count holds: the next poll puts it into the books. A side with a fault has
     // reported it already.
     ticket_status.tickets_owed[side] = owed.get();
-    const std::uint32_t fault = side == SIDE_LEFT ? LEFT_TICKET_FAULT : RIGHT_TICKET_FAULT;
-    if (owed > 0 && !(link_flags() & fault)) jamma_tickets_ask(side);
-    jamma_command(JAMMA_ADD_TICKETS, side, std::max(note.tickets_queued[side], 0));
+    if (owed > 0 && !(link_flags() & FAULTS[side])) jamma_tickets_ask(side);
+    const std::int32_t queued = std::max(note.tickets_queued[side], 0);
+    jamma_command(JAMMA_ADD_TICKETS, side, queued);
+    journal_put(JOURNAL_RESTORED, {side, owed, queued, 0});
   }
 }
 
 void tickets_poll() {
   const std::uint32_t flags = link_flags();
-  ticket_status.ticket_error[SIDE_LEFT] = (flags & LEFT_TICKET_FAULT) != 0 ? 1 : 0;
-  ticket_status.ticket_error[SIDE_RIGHT] = (flags & RIGHT_TICKET_FAULT) != 0 ? 1 : 0;
-
   bool store = false, owes = false;
   std::int32_t queued[SIDE_COUNT]{};
   for (int side = 0; side < SIDE_COUNT; ++side) {
     const std::int32_t before = ticket_status.tickets_owed[side];
     const std::int32_t owed = jamma_command(JAMMA_GET_TICKETS_OWED, side);
     // Without a board there is no count: what the books owe stays owed until there is one.
-    if (owed < 0) continue;
-    queued[side] = jamma_command(JAMMA_GET_TICKETS_QUEUED, side);
-    ticket_status.tickets_owed[side] = owed;
-    ticket_status.tickets_queued[side] = queued[side];
-    audits[AUDIT_TICKETS_OWED + side].count = owed;
-    store = store || owed > before || (owed < before && owed == 0);
-    owes = owes || owed > 0;
+    if (owed >= 0) {
+      queued[side] = jamma_command(JAMMA_GET_TICKETS_QUEUED, side);
+      take_counts(side, owed, queued[side]);
+      store = store || owed > before || (owed < before && owed == 0);
+      owes = owes || owed > 0;
+    }
+    take_fault(side, (flags & FAULTS[side]) != 0);
   }
   board_note_keep(owes, queued);
   if (store) audits_save();

@@ -1,6 +1,7 @@
 #include "io/watchdog_link.h"
 
 #include "books/audits.h"
+#include "books/journal.h"
 #include "frame/game_clock.h"  // is_due, now_ms
 #include "frame/game_mode.h"
 
@@ -39,6 +40,7 @@ void search() {
 void count_reset() {
   if (watchdog_link.reset_counted || game_mode == MODE_OPERATOR) return;
   audit_add(AUDIT_WATCHDOG_COUNT, 1);
+  journal_put(JOURNAL_WATCHDOG);
   audits_save();
   watchdog_link.reset_counted = true;
 }

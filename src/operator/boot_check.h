@@ -5,9 +5,10 @@
 struct BuildStamp {
   const char* date;  // as "May 17 2012"
   const char* time;  // as "10:20:53"
+  const char* version = "";
 };
 
-// When the program was built; main() sets it before Game_Init.
+// The program's version, and when it was built; main() sets it before Game_Init.
 extern BuildStamp build_stamp;
 
 struct VersionRecord {  // the first two lines of d:\version.txt, at most 18 characters each

@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <initializer_list>
 
+#include "books/journal.h"
 #include "frame/game_mode.h"  // sound_enabled
 #include "frame/sides.h"
 #include "io/jamma.h"
@@ -99,11 +100,17 @@ constexpr MenuRow SOUND_ROWS[] = {
     {"Pan Right", [] { jps_set_pan_all(PAN_FULL); }},
 };
 
+// They belong to no game and are in no books.
+void tickets_advance(int side, std::int32_t paper) {
+  const bool told = jamma_command(JAMMA_ADD_TICKETS, side, paper) >= 0;
+  journal_put(JOURNAL_TICKETS, {side, 0, BY_TEST, 0, paper, told ? 1 : 0});
+}
+
 constexpr MenuRow TICKET_ROWS[] = {
-    {"Advance One Ticket Left", [] { jamma_command(JAMMA_ADD_TICKETS, SIDE_LEFT, 1); }},
-    {"Advance Ten Tickets Left", [] { jamma_command(JAMMA_ADD_TICKETS, SIDE_LEFT, 10); }},
-    {"Advance One Ticket Right", [] { jamma_command(JAMMA_ADD_TICKETS, SIDE_RIGHT, 1); }},
-    {"Advance Ten Tickets Right", [] { jamma_command(JAMMA_ADD_TICKETS, SIDE_RIGHT, 10); }},
+    {"Advance One Ticket Left", [] { tickets_advance(SIDE_LEFT, 1); }},
+    {"Advance Ten Tickets Left", [] { tickets_advance(SIDE_LEFT, 10); }},
+    {"Advance One Ticket Right", [] { tickets_advance(SIDE_RIGHT, 1); }},
+    {"Advance Ten Tickets Right", [] { tickets_advance(SIDE_RIGHT, 10); }},
 };
 
 }  // namespace

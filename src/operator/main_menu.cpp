@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "books/audits.h"
+#include "books/journal.h"
 #include "books/prefs.h"
 #include "frame/game_mode.h"
 #include "operator/boot_check.h"  // version_record, build_stamp
@@ -30,6 +31,7 @@ void pane_page_version() {
 }
 
 void leave_operator_mode() {
+  journal_put(JOURNAL_TEST_LEFT);
   audits_save();
   prefs_save();
   pane_show(false);

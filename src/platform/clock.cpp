@@ -29,6 +29,13 @@ std::int64_t clock_calendar_s() {
   return std::time(nullptr);
 }
 
+std::int64_t clock_calendar_ms() {
+  using std::chrono::system_clock;
+  return std::chrono::duration_cast<std::chrono::milliseconds>(
+             system_clock::now().time_since_epoch())
+      .count();
+}
+
 void clock_sleep_ms(int ms) {
   std::this_thread::sleep_for(std::chrono::milliseconds(ms));
 }

@@ -14,5 +14,8 @@ std::uint32_t clock_system_tick_ms();
 // Calendar time in seconds since 1970.
 std::int64_t clock_calendar_s();
 
+// The same in milliseconds.
+std::int64_t clock_calendar_ms();
+
 // Sleeps for at least `ms` milliseconds.
 void clock_sleep_ms(int ms);

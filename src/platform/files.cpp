@@ -113,6 +113,10 @@ std::string files_path(const char* name) {
   return path;
 }
 
+bool files_sync_folder(const char* name) {
+  return sync_folder(folder_of(files_path(name)));
+}
+
 struct ReadFile {
   std::FILE* stream;
 };

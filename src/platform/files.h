@@ -21,6 +21,9 @@ void files_use_roots(const std::string& drive_d, const std::string& program_fold
 std::string files_program();
 std::string files_program_folder();
 
+// Brings the names in a file's folder to the disk: a new file is safe only with its name.
+bool files_sync_folder(const char* name);
+
 struct ReadFile;
 struct StoreFile;
 

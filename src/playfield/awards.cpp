@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "books/audits.h"
+#include "books/journal.h"
 #include "frame/game_clock.h"   // now_ms
 #include "frame/tick_timers.h"  // next_vox_ms
 #include "gfx/panel_table.h"    // sheet_half_width
@@ -35,6 +36,15 @@ void play_pitched(const char* name, double least_pitch) {
   sound_pitch_scale(tracks, least_pitch + 0.1 * random_unit());
 }
 
+// Demo frogs aren't counted. `kind` is an AwardKind or JOURNAL_BUTTERFLY.
+void count_catch(int side, const Frog& frog, AuditIndex row, std::int32_t kind,
+                 std::int32_t worth) {
+  if (is_demo(frog)) return;
+  audit_add(row, side, 1);
+  journal_put(JOURNAL_CATCH,
+              {side, audit_count(AUDIT_GAMES_PLAYED, side), kind, worth, frog.total_tickets});
+}
+
 std::int32_t spark_place(float place, float half_size) {
   return static_cast<std::int32_t>(place + half_size - 64.0F);
 }
@@ -51,7 +61,7 @@ void award_butterfly(int side, Frog& frog) {
   frog.butterfly_tickets += value;
   purse_add_up(side, frog);
   frog.scale = 1.5F;
-  if (!is_demo(frog)) audit_add(AUDIT_BUTTERFLIES, side, 1);
+  count_catch(side, frog, AUDIT_BUTTERFLIES, JOURNAL_BUTTERFLY, value);
   fx_spark_start(spark_place(butterfly.x, sheet_half_width(*butterfly.sheet)),
                  spark_place(static_cast<float>(butterfly.y), sheet_half_height(*butterfly.sheet)));
 
@@ -69,7 +79,7 @@ void award_bug(int side, Frog& frog, int lane, int cell) {
   purse_add_up(side, frog);
   frog.scale = 1.5F;
   frog.award_kind = AWARD_BUG;
-  if (!is_demo(frog)) audit_add(AUDIT_BUGS, side, 1);
+  count_catch(side, frog, AUDIT_BUGS, AWARD_BUG, bug_value());
   const LaneSlot& slot = lanes[lane].slots[cell];
   fx_spark_start(
       spark_place(static_cast<float>(slot.x), static_cast<float>(lanes[lane].cell_size) * 0.5F),
@@ -93,7 +103,7 @@ void gold_purse(int side, Frog& frog, bool tier2) {
   purse_add_up(side, frog);
   frog.scale = 1.5F;
   frog.award_kind = tier2 ? AWARD_TIER2 : AWARD_TIER1;
-  if (!is_demo(frog)) audit_add(tier2 ? AUDIT_DOUBLE_BONUSES : AUDIT_BONUSES, side, 1);
+  count_catch(side, frog, tier2 ? AUDIT_DOUBLE_BONUSES : AUDIT_BONUSES, frog.award_kind, value);
 }
 
 // The first frame that is drawn places the riders. Before it, nobody kisses.

@@ -3,6 +3,8 @@
 #include <cstdint>
 
 #include "books/audits.h"
+#include "books/journal.h"
+#include "books/prefs.h"
 #include "frame/game_clock.h"  // now_ms
 #include "frame/game_mode.h"
 #include "frame/tick_timers.h"
@@ -93,6 +95,9 @@ void frog_launch(int side, bool demo) {
   cue_play("jump");
   audit_add(AUDIT_GAMES_PLAYED, side, 1);
   audit_add(AUDIT_GAMES_SINCE_BOOT, side, 1);
+  journal_put(JOURNAL_LAUNCH,
+              {side, audit_count(AUDIT_GAMES_PLAYED, side), pref_on(PREF_FREEPLAY) ? 0 : 1,
+               audit_count(AUDIT_CURRENT_CREDITS, side)});
   // The time runs from an award on and stands at 0 before the first one, so the first play after
   // boot counts as a repeat.
   if (tick_timers.since_award_ms[side] < REPEAT_PLAY_MS) audit_add(AUDIT_REPEAT_PLAYS, side, 1);

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "books/audits.h"
+#include "books/journal.h"
 #include "books/prefs.h"
 #include "frame/game_clock.h"   // now_ms
 #include "frame/tick_timers.h"  // award_done
@@ -22,22 +23,31 @@ void purse_set_total(int side, Frog& frog, std::int32_t sum) {
   if (sum > most) audit_add(AUDIT_CAPPED_TICKETS, side, sum - most);
 }
 
+// `sum` is what the purse would hold without its cap.
+void note_end(int side, const Frog& frog, std::int32_t butterfly, std::int32_t sum) {
+  journal_put(JOURNAL_END,
+              {side, audit_count(AUDIT_GAMES_PLAYED, side), frog.award_kind.get(),
+               frog.base_tickets, butterfly, frog.total_tickets, sum - frog.total_tickets});
+}
+
 // Books the award and has it paid, in points or in tickets as the books count.
-void pay(int side, std::int32_t tickets, std::int32_t paper) {
+void pay(int side, JournalTickets by, std::int32_t tickets, std::int32_t paper) {
   audit_add(AUDIT_TICKETS, side, tickets);
   histogram_count(side, tickets);
-  jamma_command(JAMMA_ADD_TICKETS, side, paper);
+  const bool told = jamma_command(JAMMA_ADD_TICKETS, side, paper) >= 0;
+  journal_put(JOURNAL_TICKETS,
+              {side, audit_count(AUDIT_GAMES_PLAYED, side), by, tickets, paper, told ? 1 : 0});
   jamma_command(JAMMA_PULSE_TICKET_METER, side, paper);
 }
 
 void pay_total(int side, const Frog& frog) {
   const std::int32_t total = frog.total_tickets;
-  pay(side, total, pays_points() ? total / 2 : total);
+  pay(side, BY_CATCH, total, pays_points() ? total / 2 : total);
 }
 
 void pay_fixed(int side, std::int32_t tickets) {
   audit_add(AUDIT_FIXED_TICKETS, side, tickets);
-  pay(side, tickets, tickets);
+  pay(side, BY_FIXED, tickets, tickets);
 }
 
 // The books count the pieces uncapped, "Tickets" the capped sum.
@@ -96,6 +106,7 @@ void award_minimum(int side, Frog& frog) {
 // The lane is one of the river's.
 void award_payout(int side, const Frog& frog) {
   tick_timers.award_done[side] = 1;
+  note_end(side, frog, frog.butterfly_tickets, frog.base_tickets + frog.butterfly_tickets);
   if (pref_on(PREF_TICKET_USE)) {
     if (pref_on(PREF_FIXED_TICKET)) {
       ticket_dings(frog.lane, fixed_value());
@@ -120,6 +131,9 @@ void award_jackpot(int side, Frog& frog) {
 
   sinking_hurry(side);
   audit_add(AUDIT_JACKPOTS, side, 1);
+  journal_put(JOURNAL_CATCH, {side, audit_count(AUDIT_GAMES_PLAYED, side), AWARD_JACKPOT, jackpot,
+                              frog.total_tickets});
+  note_end(side, frog, 0, jackpot);
   if (!pref_on(PREF_TICKET_USE)) {
     win_show_start(side, 0);
   } else if (pref_on(PREF_FIXED_TICKET)) {

@@ -17,6 +17,7 @@
 
 #include "books/audits.h"
 #include "books/book_file.h"
+#include "books/journal.h"
 #include "books/prefs.h"
 #include "books/store_report.h"
 #include "platform/files.h"
@@ -176,6 +177,43 @@ TEST(PowerCut, AtAnyStepLeavesOldOrNewBooks) {
     EXPECT_TRUE(cell == 1 || cell == 2);
     EXPECT_EQ(histogram[1][1399], cell);
   }
+}
+
+// A coin is in the journal on the disk before the books count it, and its line is whole.
+TEST(PowerCut, AtAnyStepJournalIsNotBehindTheBooks) {
+  constexpr const char* LINE = " 5 coin side=left coins=1 part=0 credits=1\n";
+  TempFolder drive;
+  files_use_roots(drive.path(), drive.path());
+  int seen_first = 0;
+  for (int cut = 1; cut < 30; ++cut) {
+    SCOPED_TRACE(testing::Message() << "power cut at step " << cut);
+    set_state(1);
+    audits_save();
+    const std::string before = drive.read("audits");
+    std::filesystem::remove(drive.file("journal"));
+    const pid_t child = fork();
+    if (child == 0) {
+      journal_open("1", 5);
+      steps_seen = 0;
+      cut_at = cut;
+      journal_put(JOURNAL_COIN, {SIDE_LEFT, 1, 0, 1});
+      set_state(2);
+      audits_save();
+      _exit(0);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    const bool in_journal = drive.read("journal").ends_with(LINE);
+    const bool in_books = drive.read("audits") != before;
+    EXPECT_TRUE(in_journal || !in_books);
+    seen_first += in_journal && !in_books ? 1 : 0;
+    journal_open("1", 6);
+    journal_close();
+    const std::string after = drive.read("journal");
+    EXPECT_EQ(after.find(LINE) != std::string::npos, in_journal);
+  }
+  EXPECT_GT(seen_first, 0);
 }
 
 TEST(FailingFolder, StoreFailsWhenFolderCannotBeSynced) {

@@ -24,7 +24,11 @@ std::uint32_t clock_system_tick_ms() {
 }
 
 std::int64_t clock_calendar_s() {
-  return (calendar_offset_ms + now_ms) / 1000;
+  return clock_calendar_ms() / 1000;
+}
+
+std::int64_t clock_calendar_ms() {
+  return calendar_offset_ms + now_ms;
 }
 
 void clock_sleep_ms(int ms) {

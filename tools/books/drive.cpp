@@ -1,0 +1,134 @@
+#include "tools/books/drive.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "books/book_list.h"
+#include "books/journal.h"  // JOURNAL_FILE
+#include "tools/books/moment.h"
+
+namespace {
+
+constexpr std::string_view COLLECTION_HEAD = "Lily Hop collection ";
+
+std::string bare(const char* name) {
+  return name + std::strlen(R"(d:\)");
+}
+
+bool read_file(const std::string& path, std::string& bytes) {
+  std::error_code failed;
+  if (!std::filesystem::is_regular_file(path, failed)) return false;
+  std::ifstream stream(path, std::ios::binary);
+  bytes.assign(std::istreambuf_iterator<char>(stream), {});
+  return !stream.bad() && !bytes.empty();
+}
+
+// Empty, or what is wrong with the file.
+std::string read_book(const Drive& drive, BookNumber number, void* data, std::size_t size) {
+  const BookFile& book = BOOK_FILES[number];
+  const std::string name = bare(book.name);
+  std::string bytes;
+  if (!read_file(drive.folder + "/" + name, bytes)) return name + ": is missing or can't be read";
+  if (!bytes.starts_with(book.magic)) return name + ": doesn't begin with " + book.magic;
+  const std::size_t head = std::strlen(book.magic);
+  if (bytes.size() != head + size) {
+    return name + ": has " + std::to_string(bytes.size()) + " bytes instead of " +
+           std::to_string(head + size);
+  }
+  std::memcpy(data, bytes.data() + head, size);
+  return {};
+}
+
+bool read_pair(Drive& drive, BookNumber main, BookNumber backup, void* data, std::size_t size) {
+  const std::string wrong = read_book(drive, main, data, size);
+  if (wrong.empty()) return true;
+  const std::string wrong_too = read_book(drive, backup, data, size);
+  const std::string backup_name = bare(BOOK_FILES[backup].name);
+  drive.damages.push_back(
+      wrong + (wrong_too.empty() ? "; " + backup_name + " is read instead" : "; " + wrong_too));
+  return wrong_too.empty();
+}
+
+// A running game may turn the file over meanwhile: then it is read again.
+void read_journal(Drive& drive) {
+  const std::string old_path = drive.folder + "/" + bare(JOURNAL_OLD_FILE);
+  const std::string path = drive.folder + "/" + bare(JOURNAL_FILE);
+  std::string old_text, text, old_again;
+  for (int tries = 0; tries < 3; ++tries) {
+    old_text.clear();
+    old_again.clear();
+    read_file(old_path, old_text);
+    read_file(path, text);
+    read_file(old_path, old_again);
+    if (old_text == old_again) break;
+  }
+  if (old_text.empty() && text.empty()) {
+    drive.damages.push_back(bare(JOURNAL_FILE) + ": is missing or can't be read");
+  }
+  for (auto* half : {&old_text, &text}) {
+    const std::string name = bare(half == &text ? JOURNAL_FILE : JOURNAL_OLD_FILE);
+    const std::string wrong = journal_add(drive.journal, name, std::move(*half));
+    if (!wrong.empty()) drive.damages.push_back(wrong);
+  }
+}
+
+}  // namespace
+
+std::string drive_read(const std::string& folder, Drive& drive) {
+  std::error_code failed;
+  if (!std::filesystem::is_directory(folder, failed)) {
+    return folder + ": isn't a folder; an archive has to be unpacked first";
+  }
+  drive.folder = folder;
+  // The books first: the journal of a running game is never behind them.
+  drive.has_audits =
+      read_pair(drive, BOOK_AUDITS, BOOK_AUDITS_BACKUP, drive.audits, sizeof drive.audits);
+  drive.has_prefs =
+      read_pair(drive, BOOK_PREFS, BOOK_PREFS_BACKUP, drive.prefs, sizeof drive.prefs);
+  read_journal(drive);
+  if (!drive.has_audits && drive.journal.lines.empty()) {
+    return folder + ": has neither books nor a journal";
+  }
+  return {};
+}
+
+std::string counter_name(const AuditRow& row) {
+  return std::string(row.name, sizeof row.name).c_str();
+}
+
+Collection collection_read(const std::string& path) {
+  Collection collection;
+  std::string text;
+  if (!read_file(path, text) || !text.starts_with(COLLECTION_HEAD)) return collection;
+  std::istringstream lines(text);
+  std::string line;
+  std::getline(lines, line);
+  collection.known = moment_from_journal(line.substr(COLLECTION_HEAD.size()), collection.utc_ms);
+  while (std::getline(lines, line)) {
+    const std::size_t at = line.rfind('=');
+    if (at == std::string::npos) continue;
+    collection.counts[line.substr(0, at)] = std::strtoll(line.c_str() + at + 1, nullptr, 10);
+  }
+  return collection;
+}
+
+std::string collection_write(const std::string& path, const Drive& drive, std::int64_t utc_ms) {
+  const std::string temporary = path + ".new";
+  std::ofstream stream(temporary);
+  stream << COLLECTION_HEAD << moment_for_files(utc_ms) << '\n';
+  for (const AuditRow& row : drive.audits) {
+    stream << counter_name(row) << '=' << row.count.get() << '\n';
+  }
+  stream.close();
+  if (stream && std::rename(temporary.c_str(), path.c_str()) == 0) return {};
+  return path + ": can't be written: " + std::strerror(errno);
+}

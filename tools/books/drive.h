@@ -1,0 +1,36 @@
+// A cabinet's drive d: as a reader has it. Nothing on it is changed.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "books/audits.h"
+#include "books/prefs.h"
+#include "tools/books/journal_read.h"
+
+struct Drive {
+  std::string folder;
+  bool has_audits = false, has_prefs = false;
+  Audits audits{};
+  Prefs prefs{};
+  Journal journal;
+  std::vector<std::string> damages;  // what is missing or damaged, a line each
+};
+
+// Reads all that can be read. Empty, or a line that says why there is nothing.
+std::string drive_read(const std::string& folder, Drive& drive);
+
+std::string counter_name(const AuditRow& row);
+
+// What the counters were at a collection, and when that was.
+struct Collection {
+  bool known = false;
+  std::int64_t utc_ms = 0;
+  std::map<std::string, std::int64_t> counts;  // by the counter's name
+};
+Collection collection_read(const std::string& path);
+// Empty, or a line that says what is wrong.
+std::string collection_write(const std::string& path, const Drive& drive, std::int64_t utc_ms);
