@@ -94,11 +94,9 @@ void add_value(const Event& event, std::string_view field, std::int32_t value) R
   if (!words.empty()) {
     const std::string_view word = journal_word(words, static_cast<std::size_t>(value));
     add("%.*s", static_cast<int>(word.size()), word.data());
-  } else if (event.kind != JOURNAL_SETTING) {
-    add("%d", value);
   } else if (field == "setting") {
     add("\"%s\"", SETTINGS[value].name);
-  } else if (setting_is_real(SETTINGS[event.values[0]])) {
+  } else if (event.kind == JOURNAL_SETTING && setting_is_real(SETTINGS[event.values[0]])) {
     add("%g", static_cast<double>(std::bit_cast<float>(value)));
   } else {
     add("%d", value);

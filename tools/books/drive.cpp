@@ -102,7 +102,8 @@ std::string drive_read(const std::string& folder, Drive& drive) {
 }
 
 std::string counter_name(const AuditRow& row) {
-  return std::string(row.name, sizeof row.name).c_str();
+  const std::string_view name(row.name, sizeof row.name);
+  return std::string(name.substr(0, name.find('\0')));
 }
 
 Collection collection_read(const std::string& path) {

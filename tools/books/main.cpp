@@ -76,7 +76,8 @@ std::string read_words(int count, char** words, Question& question) {
       question.collect = true;
     } else if (std::ranges::find(WITH_VALUE, word) != std::end(WITH_VALUE)) {
       const std::string value = ++i < count ? words[i] : "";
-      if (!take_value(question, word, value)) return word + " doesn't take \"" + value + "\"";
+      if (!take_value(question, word, value))
+        return std::string(word).append(" doesn't take \"").append(value).append("\"");
     } else if (word.starts_with("--")) {
       return "there is no option " + word;
     } else if (!question.folder.empty()) {

@@ -64,6 +64,7 @@ std::string json_row(const Table& table, const std::vector<std::string>& row) {
 
 std::string table_text(const Table& table) {
   std::vector<std::size_t> widths;
+  widths.reserve(table.columns.size());
   for (const std::string& column : table.columns) widths.push_back(column.size());
   for (const auto& row : table.rows) {
     for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], row[i].size());
