@@ -110,8 +110,8 @@ bool render_jobs(const std::string& outdir_name, std::vector<RenderJob> jobs, bo
   const size_t all = jobs.size();
   if (!again) std::erase_if(jobs, [&](const RenderJob& job) { return up_to_date(outdir, job); });
   if (!jobs.empty() && !make_folders(outdir, jobs)) return false;
-  std::stable_sort(jobs.begin(), jobs.end(),
-                   [](const RenderJob& a, const RenderJob& b) { return a.cost > b.cost; });
+  std::sort(jobs.begin(), jobs.end(),
+            [](const RenderJob& a, const RenderJob& b) { return a.cost > b.cost; });
 
   std::atomic<size_t> next{0};
   std::atomic<bool> good{true};
