@@ -142,7 +142,7 @@ TEST(Kit, RendersTheSameBytesAgain) {
   ASSERT_EQ(std::system(SOUND_RENDER " " SOUND_AGAIN " >" SOUND_AGAIN ".log 2>&1"), 0);
   for (const Row& row : all_rows()) {
     const std::string file = std::string("/") + row.name + ".wav";
-    EXPECT_EQ(bytes_of(kit_folder() + file), bytes_of(SOUND_AGAIN "/sounds" + file)) << file;
+    EXPECT_TRUE(bytes_of(kit_folder() + file) == bytes_of(SOUND_AGAIN "/sounds" + file)) << file;
   }
   std::filesystem::remove_all(SOUND_AGAIN);
 }
