@@ -192,9 +192,9 @@ void draw_lightningbug(const Cell& cell) {
   bug.eyes({1.44f, 0.94f, 0.42f}, 0.42f, {0.60f, 0.50f, -0.62f});
   // Its lane is the darkest of the meadow: a pool of light lies round it at all times.
   const double light = 0.55 + 0.45 * glow;
-  soft_spot(cell.ctx, 32, 33, 31, 30, {0.96, 1, 0.42}, light);
+  soft_spot(cell.ctx, 31, 32, 28, 27, {0.96, 1, 0.42}, light);
   for (double size : {1.0, 0.72})
-    soft_spot(cell.ctx, 21, 30, 20 * size, (19 + 6 * glow) * size, {1, 0.98, 0.30}, light);
+    soft_spot(cell.ctx, 21, 30, 19 * size, (18 + 6 * glow) * size, {1, 0.98, 0.30}, light);
   bug.draw(cell, 13.6f, {33.5, 38}, 24, 12);
   // Light in the air before it.
   soft_spot(cell.ctx, 15, 28, 7, 8, {1, 1, 0.8}, 0.9 * glow);
