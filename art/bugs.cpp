@@ -162,7 +162,7 @@ void draw_lightningbug(const Cell& cell) {
   const float glow = swell * swell * (3 - 2 * swell);
   Bug bug(kRight, 22, steps(cell));
   bug.sway(0.05f, 4, 2.5f);
-  const Vec limb = linear({0.26, 0.15, 0.22});
+  const Vec limb = linear({0.42, 0.18, 0.20});
   bug.legs({0.80f, 0.58f, 0.44f, 0.52f, 0.66f, 0.26f, 0.28f, 0.14f, limb, limb});
   ClayPart& tail = bug.body_part(0.14f, 0.6f);
   tail.soft = 0.6f;
@@ -178,9 +178,9 @@ void draw_lightningbug(const Cell& cell) {
     ClayPart& wing = bug.body_part(0.05f, 0.9f);
     wing.metal = 0.3f;
     const Vec at{-0.22f, 1.02f + 0.06f * glow, side * 0.46f};
-    wing.ball(at, {0.92f, 0.50f, 0.52f}, linear({0.30, 0.16, 0.24}));
+    wing.ball(at, {0.92f, 0.50f, 0.52f}, linear({1.0, 0.93, 0.70}));
     wing.paint = [=](Vec p, Vec colour) {
-      return (p.z - at.z) * side > 0.34f ? linear({1.0, 0.78, 0.42}) : colour;
+      return (p.z - at.z) * side < -0.10f ? linear({0.52, 0.20, 0.24}) : colour;
     };
   }
   ClayPart& neck = bug.body_part(0.1f, 0.8f);
@@ -190,8 +190,11 @@ void draw_lightningbug(const Cell& cell) {
   head.ball({1.26f, 0.62f, 0}, {0.52f, 0.52f, 0.64f}, linear({0.36, 0.17, 0.26}));
   bug.feelers({{0.98f, 1.02f, 0.26f}, 0.9f, 0.085f, 0.16f, 94, 20, 0.40f, 12, limb, limb});
   bug.eyes({1.44f, 0.94f, 0.42f}, 0.42f, {0.60f, 0.50f, -0.62f});
+  // Its lane is the darkest of the meadow: a pool of light lies round it at all times.
+  const double light = 0.55 + 0.45 * glow;
+  soft_spot(cell.ctx, 31, 32, 28, 27, {0.96, 1, 0.42}, light);
   for (double size : {1.0, 0.72})
-    soft_spot(cell.ctx, 21, 30, 19 * size, (18 + 6 * glow) * size, {1, 0.98, 0.22}, glow);
+    soft_spot(cell.ctx, 21, 30, 19 * size, (18 + 6 * glow) * size, {1, 0.98, 0.30}, light);
   bug.draw(cell, 13.6f, {33.5, 38}, 24, 12);
   // Light in the air before it.
   soft_spot(cell.ctx, 15, 28, 7, 8, {1, 1, 0.8}, 0.9 * glow);

@@ -13,16 +13,22 @@ namespace {
 // --- Labels
 
 void draw_demo(const Cell& cell) {
-  Block style = kCreamLetters;
-  style.ink = {0.04, 0.12, 0.34};
-  style.side = {0.36, 0.56, 0.84};
-  style.top = kWhite;
-  style.bottom = {0.72, 0.90, 1.0};
-  style.rim = 4;
-  style.depth = 3;
-  style.relief.bevel = 5;
+  // Pale letters on a dark badge: the frog behind it and the grass round it are both bright green.
   // The frog's ticket covers everything to the right of x 88.
-  block_words(cell.ctx, "DEMO", 42, style, 46, 40, 84);
+  cairo_t* c = cell.ctx;
+  constexpr double kX = 46, kY = 40;
+  const Path badge = round_rect(kX - 40, kY - 17, 80, 34, 15);
+  stroke(c, badge, {0.02, 0.04, 0.16}, 8);
+  stroke(c, badge, kWhite, 4);
+  fill_linear(c, badge, {0, kY - 17}, {0.16, 0.24, 0.62}, {0, kY + 17}, {0.05, 0.08, 0.32});
+  Block style = kCreamLetters;
+  style.ink = style.side = {0.02, 0.04, 0.20};
+  style.top = kWhite;
+  style.bottom = {1.0, 0.92, 0.50};
+  style.rim = 2;
+  style.depth = 1.5;
+  style.relief = {3, 0.6, 0.3, 0};
+  block_words(c, "DEMO", 36, style, kX, kY, 74);
 }
 
 Block small_letters() {

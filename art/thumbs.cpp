@@ -123,11 +123,59 @@ void rays(cairo_t* c, double grow, double turn) {
   fill(c, core, {1.0, 0.97, 0.66});
 }
 
+// Stars that fly up from behind the ends of the ribbon and fall beside it, twice a turn. `since` is
+// the turn at which the first one flew.
+void fountain(cairo_t* c, double turn, double since) {
+  constexpr int kStars = 9;
+  const Colour colours[] = {kYellow, kPink, {0.36, 0.80, 1.0}, kWhite};
+  for (double side : {-1.0, 1.0}) {
+    Rng rng{side < 0 ? 5u : 23u};
+    for (int i = 0; i < kStars; i++) {
+      const double from = rng.range(110, 170), to = from + rng.range(-10, 76);
+      const double height = rng.range(120, 270), size = rng.range(12, 20);
+      const double u = std::fmod(2 * turn + static_cast<double>(i) / kStars, 1);
+      if (u > 2 * (turn - since)) continue;
+      const double x = 256 + side * (from + (to - from) * u), y = 306 - height * 4 * u * (1 - u);
+      const double r = size * std::fmin(1.0, 4 * (1 - u));
+      const Path shape = star(x, y, r, r * 0.5, 5, kTau * side * u);
+      stroke(c, shape, {0.24, 0.06, 0.10}, 5);
+      fill(c, shape, colours[i % 4]);
+    }
+  }
+}
+
+struct Show {
+  double pose = 0;             // of the thumb; 1 is up
+  double x = 0, y = 0;         // displacement of the hand, pixels
+  double tilt = 0;             // to the right, radians
+  double scale = 1, tall = 1;  // of the hand; tall above 1 stretches it
+  double sun = 1, sun_turn = 0;
+  double ribbon = 1, gleam = 0;
+  double shout = 1;         // size of the word
+  double turn = 0;          // of lamps and stars
+  double stars_since = -1;  // the turn of the first star
+};
+
+// Lamps round the ribbon's band: light runs along them.
+void lamps(cairo_t* c, double turn) {
+  constexpr int kAcross = 12, kDown = 2, kAll = 2 * (kAcross + kDown);
+  for (int i = 0; i < kAll; i++) {
+    const int half = i % (kAcross + kDown);
+    Point p =
+        half < kAcross ? Point{-165.0 + 30 * half, -60} : Point{180, -22.0 + 38 * (half - kAcross)};
+    if (i != half) p = {-p.x, -6 - p.y};
+    const double lit = 0.5 + 0.5 * std::cos(kTau * (i / 4.0 - 3 * turn));
+    if (lit > 0.4) soft_spot(c, p.x, p.y, 15, 15, {1, 0.92, 0.40}, 0.8 * lit);
+    fill(c, circle(p.x, p.y, 7.5), {0.32, 0.10, 0.0});
+    fill(c, circle(p.x, p.y, 5.5), mix({0.80, 0.34, 0.02}, {1, 1, 0.84}, lit));
+  }
+}
+
 // Satin behind the number, calm and dark enough for white digits.
-void ribbon(cairo_t* c, double grow, double gleam) {
+void ribbon(cairo_t* c, const Show& s) {
   cairo_save(c);
   cairo_translate(c, 256, 345);
-  cairo_scale(c, grow, grow);
+  cairo_scale(c, s.ribbon, s.ribbon);
   for (double side : {-1.0, 1.0}) {
     puff(c,
          polygon({{side * 140, -26},
@@ -147,42 +195,24 @@ void ribbon(cairo_t* c, double grow, double gleam) {
   cairo_clip(c);
   // A sheen along the upper edge, and sometimes a gleam that crosses the satin.
   fill(c, ellipse(0, -60, 190, 20), {1.0, 0.45, 0.42}, 0.55);
-  if (gleam > 0 && gleam < 1) {
-    double x = -240 + 480 * gleam;
+  if (s.gleam > 0 && s.gleam < 1) {
+    double x = -240 + 480 * s.gleam;
     fill(c, polygon({{x - 26, -60}, {x + 8, -60}, {x - 22, 54}, {x - 56, 54}}), {1.0, 0.62, 0.55},
          0.28);
   }
   cairo_restore(c);
+  lamps(c, s.turn);
+  cairo_translate(c, 0, 100);
+  cairo_scale(c, s.shout, s.shout);
   WordStyle style{Face::kChunky, 66, kWhite, {1.0, 0.86, 0.24}, {0.36, 0.03, 0.04}, 8};
-  words(c, "WINNER!", style, 0, 100, 320);
+  words(c, "WINNER!", style, 0, 0, 320);
   cairo_restore(c);
 }
-
-void sparkles(cairo_t* c, double turn, double strength) {
-  const Point at[] = {{72, 118}, {436, 98}, {452, 236}, {62, 246}, {352, 44}, {140, 44}};
-  for (int i = 0; i < 6; i++) {
-    double k = strength * std::fmax(0.0, std::sin(kTau * (turn + i * 0.37)));
-    if (k < 0.15) continue;
-    double spin = 0.5 * k;
-    fill(c, star(at[i].x, at[i].y, 34 * k + 3, 8 * k + 2, 4, spin), {0.85, 0.45, 0.0});
-    fill(c, star(at[i].x, at[i].y, 34 * k, 7 * k, 4, spin), {1, 0.96, 0.5});
-    fill(c, star(at[i].x, at[i].y, 24 * k, 6 * k, 4, spin), kWhite);
-  }
-}
-
-struct Show {
-  double pose = 0;             // of the thumb; 1 is up
-  double x = 0, y = 0;         // displacement of the hand, pixels
-  double tilt = 0;             // to the right, radians
-  double scale = 1, tall = 1;  // of the hand; tall above 1 stretches it
-  double sun = 1, sun_turn = 0;
-  double ribbon = 1, gleam = 0;
-  double sparkle_turn = 0, sparkle = 1;
-};
 
 void draw_show(const Cell& cell, const Show& s) {
   cairo_t* c = cell.ctx;
   rays(c, s.sun, s.sun_turn);
+  fountain(c, s.turn, s.stars_since);
   int pose = std::clamp(static_cast<int>(std::lround(s.pose * kSteps)), 0, kSteps + kPoses);
   cairo_save(c);
   cairo_translate(c, 252 + s.x, 282 + s.y);
@@ -190,8 +220,7 @@ void draw_show(const Cell& cell, const Show& s) {
   cairo_scale(c, s.scale / std::sqrt(s.tall), s.scale * s.tall);
   paint_canvas(c, hand_pose(pose), -kWrist.x, -kWrist.y);
   cairo_restore(c);
-  if (s.ribbon > 0.02) ribbon(c, s.ribbon, s.gleam);
-  sparkles(c, s.sparkle_turn, s.sparkle);
+  if (s.ribbon > 0.02) ribbon(c, s);
 }
 
 // An oscillation that starts with 0 at a and dies away.
@@ -209,12 +238,13 @@ Show idle_show(double turn) {
   Show show;
   show.pose = 1 + 0.18 * s;
   show.y = -7 * s;
-  show.tilt = 0.045 * std::sin(kTau * turn);
+  show.tilt = 0.07 * std::sin(kTau * turn);
   show.tall = 1 + 0.035 * s;
   show.sun = 1 + 0.02 * s;
-  show.sun_turn = turn;
+  show.sun_turn = 2 * turn;
   show.gleam = (turn - 0.25) / 0.5;
-  show.sparkle_turn = turn;
+  show.shout = 1 + 0.05 * std::sin(2 * kTau * turn);
+  show.turn = turn;
   return show;
 }
 
@@ -240,8 +270,10 @@ void draw_thumb_up(const Cell& cell) {
   s.sun_turn = idle.sun_turn - 1.5 * (1 - smooth(0, 1, t));
   s.ribbon = clamp01(0.15 + t / 0.27) + 0.05 * spring(t, 0.20, 4, 10);
   s.gleam = (t - 0.50) / 0.22;
-  s.sparkle = smooth(0.40, 0.50, t);
-  s.sparkle_turn = idle.sparkle_turn;
+  s.shout = 1 + calm * (idle.shout - 1);
+  s.turn = idle.turn;
+  // The thumb springs out, and the first stars with it; by the end all of them fly.
+  s.stars_since = 0.40 * kUpSeconds / kIdleSeconds;
   draw_show(cell, s);
 }
 

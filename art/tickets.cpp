@@ -122,20 +122,22 @@ void draw_cycle_ticket(const Cell& cell) {
 }
 
 void draw_you_won(const Cell& cell) {
+  // Frogs and riders stand behind it and other plates above and below, so it is no more than a tab
+  // on the upper edge of the ticket, whose middle is four pixels below the cell's.
   cairo_t* c = cell.ctx;
-  // A plate behind the ticket, which covers its middle from edge to edge.
-  const Path plate = round_rect(6, 6, 116, 116, 22);
-  stroke(c, plate, {0.28, 0.02, 0.05}, 6);
-  raise(c, plate, ramp({0, 6}, {0.94, 0.16, 0.20}, {0, 122}, {0.62, 0.03, 0.10}), {7, 0.8, 0.5, 0});
+  constexpr double kX = 64, kY = 29, kWidth = 96;
+  const Path tab = round_rect(kX - kWidth / 2, kY - 11.5, kWidth, 40, 12);
+  stroke(c, tab, {0.28, 0.02, 0.05}, 6);
+  raise(c, tab, ramp({0, kY - 12}, {0.96, 0.18, 0.20}, {0, kY + 12}, {0.74, 0.05, 0.12}),
+        {4, 0.8, 0.5, 0});
   Block style = kCreamLetters;
   style.top = kWhite;
   style.bottom = {1.0, 0.90, 0.52};
   style.ink = style.side = {0.30, 0.02, 0.05};
   style.rim = 2;
-  style.depth = 1.5;
+  style.depth = 1;
   style.relief = {3, 0.6, 0.3, 0};
-  block_words(c, "YOU WON", 26, style, 64, 23, 104);
-  block_words(c, "TICKETS", 26, style, 64, 111, 104);
+  block_words(c, "YOU WON", 24, style, kX, kY - 0.5, 90);
 }
 
 constexpr CatalogueRow kRows[] = {
