@@ -112,7 +112,7 @@ class Machine:
     def boot(self, *binds):
         with open(self.log, "a") as log:
             self.container = subprocess.Popen(
-                self.nspawn("--boot", "--console=read-only", *(f"--bind={bind}" for bind in binds)),
+                self.nspawn("--boot", "--console=read-only", "--capability=CAP_SYS_RESOURCE", *(f"--bind={bind}" for bind in binds)),
                 stdin=subprocess.DEVNULL, stdout=log, stderr=log, preexec_fn=join_group)
         if not until(lambda: self.ask("systemctl is-system-running --wait").strip() in ("running", "degraded"), 60):
             raise Cannot("systemd doesn't boot in a container here; the log is " + str(self.log) + ".")
