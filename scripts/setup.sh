@@ -22,6 +22,7 @@ BUILD_PACKAGES="g++ $(compiler_package) cmake ninja-build pkg-config ccache git 
 DISPLAY_PACKAGES="xvfb imagemagick x11-utils"
 # The tools have the one version that Debian 12 and 13 share, so that they agree everywhere.
 CHECK_PACKAGES="clang-format-19 clang-tidy-19 python3 xdotool libsdl2-mixer-dev libopenal-dev umockdev chromium"
+PACKAGE_PACKAGES="debootstrap systemd-container lintian e2fsprogs python3"
 
 # install_packages LIST: installs the missing packages of LIST, as root or through sudo.
 install_packages() {

@@ -17,8 +17,10 @@ class Cabinet:
         self.process = subprocess.Popen(
             [f"{out}/cabinet", "--page", "0", "--quiet", "--drive", self.drive.name, *arguments],
             stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=log, text=True)
-        self.address = next(match.group(0) for line in self.process.stdout
-                            if (match := re.search(r"http://\S+", line)))
+        self.greeting = ""
+        while not (address := re.search(r"http://\S+", self.greeting)):
+            self.greeting += self.process.stdout.readline() or sys.exit("the cabinet doesn't start")
+        self.address = address.group(0)
         # A full pipe would stop the game.
         threading.Thread(target=self.pass_on, args=(log or sys.stdout,), daemon=True).start()
 
