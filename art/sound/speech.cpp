@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <mutex>
 #include <numbers>
 
@@ -20,6 +21,7 @@ Signal flite_says(const char* text, double stretch, int& rate) {
   static std::mutex mutex;
   std::lock_guard<std::mutex> lock(mutex);
   static cst_voice* const voice = (flite_init(), register_cmu_us_rms(nullptr));
+  std::srand(1);  // its noise, so that a line sounds the same whatever was said before
   feat_set_float(voice->features, "duration_stretch", static_cast<float>(stretch));
   cst_wave* wave = flite_text_to_wave(text, voice);
   rate = wave->sample_rate;
