@@ -71,12 +71,13 @@ bool make_folders(const fs::path& outdir, const std::vector<RenderJob>& jobs) {
   return true;
 }
 
+// A bar on a terminal. Elsewhere only what fails has a line.
 class Progress {
  public:
   Progress(FILE* log, size_t total)
       : log_(log), total_(total), bar_(log && isatty(fileno(log)) == 1) {}
 
-  void say(const char* name, double seconds, bool good) {
+  void say(const char* name, bool good) {
     std::lock_guard<std::mutex> lock(mutex_);
     done_++;
     if (!log_) return;
@@ -87,9 +88,8 @@ class Progress {
       std::fprintf(log_, "\r[%s] %3zu/%zu %-32.32s", bar, done_, total_, name);
       if (!good) std::fprintf(log_, " FAILED\n");
       if (done_ == total_) std::fprintf(log_, "\r%78s\r", "");
-    } else {
-      std::fprintf(log_, "[%3zu/%zu] %-34s %6.2f s%s\n", done_, total_, name, seconds,
-                   good ? "" : "  FAILED");
+    } else if (!good) {
+      std::fprintf(log_, "%s FAILED\n", name);
     }
     std::fflush(log_);
   }
@@ -118,10 +118,9 @@ bool render_jobs(const std::string& outdir_name, std::vector<RenderJob> jobs, bo
   Progress progress(log, jobs.size());
   auto work = [&] {
     for (size_t i; (i = next++) < jobs.size();) {
-      const auto began = Clock::now();
       bool written = write_file(outdir, jobs[i]);
       if (!written) good = false;
-      progress.say(jobs[i].file.c_str(), seconds_since(began), written);
+      progress.say(jobs[i].file.c_str(), written);
     }
   };
   unsigned count = std::clamp(std::thread::hardware_concurrency(), 1u, 8u);

@@ -21,13 +21,9 @@ int usage() {
 }
 
 int list(const char* outdir) {
-  int lines = art::file_list_write(outdir);
-  if (lines < 0) {
-    std::fprintf(stderr, "render: can't list %s\n", outdir);
-    return 1;
-  }
-  std::printf("%s/lhpcrc.txt: %d files\n", outdir, lines);
-  return 0;
+  if (art::file_list_write(outdir) >= 0) return 0;
+  std::fprintf(stderr, "render: can't list %s\n", outdir);
+  return 1;
 }
 
 }  // namespace

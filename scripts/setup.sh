@@ -75,5 +75,5 @@ fill_out() {
   say "rendering pictures"
   obj/art/render out || exit 1
   say "rendering sounds"
-  obj/art/render_sounds out >/dev/null && obj/art/render --list out >/dev/null || exit 1
+  obj/art/render_sounds out >/dev/null && obj/art/render --list out || exit 1
 }
