@@ -48,7 +48,7 @@ NAMES = {
               "fscanf fseek ftell fwrite getchar perror printf putc putchar puts rename rewind "
               "scanf setvbuf snprintf sprintf sscanf tmpfile ungetc vfprintf vprintf vsnprintf",
     "cstdlib": "_Exit abort atexit atof atoi atol calloc div exit free getenv malloc qsort "
-               "quick_exit realloc strtod strtof strtol strtold strtoll strtoul strtoull system",
+               "quick_exit realloc srand strtod strtof strtol strtold strtoll strtoul strtoull system",
     "cstring": "memchr memcmp memcpy memmove memset strcat strchr strcmp strcpy strcspn strerror "
                "strlen strncat strncmp strncpy strpbrk strrchr strspn strstr strtok",
     "ctime": "clock difftime gmtime localtime mktime strftime time time_t tm",
