@@ -1,4 +1,4 @@
-// The operator's settings: 25 rows, in memory as on disk.
+// The operator's settings, in memory as on disk.
 #pragma once
 
 #include <cstdint>

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <string_view>
 
 #include "books/prefs.h"
 #include "frame/game_mode.h"
@@ -14,6 +15,7 @@
 #include "gfx/frame.h"
 #include "operator/boot_check.h"
 #include "operator/main_menu.h"
+#include "operator/menu.h"
 #include "platform/display.h"
 #include "platform/files.h"
 #include "playfield/frog_queue.h"
@@ -134,14 +136,22 @@ void hold(JammaCounter button, int ticks) {
   jamma_fake.inputs.counters[button] = 2;
 }
 
-// Presses of buttons by their letters: d down, a accept, s Service.
-void press(const char* buttons) {
-  static const std::map<char, JammaPress> PRESSES = {
-      {'d', PRESS_P1S}, {'a', PRESS_P2S}, {'s', PRESS_SRV}};
-  for (; *buttons != 0; ++buttons) {
-    jamma_fake.pending[PRESSES.at(*buttons)] = 1;
+void press(JammaPress button, int times = 1) {
+  for (; times > 0; --times) {
+    jamma_fake.pending[button] = 1;
     play_step();
   }
+}
+
+// Chooses the row that begins with these words, wherever it stands in the open menu.
+void choose(std::string_view row) {
+  const Menu* menu = menu_current();
+  for (std::uint32_t step = 0; step < menu->count; ++step) {
+    const auto shown = menu->items[menu->selected].text.copy();
+    if (std::string_view(shown.text).starts_with(row)) break;
+    press(PRESS_P1S);
+  }
+  press(PRESS_P2S);
 }
 
 void switch_test(const PictureTaken& taken) {
@@ -156,38 +166,39 @@ void switch_test(const PictureTaken& taken) {
 }
 
 void menus_draw(const PictureTaken& taken) {
-  const auto take = [&](const char* buttons, const char* name, const char* back = "") {
-    press(buttons);
+  const auto take = [&](const char* row, const char* name, JammaPress leave = PRESS_SRV,
+                        int times = 1) {
+    choose(row);
     taken(name, frame_shot());
-    press(back);
+    press(leave, times);
   };
   constexpr int THREE_SECONDS = 180;
   hold(COUNTER_TST, THREE_SECONDS);
   jamma_fake.pending[PRESS_TST] = 1;  // it is let go
   play_step();
-  take("", "main");
-  take("a", "diagnostics");
-  press("a");
+  taken("main", frame_shot());
+
+  take("Diagnostics", "diagnostics", PRESS_SRV, 0);
+  choose("Switch Test");
   switch_test(taken);
-  take("da", "dip-test", "s");
-  take("da", "monitor-test", "aaaaaa");
-  take("da", "lamp-test", "s");
-  take("da", "led-test", "s");
-  take("da", "sound-test", "s");
-  take("da", "coin-meter-test", "s");
-  take("da", "ticket-test", "s");
-  take("da", "watchdog-test", "aaa");
-  press("s");
-  take("da", "coin-game");
-  take("dddda", "coins-to-play", "s");
-  press("s");
-  take("da", "payout", "s");
-  press("da");
-  take("dda", "audits", "s");
-  take("da", "resets");
-  take("ddda", "reset-question", "s");
-  press("s");
-  take("da", "volume", "ss");
+  take("Dip Switch Test", "dip-test");
+  take("Monitor Test", "monitor-test", PRESS_P2S, 6);
+  take("Lamp Test", "lamp-test");
+  take("LED Display Test", "led-test");
+  take("Sound Test", "sound-test");
+  take("Coin Meter Test", "coin-meter-test");
+  take("Ticket Dispenser Test", "ticket-test");
+  take("Watchdog Test", "watchdog-test", PRESS_P2S, 3);
+  press(PRESS_SRV);
+
+  take("Coin/Game Adjustments", "coin-game", PRESS_SRV, 0);
+  take("Coins To Play", "coins-to-play", PRESS_SRV, 2);
+  take("Payout Adjustments", "payout");
+  choose("Audits");
+  take("Payout Audits", "audits");
+  take("Resets", "resets", PRESS_SRV, 0);
+  take("Reset Adjustments", "reset-question", PRESS_SRV, 2);
+  take("Volume", "volume", PRESS_SRV, 2);
 }
 
 void faults_draw(const PictureTaken& taken) {
