@@ -8,6 +8,6 @@
 // another magic.
 bool book_read(const char* name, const char* magic, void* data, std::size_t size);
 
-// Stores magic and data. False if the file can't be written: the old content stays, and
-// `store_report` is told.
+// Stores magic and data. False if the file can't be written: the old content stays, and errno says
+// why (0 without a drive, as in the payout lab).
 bool book_store(const char* name, const char* magic, const void* data, std::size_t size);

@@ -1,10 +1,12 @@
 #include "books/book_list.h"
 
+#include <cerrno>
 #include <cstdint>
 #include <string_view>
 
 #include "books/book_file.h"
 #include "books/journal.h"
+#include "books/store_report.h"
 
 namespace {
 
@@ -18,8 +20,6 @@ constexpr bool journal_names_books() {
 }
 static_assert(journal_names_books());
 
-constinit bool fails[BOOK_COUNT]{};  // its last store did
-
 }  // namespace
 
 bool book_load(BookNumber number, void* data, std::size_t size) {
@@ -28,8 +28,10 @@ bool book_load(BookNumber number, void* data, std::size_t size) {
 
 bool book_keep(BookNumber number, const void* data, std::size_t size) {
   const bool stored = book_store(BOOK_FILES[number].name, BOOK_FILES[number].magic, data, size);
-  if (stored == fails[number])
-    journal_put(stored ? JOURNAL_STORED : JOURNAL_NOT_STORED, {static_cast<std::int32_t>(number)});
-  fails[number] = !stored;
+  const int error = stored ? 0 : errno;
+  if (store_report(BOOK_FILES[number].name, error)) {
+    journal_put(error == 0 ? JOURNAL_STORED : JOURNAL_NOT_STORED,
+                {static_cast<std::int32_t>(number)});
+  }
   return stored;
 }

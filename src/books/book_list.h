@@ -22,7 +22,7 @@ inline constexpr BookFile BOOK_FILES[BOOK_COUNT] = {{R"(d:\audits)", "810A"},
                                                     {R"(d:\prefs)", "030P"},
                                                     {R"(d:\prefbak)", "030P"}};
 
-// `book_read` and `book_store` of one of them. The journal gets the first store that fails and the
-// first one that works again. One thread at a time.
+// `book_read` and `book_store` of one of them. `store_report` and the journal get the first store
+// that fails and the first one that works again. One thread at a time.
 bool book_load(BookNumber number, void* data, std::size_t size);
 bool book_keep(BookNumber number, const void* data, std::size_t size);

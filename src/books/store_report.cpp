@@ -33,35 +33,35 @@ void print_trouble(std::string_view name) {
                files_path(file.c_str()).c_str(), why.c_str());
 }
 
-void note_failure(const char* name, int error) {
+bool note_failure(const char* name, int error) {
   StoreReport& all = report();
   const std::int64_t now = clock_ms();
   const bool first = all.failing.empty();
-  all.failing[name] = std::generic_category().message(error);
+  const bool changed =
+      all.failing.insert_or_assign(name, std::generic_category().message(error)).second;
   if (first) all.since_ms = now;
-  if (!first && now < all.next_line_ms) return;
-  print_trouble(name);
-  all.next_line_ms = now + HOUR_MS;
+  if (first || now >= all.next_line_ms) {
+    print_trouble(name);
+    all.next_line_ms = now + HOUR_MS;
+  }
+  return changed;
 }
 
-void note_success(const char* name) {
+bool note_success(const char* name) {
   StoreReport& all = report();
   const auto found = all.failing.find(std::string_view(name));
-  if (found == all.failing.end()) return;
+  if (found == all.failing.end()) return false;
   all.failing.erase(found);
-  if (!all.failing.empty()) return;
+  if (!all.failing.empty()) return true;
   const auto minutes = static_cast<long long>((clock_ms() - all.since_ms) / 60000);
   std::fprintf(stderr, "The books are stored again, after %lld minutes.\n", minutes);
+  return true;
 }
 
 }  // namespace
 
-void store_report(const char* name, int error) {
-  if (error != 0) {
-    note_failure(name, error);
-  } else {
-    note_success(name);
-  }
+bool store_report(const char* name, int error) {
+  return error != 0 ? note_failure(name, error) : note_success(name);
 }
 
 const char* store_trouble() {

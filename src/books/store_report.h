@@ -5,7 +5,8 @@
 
 // Notes how the store of a file ended: `error` is its errno, or 0 if all went well. Prints one line
 // when the first file fails, one an hour as long as one does, and one when all can be stored again.
-void store_report(const char* name, int error);
+// True if this file's last store ended otherwise.
+bool store_report(const char* name, int error);
 
 // Why a file of the books can't be stored at present, as a text; empty if all can.
 const char* store_trouble();
