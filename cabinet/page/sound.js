@@ -41,7 +41,9 @@ async function startSound() {
   const channel = new MessageChannel();
   sound.output.port.postMessage(channel.port2, [channel.port2]);
   sound.reader.postMessage(null, [channel.port1]);
-  sound.clock = await readClock();
+  const clock = await readClock();
+  if (sound.context !== context) return;
+  sound.clock = clock;
   await resumed;
 }
 
@@ -98,9 +100,12 @@ async function switchSound() {
   if (sound.context) {
     stopSound();
   } else {
+    const started = startSound();
+    const context = sound.context;
     try {
-      await startSound();
+      await started;
     } catch (error) {
+      if (sound.context !== context) return;  // it was switched off meanwhile
       stopSound();
       tell(`The sound can't be played: ${error.message}`);
     }
