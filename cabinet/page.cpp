@@ -55,8 +55,9 @@ std::string page_open(Cabinet& cabinet) {
   std::string error = page_link_open(threads->link);
   if (!error.empty()) return error;
   threads->picture = page_picture_start(threads->link);
-  threads->server = page_server_start({threads->link, *threads->picture, cabinet.sound},
-                                      cabinet.options.page_port, error);
+  threads->server =
+      page_server_start({threads->link, *threads->picture, cabinet.sound, cabinet.options.drive},
+                        cabinet.options.page_port, error);
   if (error.empty()) {
     cabinet.page.threads = std::move(threads);
   } else {

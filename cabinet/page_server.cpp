@@ -8,6 +8,7 @@
 #include <thread>
 #include <utility>
 
+#include "cabinet/page_books.h"
 #include "cabinet/page_files.h"
 
 using httplib::Request;
@@ -15,10 +16,14 @@ using httplib::Response;
 
 struct PageServer {
   explicit PageServer(PageSources sources)
-      : link(sources.link), picture(sources.picture), sound(sources.sound) {}
+      : link(sources.link),
+        picture(sources.picture),
+        sound(sources.sound),
+        drive(std::move(sources.drive)) {}
   PageLink& link;
   PagePicture& picture;
   SoundPort* sound;
+  std::string drive;
   httplib::Server http;
   int port = 0;
   std::thread thread;
@@ -162,6 +167,9 @@ void add_routes(PageServer& server) {
   http.Get("/sound",
            [&server](const Request&, Response& response) { send_sound(server, response); });
   http.Get("/time", [](const Request&, Response& response) { send_time(response); });
+  http.Get("/books", [&server](const Request&, Response& response) {
+    response.set_content(page_books_text(server.drive), "application/json");
+  });
   http.Get("/state", [&server](const Request& request, Response& response) {
     send_states(server, request, response);
   });

@@ -13,7 +13,8 @@ struct PageServer;
 struct PageSources {
   PageLink& link;
   PagePicture& picture;
-  SoundPort* sound;  // null: there is none
+  SoundPort* sound;   // null: there is none
+  std::string drive;  // the folder of the books
 };
 
 constexpr int PAGE_PORT = 8768;  // if it is free and no other was requested

@@ -89,6 +89,10 @@ TEST_F(BooksTool, GameIsToldAsAStory) {
             "(2), a butterfly (12). Won 14 tickets at 10:01:09. The paper was out at 10:01:12.");
   EXPECT_EQ(all.paper[0].out, 14);
   EXPECT_TRUE(all.findings.empty());
+  Game game = all.games[0];
+  game.catches.insert(game.catches.begin(), 3, game.catches[0]);
+  EXPECT_NE(game_story(game).find("Caught 4 times a bug (2), a butterfly (12). "),
+            std::string::npos);
   Question right;
   right.side = SIDE_RIGHT;
   EXPECT_TRUE(games_of(all, right).empty());

@@ -161,6 +161,18 @@ def brightest(page):
                       "(_, i) => i % 4 < 3)); })()")
 
 
+def read_books(page, obj):
+    page.value("find('#door').hidden && find('#hatch').click()")
+    page.wait("[...all('[data-games] li')].some(game => / left game 1: paid by coin/.test(game.textContent)"
+              "  && /paper was out/.test(game.textContent))")
+    page.wait("[...all('[data-sheet] tr')].some(row => row.textContent.startsWith('Percent paid back'))")
+    assert page.value("all('[data-wrong] li').length") == 0
+    page.value("void find('#door').scrollTo(0, find('#span').offsetTop)")
+    page.screenshot(f"{obj}/page-books.png")
+    page.value("void find('#door').scrollTo(0, 0)")
+    page.click("#hatch")
+
+
 def main(out, obj, listen=None):
     with Cabinet(out, "--sound", "page") as cabinet:
         with Browser(cabinet.address) as page:
@@ -169,6 +181,7 @@ def main(out, obj, listen=None):
             play_right_by_key_and_touch(page)
             assert brightest(page) > 60, "the picture is dark"
             page.screenshot(f"{obj}/page.png")
+            read_books(page, obj)
             see_sizes(page)
             if listen:
                 hear(page)

@@ -102,9 +102,14 @@ std::string game_story(const Game& game) {
   }
   text += "launched at " + hour(game.launched_ms) + ". Caught ";
   if (game.catches.empty()) text += "nothing";
-  for (const Catch& one : game.catches) {
-    text += (&one == game.catches.data() ? "" : ", ") + in_words(one.what) + " (" +
-            std::to_string(one.worth) + ")";
+  for (auto one = game.catches.begin(); one != game.catches.end();) {
+    const auto next = std::find_if(one, game.catches.end(), [&](const Catch& other) {
+      return other.what != one->what || other.worth != one->worth;
+    });
+    if (one != game.catches.begin()) text += ", ";
+    if (next - one > 1) text += std::to_string(next - one) + " times ";
+    text += in_words(one->what) + " (" + std::to_string(one->worth) + ")";
+    one = next;
   }
   return text + ". " + outcome(game);
 }
