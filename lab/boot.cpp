@@ -41,9 +41,10 @@ void sheets_set_up() {
 }
 
 // All modules as at process start.
-void modules_reset() {
+void modules_reset(std::int64_t start_ms) {
   headless_clock_reset();
-  game_clock.now_ms = 0;
+  headless_clock_set(start_ms);
+  game_clock.now_ms = start_ms;
   game_mode = MODE_PLAY;
   sound_enabled = 0;
   std::construct_at(&tick_timers);
@@ -100,16 +101,16 @@ void boot_field() {
   playfield_reset();
 }
 
-void boot_switch_on(std::uint64_t seed) {
+void boot_switch_on(std::uint64_t seed, std::int64_t start_ms) {
   looks_set_watched(false);
-  modules_reset();
+  modules_reset(start_ms);
   random_seed(seed);
   boot_field();
   attract_begin();
 }
 
 void boot_begin(const BootPlan& plan) {
-  boot_switch_on(plan.seed);
+  boot_switch_on(plan.seed, plan.start_ms);
   game_begin();
   players_reset(plan.player, scrambled(~plan.seed));
   for (int side = 0; side < SIDE_COUNT; ++side) {
@@ -135,7 +136,7 @@ void boot_play(const BootPlan& plan, Sums& sums) {
   while (boot_step(boot.awards)) {
   }
   boot.boots = 1;
-  boot.game_ms = now_ms();
+  boot.game_ms = now_ms() - plan.start_ms;
   sums_take_books(boot);
   sums_take_spread(boot);
   sums_add(sums, boot);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -10,11 +11,13 @@
 
 #include "frame/game_clock.h"
 #include "frame/tick.h"
+#include "frame/tick_steps.h"
 #include "lab/audit_check.h"
 #include "lab/boot.h"
 #include "lab/flights.h"
 #include "lab/run.h"
 #include "lab/settings.h"
+#include "platform/headless/power_record.h"
 #include "playfield/looks.h"
 #include "presentation/win_show.h"
 
@@ -100,6 +103,37 @@ TEST_F(LabBooks, AreSumOfTheirBoots) {
     sums_add(*merged, *boot);
   }
   EXPECT_TRUE(equal(*whole, *merged));
+}
+
+// On a machine that refuses its daily restart. 2 to the 31st and 2 to the 32nd are where clocks of
+// 32 bits end, and after 400 days a 32-bit float steps by four seconds.
+TEST_F(LabBooks, AddUpHoweverLongMachineHasBeenOn) {
+  BootPlan plan{boot_seed(7, 0), 300, {}};
+  plan.player.kind = player_find("eager");
+  const auto fresh = std::make_unique<Sums>();
+  boot_play(plan, *fresh);
+  constexpr std::int64_t MINUTE_MS = 60'000;
+  constexpr std::int64_t DAY_MS = 1440 * MINUTE_MS;
+  constexpr std::int64_t STARTS_MS[] = {(std::int64_t{1} << 31) - MINUTE_MS,
+                                        (std::int64_t{1} << 32) - MINUTE_MS, 400 * DAY_MS};
+  for (const std::int64_t start_ms : STARTS_MS) {
+    SCOPED_TRACE(start_ms);
+    plan.start_ms = start_ms;
+    const auto aged = std::make_unique<Sums>();
+    headless_reboots_ordered = 0;
+    boot_begin(plan);
+    while (boot_step(aged->awards)) {
+      ASSERT_LT(now_ms() - start_ms, 2 * fresh->game_ms) << "play stands still";
+      headless_reboot_refused = headless_reboots_ordered > 0;
+      periodic_reboot_refused();
+      headless_reboots_ordered = 0;
+    }
+    aged->boots = 1;
+    sums_take_books(*aged);
+    EXPECT_EQ(audit_check(*aged), "");
+    EXPECT_GE(sums_frogs(*aged), 600);
+    EXPECT_LT(10 * std::abs(now_ms() - start_ms - fresh->game_ms), fresh->game_ms);
+  }
 }
 
 // Everything that the lab leaves out, looks and the placing of what nobody eats, is put back in.
