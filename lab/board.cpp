@@ -81,6 +81,9 @@ bool jamma_board_counters(std::uint8_t (&)[COUNTER_COUNT]) {
 bool jamma_tickets_reported() {
   return false;
 }
+std::int32_t jamma_tickets_unanswered(int) {
+  return 0;
+}
 void jamma_tickets_ask(int) {}
 std::int32_t jamma_port() {
   return NO_PORT;

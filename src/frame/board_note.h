@@ -11,7 +11,7 @@
 
 struct BoardNote {
   bool stayed_up = false;  // the board on the line is the one of the note, and has its count yet
-  std::int32_t tickets_queued[SIDE_COUNT]{};  // not ordered from it yet
+  std::int32_t tickets_queued[SIDE_COUNT]{};  // it doesn't know of these yet
 };
 
 // What the note says of the board on the line. After the link has come up.

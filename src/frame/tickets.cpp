@@ -6,6 +6,7 @@
 #include "books/audits.h"
 #include "books/journal.h"
 #include "frame/board_note.h"
+#include "frame/game_clock.h"  // now_ms
 #include "frame/sides.h"
 #include "frame/ticket_status.h"
 #include "io/jamma.h"
@@ -23,6 +24,21 @@ std::uint32_t link_flags() {
 
 // What the journal has of the board's counts is from before `tickets_restore`.
 constinit bool counts_are_old[SIDE_COUNT]{};
+
+// A board answers an order at once. One that is without an answer for so long never reached it: the
+// cable is out, or was. If the game ends before it is ordered again, the next run has to do it.
+constexpr std::int64_t LOST_MS = 2000;
+struct Unanswered {
+  std::int32_t tickets;
+  std::int64_t since_ms;
+};
+constinit Unanswered unanswered[SIDE_COUNT]{};
+
+std::int32_t lost_orders(int side) {
+  const std::int32_t tickets = jamma_tickets_unanswered(side);
+  if (tickets != unanswered[side].tickets) unanswered[side] = {tickets, now_ms()};
+  return now_ms() - unanswered[side].since_ms >= LOST_MS ? tickets : 0;
+}
 
 void take_counts(int side, std::int32_t owed, std::int32_t queued) {
   if (counts_are_old[side] || owed != ticket_status.tickets_owed[side] ||
@@ -52,6 +68,7 @@ void tickets_restore() {
   for (int side = 0; side < SIDE_COUNT; ++side) {
     auto& owed = audits[AUDIT_TICKETS_OWED + side].count;
     counts_are_old[side] = true;
+    unanswered[side] = {};
     owed = std::clamp(owed.get(), 0, OWED_MOST);
     if (!stayed_up) {
       const bool told = jamma_command(JAMMA_ADD_TICKETS, side, owed) >= 0;
@@ -71,19 +88,20 @@ void tickets_restore() {
 void tickets_poll() {
   const std::uint32_t flags = link_flags();
   bool store = false, owes = false;
-  std::int32_t queued[SIDE_COUNT]{};
+  std::int32_t unknown[SIDE_COUNT]{};  // to the board
   for (int side = 0; side < SIDE_COUNT; ++side) {
     const std::int32_t before = ticket_status.tickets_owed[side];
     const std::int32_t owed = jamma_command(JAMMA_GET_TICKETS_OWED, side);
     // Without a board there is no count: what the books owe stays owed until there is one.
     if (owed >= 0) {
-      queued[side] = jamma_command(JAMMA_GET_TICKETS_QUEUED, side);
-      take_counts(side, owed, queued[side]);
+      const std::int32_t queued = jamma_command(JAMMA_GET_TICKETS_QUEUED, side);
+      take_counts(side, owed, queued);
+      unknown[side] = queued + lost_orders(side);
       store = store || owed > before || (owed < before && owed == 0);
       owes = owes || owed > 0;
     }
     take_fault(side, (flags & FAULTS[side]) != 0);
   }
-  board_note_keep(owes, queued);
+  board_note_keep(owes, unknown);
   if (store) audits_save();
 }

@@ -174,6 +174,10 @@ bool jamma_board_counters(std::uint8_t (&counters)[COUNTER_COUNT]);
 // True once the board has reported that it owes tickets. Any thread.
 bool jamma_tickets_reported();
 
+// Tickets that were ordered and that the board hasn't answered for, which it does at once. Any
+// thread.
+std::int32_t jamma_tickets_unanswered(int side);
+
 // Asks the board how many tickets it owes on a side, by an order to add none. Its answer becomes
 // JAMMA_GET_TICKETS_OWED. For a board that has tickets of an earlier run. Any thread.
 void jamma_tickets_ask(int side);

@@ -99,6 +99,11 @@ bool jamma_tickets_reported() {
   return link && link->tickets_reported;
 }
 
+std::int32_t jamma_tickets_unanswered(int side) {
+  const JammaLink* const link = jamma_link;
+  return link ? link->tickets_unanswered[side].load() : 0;
+}
+
 void jamma_tickets_ask(int side) {
   JammaLink* const link = jamma_link;
   if (!link) return;

@@ -113,6 +113,10 @@ bool jamma_tickets_reported() {
   return jamma_fake.open && jamma_fake.tickets_reported;
 }
 
+std::int32_t jamma_tickets_unanswered(int side) {
+  return jamma_fake.tickets_unanswered[side];
+}
+
 void jamma_tickets_ask(int side) {
   ++jamma_fake.tickets_asked[side];
 }

@@ -20,7 +20,7 @@ struct JammaFake {
   bool alive = true;       // jamma_link_alive
   std::int32_t port = 16;  // jamma_port: none
   std::uint32_t flags = 0;
-  std::int32_t tickets_owed[2] = {}, tickets_queued[2] = {};
+  std::int32_t tickets_owed[2] = {}, tickets_queued[2] = {}, tickets_unanswered[2] = {};
   std::uint32_t pending[PRESS_COUNT] = {};
   bool synced = true, tickets_reported = false;  // jamma_board_counters, jamma_tickets_reported
   std::uint8_t counters[COUNTER_COUNT] = {};

@@ -232,6 +232,27 @@ TEST_F(Money, QueuedTicketsAreOrderedAfterRestart) {
   EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 1), 5);
 }
 
+// The cable was out when 5 tickets were won, and the game ends before they are ordered again.
+TEST_F(Money, OrderThatNeverReachedTheBoardIsRepeatedAfterRestart) {
+  jamma_fake.counters[COUNTER_C1] = 2;
+  const auto ordered_by_next_run = [&](std::int64_t unanswered_ms, std::int32_t at_the_end) {
+    tickets_restore();
+    jamma_fake.tickets_owed[0] = jamma_fake.tickets_unanswered[0] = 5;
+    tickets_poll();
+    game_clock.now_ms = now_ms() + unanswered_ms;
+    tickets_poll();
+    jamma_fake.tickets_unanswered[0] = at_the_end;
+    jamma_fake.tickets_owed[0] = at_the_end;
+    tickets_poll();
+    jamma_fake_forget_calls();
+    tickets_restore();
+    return jamma_fake_sum(JAMMA_ADD_TICKETS, 0);
+  };
+  EXPECT_EQ(ordered_by_next_run(1999, 5), 0) << "the answer may be on its way";
+  EXPECT_EQ(ordered_by_next_run(2000, 5), 5);
+  EXPECT_EQ(ordered_by_next_run(2000, 0), 0) << "the board has answered";
+}
+
 // The books aren't checked either.
 TEST_F(Money, NegativeCreditsAndCoinsAreReadAsZero) {
   for (int side = 0; side < SIDE_COUNT; ++side) {

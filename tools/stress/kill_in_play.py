@@ -1,0 +1,136 @@
+#!/usr/bin/env python3
+"""kill_in_play.py OUT [MINUTES [SEED]]: both sides play without a pause while coins, swipes, jams, empty
+dispensers and pulled cables come at random; every few seconds the game is killed or quits, and is started
+again. After each restart coins and paper are counted against the books, and `books check` against the
+journal. Prints a line for each restart and the sums; ends with 1 if something is missing that no kill
+explains."""
+
+import pathlib
+import random
+import subprocess
+import sys
+import time
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tests" / "page"))
+from cabinet import Cabinet  # noqa: E402
+from random_presses import Machine, Wrong  # noqa: E402
+
+SIDES = ("left", "right")
+PULLS = {"jam {}": "clear-jam {}", "empty {}": "refill {}", "unplug": "plug"}
+MENDED = ["plug"] + [mend.format(side) for mend in ("clear-jam {}", "refill {}") for side in SIDES]
+WAIT_S = 120  # for the frogs of all credits
+# What a kill may take: a coin whose frame is on its way, a launch and its win since the last store, and
+# tickets between the books and the board. docs/decisions.md has them.
+STORED_S = 0.5
+FLIGHT_S = 12  # of a frog, at most
+PAPER_S = 20
+
+
+def sums(machine, name):
+    return int(sum(machine.audit(f"{name} {side.capitalize()}") for side in SIDES))
+
+
+def board(machine, name):
+    return int(sum(machine.reading(f"{name} {side}") for side in SIDES))
+
+
+def wait(machine, what, holds):
+    if not machine.until(holds, WAIT_S):
+        raise Wrong(f"not within {WAIT_S} s: {what}")
+
+
+def takes_coins(machine):
+    return all(machine.reading(f"lockout {side}") for side in SIDES)
+
+
+def play(machine, chance, seconds):
+    """Plays and breaks things. Returns the coins put in, and those of them that a kill at once could take."""
+    put_in = []
+    end = time.monotonic() + seconds
+    while time.monotonic() < end:
+        side = chance.choice(SIDES)
+        if chance.random() < 0.12:
+            pull = chance.choice(list(PULLS))
+            machine.do(pull.format(side))
+            time.sleep(chance.uniform(0.2, 2))
+            machine.do(PULLS[pull].format(side))
+        elif takes_coins(machine):
+            machine.do(f"coin {side}")
+            put_in.append(time.monotonic())
+        time.sleep(chance.uniform(0.3, 2.5))
+    return len(put_in), sum(time.monotonic() - moment < STORED_S for moment in put_in)
+
+
+def settle(machine):
+    """Waits until no frog is in play and all paper is out. A dispenser that gave up goes on with its side's
+    next win, so such a side gets a coin. Returns how many."""
+    put_in = 0
+    for _ in range(5):
+        wait(machine, "no credit is left", lambda: sums(machine, "Current Credits") == 0)
+        time.sleep(FLIGHT_S)
+        if machine.until(lambda: board(machine, "owed") == 0, PAPER_S):
+            time.sleep(1)
+            return put_in
+        for side in SIDES:
+            if machine.reading(f"owed {side}"):
+                machine.do(f"coin {side}")
+                put_in += 1
+    raise Wrong("paper is owed for good")
+
+
+def one_run(machine, chance, drive, out):
+    coins, paper, games = sums(machine, "Coin Drops"), board(machine, "tickets"), sums(machine, "Games Played")
+    tickets = sums(machine, "Tickets")
+    put_in, doubtful = play(machine, chance, chance.uniform(4, 25))
+    end = chance.choice(("kill", "kill", "quit"))
+    machine.do(f"{end} game")
+    wait(machine, "the game has ended", lambda: machine.reading("game ended"))
+    for line in MENDED:
+        machine.do(line)
+    time.sleep(chance.choice((0, 0.5, 3)))
+    machine.do("start game")
+    wait(machine, "it takes coins", lambda: takes_coins(machine))
+    put_in += settle(machine)
+    now = {"coins": sums(machine, "Coin Drops") - coins, "paper": board(machine, "tickets") - paper,
+           "games": sums(machine, "Games Played") - games, "tickets": sums(machine, "Tickets") - tickets}
+    check = subprocess.run([f"{out}/books", "check", drive], capture_output=True, text=True)
+    story = (f"{end}: coins {put_in}, counted {now['coins']}; games {now['games']}, awarded {now['tickets']}, "
+             f"paper {now['paper']}; check {'adds up' if check.returncode == 0 else 'finds: ' + check.stdout}")
+    lost_coins, lost_paper = put_in - now["coins"], now["tickets"] - now["paper"]
+    taken = end == "kill"
+    if check.returncode or not 0 <= lost_coins <= (doubtful if taken else 0) or (lost_paper and not taken):
+        raise Wrong(story)
+    return story, now["games"], lost_coins, lost_paper
+
+
+def main():
+    out = pathlib.Path(sys.argv[1]).resolve()
+    minutes = float(sys.argv[2]) if len(sys.argv) > 2 else 10
+    seed = int(sys.argv[3]) if len(sys.argv) > 3 else random.randrange(1000000)
+    chance = random.Random(seed)
+    print(f"seed {seed}", flush=True)
+    runs = games = coins = paper = 0
+    with Cabinet(out, log=sys.stderr) as cabinet:
+        machine = Machine(cabinet)
+        try:
+            machine.do("quit game")
+            wait(machine, "the game has ended", lambda: machine.reading("game ended"))
+            machine.do('set pref "Timeout (Seconds)" 0')
+            machine.do("start game")
+            wait(machine, "it takes coins", lambda: takes_coins(machine))
+            end = time.monotonic() + minutes * 60
+            while time.monotonic() < end:
+                story, played, lost_coins, lost_paper = one_run(machine, chance, cabinet.drive.name, out)
+                runs, games, coins, paper = runs + 1, games + played, coins + lost_coins, paper + lost_paper
+                print(story, flush=True)
+        except Wrong as wrong:
+            print(f"WRONG: {wrong}", *machine.done, sep="\n")
+            events = subprocess.run([f"{out}/books", "events", cabinet.drive.name, "--last", "120"], capture_output=True, text=True)
+            print(events.stdout)
+            return 1
+    print(f"{runs} restarts, {games} games; kills took {coins} coins and {paper} tickets")
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
