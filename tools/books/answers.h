@@ -19,6 +19,7 @@ struct Question {
   std::size_t last = 0;  // 0: all
   std::string kind;      // empty: all
   std::string memory;    // file of the last collection
+  std::string to;        // file of the metrics; empty: standard output
   bool collect = false;
 };
 

@@ -1,5 +1,8 @@
 #include "tools/books/drive.h"
 
+#include <sys/stat.h>
+
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -27,9 +30,17 @@ std::string bare(const char* name) {
 bool read_file(const std::string& path, std::string& bytes) {
   std::error_code failed;
   if (!std::filesystem::is_regular_file(path, failed)) return false;
+  const auto size = std::filesystem::file_size(path, failed);
   std::ifstream stream(path, std::ios::binary);
-  bytes.assign(std::istreambuf_iterator<char>(stream), {});
+  bytes.resize(failed ? 0 : size);
+  stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  bytes.resize(static_cast<std::size_t>(stream.gcount()));
   return !stream.bad() && !bytes.empty();
+}
+
+std::int64_t changed_s(const std::string& path) {
+  struct stat about{};
+  return stat(path.c_str(), &about) == 0 ? static_cast<std::int64_t>(about.st_mtime) : 0;
 }
 
 // Empty, or what is wrong with the file.
@@ -58,18 +69,54 @@ bool read_pair(Drive& drive, BookNumber main, BookNumber backup, void* data, std
   return wrong_too.empty();
 }
 
+std::string journal_path(const Drive& drive, const char* name) {
+  return drive.folder + "/" + bare(name);
+}
+
 // A running game may turn the file over meanwhile: then it is read again.
-void read_journal(Drive& drive) {
-  const std::string old_path = drive.folder + "/" + bare(JOURNAL_OLD_FILE);
-  const std::string path = drive.folder + "/" + bare(JOURNAL_FILE);
-  std::string old_text, text, old_again;
+void read_texts(const Drive& drive, std::string& old_text, std::string& text) {
+  std::string old_again;
   for (int tries = 0; tries < 3; ++tries) {
     old_text.clear();
     old_again.clear();
-    read_file(old_path, old_text);
-    read_file(path, text);
-    read_file(old_path, old_again);
+    read_file(journal_path(drive, JOURNAL_OLD_FILE), old_text);
+    read_file(journal_path(drive, JOURNAL_FILE), text);
+    read_file(journal_path(drive, JOURNAL_OLD_FILE), old_again);
     if (old_text == old_again) break;
+  }
+}
+
+// The last line of a coin or swipe, or nothing. Most lines aren't looked at closely: there are
+// many.
+std::string_view last_coin(std::string_view text) {
+  constexpr std::size_t BOOT_AT = 25;  // behind the time
+  while (!text.empty()) {
+    const std::size_t begin = text.size() < 2 ? 0 : text.rfind('\n', text.size() - 2) + 1;
+    const std::string_view one = text.substr(begin);
+    const std::string_view kind = one.substr(std::min(one.find(' ', BOOT_AT), one.size()));
+    if (kind.starts_with(" coin ") || kind.starts_with(" swipe ")) return one;
+    text.remove_suffix(one.size());
+  }
+  return {};
+}
+
+// Cuts off what is before the last start, but for the last coin. False if there is no start.
+bool keep_last_run(std::string& text) {
+  const std::size_t start = text.rfind(" start version=");
+  if (start == std::string::npos) return false;
+  const std::size_t run = text.rfind('\n', start) + 1;  // 0 if it is the first line
+  const std::string_view coin = last_coin(text);
+  const bool before = !coin.empty() && coin.data() < text.data() + run;
+  text.replace(0, run, before ? std::string(coin) : std::string());
+  return true;
+}
+
+void read_journal(Drive& drive, JournalPart part) {
+  std::string old_text, text;
+  if (part == WHOLE_JOURNAL || !read_file(journal_path(drive, JOURNAL_FILE), text) ||
+      !keep_last_run(text)) {
+    read_texts(drive, old_text, text);
+    if (part == LAST_RUN) keep_last_run(text.insert(0, std::exchange(old_text, {})));
   }
   if (old_text.empty() && text.empty()) {
     drive.damages.push_back(bare(JOURNAL_FILE) + ": is missing or can't be read");
@@ -83,7 +130,7 @@ void read_journal(Drive& drive) {
 
 }  // namespace
 
-std::string drive_read(const std::string& folder, Drive& drive) {
+std::string drive_read(const std::string& folder, Drive& drive, JournalPart part) {
   std::error_code failed;
   if (!std::filesystem::is_directory(folder, failed)) {
     return folder + ": isn't a folder; an archive has to be unpacked first";
@@ -94,7 +141,8 @@ std::string drive_read(const std::string& folder, Drive& drive) {
       read_pair(drive, BOOK_AUDITS, BOOK_AUDITS_BACKUP, drive.audits, sizeof drive.audits);
   drive.has_prefs =
       read_pair(drive, BOOK_PREFS, BOOK_PREFS_BACKUP, drive.prefs, sizeof drive.prefs);
-  read_journal(drive);
+  drive.stored_s = changed_s(folder + "/" + bare(BOOK_FILES[BOOK_AUDITS].name));
+  read_journal(drive, part);
   if (!drive.has_audits && drive.journal.lines.empty()) {
     return folder + ": has neither books nor a journal";
   }

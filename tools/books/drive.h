@@ -14,14 +14,20 @@
 struct Drive {
   std::string folder;
   bool has_audits = false, has_prefs = false;
+  std::int64_t stored_s = 0;  // when the counters were stored
   Audits audits{};
   Prefs prefs{};
   Journal journal;
   std::vector<std::string> damages;  // what is missing or damaged, a line each
 };
 
+enum JournalPart {
+  WHOLE_JOURNAL,
+  LAST_RUN,  // from the last start on; of the file before it, only the last coin or swipe
+};
+
 // Reads all that can be read. Empty, or a line that says why there is nothing.
-std::string drive_read(const std::string& folder, Drive& drive);
+std::string drive_read(const std::string& folder, Drive& drive, JournalPart part = WHOLE_JOURNAL);
 
 std::string counter_name(const AuditRow& row);
 

@@ -103,6 +103,8 @@ std::string journal_add(Journal& journal, const std::string& name, std::string t
   // The lines point into the text, which must not move any more.
   journal.texts.reserve(8);
   std::string_view rest = journal.texts.emplace_back(std::move(text));
+  constexpr std::size_t BYTES_A_LINE = 60;
+  journal.lines.reserve(journal.lines.size() + rest.size() / BYTES_A_LINE);
   std::size_t number = 0, unread = 0, first = 0;
   for (std::string_view one; take(rest, '\n', one);) {
     ++number;

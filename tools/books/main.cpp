@@ -9,6 +9,7 @@
 
 #include "platform/clock.h"
 #include "tools/books/answers.h"
+#include "tools/books/metrics.h"
 #include "tools/books/moment.h"
 
 namespace {
@@ -38,10 +39,15 @@ constexpr const char* HELP =
     "a\n"
     "    kill explains. The exit code is 1 if something doesn't add up.\n"
     "\n"
+    "books metrics [FOLDER] [--to FILE]\n"
+    "    The cabinet's counters and state in the text format of Prometheus, to FILE in one step. "
+    "Events\n"
+    "    are counted from the last start of the game.\n"
+    "\n"
     "FOLDER is the cabinet's drive d:, also of a running game, or a copy of it; LILYHOP_DRIVE_D if "
     "not\n"
-    "named. TIME is \"2026-11-25\" or \"2026-11-25 19:13\", in the local time zone (TZ). All of "
-    "them take\n"
+    "named. TIME is \"2026-11-25\" or \"2026-11-25 19:13\", in the local time zone (TZ). All "
+    "but metrics take\n"
     "--csv or --json, with times in UTC.\n";
 
 int usage_error(const std::string& what) {
@@ -56,6 +62,7 @@ bool is_kind(const std::string& word) {
 // False if the option doesn't take the value.
 bool take_value(Question& question, const std::string& option, const std::string& value) {
   if (option == "--memory") question.memory = value;
+  if (option == "--to") question.to = value;
   if (option == "--kind") question.kind = value;
   if (option == "--side") question.side = value == "right" ? SIDE_RIGHT : SIDE_LEFT;
   if (option == "--last") question.last = std::strtoul(value.c_str(), nullptr, 10);
@@ -67,7 +74,8 @@ bool take_value(Question& question, const std::string& option, const std::string
 
 // Empty, or a line that says what is wrong.
 std::string read_words(int count, char** words, Question& question) {
-  constexpr std::string_view WITH_VALUE[] = {"--memory", "--kind", "--side", "--last", "--since"};
+  constexpr std::string_view WITH_VALUE[] = {"--memory", "--to",   "--kind",
+                                             "--side",   "--last", "--since"};
   for (int i = 0; i < count; ++i) {
     const std::string word = words[i];
     if (word == "--csv" || word == "--json") {
@@ -160,11 +168,27 @@ int run_events(const Drive& drive, const Question& question) {
   return EXIT_SUCCESS;
 }
 
+int run_metrics(const Drive& drive, const Question& question) {
+  const std::string text = metrics_text(drive, clock_calendar_ms());
+  if (question.to.empty()) {
+    std::fputs(text.c_str(), stdout);
+    return EXIT_SUCCESS;
+  }
+  const std::string wrong = metrics_write(question.to, text);
+  if (wrong.empty()) return EXIT_SUCCESS;
+  std::fprintf(stderr, "books: %s\n", wrong.c_str());
+  return EXIT_FAILURE;
+}
+
 constexpr struct {
   const char* verb;
   int (*run)(const Drive& drive, const Question& question);
-} VERBS[] = {
-    {"report", run_report}, {"games", run_games}, {"events", run_events}, {"check", run_check}};
+  JournalPart part = WHOLE_JOURNAL;
+} VERBS[] = {{"report", run_report},
+             {"games", run_games},
+             {"events", run_events},
+             {"check", run_check},
+             {"metrics", run_metrics, LAST_RUN}};
 
 }  // namespace
 
@@ -180,13 +204,13 @@ int main(int argc, char** argv) {
     const std::string wrong = read_words(argc - 2, argv + 2, question);
     if (!wrong.empty()) return usage_error(wrong);
     Drive drive;
-    const std::string unread = drive_read(question.folder, drive);
+    const std::string unread = drive_read(question.folder, drive, row.part);
     if (!unread.empty()) {
       std::fprintf(stderr, "books: %s\n", unread.c_str());
       return EXIT_USAGE;
     }
     return row.run(drive, question);
   }
-  return usage_error(verb.empty() ? "say report, games, events or check"
+  return usage_error(verb.empty() ? "say report, games, events, check or metrics"
                                   : "it can't \"" + verb + "\"");
 }

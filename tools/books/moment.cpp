@@ -1,5 +1,6 @@
 #include "tools/books/moment.h"
 
+#include <chrono>
 #include <cstdio>
 #include <ctime>
 
@@ -16,12 +17,6 @@ std::string formatted(const char* format, std::time_t seconds, bool utc) {
   return {text, std::strftime(text, sizeof text, format, &parts)};
 }
 
-bool in_range(const std::tm& parts) {
-  return parts.tm_mon >= 0 && parts.tm_mon < 12 && parts.tm_mday >= 1 && parts.tm_mday <= 31 &&
-         parts.tm_hour >= 0 && parts.tm_hour < 24 && parts.tm_min >= 0 && parts.tm_min < 60 &&
-         parts.tm_sec >= 0 && parts.tm_sec < 61;
-}
-
 }  // namespace
 
 bool moment_from_journal(std::string_view text, std::int64_t& utc_ms) {
@@ -35,15 +30,13 @@ bool moment_from_journal(std::string_view text, std::int64_t& utc_ms) {
     for (const char digit : text.substr(at, digits)) value = value * 10 + (digit - '0');
     return value;
   };
-  std::tm parts{};
-  parts.tm_year = number(0, 4) - 1900;
-  parts.tm_mon = number(5, 2) - 1;
-  parts.tm_mday = number(8, 2);
-  parts.tm_hour = number(11, 2);
-  parts.tm_min = number(14, 2);
-  parts.tm_sec = number(17, 2);
-  if (!in_range(parts)) return false;
-  utc_ms = static_cast<std::int64_t>(timegm(&parts)) * 1000 + number(20, 3);
+  const std::chrono::year_month_day date{std::chrono::year(number(0, 4)),
+                                         std::chrono::month(static_cast<unsigned>(number(5, 2))),
+                                         std::chrono::day(static_cast<unsigned>(number(8, 2)))};
+  const int hour = number(11, 2), minute = number(14, 2), second = number(17, 2);
+  if (!date.ok() || hour > 23 || minute > 59 || second > 60) return false;
+  const std::int64_t days = std::chrono::sys_days(date).time_since_epoch().count();
+  utc_ms = (((days * 24 + hour) * 60 + minute) * 60 + second) * 1000 + number(20, 3);
   return true;
 }
 
