@@ -30,6 +30,8 @@ constexpr const char* TWO_RUNS =
     "2026-11-25T10:00:10.000Z 4 fault side=right owed=250\n"
     "2026-11-25T10:00:12.000Z 4 link-lost\n"
     "2026-11-25T10:00:15.000Z 4 not-stored file=audits\n"
+    "2026-11-25T10:00:15.000Z 4 not-stored file=prefs\n"
+    "2026-11-25T10:00:15.500Z 4 stored file=prefs\n"
     "2026-11-25T10:00:16.000Z 4 lost events=3\n";
 constexpr std::int64_t START_MS = 1795600800000;  // of the second run
 

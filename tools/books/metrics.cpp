@@ -7,6 +7,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <functional>
+#include <set>
+#include <string>
 #include <string_view>
 
 #include "frame/sides.h"
@@ -86,7 +89,7 @@ struct Run {
   std::int64_t paper[SIDE_COUNT]{}, owed[SIDE_COUNT]{};
   bool owed_known[SIDE_COUNT]{};
   std::int64_t store_failures = 0, lost = 0;
-  bool not_stored = false;
+  std::set<std::string, std::less<>> not_stored;  // files
 };
 
 // What is owed was told by the board, or the board was told it.
@@ -146,10 +149,10 @@ void take_trouble(Run& run, const JournalLine& line) {
       break;
     case JOURNAL_NOT_STORED:
       ++run.store_failures;
-      run.not_stored = true;
+      run.not_stored.emplace(field_of(line, "file"));
       break;
     case JOURNAL_STORED:
-      run.not_stored = false;
+      run.not_stored.erase(std::string(field_of(line, "file")));
       break;
     case JOURNAL_LOST:
       run.lost += number_of(line, "events");
@@ -286,7 +289,7 @@ void put_run(Page& page, const Run& run, std::int64_t now_ms) {
   page.one("lilyhop_link_down_seconds_total", "counter", "Time without it since the start.",
            run.link_down.seconds(now_ms));
   page.one("lilyhop_books_not_stored", "gauge", "1: a file of the books can't be stored.",
-           run.not_stored ? 1 : 0);
+           run.not_stored.empty() ? 0 : 1);
   page.one("lilyhop_store_failures_total", "counter", "How often that began since the start.",
            static_cast<double>(run.store_failures));
   page.one("lilyhop_lost_events_total", "counter",
