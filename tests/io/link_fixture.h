@@ -23,6 +23,7 @@ class LinkTest : public testing::Test {
  protected:
   void SetUp() override {
     headless_clock_reset();
+    headless_system_tick_set(first_tick);
     jamma_link_error = 0;
     environment.com[0] = pty.path();
     link = &jamma_reset();
@@ -109,6 +110,7 @@ class LinkTest : public testing::Test {
     return link->inputs.counters[which];
   }
 
+  std::uint32_t first_tick = 0;
   Pty pty;
   JammaLink* link = nullptr;
   Frames start_frames, first_round;
