@@ -52,13 +52,14 @@ class Metrics : public testing::Test {
   std::string text(std::int64_t now_ms = START_MS + 20000) {
     Drive drive;
     EXPECT_EQ(drive_read(folder.path(), drive, LAST_RUN), "");
-    return metrics_text(drive, now_ms);
+    return metrics_text(drive, pay, now_ms);
   }
   void expect(const std::string& line) {
     EXPECT_NE(text().find('\n' + line + '\n'), std::string::npos) << line;
   }
 
   TempFolder folder;
+  PayResult pay;
 };
 
 TEST_F(Metrics, CountersAndSettingsAreThoseOfTheBooks) {
@@ -105,13 +106,21 @@ TEST_F(Metrics, DamagedBooksAreCountedAndTheRestIsTold) {
   expect("lilyhop_link_up 0");
 }
 
+TEST_F(Metrics, PayCheckIsToldIfThereWasOne) {
+  EXPECT_EQ(text().find("lilyhop_pay_check"), std::string::npos);
+  pay = {PAYS_BELOW, 0.001, 812, START_MS};
+  expect("lilyhop_pay_check{verdict=\"below\"} 1");
+  expect("lilyhop_pay_check{verdict=\"inside\"} 0");
+  expect("lilyhop_pay_check_frogs 812");
+}
+
 TEST_F(Metrics, FileIsReplacedOrLeftAlone) {
   const std::string path = folder.file("lilyhop.prom");
-  EXPECT_EQ(metrics_write(path, "old\n"), "");
-  EXPECT_EQ(metrics_write(path, "new\n"), "");
+  EXPECT_EQ(file_replace(path, "old\n"), "");
+  EXPECT_EQ(file_replace(path, "new\n"), "");
   EXPECT_EQ(folder.read("lilyhop.prom"), "new\n");
   EXPECT_FALSE(folder.has("lilyhop.prom.new"));
-  EXPECT_NE(metrics_write(folder.file("none/lilyhop.prom"), "x"), "");
+  EXPECT_NE(file_replace(folder.file("none/lilyhop.prom"), "x"), "");
 }
 
 TEST_F(Metrics, PrometheusFindsNothingToSay) {

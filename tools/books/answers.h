@@ -21,6 +21,7 @@ struct Question {
   std::string memory;    // file of the last collection
   std::string to;        // file of the metrics; empty: standard output
   bool collect = false;
+  bool pay = false;
 };
 
 // The collection sheet: what came in and what went out, in total, since a moment or since the last

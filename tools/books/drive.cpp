@@ -154,6 +154,15 @@ std::string counter_name(const AuditRow& row) {
   return std::string(name.substr(0, name.find('\0')));
 }
 
+std::string file_replace(const std::string& path, const std::string& text) {
+  const std::string temporary = path + ".new";
+  std::ofstream stream(temporary, std::ios::binary);
+  stream << text;
+  stream.close();
+  if (stream && std::rename(temporary.c_str(), path.c_str()) == 0) return {};
+  return path + ": can't be written: " + std::strerror(errno);
+}
+
 Collection collection_read(const std::string& path) {
   Collection collection;
   std::string text;
@@ -171,13 +180,9 @@ Collection collection_read(const std::string& path) {
 }
 
 std::string collection_write(const std::string& path, const Drive& drive, std::int64_t utc_ms) {
-  const std::string temporary = path + ".new";
-  std::ofstream stream(temporary);
-  stream << COLLECTION_HEAD << moment_for_files(utc_ms) << '\n';
+  std::string text = std::string(COLLECTION_HEAD) + moment_for_files(utc_ms) + '\n';
   for (const AuditRow& row : drive.audits) {
-    stream << counter_name(row) << '=' << row.count.get() << '\n';
+    text += counter_name(row) + '=' + std::to_string(row.count) + '\n';
   }
-  stream.close();
-  if (stream && std::rename(temporary.c_str(), path.c_str()) == 0) return {};
-  return path + ": can't be written: " + std::strerror(errno);
+  return file_replace(path, text);
 }

@@ -31,6 +31,10 @@ std::string drive_read(const std::string& folder, Drive& drive, JournalPart part
 
 std::string counter_name(const AuditRow& row);
 
+// Puts a text in place of a file in one step: a reader sees the old one or the new one. Empty, or a
+// line that says what is wrong.
+std::string file_replace(const std::string& path, const std::string& text);
+
 // What the counters were at a collection, and when that was.
 struct Collection {
   bool known = false;

@@ -7,10 +7,11 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/clock.h"
+#include "platform/files.h"
 #include "tools/books/answers.h"
 #include "tools/books/metrics.h"
 #include "tools/books/moment.h"
+#include "tools/books/pay.h"
 
 namespace {
 
@@ -38,6 +39,13 @@ constexpr const char* HELP =
     "    Compares the books with the journal. Names what doesn't add up, and what a power cut or "
     "a\n"
     "    kill explains. The exit code is 1 if something doesn't add up.\n"
+    "\n"
+    "books check [FOLDER] --pay [--since TIME] [--memory FILE]\n"
+    "    Compares what the frogs won since the last change of settings with what the lab's players "
+    "win\n"
+    "    under these settings. What they do is kept in FILE, \"paycheck\" beside the books if not "
+    "named.\n"
+    "    The exit code is 1 if the cabinet pays above or below.\n"
     "\n"
     "books metrics [FOLDER] [--to FILE]\n"
     "    The cabinet's counters and state in the text format of Prometheus, to FILE in one step. "
@@ -80,8 +88,8 @@ std::string read_words(int count, char** words, Question& question) {
     const std::string word = words[i];
     if (word == "--csv" || word == "--json") {
       question.form = word == "--csv" ? FORM_CSV : FORM_JSON;
-    } else if (word == "--collect") {
-      question.collect = true;
+    } else if (word == "--collect" || word == "--pay") {
+      (word == "--pay" ? question.pay : question.collect) = true;
     } else if (std::ranges::find(WITH_VALUE, word) != std::end(WITH_VALUE)) {
       const std::string value = ++i < count ? words[i] : "";
       if (!take_value(question, word, value))
@@ -97,7 +105,9 @@ std::string read_words(int count, char** words, Question& question) {
   const char* const drive = std::getenv("LILYHOP_DRIVE_D");
   if (question.folder.empty() && drive != nullptr) question.folder = drive;
   if (question.folder.empty()) return "say which folder the books are in, or set LILYHOP_DRIVE_D";
-  if (question.memory.empty()) question.memory = question.folder + "/collection";
+  if (question.memory.empty()) {
+    question.memory = question.folder + (question.pay ? "/paycheck" : "/collection");
+  }
   return {};
 }
 
@@ -128,7 +138,7 @@ int run_report(const Drive& drive, const Question& question) {
   for (const std::string& note : report.notes) std::fprintf(stderr, "books: %s\n", note.c_str());
   if (!question.collect) return EXIT_SUCCESS;
   if (!drive.has_audits) return usage_error("without counters nothing can be collected");
-  const std::string wrong = collection_write(question.memory, drive, clock_calendar_ms());
+  const std::string wrong = collection_write(question.memory, drive, moment_now());
   if (wrong.empty()) return EXIT_SUCCESS;
   std::fprintf(stderr, "books: %s\n", wrong.c_str());
   return EXIT_FAILURE;
@@ -145,7 +155,61 @@ int run_games(const Drive& drive, const Question& question) {
   return EXIT_SUCCESS;
 }
 
+// A folder's name for a shell.
+std::string shell_word(std::string_view text) {
+  std::string word = "'";
+  for (const char letter : text)
+    word += letter == '\'' ? std::string("'\\''") : std::string(1, letter);
+  return word + "'";
+}
+
+// Lets one of the lab's players play under the cabinet's settings. Empty, or a line that says what
+// is wrong.
+std::string play_in_lab(const std::string& folder, const char* name, PayPlayer& player) {
+  const std::string lab = files_program_folder() + "/payout-lab";
+  const std::string command = shell_word(lab) +
+                              " run --quiet --json --processes 1 --frogs 20000 --prefs " +
+                              shell_word(folder) + " --player " + name;
+  std::FILE* const pipe = popen(command.c_str(), "r");
+  if (pipe == nullptr) return lab + ": can't be started";
+  std::string json;
+  char part[4096];
+  for (std::size_t got = 0; (got = std::fread(part, 1, sizeof part, pipe)) > 0;)
+    json.append(part, got);
+  if (pclose(pipe) != 0 || !pay_player_read(json, player)) return lab + ": has not played";
+  return {};
+}
+
+// The lab plays only if it hasn't yet under these settings.
+std::string know_players(const Drive& drive, PayFile& file) {
+  const std::string settings = pay_settings(drive.prefs);
+  if (file.settings == settings && !file.players.empty()) return {};
+  file = {};
+  file.settings = settings;
+  for (const char* const name : {"random", "eager", "watcher"}) {
+    const std::string wrong = play_in_lab(drive.folder, name, file.players.emplace_back());
+    if (!wrong.empty()) return wrong;
+  }
+  return {};
+}
+
+int run_pay(const Drive& drive, const Question& question) {
+  print_damages(drive);
+  PayFile file = pay_read(question.memory);
+  std::string wrong = drive.has_prefs ? know_players(drive, file) : "the settings can't be read";
+  if (wrong.empty()) {
+    const PaySums sums = pay_sums(drive.journal, question.since_ms);
+    file.result = pay_judge(sums, file.players);
+    file.result.utc_ms = moment_now();
+    std::printf("%s\n", pay_sentence(sums, file.players, file.result).c_str());
+    wrong = pay_write(question.memory, file);
+  }
+  if (!wrong.empty()) std::fprintf(stderr, "books: %s\n", wrong.c_str());
+  return wrong.empty() && file.result.verdict == PAYS_AS_SET ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
 int run_check(const Drive& drive, const Question& question) {
+  if (question.pay) return run_pay(drive, question);
   const Ledger ledger = ledger_of(drive);
   std::size_t wrong = 0;
   for (const Finding& finding : ledger.findings) wrong += finding.wrong ? 1 : 0;
@@ -169,12 +233,13 @@ int run_events(const Drive& drive, const Question& question) {
 }
 
 int run_metrics(const Drive& drive, const Question& question) {
-  const std::string text = metrics_text(drive, clock_calendar_ms());
+  const std::string text =
+      metrics_text(drive, pay_read(question.folder + "/paycheck").result, moment_now());
   if (question.to.empty()) {
     std::fputs(text.c_str(), stdout);
     return EXIT_SUCCESS;
   }
-  const std::string wrong = metrics_write(question.to, text);
+  const std::string wrong = file_replace(question.to, text);
   if (wrong.empty()) return EXIT_SUCCESS;
   std::fprintf(stderr, "books: %s\n", wrong.c_str());
   return EXIT_FAILURE;

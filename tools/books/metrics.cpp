@@ -1,12 +1,9 @@
 #include "tools/books/metrics.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <fstream>
 #include <functional>
 #include <set>
 #include <string>
@@ -297,26 +294,31 @@ void put_run(Page& page, const Run& run, std::int64_t now_ms) {
            static_cast<double>(run.lost));
 }
 
+void put_pay(Page& page, const PayResult& pay) {
+  if (pay.utc_ms == 0) return;
+  page.family("lilyhop_pay_check", "gauge", "1: what the last check of the pay has found.");
+  for (int verdict = 0; verdict < PAY_VERDICTS; ++verdict) {
+    page.sample("verdict=" + quoted(PAY_WORDS[verdict]), verdict == pay.verdict ? 1 : 0);
+  }
+  page.one("lilyhop_pay_check_p_value", "gauge", "Its p-value.", pay.p);
+  page.one("lilyhop_pay_check_frogs", "gauge", "The frogs that it looked at.",
+           static_cast<double>(pay.frogs));
+  page.one("lilyhop_pay_check_timestamp_seconds", "gauge", "When it was made.",
+           static_cast<double>(pay.utc_ms) / MS_PER_S);
+}
+
 }  // namespace
 
-std::string metrics_text(const Drive& drive, std::int64_t now_ms) {
+std::string metrics_text(const Drive& drive, const PayResult& pay, std::int64_t now_ms) {
   const Run run = run_of(drive.journal);
   Page page;
   put_run(page, run, now_ms);
   put_dispensers(page, drive, run, now_ms);
   if (drive.has_audits) put_counters(page, drive);
   if (drive.has_prefs) put_settings(page, drive);
+  put_pay(page, pay);
   page.one("lilyhop_damaged_files", "gauge",
            "Files of books and journal that are missing or damaged.",
            static_cast<double>(drive.damages.size()));
   return page.text;
-}
-
-std::string metrics_write(const std::string& path, const std::string& text) {
-  const std::string temporary = path + ".new";
-  std::ofstream stream(temporary, std::ios::binary);
-  stream << text;
-  stream.close();
-  if (stream && std::rename(temporary.c_str(), path.c_str()) == 0) return {};
-  return path + ": can't be written: " + std::strerror(errno);
 }

@@ -19,6 +19,11 @@ std::string formatted(const char* format, std::time_t seconds, bool utc) {
 
 }  // namespace
 
+std::int64_t moment_now() {
+  const auto since = std::chrono::system_clock::now().time_since_epoch();
+  return std::chrono::duration_cast<std::chrono::milliseconds>(since).count();
+}
+
 bool moment_from_journal(std::string_view text, std::int64_t& utc_ms) {
   constexpr std::string_view FORM = "dddd-dd-ddTdd:dd:dd.dddZ";
   if (text.size() != FORM.size()) return false;
