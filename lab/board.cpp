@@ -36,7 +36,7 @@ constexpr JammaCounter counter_of(JammaPress press) {
 void board_reset() {
   board_books = {};
   std::construct_at(&inputs);
-  jamma_presses_reset(inputs);
+  jamma_presses_reset();
 }
 
 void board_press(JammaPress press) {

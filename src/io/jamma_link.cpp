@@ -23,7 +23,7 @@ JammaLink& jamma_reset() {
   jamma_link = nullptr;
   std::destroy_at(&record);
   std::construct_at(&record);
-  jamma_presses_reset(record.inputs);
+  jamma_presses_reset();
   return record;
 }
 

@@ -210,5 +210,5 @@ void jamma_pump();
 void jamma_presses_count();
 // Asks for the board's status, now and from then on every five seconds.
 void jamma_ask_status(JammaLink& link);
-// Starts the presses at half of each counter.
-void jamma_presses_reset(const JammaInputs& inputs);
+// Back to no presses, as the counters start at 0.
+void jamma_presses_reset();

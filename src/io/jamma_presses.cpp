@@ -1,6 +1,7 @@
 // Presses of the inputs, counted by the pump and consumed by the tick.
 #include <atomic>
 #include <cstdint>
+#include <memory>
 
 #include "io/jamma_link.h"
 
@@ -24,14 +25,9 @@ constexpr std::uint8_t COUNTERS[PRESS_COUNT] = {
 
 }  // namespace
 
-void jamma_presses_reset(const JammaInputs& inputs) {
-  for (int press = 0; press < PRESS_COUNT; ++press) {
-    JammaPresses::Input& row = presses.inputs[press];
-    row.last = inputs.counters[COUNTERS[press]] >> 1;
-    row.pending = row.last;
-    row.shown = 0;
-    row.looked = false;
-  }
+void jamma_presses_reset() {
+  std::destroy_at(&presses);
+  std::construct_at(&presses);
 }
 
 void jamma_presses_count() {
@@ -40,7 +36,7 @@ void jamma_presses_count() {
   for (int press = 0; press < PRESS_COUNT; ++press) {
     JammaPresses::Input& row = presses.inputs[press];
     const std::uint32_t half = inputs->counters[COUNTERS[press]] >> 1;
-    if (row.last >= half) continue;
+    if (half == row.last) continue;
     row.pending += half - row.last;
     row.last = half;
   }

@@ -94,12 +94,8 @@ std::uint8_t raw_counter(const InputRow& row, const std::uint8_t* frame) {
 // The steps from `previous` to `raw`, the shorter way round a ring of `mask` + 1 values. Exactly
 // half way round counts up if the value fell and down if it rose.
 std::int32_t shorter_way(std::int32_t previous, std::int32_t raw, std::int32_t mask) {
-  if (raw < previous) {
-    const std::int32_t down = previous - raw, up = mask - previous + 1 + raw;
-    return down < up ? -down : up;
-  }
-  const std::int32_t down = mask - raw + 1 + previous, up = raw - previous;
-  return down <= up ? -down : up;
+  const std::int32_t up = (raw - previous) & mask, down = mask + 1 - up;
+  return up < down || (up == down && raw < previous) ? up : -down;
 }
 
 void move_counter(JammaLink& link, const InputRow& row, std::uint8_t raw) {

@@ -279,7 +279,7 @@ struct LinkModel {
     if (text.empty()) return;
     const char letter = text[0];
     if (letter == '*') {
-      if (text == "*W" && !mute) send('W', {watchdog});
+      if (text == "*W" && !mute) send('W', {watchdog % 256});
       if (text != "*R") return;
       synced = false;
       send_config();
@@ -397,7 +397,7 @@ struct LinkModel {
     if (is({16, 17, 37, 38, 43, 44, 45, 46, 48, 50})) return order_of_one(number, a, b);
     if (is({0, 40}) || number > 53) return -9088;
     if (number == 1) return get_dips();
-    if (number == 15) return send('W', {watchdog});
+    if (number == 15) return send('W', {watchdog % 256});
     if (number == 19) return ++asked, send('s');
     if (number == 20) return set(mute, a);
     if (number == 28) return send('S');
@@ -415,7 +415,7 @@ struct LinkModel {
     if (number == 21) pulse(coin_steps, a, b);
     if (number == 22) pulse(ticket_steps, a, b);
     if (number == 23 && (a == 0 || a == 1) && b != 0) lockout[a] = b;
-    if (number == 33) watchdog = a % 256;
+    if (number == 33) watchdog = a;
     if (number == 36 && (a == 0 || a == 1)) table = a;
     return 0;  // the rest are reserved, or change nothing here
   }

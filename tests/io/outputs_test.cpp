@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <map>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -35,6 +36,9 @@ TEST_F(Outputs, SendsQueriesAndLampsAtBringUp) {
     for (const std::string& frame : sent()) later.push_back(frame + std::to_string(at));
   }
   EXPECT_EQ(later, (Frames{"s5000", "s10000"}));
+  jamma_command(JAMMA_QUERY_CONFIG);
+  jamma_pump();
+  EXPECT_EQ(tx_used(), 0u) << "a round sends what waits";
 }
 
 TEST_F(Outputs, UsesChecksumsBothWays) {
@@ -68,6 +72,77 @@ TEST_F(Outputs, KeepsTicketsClearedDuringBoardRestart) {
   lock.unlock();
   pump.join();
   EXPECT_EQ(sent(), (Frames{"C0081", "S"}));
+}
+
+// Some have no order of the game.
+TEST_F(Outputs, SendsThePacketOfEachNumber) {
+  const char* const packets[] = {
+      "C0081",         "W4b", "H00", "H00",   "c",     "S",     "s",     "v",     "H00",   "H00",
+      "F000000000000", "H00", "H00", "T8000", "T8000", "T8800", "T8800", "Pe000", nullptr, "U01"};
+  const std::map<int, const char*> on = {{3, "H10"},  {4, "H11"},  {9, "H31"},
+                                         {10, "Hb1"}, {12, "Hb5"}, {13, "Hbd"}};
+  for (int number = 1; number <= 20; ++number) {
+    if (number == 19) continue;  // a NUL
+    EXPECT_EQ(jamma_send_packet(*link, static_cast<std::uint32_t>(number)), 0);
+    EXPECT_EQ(sent(), Frames{packets[number - 1]}) << number;
+  }
+  for (const auto& [number, frame] : on) {
+    jamma_send_packet(*link, static_cast<std::uint32_t>(number) | PACKET_BIT_ON);
+    EXPECT_EQ(sent(), Frames{frame}) << number;
+  }
+  EXPECT_EQ(jamma_send_packet(*link, 0), JAMMA_ERR_BAD_ARGUMENT);
+  EXPECT_EQ(jamma_send_packet(*link, 21), JAMMA_ERR_BAD_ARGUMENT);
+}
+
+// Orders that nothing in the game gives.
+TEST_F(Outputs, CapturesBytesAndKeepsRawOnes) {
+  std::uint8_t heard[8] = {};
+  const auto capture = [&](int on) {
+    jamma_command(JAMMA_SET_CAPTURE, on, reinterpret_cast<std::intptr_t>(heard), sizeof heard);
+  };
+  capture(1);
+  feed("\nx12\r\ny34\r");
+  EXPECT_EQ(std::string(heard, heard + sizeof heard), "\nx12\r\ny3") << "until it is full";
+  capture(0);
+  feed("\nz\r");
+  EXPECT_EQ(heard[1], 'x');
+  capture(2);
+  feed("\nz\r");
+  EXPECT_EQ(heard[1], 'z') << "toggled on";
+  capture(2);
+  feed("\nw\r");
+  EXPECT_EQ(heard[1], 'z') << "and off";
+  for (const auto& [word, on] : {std::pair{1, true}, {0, false}, {2, true}, {2, false}}) {
+    jamma_command(JAMMA_SET_TRACE, word);
+    EXPECT_EQ(link->trace, on);
+  }
+  jamma_command(JAMMA_SET_STATUS_EVENTS, 1);
+  EXPECT_TRUE(link->status_events);
+
+  EXPECT_EQ(jamma_command(JAMMA_RESET), 0);
+  jamma_command(JAMMA_SET_RAW_MODE, 1);
+  EXPECT_TRUE(flag(RAW_MODE));
+  feed("t0007\r");
+  EXPECT_EQ(link->frames_ready, 0);
+  const MutexLock lock(link->rx_mutex);
+  EXPECT_EQ(std::string(link->rx_data, link->rx_data + link->rx_used), "t0007\r");
+}
+
+TEST_F(Outputs, ClearsErrorsAndKeepsWhatItHeard) {
+  feed("\nt0007\r");
+  jamma_command(JAMMA_QUERY_CONFIG);
+  link->comm_errors = COMM_RX_OVERFLOW;
+  EXPECT_EQ(jamma_command(JAMMA_CLEAR_ERRORS), 0);
+  EXPECT_EQ(link->comm_errors, 0u);
+  EXPECT_EQ(sent(), (Frames{"c", "C0081"}));
+  round();
+  EXPECT_EQ(link->tickets_owed[0], 7);
+  feed("\nt0008\r");
+  jamma_command(JAMMA_QUERY_CONFIG);
+  EXPECT_EQ(jamma_command(JAMMA_RESET), 0);
+  EXPECT_EQ(sent(), Frames{"C0081"});
+  round();
+  EXPECT_EQ(link->tickets_owed[0], 7);
 }
 
 TEST_F(Outputs, SetsErrorAndKeepsBytesWhenTransmitRingIsFull) {

@@ -20,6 +20,8 @@
 
 #include "books/prefs.h"
 #include "frame/game_clock.h"
+#include "frame/game_mode.h"
+#include "io/lamps.h"
 #include "io/led_value.h"
 #include "io/log.h"
 #include "platform/clock.h"
@@ -308,6 +310,15 @@ TEST_F(Led, ShowsJackpotValueAndBlinks) {
   EXPECT_TRUE(soon([&] { return led.value == 7; }));
   led_update();
   EXPECT_TRUE(soon([&] { return led.value == 0; }));
+  prefs[PREF_TICKET_USE].int_value = 1;
+  led_set_value(7);
+  led_set_blink(1);
+  game_mode = MODE_OPERATOR;
+  lamps_update();
+  EXPECT_TRUE(soon([&] { return led.value == 0 && led.blink == 0; })) << "dark in the menus";
+  game_mode = MODE_PLAY;
+  lamps_update();
+  EXPECT_TRUE(soon([&] { return led.value == 30; }));
   EXPECT_EQ(led.odd, 0);
 }
 

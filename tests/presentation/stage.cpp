@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <numbers>
 
 #include "gfx/text.h"
 #include "gfx/texture.h"
@@ -49,6 +50,16 @@ char character(const DisplayQuad& quad) {
   const auto column = std::lround(std::min(quad.u[0], quad.u[1]) * font.width) / font.glyph_w;
   const auto row = std::lround(quad.v[0] * font.height) / font.glyph_h;
   return GLYPHS[row * 16 + column];
+}
+
+// Which cell of its sheet a picture is.
+int cell(const DisplayQuad& quad) {
+  const auto sheet = static_cast<int>(quad.texture - FIRST_PICTURE) - PANEL_FIRST_SHEET;
+  if (sheet < 0 || sheet >= SHEET_COUNT) return 0;
+  const int columns = sheets[sheet].columns;
+  const auto column = std::lround(std::min(quad.u[0], quad.u[1]) * 4096.0F) / (4096 / columns);
+  const auto row = std::lround(quad.v[0] * 4096.0F) / (4096 / sheets[sheet].rows);
+  return static_cast<int>(row * columns + column);
 }
 
 // Does the glyph go on a line that ends with `last`?
@@ -106,7 +117,11 @@ std::vector<Drawn> Stage::seen(void (*draw)()) {
                        : picture ? stem(panels[quad.texture - FIRST_PICTURE].name)
                                  : "rectangle",
                        static_cast<int>(quad.x[0]), static_cast<int>(quad.y[0]), quad.colour[0],
-                       static_cast<int>(quad.x[1] - quad.x[0]), quad.u[0] > quad.u[1]});
+                       static_cast<int>(quad.x[1] - quad.x[0]), quad.u[0] > quad.u[1],
+                       picture ? cell(quad) : 0, (quad.x[0] + quad.x[2]) / 2.0F,
+                       (quad.y[0] + quad.y[2]) / 2.0F,
+                       std::atan2(quad.y[0] - quad.y[1], quad.x[1] - quad.x[0]) * 180.0F /
+                           std::numbers::pi_v<float>});
     }
     last = glyph ? &quad : nullptr;
   }

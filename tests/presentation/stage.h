@@ -13,8 +13,10 @@ struct Drawn {
   std::string what;  // a picture's file name without folder and ending, or the words of a line
   int x, y;
   std::uint32_t colour;
-  int width;      // of a picture, or of a line's first glyph
-  bool mirrored;  // left to right
+  int width;                       // of a picture, or of a line's first glyph
+  bool mirrored;                   // left to right
+  int cell;                        // of a sheet
+  float middle_x, middle_y, turn;  // degrees
 };
 
 class Stage : public testing::Test {
