@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include "platform/display.h"
@@ -226,6 +227,20 @@ DisplayModeResult display_set_mode(int width, int height) {
   std::fprintf(stderr, "A screen of %d x %d was asked for; the display (%s) only has %d x %d.\n",
                width, height, SDL_GetCurrentVideoDriver(), only.w, only.h);
   return DISPLAY_MODE_BAD_MODE;
+}
+
+// A window manager puts the number of a window of its own on the root.
+bool display_sdl_has_window_manager() {
+  constexpr std::string_view MARK = "_NET_SUPPORTING_WM_CHECK";
+  const Display display = open_display();
+  if (!display.x) return true;
+  xcb_connection_t* x = display.x.get();
+  const auto mark = owned(xcb_intern_atom_reply(
+      x, xcb_intern_atom(x, 1, std::uint16_t{MARK.size()}, MARK.data()), nullptr));
+  if (!mark || mark->atom == XCB_NONE) return false;
+  const auto window = owned(xcb_get_property_reply(
+      x, xcb_get_property(x, 0, display.screen->root, mark->atom, XCB_ATOM_WINDOW, 0, 1), nullptr));
+  return window && xcb_get_property_value_length(window.get()) > 0;
 }
 
 void display_restore_mode() {

@@ -11,3 +11,6 @@ bool display_sdl_window_has_gl();
 
 // Starts SDL's video part on the first call. False without a display.
 bool display_sdl_video();
+
+// False on an X display that no window manager runs on, as in a cabinet.
+bool display_sdl_has_window_manager();

@@ -49,6 +49,12 @@ void key_event(const SDL_KeyboardEvent& event, DisplayEvents& seen) {
   }
 }
 
+// SDL waits a tenth of a second for a window manager to make the window fill the display. Without
+// one nobody does, and the window has the display's size already.
+std::uint32_t fullscreen_flags() {
+  return display_sdl_has_window_manager() ? SDL_WINDOW_FULLSCREEN_DESKTOP : SDL_WINDOW_BORDERLESS;
+}
+
 }  // namespace
 
 SDL_Window* display_sdl_window() {
@@ -86,7 +92,7 @@ bool display_open_window(const char* title, int width, int height, bool fullscre
     height = mode.h;
   }
   const int corner = fullscreen ? static_cast<int>(SDL_WINDOWPOS_CENTERED_DISPLAY(0)) : 0;
-  flags |= fullscreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : SDL_WINDOW_RESIZABLE;
+  flags |= fullscreen ? fullscreen_flags() : std::uint32_t{SDL_WINDOW_RESIZABLE};
   state.window = SDL_CreateWindow(title, corner, corner, width, height, flags | SDL_WINDOW_OPENGL);
   state.has_gl = state.window != nullptr;
   // Without a pixel format there is still a window; creating the context reports the error.

@@ -30,6 +30,8 @@ class Monitor {
     root = xcb_setup_roots_iterator(xcb_get_setup(x)).data->root;
     const auto resources = owned(xcb_randr_get_screen_resources_current_reply(
         x, xcb_randr_get_screen_resources_current(x, root), nullptr));
+    constexpr std::uint32_t HEARD = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+    xcb_change_window_attributes(x, root, XCB_CW_EVENT_MASK, &HEARD);
     crtc = *xcb_randr_get_screen_resources_current_crtcs(resources.get());
     output = *xcb_randr_get_screen_resources_current_outputs(resources.get());
   }
@@ -59,6 +61,31 @@ class Monitor {
         nullptr));
     ASSERT_TRUE(reply);
     ASSERT_EQ(reply->status, 0);
+  }
+
+  // Leaves the mark of a window manager, without one.
+  void mark_managed() const {
+    const xcb_atom_t mark = atom("_NET_SUPPORTING_WM_CHECK");
+    const xcb_window_t window = xcb_generate_id(x);
+    xcb_create_window(x, 0, window, root, 0, 0, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY, 0, 0,
+                      nullptr);
+    for (const xcb_window_t place : {root, window}) {
+      xcb_change_property(x, XCB_PROP_MODE_REPLACE, place, mark, XCB_ATOM_WINDOW, 32, 1, &window);
+    }
+    xcb_flush(x);
+  }
+
+  // True if a window has asked a window manager to fill the display since the last call.
+  [[nodiscard]] bool fullscreen_asked() const {
+    const xcb_atom_t state = atom("_NET_WM_STATE");
+    const xcb_atom_t wanted = atom("_NET_WM_STATE_FULLSCREEN");
+    bool asked = false;
+    while (const auto event = owned(xcb_poll_for_event(x))) {
+      if ((event->response_type & 0x7F) != XCB_CLIENT_MESSAGE) continue;
+      const auto* message = reinterpret_cast<const xcb_client_message_event_t*>(event.get());
+      if (message->type == state && message->data.data32[1] == wanted) asked = true;
+    }
+    return asked;
   }
 
   [[nodiscard]] std::string mode() const {
@@ -101,6 +128,12 @@ class Monitor {
   }
 
  private:
+  [[nodiscard]] xcb_atom_t atom(const std::string& name) const {
+    const auto reply = owned(xcb_intern_atom_reply(
+        x, xcb_intern_atom(x, 0, static_cast<std::uint16_t>(name.size()), name.c_str()), nullptr));
+    return reply->atom;
+  }
+
   template <typename Condition>
   static bool soon(Condition condition) {
     for (int i = 0; i < 200; ++i) {
@@ -214,6 +247,20 @@ TEST_F(DisplayMode, LargeModeIsUsedIfRequestedOneIsMissing) {
     EXPECT_EQ(monitor.mode(), "1920x1080");
     EXPECT_TRUE(monitor.filled(CLEARED)) << arguments;
   }
+}
+
+TEST_F(DisplayMode, OnlyWindowManagerIsAskedToFillTheDisplay) {
+  const Monitor monitor({1360, 768});
+  {
+    const Game game("");
+    ASSERT_TRUE(game.shown());
+    EXPECT_FALSE(monitor.fullscreen_asked());
+    EXPECT_TRUE(monitor.filled(CLEARED));
+  }
+  monitor.mark_managed();
+  const Game game("");
+  ASSERT_TRUE(game.shown());
+  EXPECT_TRUE(monitor.fullscreen_asked());
 }
 
 // With neither mode, and nobody to be asked, the monitor itself says so.
