@@ -11,6 +11,7 @@
 #include <functional>
 #include <iterator>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "books/audits.h"
@@ -149,7 +150,7 @@ class Screens : public Desk {
 TEST_F(Screens, AreAsTheBookShowsThem) {
   visit({});
   visit({"Diagnostics"});
-  for (const char* test : {"Switch", "Dip", "Lamp", "LED", "Sound", "Ticket"})
+  for (const char* test : {"Switch", "Dip", "Lamp", "LED", "Sound", "Coin", "Ticket"})
     visit({"Diagnostics", test});
   visit({"Diagnostics", "Monitor"}, 5);
   visit({"Diagnostics", "Watchdog"}, 2);
@@ -157,6 +158,13 @@ TEST_F(Screens, AreAsTheBookShowsThem) {
                             "Coins To Play", "Frogs Per Game", "Coins Per Swipe", "Timeout"});
   visit_lists("Payout", {"Ticket Use", "Fixed Ticket ", "Payout Percent", "Ticket Value", "Minimum",
                          "Maximum", "Bonus Value", "Boost Bonus", "Two Point"});
+  for (const auto& [tickets, fixed] : {std::pair{1, 1}, {0, 1}, {0, 0}}) {
+    prefs[PREF_TICKET_USE].int_value = tickets;
+    prefs[PREF_FIXED_TICKET].int_value = fixed;
+    book +=
+        "Ticket Use " + std::to_string(tickets) + ", Fixed Ticket " + std::to_string(fixed) + "\n";
+    visit({"Payout"}, 0, menu_draw);
+  }
   visit({"Audits"});
   for (const char* page : {"System", "Coin", "Payout", "Game"}) visit({"Audits", page});
   visit_lists("Resets", {"Clear Coins", "Clear Tickets", "Reset Audits", "Reset Adjustments",
