@@ -343,6 +343,7 @@ TEST_F(ShowLockstep, ShowsFollowTheirModel) {
     if (once_in(8000)) {
       const int tickets = one_of<int>({0, 7, 88, 250, 1250});
       both([&] { win_show_start(side, tickets); }, [&] { model_start(side, tickets); });
+      ASSERT_EQ(shows_drawn(), model_drawn()) << "as it begins, step " << i;
     }
     if (HasFatalFailure()) FAIL() << "step " << i;
     both(win_show_step, [this] { model_step(0), model_step(1); });

@@ -19,8 +19,10 @@
 #include "playfield/paytable.h"
 #include "playfield/playfield.h"
 #include "playfield/workers.h"
+#include "presentation/attract.h"
 #include "presentation/debug_pages.h"
 #include "presentation/volume.h"
+#include "presentation/win_show_start.h"
 #include "tests/presentation/stage.h"
 
 namespace {
@@ -49,6 +51,10 @@ class Scene : public Stage {
 };
 
 TEST_F(Scene, DrawsLayersInOrder) {
+  game_clock.now_ms = 16000;
+  attract_step();
+  game_clock.now_ms = 100000;
+  win_show_start(SIDE_LEFT, 10);
   frog(FROG_RESTING);
   int log = 0;
   while (log < LANE_CELLS - 1 && lane_cells[1][log] == CELL_EMPTY) ++log;
@@ -70,12 +76,12 @@ TEST_F(Scene, DrawsLayersInOrder) {
   const std::vector<std::string> names = order(seen(scene_draw));
   std::size_t at = 0;
   for (const char* name :
-       {"bkdrop_lft",    "bkdrop_rt",      "riverfoam_1",  "riverfoam_2",    "anim_finish",
-        "anim_lilypad3", "lily_bonus_txt", "grass_lft",    "grass_rt",       "dpatch",
-        "dpatch2",       "anim_log3",      "anim_hearts",  "anim_butterfly", "anim_spark",
-        "anim_ctail1",   "anim_grn_rings", "anim_gfrog",   "shadow",         "plants1",
-        "plants6",       "anim_wdsign",    "anim_lngsign", "prsbtn_frog_up", "insertcoin_grn",
-        "msg1_bubble",   "ioerror"}) {
+       {"bkdrop_lft",     "bkdrop_rt",      "riverfoam_1",    "riverfoam_2",    "anim_finish",
+        "anim_lilypad3",  "lily_bonus_txt", "grass_lft",      "grass_rt",       "dpatch",
+        "dpatch2",        "anim_log3",      "anim_hearts",    "anim_butterfly", "anim_spark",
+        "anim_ctail1",    "anim_grn_rings", "anim_gfrog",     "shadow",         "plants1",
+        "plants6",        "anim_wdsign",    "anim_lngsign",   "lrg_lilypad",    "prsbtn_frog_up",
+        "insertcoin_grn", "msg1_bubble",    "anim_thumbs_up", "ioerror"}) {
     const auto found =
         std::find(names.begin() + static_cast<std::ptrdiff_t>(at), names.end(), name);
     ASSERT_NE(found, names.end()) << name;
