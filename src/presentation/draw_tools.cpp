@@ -21,7 +21,6 @@ void picture_draw_scaled(PanelIndex picture, int x, int y, float scale, std::uin
   panel.x = x;
   panel.y = y;
   panel.colour = colour;
-  panel.flip = 0;
   panel.flags |= PANEL_SOURCE_RECT | PANEL_SCALED;
   panel.src_x = panel.src_y = 0;
   panel.src_w = panel.width;

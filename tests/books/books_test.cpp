@@ -6,9 +6,12 @@
 #include <cstring>
 #include <filesystem>
 #include <limits>
+#include <random>
 #include <string>
 #include <tuple>
+#include <utility>
 
+#include "books/audit_time.h"
 #include "books/audits.h"
 #include "books/prefs.h"
 #include "books/store_report.h"
@@ -289,22 +292,142 @@ TEST_F(Books, PathsStayBelowTheirRoot) {
   EXPECT_EQ(store_open(R"(d:\..\x)"), nullptr);
 }
 
-TEST_F(Books, AddsPlayTimeExceptStalls) {
-  AuditsTick tick{1000, {true, true}, {0, 0}, 0};
-  audits_tick(tick);  // the first step is as long as a stall
-  EXPECT_EQ(audits[AUDIT_TIME_GAME_ON].time_ms, 0);
-  tick = {1999, {false, true}, {2, 0}, 3};
-  audits_tick(tick);
-  EXPECT_EQ(audits[AUDIT_TIME_GAME_ON].time_ms, 999);
-  EXPECT_EQ(audits[AUDIT_TIME_PLAYED].time_ms, 999);
-  EXPECT_EQ(audits[AUDIT_TIME_PLAYED + 1].time_ms, 0);
-  EXPECT_EQ(audits[AUDIT_TIME_SINCE_BOOT_SIDE].time_ms, 999);
-  EXPECT_EQ(audits[AUDIT_TIME_TOTAL_PLAYED].time_ms, 1998) << "once for each frog";
-  EXPECT_EQ(audit_count(AUDIT_IO_CHECKSUM_FAILURES), 3);
-  tick = {2999, {false, false}, {1, 1}, 5};
-  audits_tick(tick);  // 1000 ms: a stall
-  EXPECT_EQ(audits[AUDIT_TIME_GAME_ON].time_ms, 999);
-  EXPECT_EQ(audit_count(AUDIT_IO_CHECKSUM_FAILURES), 5);
+// Ticks at random: each row of time, and the failures, beside their sums.
+TEST_F(Books, TickAddsTimesExceptStalls) {
+  std::mt19937 dice(1);
+  const auto die = [&dice](unsigned sides) { return static_cast<int>(dice() % sides); };
+  std::int64_t times[AUDIT_COUNT] = {}, now = 0;
+  std::uint32_t failures = 0;
+  for (int i = 0; i < 2000; ++i) {
+    const int ms = die(20) == 0 ? 998 + die(4) : die(40);
+    const AuditsTick tick{
+        now += ms, {die(2) == 0, die(2) == 0}, {die(5), die(5)}, failures += die(10) / 9u};
+    audits_tick(tick);
+    if (ms < 1000) {
+      times[0] += ms;  // "Time Game On", and since boot
+      times[1] += ms;
+      for (int side = 0; side < SIDE_COUNT; ++side) {
+        times[4 + side] +=
+            tick.idle[side] ? 0 : ms;  // played; the same since boot; then for each frog
+        times[8 + side] += tick.idle[side] ? 0 : ms;
+        times[10 + side] += static_cast<std::int64_t>(ms) * tick.live_frogs[side];
+      }
+    }
+    for (int row = 0; row < AUDIT_COUNT; ++row) {
+      ASSERT_EQ(audits[row].time_ms, times[row]) << row;
+      ASSERT_EQ(audits[row].count, row == 18 ? static_cast<int>(failures) : 0) << row;
+    }
+  }
+}
+
+TEST_F(Books, BuiltInCountersAreThoseOfTheSecondCopy) {
+  struct Row {
+    const char* name;
+    bool pair, time;
+  };
+  const Row rows[] = {{"Time Game On", false, true},
+                      {"Time Since Boot", false, true},
+                      {"Games Played", true, false},
+                      {"Time Played", true, true},
+                      {"Games Since Boot", true, false},
+                      {"Time Since Boot", true, true},
+                      {"Time Total Played", true, true},
+                      {"Repeat Plays", true, false},
+                      {"Boot Count", false, false},
+                      {"Test Entry Count", false, false},
+                      {"Watchdog Count", false, false},
+                      {"Periodic Reboot Count", false, false},
+                      {"I/O Checksum Failures", false, false},
+                      {"Coin Drops", true, false},
+                      {"Service Credits", false, false},
+                      {"Tickets", true, false},
+                      {"Tickets Owed", true, false},
+                      {"Current Credits", true, false},
+                      {"Current Coins", true, false},
+                      {"Bugs", true, false},
+                      {"Butterflies", true, false},
+                      {"Bonuses", true, false},
+                      {"Double Bonuses", true, false},
+                      {"Jackpots", true, false},
+                      {"Frees", true, false},
+                      {"Bug Tickets", true, false},
+                      {"Butterfly Tickets", true, false},
+                      {"Bonus Tickets", true, false},
+                      {"Double Bonus Tickets", true, false},
+                      {"Jackpot Tickets", true, false},
+                      {"Free Tickets", true, false},
+                      {"Fixed Tickets", true, false},
+                      {"Capped Tickets", true, false}};
+  std::uint32_t number = 0;
+  for (const Row& row : rows) {
+    for (const char* side : {" Left", " Right"}) {
+      if (!row.pair && side[1] == 'R') continue;
+      const AuditRow& built = audits[number];
+      EXPECT_EQ(built.index, number++);
+      EXPECT_STREQ(built.name, (row.name + std::string(row.pair ? side : "")).c_str());
+      EXPECT_EQ(built.flags, row.time ? 0x20u : 0u) << row.name;
+    }
+  }
+  EXPECT_EQ(number, 58u);
+  EXPECT_EQ(AUDIT_COUNT, 58);
+}
+
+TEST_F(Books, BuiltInSettingsAreThoseOfTheSecondCopy) {
+  struct Row {
+    const char* name;
+    int whole;
+    float real;
+    std::uint32_t flags;
+  };
+  const Row rows[] = {{"Freeplay", 0, 0, 0},
+                      {"Coins To Play", 1, 0, 0},
+                      {"Frogs Per Game", 1, 0, 0},
+                      {"Coin Value", 0, 0.25F, 0x10},
+                      {"Ticket Value", 0, 0.01F, 0x10},
+                      {"Coins Per Swipe", 2, 0, 0},
+                      {"Coins Per Swipe Pulse", 1, 0, 0},
+                      {"Currency Unit", 0, 0, 0},
+                      {"Timeout (Seconds)", -1, 0, 0},
+                      {"Fixed Ticket", 0, 0, 0},
+                      {"Fixed Tickets Per Game", 10, 0, 0},
+                      {"Ticket Use", 1, 0, 0},
+                      {"Minimum Tickets", 1, 0, 0},
+                      {"Maximum Tickets", 2500, 0, 0},
+                      {"Payout Percent", 0, 0.4F, 0x10},
+                      {"Bonus Value", 250, 0, 0},
+                      {"Boost Bonus", 0, 0, 0},
+                      {"Two Point Tickets", 0, 0, 0},
+                      {"Lockout Coils", 0, 0, 0},
+                      {"Tickets Per Game", 0, 40.0F, 0x10},
+                      {"Volume", 16, 0, 0},
+                      {"Attract Volume", 8, 0, 0},
+                      {"Build Date", 0, 0, 0x40},
+                      {"Build Time", 0, 0, 0x40},
+                      {"Check CRC", 1, 0, 0}};
+  ASSERT_EQ(PREF_COUNT, std::size(rows));
+  for (const Row& row : rows) {
+    const PrefRow& built = prefs[&row - rows];
+    EXPECT_EQ(built.index, &row - rows);
+    EXPECT_STREQ(built.name, row.name);
+    EXPECT_EQ(built.flags, row.flags) << row.name;
+    EXPECT_EQ(built.int_value, row.whole) << row.name;
+    EXPECT_EQ(built.float_value, row.real) << row.name;
+    EXPECT_STREQ(built.text_value, "") << row.name;
+  }
+  std::string codes;
+  for (const char* code : currency_codes) codes += code + std::string(" ");
+  EXPECT_EQ(codes, "USD AUD CAD EUR GBP DEM FRF JPY NLG ITL CHF BRL DKK MXN RUR KRW CNY ");
+}
+
+TEST(AuditTime, HasHoursFromTheFirstOneOn) {
+  const std::pair<std::int64_t, const char*> rows[] = {
+      {0, "0:00.00"},         {61500, "1:01.50"},      {3599000, "59:59.00"},
+      {3600000, "1:00:0.00"}, {7199250, "1:59:59.25"}, {360000000, "100:00:0.00"}};
+  for (const auto& [ms, text] : rows) {
+    char buffer[AUDIT_TIME_SIZE];
+    audit_format_time(ms, buffer);
+    EXPECT_STREQ(buffer, text);
+  }
 }
 
 // While a frog is in flight it is put off a minute at a time.

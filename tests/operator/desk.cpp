@@ -19,6 +19,19 @@ Desk::Desk() {
   jamma_fake_reset();
   jps_fake_reset();
   win_show_reset();
+  enter();
+}
+
+Desk::~Desk() {
+  menus_free();
+  pane_reset();
+  game_mode = MODE_PLAY;
+  sound_enabled = 1;
+}
+
+void Desk::enter() {
+  menus_free();
+  pane_reset();
   test_screen = 0;
   game_mode = MODE_OPERATOR;
   sound_enabled = 0;
@@ -27,13 +40,6 @@ Desk::Desk() {
   press(PRESS_TST);  // releasing the held Test switch only activates the menu
   menu_open(menu_current());
   jps_fake_reset();
-}
-
-Desk::~Desk() {
-  menus_free();
-  pane_reset();
-  game_mode = MODE_PLAY;
-  sound_enabled = 1;
 }
 
 void Desk::tick() {

@@ -14,6 +14,8 @@ class Desk : public Stage {
   Desk();
   ~Desk() override;
 
+  // Operator mode anew: the main menu, at its top.
+  static void enter();
   // Runs one tick with this button pressed and released. Only the input of the menu or screen runs.
   static void press(JammaPress button, int times = 1);
   static void tick();

@@ -3,12 +3,14 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 
 #include "frame/game_clock.h"
 #include "frame/game_mode.h"
 #include "io/lamp_effects.h"
 #include "io/watchdog_link.h"
 #include "operator/test_screen.h"
+#include "tests/fakes/led_fake.h"
 #include "tests/operator/desk.h"
 
 namespace {
@@ -168,6 +170,25 @@ TEST_F(Diagnostics, CoinMeterAndTicketTests_CommandTheBoard) {
     EXPECT_EQ(call->a, row.side);
     EXPECT_EQ(call->b, row.count);
   }
+}
+
+TEST_F(Diagnostics, LedTest_LightsAllSegmentsAndEndsDark) {
+  const auto shown = [] { return std::pair{led_fake_value, led_fake_blink}; };
+  led_fake_value = led_fake_blink = 1;
+  choose("LED");
+  EXPECT_EQ(shown(), (std::pair{0, 0}));
+  choose("Toggle On");
+  EXPECT_EQ(shown(), (std::pair{8888, 0}));
+  choose("Toggle Blink");
+  EXPECT_EQ(shown(), (std::pair{8888, 1}));
+  choose("Toggle On");
+  EXPECT_EQ(shown(), (std::pair{0, 1}));
+  choose("Toggle Blink");
+  EXPECT_EQ(shown(), (std::pair{0, 0}));
+  choose("Toggle On");
+  choose("Toggle Blink");
+  press(PRESS_SRV);
+  EXPECT_EQ(shown(), (std::pair{0, 0}));
 }
 
 TEST_F(Diagnostics, WatchdogTest_CountsDownAndIsCancelledOrFails) {

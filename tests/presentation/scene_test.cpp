@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -18,8 +19,10 @@
 #include "playfield/paytable.h"
 #include "playfield/playfield.h"
 #include "playfield/workers.h"
+#include "presentation/attract.h"
 #include "presentation/debug_pages.h"
 #include "presentation/volume.h"
+#include "presentation/win_show_start.h"
 #include "tests/presentation/stage.h"
 
 namespace {
@@ -48,6 +51,10 @@ class Scene : public Stage {
 };
 
 TEST_F(Scene, DrawsLayersInOrder) {
+  game_clock.now_ms = 16000;
+  attract_step();
+  game_clock.now_ms = 100000;
+  win_show_start(SIDE_LEFT, 10);
   frog(FROG_RESTING);
   int log = 0;
   while (log < LANE_CELLS - 1 && lane_cells[1][log] == CELL_EMPTY) ++log;
@@ -69,12 +76,12 @@ TEST_F(Scene, DrawsLayersInOrder) {
   const std::vector<std::string> names = order(seen(scene_draw));
   std::size_t at = 0;
   for (const char* name :
-       {"bkdrop_lft",    "bkdrop_rt",      "riverfoam_1",  "riverfoam_2",    "anim_finish",
-        "anim_lilypad3", "lily_bonus_txt", "grass_lft",    "grass_rt",       "dpatch",
-        "dpatch2",       "anim_log3",      "anim_hearts",  "anim_butterfly", "anim_spark",
-        "anim_ctail1",   "anim_grn_rings", "anim_gfrog",   "shadow",         "plants1",
-        "plants6",       "anim_wdsign",    "anim_lngsign", "prsbtn_frog_up", "insertcoin_grn",
-        "msg1_bubble",   "ioerror"}) {
+       {"bkdrop_lft",     "bkdrop_rt",      "riverfoam_1",    "riverfoam_2",    "anim_finish",
+        "anim_lilypad3",  "lily_bonus_txt", "grass_lft",      "grass_rt",       "dpatch",
+        "dpatch2",        "anim_log3",      "anim_hearts",    "anim_butterfly", "anim_spark",
+        "anim_ctail1",    "anim_grn_rings", "anim_gfrog",     "shadow",         "plants1",
+        "plants6",        "anim_wdsign",    "anim_lngsign",   "lrg_lilypad",    "prsbtn_frog_up",
+        "insertcoin_grn", "msg1_bubble",    "anim_thumbs_up", "ioerror"}) {
     const auto found =
         std::find(names.begin() + static_cast<std::ptrdiff_t>(at), names.end(), name);
     ASSERT_NE(found, names.end()) << name;
@@ -114,49 +121,6 @@ TEST_F(Scene, GoingDownDrawsOnlyItsMessage) {
   EXPECT_EQ(places(drawn, "GOING DOWN FOR MAINTENANCE"), "680,384");
 }
 
-TEST_F(Scene, FoamMovesWithEachFrame) {
-  EXPECT_EQ(places(seen(foam_draw), "riverfoam_1"), "-473,68 0,68 473,68 946,68");
-  EXPECT_EQ(places(seen(foam_draw), "riverfoam_2"), "1359,68 886,68 413,68 -60,68");
-  for (int i = 2; i < 1279; ++i) foam_draw();
-  EXPECT_EQ(first(seen(foam_draw), "riverfoam_1").x, 0 - 473) << "the next tile takes its place";
-}
-
-TEST_F(Scene, LilyShowsCappedJackpotWithFadingCopy) {
-  prefs[PREF_MAXIMUM_TICKETS].int_value = 100;
-  std::vector<Drawn> drawn = seen(jackpot_lily_draw);
-  EXPECT_EQ(places(drawn, "lily_bonus_txt"), "310,-1 990,-1");
-  EXPECT_EQ(std::count_if(drawn.begin(), drawn.end(), [](auto& d) { return d.what == "100"; }), 8);
-  EXPECT_EQ(places(drawn, "100"), "299,28 296,25 299,29 296,26 979,28 976,25 979,29 976,26");
-  for (int i = 0; i < 140; ++i) drawn = seen(jackpot_lily_draw);
-  EXPECT_EQ(places(drawn, "100"), "299,29 296,26 979,29 976,26") << "the copy has faded out";
-  prefs[PREF_MAXIMUM_TICKETS].int_value = -5;  // from a damaged file
-  EXPECT_TRUE(has(seen(jackpot_lily_draw), "0"));
-  prefs[PREF_TICKET_USE].int_value = 0;
-  EXPECT_TRUE(seen(jackpot_lily_draw).empty());
-}
-
-TEST_F(Scene, FrogInPlayHasRingsAndTicketTag) {
-  Frog& f = frog(FROG_HOPPING);
-  f.total_tickets = 12;
-  f.ring_alpha = 90;
-  std::vector<Drawn> drawn = seen(frogs_draw);
-  EXPECT_EQ(places(drawn, "anim_grn_rings"), "80,184");
-  EXPECT_EQ(first(drawn, "anim_grn_rings").colour >> 24, 90U);
-  EXPECT_EQ(places(drawn, "anim_gfrog"), "212,184");
-  EXPECT_EQ(first(drawn, "anim_gfrog").colour >> 24, 255U) << "opaque unless it fades";
-  EXPECT_EQ(places(drawn, "ticket"), "356,352");
-  EXPECT_EQ(places(drawn, "12"), "405,407");
-  EXPECT_EQ(first(drawn, "12").colour, 0xC8DC2000U);
-  EXPECT_FALSE(has(drawn, "you_won_tck"));
-
-  f.state = FROG_FADING;
-  EXPECT_EQ(first(seen(frogs_draw), "anim_gfrog").colour >> 24, 200U);
-  prefs[PREF_TICKET_USE].int_value = 0;
-  drawn = seen(frogs_draw);
-  EXPECT_TRUE(has(drawn, "anim_gfrog"));
-  EXPECT_FALSE(has(drawn, "ticket"));
-}
-
 TEST_F(Scene, SunkenFrogShowsOnlyItsTickets) {
   Frog& f = frog(FROG_SINKING, FROG_HIDDEN);
   f.total_tickets = 150;
@@ -166,22 +130,6 @@ TEST_F(Scene, SunkenFrogShowsOnlyItsTickets) {
   EXPECT_EQ(places(drawn, "you_won_tck"), "292,284");
   EXPECT_EQ(first(drawn, "ticket").width, 512) << "twice its size";
   EXPECT_EQ(places(drawn, "150"), "377,396");
-}
-
-TEST_F(Scene, DemoFrogHasLabelAndNoRings) {
-  Frog& f = frog(FROG_RESTING, FROG_DEMO);
-  f.total_tickets = 5;
-  f.pulse = 33;
-  const std::vector<Drawn> drawn = seen(frogs_draw);
-  EXPECT_FALSE(has(drawn, "anim_grn_rings"));
-  EXPECT_EQ(places(drawn, "demo"), "276,376");
-  EXPECT_EQ(first(drawn, "demo").colour >> 24, 33U);
-  EXPECT_TRUE(has(drawn, "ticket"));
-  f.state = FROG_SINKING;
-  EXPECT_FALSE(has(seen(frogs_draw), "you_won_tck"));
-  f.state = FROG_WAITING;
-  f.flags = 0;
-  EXPECT_FALSE(has(seen(frogs_draw), "ticket")) << "a waiting frog has no tag";
 }
 
 TEST_F(Scene, GoldCellsGetRidersInOrder) {
@@ -201,6 +149,15 @@ TEST_F(Scene, GoldCellsGetRidersInOrder) {
   EXPECT_EQ(first(drawn, "pink_ticket").y, 96 - 2 - 64);
   // "20" where 45 is paid: x 0 - 4 - 7 * 2 * 2, y 96 + 1 - 22
   EXPECT_EQ(places(drawn, "20").substr(0, 13), "-32,75 -33,74");
+  paytable_row = PAYTABLE_ROWS - 1;
+  ASSERT_GE(tier2_value(), 100);
+  for (const auto& [most, place] : {std::pair{7, std::string("-11,86 -12,85")},
+                                    {99, "-18,86 -19,85"},
+                                    {100, "-25,86 -26,85"}}) {
+    gold_riders[0].scale = 1.0F;
+    prefs[PREF_MAXIMUM_TICKETS].int_value = most;
+    EXPECT_EQ(places(seen(lanes_draw), std::to_string(most)).substr(0, place.size()), place);
+  }
   int log = 0;
   while (gold_riders[log].lane != 3) ++log;
   EXPECT_EQ(gold_riders[log].y, 178 - 84);
@@ -213,26 +170,6 @@ TEST_F(Scene, CellNeverOnScreenHasNoRider) {
   int count = 0;
   for (const GoldRider& rider : gold_riders) count += rider.lane == 2 ? 1 : 0;
   EXPECT_EQ(count, 2) << "cells 0 and 4 of the eleven in view";
-}
-
-TEST_F(Scene, ButterflyShowsQuestionMarkThenItsValue) {
-  butterfly.state = BUTTERFLY_FLYING;
-  butterfly.x = 300.9F;
-  butterfly.y = 40;
-  butterfly.dx = -4;
-  butterfly.scale = 1.0F;
-  butterfly.alpha = 255;
-  std::vector<Drawn> drawn = seen(butterfly_draw);
-  EXPECT_EQ(places(drawn, "anim_butterfly"), "300,40");
-  EXPECT_EQ(places(drawn, "anim_cycleticket"), "272,112");
-  EXPECT_EQ(places(drawn, "?"), "323,126 321,124");
-  butterfly.state = BUTTERFLY_CAUGHT;
-  butterfly.value = 35;
-  drawn = seen(butterfly_draw);
-  EXPECT_FALSE(has(drawn, "anim_butterfly"));
-  EXPECT_EQ(places(drawn, "35"), "322,136 321,135");
-  butterfly.state = BUTTERFLY_PARKED;
-  EXPECT_TRUE(seen(butterfly_draw).empty());
 }
 
 TEST_F(Scene, ShowsTicketAndLinkFaults) {
@@ -278,6 +215,19 @@ TEST_F(Scene, DebugPagesListTheBooks) {
   EXPECT_EQ(places(drawn, "Bugs Per Game Left               1.500   2.500"), "16,96");
   EXPECT_EQ(places(drawn, "Time Per Game Left               1:23.50"), "16,320");
   EXPECT_EQ(places(drawn, "Time Per Game Right              "), "16,336");
+  const std::map<const char*, int> rows = {{"Butterflies", 128}, {"Bonuses", 160},
+                                           {"Bugs", 96},         {"Double Bonuses", 192},
+                                           {"Jackpots", 224},    {"Consolations", 272}};
+  for (const auto& [name, y] : rows) {
+    const auto side = [&, from = std::string(name)](const std::string& word) {
+      const auto it = std::ranges::find_if(drawn, [&](const Drawn& d) {
+        return d.what.starts_with(from + " Per Game " + word + " ");
+      });
+      return it == drawn.end() ? -1 : it->y;
+    };
+    EXPECT_EQ(side("Left"), y) << name;
+    EXPECT_EQ(side("Right"), y + 16) << name;
+  }
   audits[AUDIT_GAMES_PLAYED].count = -1;  // from a damaged file
   audits[AUDIT_TIME_TOTAL_PLAYED].time_ms = std::numeric_limits<std::int64_t>::min();
   drawn = seen(debug_page_draw);

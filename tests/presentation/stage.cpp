@@ -121,7 +121,8 @@ std::vector<Drawn> Stage::seen(void (*draw)()) {
                        picture ? cell(quad) : 0, (quad.x[0] + quad.x[2]) / 2.0F,
                        (quad.y[0] + quad.y[2]) / 2.0F,
                        std::atan2(quad.y[0] - quad.y[1], quad.x[1] - quad.x[0]) * 180.0F /
-                           std::numbers::pi_v<float>});
+                           std::numbers::pi_v<float>,
+                       static_cast<int>(quad.y[2] - quad.y[0]), quad.colour[2]});
     }
     last = glyph ? &quad : nullptr;
   }

@@ -17,6 +17,8 @@ struct Drawn {
   bool mirrored;                   // left to right
   int cell;                        // of a sheet
   float middle_x, middle_y, turn;  // degrees
+  int height;
+  std::uint32_t last_colour;  // of the lower corners
 };
 
 class Stage : public testing::Test {

@@ -1,0 +1,194 @@
+// Every screen of operator mode and of the boot check, whole: tests/operator/screens.txt has all
+// that is drawn, in its order. A row is a run of things of one kind that stand in even steps: the
+// first one's place, the step, how many they are, their size and colours, and their texts.
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "books/audits.h"
+#include "books/prefs.h"
+#include "frame/game_clock.h"
+#include "frame/game_mode.h"
+#include "frame/render_frame.h"
+#include "io/jamma.h"
+#include "operator/boot_check.h"
+#include "operator/menu.h"
+#include "platform/files.h"
+#include "tests/operator/desk.h"
+
+namespace {
+
+constexpr const char* BOOK = "tests/operator/screens.txt";
+
+struct Place {
+  int x, y;
+  bool operator==(const Place&) const = default;
+};
+Place operator-(const Place& a, const Place& b) {
+  return {a.x - b.x, a.y - b.y};
+}
+
+struct Run {
+  std::string look;  // size and colours
+  std::vector<Place> places;
+  std::string texts;
+};
+
+std::string look_of(const Drawn& d) {
+  char text[64];
+  std::snprintf(text, sizeof text, "%dx%d %08X", d.width, d.height, d.colour);
+  std::string look = text;
+  std::snprintf(text, sizeof text, "-%08X", d.last_colour);
+  return look + (d.last_colour != d.colour ? text : "");
+}
+
+std::vector<Run> runs_of(const std::vector<Drawn>& drawn) {
+  std::vector<Run> runs;
+  for (const Drawn& d : drawn) {
+    const std::string look = look_of(d), text = d.what == "rectangle" ? "" : d.what + "|";
+    const Place place{d.x, d.y};
+    Run* last = runs.empty() ? nullptr : &runs.back();
+    if (last != nullptr && last->look == look && last->texts.empty() == text.empty()) {
+      const std::size_t n = last->places.size();
+      if (n == 1 || place - last->places[n - 1] == last->places[1] - last->places[0]) {
+        last->places.push_back(place);
+        last->texts += text;
+        continue;
+      }
+    }
+    runs.push_back({look, {place}, text});
+  }
+  return runs;
+}
+
+std::string written(const std::vector<Drawn>& drawn) {
+  std::string page;
+  for (const Run& run : runs_of(drawn)) {
+    char text[96];
+    const Place first = run.places[0];
+    const Place step = run.places.size() > 1 ? run.places[1] - first : Place{0, 0};
+    std::snprintf(text, sizeof text, "%d,%d", first.x, first.y);
+    page += text;
+    std::snprintf(text, sizeof text, " %+d,%+d *%zu", step.x, step.y, run.places.size());
+    if (run.places.size() > 1) page += text;
+    page += " " + run.look + (run.texts.empty() ? "" : " |" + run.texts) + "\n";
+  }
+  return page;
+}
+
+class Screens : public Desk {
+ protected:
+  Screens() {
+    version_record = {"LILY 1.23", "LINUX 12"};
+    build_stamp = {"May 17 2012", "10:20:53"};
+    for (int row = 0; row < AUDIT_COUNT; ++row) {
+      audits[row].count = row * 100;
+      audits[row].time_ms = row * 3600000LL + 61500;
+    }
+    for (JammaCounter counter : {COUNTER_P2S, COUNTER_C1, COUNTER_VLD})
+      jamma_fake.inputs.counters[counter] = 1;
+    jamma_fake.inputs.dips = 0x85;
+  }
+
+  void take(const std::string& name, const std::vector<Drawn>& drawn) {
+    book += "== " + name + "\n" + written(drawn);
+  }
+  // The screen that these rows lead to, and then that after each press of Test.
+  void visit(const std::vector<std::string>& way, int presses = 0, void (*draw)() = render_frame) {
+    enter();
+    std::string name = "Main Menu";
+    for (const std::string& row : way) {
+      choose(row);
+      name += ", " + row;
+    }
+    tick();
+    for (int press_number = 0; press_number <= presses; ++press_number) {
+      take(name + (press_number == 0 ? "" : ", Test " + std::to_string(press_number)), seen(draw));
+      press(PRESS_TST);
+    }
+  }
+  // A menu, and the lists that its rows open beside the same page.
+  void visit_lists(const std::string& menu, const std::vector<std::string>& rows) {
+    visit({menu});
+    for (const std::string& row : rows) visit({menu, row}, 0, menu_draw);
+  }
+
+  // The boot check's screen as it is drawn last with these files installed.
+  void visit_boot_check(const std::string& name, const std::function<void()>& install) {
+    static std::vector<Drawn> last;
+    static int frames = 0;
+    frames = 0;
+    TempFolder program;
+    files_use_roots(drive.path(), program.path());
+    folder = program.path();
+    install();
+    prefs[PREF_CHECK_CRC].int_value = 1;
+    struct Enough {};
+    try {
+      boot_check_and_version([] {
+        last = seen(crc_check_draw);
+        if (++frames == 3) throw Enough();  // a bad installation shows it for ever
+      });
+    } catch (const Enough&) {
+    }
+    take(name, last);
+    game_mode = MODE_OPERATOR;
+  }
+
+  std::string book, folder;
+};
+
+TEST_F(Screens, AreAsTheBookShowsThem) {
+  visit({});
+  visit({"Diagnostics"});
+  for (const char* test : {"Switch", "Dip", "Lamp", "LED", "Sound", "Coin", "Ticket"})
+    visit({"Diagnostics", test});
+  visit({"Diagnostics", "Monitor"}, 5);
+  visit({"Diagnostics", "Watchdog"}, 2);
+  visit_lists("Coin/Game", {"Freeplay", "Coin Lockout", "Currency Type", "Coin Value",
+                            "Coins To Play", "Frogs Per Game", "Coins Per Swipe", "Timeout"});
+  visit_lists("Payout", {"Ticket Use", "Fixed Ticket ", "Payout Percent", "Ticket Value", "Minimum",
+                         "Maximum", "Bonus Value", "Boost Bonus", "Two Point"});
+  for (const auto& [tickets, fixed] : {std::pair{1, 1}, {0, 1}, {0, 0}}) {
+    prefs[PREF_TICKET_USE].int_value = tickets;
+    prefs[PREF_FIXED_TICKET].int_value = fixed;
+    book +=
+        "Ticket Use " + std::to_string(tickets) + ", Fixed Ticket " + std::to_string(fixed) + "\n";
+    visit({"Payout"}, 0, menu_draw);
+  }
+  visit({"Audits"});
+  for (const char* page : {"System", "Coin", "Payout", "Game"}) visit({"Audits", page});
+  visit_lists("Resets", {"Clear Coins", "Clear Tickets", "Reset Audits", "Reset Adjustments",
+                         "Factory Restore", "CRC Check"});
+  visit({"Volume"});
+  visit({"Attract Volume"});
+  visit_boot_check("Boot check, no list", [] {});
+  visit_boot_check("Boot check, no file",
+                   [this] { std::ofstream(folder + "/lhpcrc.txt") << "a.bin 1 1\n"; });
+  visit_boot_check("Boot check, damaged file", [this] {
+    std::ofstream(folder + "/lhpcrc.txt") << "a.bin 1 1\n";
+    std::ofstream(folder + "/a.bin") << "x";
+  });
+
+  std::ifstream file(BOOK, std::ios::binary);
+  const std::string known{std::istreambuf_iterator<char>(file), {}};
+  if (book == known) return;
+  const std::string now = testing::TempDir() + "screens.txt";
+  std::ofstream(now, std::ios::binary) << book;
+  std::size_t at = 0;
+  while (at < book.size() && at < known.size() && book[at] == known[at]) ++at;
+  const std::size_t section = book.rfind("== ", at);
+  FAIL() << "another screen than in " << BOOK << "; all of them as they are now: " << now << "\n"
+         << book.substr(section, book.find("\n== ", at) - section);
+}
+
+}  // namespace
