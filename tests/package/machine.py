@@ -11,6 +11,7 @@ import time
 CGROUPS = pathlib.Path("/sys/fs/cgroup")
 GROUP = CGROUPS / f"lilyhop-package-{os.getpid()}"
 HAS_SYSTEMD = pathlib.Path("/run/systemd/system").is_dir()
+ASKS_FOR_REBOOT = 133  # the container's exit code, where no systemd starts it again
 SCREEN = """Section "Device"
   Identifier "Card"
   Driver "dummy"
@@ -110,9 +111,11 @@ class Machine:
                            stderr=log, preexec_fn=join_group)
 
     def boot(self, *binds):
+        # On the host's network its screen would meet this machine's own, or that of a second run.
         with open(self.log, "a") as log:
             self.container = subprocess.Popen(
-                self.nspawn("--boot", "--console=read-only", "--capability=CAP_SYS_RESOURCE", *(f"--bind={bind}" for bind in binds)),
+                self.nspawn("--boot", "--console=read-only", "--private-network", "--capability=CAP_SYS_RESOURCE",
+                            *(f"--bind={bind}" for bind in binds)),
                 stdin=subprocess.DEVNULL, stdout=log, stderr=log, preexec_fn=join_group)
         if not until(lambda: self.ask("systemctl is-system-running --wait").strip() in ("running", "degraded"), 60):
             raise Cannot("systemd doesn't boot in a container here; the log is " + str(self.log) + ".")
@@ -142,7 +145,25 @@ class Machine:
         self.container.wait(timeout=60)
         self.container = None
 
+    def rebooted(self, leader):
+        """Waits until the system has gone down for a reboot, whose first process was `leader`. Where systemd
+        runs, the container is booted again by itself; it is ended then, to be booted as any other time."""
+        def gone():
+            with contextlib.suppress(OSError, IndexError):
+                return self.container.poll() == ASKS_FOR_REBOOT or self.leader() != leader
+            return False
+
+        done = until(gone, 60)
+        self.end()
+        return done
+
     def close(self):
+        self.end()
+        if os.path.ismount(self.root):
+            run("umount", self.root)
+        self.image.unlink(missing_ok=True)
+
+    def end(self):
         if self.container:
             self.container.send_signal(signal.SIGTERM)
             try:
@@ -150,9 +171,7 @@ class Machine:
             except subprocess.TimeoutExpired:
                 self.container.kill()
                 self.container.wait()
-        if os.path.ismount(self.root):
-            run("umount", self.root)
-        self.image.unlink(missing_ok=True)
+            self.container = None
 
 
 def join_group():
