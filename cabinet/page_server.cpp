@@ -230,7 +230,7 @@ std::string page_server_refuses(const std::string& host, const std::string& orig
   return {};
 }
 
-PageServer* page_server_start(PageSources sources, int port, std::string& error) {
+PageServer* page_server_start(const PageSources& sources, int port, std::string& error) {
   std::unique_ptr<PageServer> server = bound_server(sources, port < 0 ? PAGE_PORT : port);
   if (!server && port < 0) server = bound_server(sources, 0);
   if (!server) {

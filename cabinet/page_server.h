@@ -21,7 +21,7 @@ constexpr int PAGE_PORT = 8768;  // if it is free and no other was requested
 
 // Binds the loopback address: to `port`, to any free port for 0, or, if it is negative, to
 // PAGE_PORT or any free one. Returns null with a text in `error`.
-PageServer* page_server_start(PageSources sources, int port, std::string& error);
+PageServer* page_server_start(const PageSources& sources, int port, std::string& error);
 
 // Ends all threads; close the link first.
 void page_server_stop(PageServer* server);
