@@ -14,7 +14,7 @@ struct AppWindow {
 
 extern AppWindow app_window;
 
-// Chooses the display mode: "-fullscreen", "-fs" and seven sizes; anything else is ignored, a later
+// Chooses the display mode: "-fullscreen", "-fs" and the sizes; anything else is ignored, a later
 // word overrides an earlier one.
 void app_parse_command_line(const char* line);
 
