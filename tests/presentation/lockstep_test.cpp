@@ -137,7 +137,7 @@ class AttractLockstep : public Lockstep {
     if (what == 0) prefs[PREF_TICKET_USE].int_value = once_in(3) ? 0 : 1;
     if (what == 1) prefs[PREF_FIXED_TICKET].int_value = once_in(3) ? 1 : 0;
     if (what == 2) prefs[PREF_COINS_TO_PLAY].int_value = die(2);
-    if (what == 3) prefs[PREF_MAXIMUM_TICKETS].int_value = one_of<int>({7, 42, 250, 1250});
+    if (what == 3) prefs[PREF_MAXIMUM_TICKETS].int_value = one_of<int>({7, 42, 100, 250, 1250});
     if (what == 4) audits[AUDIT_CURRENT_CREDITS + side].count = once_in(4) ? 1 : 0;
     if (what == 5) stations[side].frogs[0].state = once_in(4) ? FROG_HOPPING : FROG_FREE;
     if (what != 6) return;

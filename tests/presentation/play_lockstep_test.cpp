@@ -46,7 +46,7 @@ class PlayLockstep : public Lockstep {
   }
   std::int64_t some_ms() {
     return one_of<std::int64_t>({0, 1, 1999, 2000, 2001, 2999, 3000, 3001, 4999, 5000, 5001, 5999,
-                                 6000, 8999, 9000, die(20000)});
+                                 6000, 7999, 8000, 8999, 9000, 11000, die(20000)});
   }
 
   // The signs.

@@ -52,14 +52,14 @@ char character(const DisplayQuad& quad) {
   return GLYPHS[row * 16 + column];
 }
 
-// Which cell of its sheet a picture is.
+// Which cell of its sheet a picture is; of another picture, where in its file it begins.
 int cell(const DisplayQuad& quad) {
   const auto sheet = static_cast<int>(quad.texture - FIRST_PICTURE) - PANEL_FIRST_SHEET;
-  if (sheet < 0 || sheet >= SHEET_COUNT) return 0;
+  const auto x = std::lround(std::min(quad.u[0], quad.u[1]) * 4096.0F);
+  const auto y = std::lround(quad.v[0] * 4096.0F);
+  if (sheet < 0 || sheet >= SHEET_COUNT) return static_cast<int>(x + y);
   const int columns = sheets[sheet].columns;
-  const auto column = std::lround(std::min(quad.u[0], quad.u[1]) * 4096.0F) / (4096 / columns);
-  const auto row = std::lround(quad.v[0] * 4096.0F) / (4096 / sheets[sheet].rows);
-  return static_cast<int>(row * columns + column);
+  return static_cast<int>(y / (4096 / sheets[sheet].rows) * columns + x / (4096 / columns));
 }
 
 // Does the glyph go on a line that ends with `last`?

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -295,39 +296,40 @@ TEST_F(TickOrder, LaunchesDemoFrogsInAttractOrByTimeout) {
                                END}));
 }
 
+// States of the game at random, and each timer beside its rule.
 TEST_F(TickOrder, TimersGrowByTheStepAndReset) {
-  tick(100);
-  tick(150);
-  EXPECT_EQ(tick_timers.idle_both_ms, 150);
-  EXPECT_EQ(tick_timers.no_money_ms, 150);
-  EXPECT_EQ(tick_timers.credit_wait_ms[0], 0);
-  EXPECT_EQ(tick_timers.since_award_ms[0], 0);
-
-  audits[AUDIT_CURRENT_CREDITS + 1].count = 1;
-  tick_timers.award_done[1] = 1;
-  state.idle[0] = false;
-  tick(200);
-  EXPECT_EQ(tick_timers.idle_both_ms, 0);
-  EXPECT_EQ(tick_timers.idle_ms[0], 0);
-  EXPECT_EQ(tick_timers.idle_ms[1], 200);
-  EXPECT_EQ(tick_timers.no_money_ms, 0);
-  EXPECT_EQ(tick_timers.credit_wait_ms[0], 0);
-  EXPECT_EQ(tick_timers.credit_wait_ms[1], 50);
-  EXPECT_EQ(tick_timers.since_award_ms[1], 50);
-
-  state.show[1] = true;  // a show holds the wait at 0, and so does free play
-  tick(250);
-  EXPECT_EQ(tick_timers.credit_wait_ms[1], 0);
-  state.show[1] = false;
-  prefs[PREF_FREEPLAY].int_value = 1;
-  tick(300);
-  EXPECT_EQ(tick_timers.credit_wait_ms[0], 0);
-  EXPECT_EQ(tick_timers.credit_wait_ms[1], 0);
-  tick_timers.award_done[0] = 1;
-  tick_timers.award_done[1] = 0;
-  tick(350);
-  EXPECT_EQ(tick_timers.since_award_ms[0], 50);
-  EXPECT_EQ(tick_timers.since_award_ms[1], 0);
+  std::mt19937 dice(1);
+  const auto once_in = [&dice](unsigned times) { return dice() % times == 0; };
+  std::int64_t now = 0, both = 0, no_money = 0, idle[2] = {}, wait[2] = {}, since[2] = {};
+  prefs[PREF_TIMEOUT_SECONDS].int_value = -1;
+  for (int i = 0; i < 4000; ++i) {
+    const auto side = static_cast<int>(dice() % 2);
+    if (once_in(10)) state.idle[side] = !once_in(3);
+    if (once_in(10)) state.show[side] = once_in(4);
+    if (once_in(10)) audits[AUDIT_CURRENT_CREDITS + side].count = once_in(4) ? 1 : 0;
+    if (once_in(10)) audits[AUDIT_CURRENT_COINS + side].count = once_in(4) ? 1 : 0;
+    if (once_in(10)) tick_timers.award_done[side] = once_in(2) ? 1 : 0;
+    if (once_in(10)) prefs[PREF_FREEPLAY].int_value = once_in(4) ? 1 : 0;
+    const int dt = 17 + static_cast<int>(dice() % 5);
+    tick(now += dt);
+    const auto grow = [dt](std::int64_t& timer, bool grows) { timer = grows ? timer + dt : 0; };
+    bool money = false;
+    grow(both, state.idle[0] && state.idle[1]);
+    for (int s = 0; s < 2; ++s) {
+      const bool credit = audits[AUDIT_CURRENT_CREDITS + s].count > 0;
+      money = money || credit || audits[AUDIT_CURRENT_COINS + s].count > 0;
+      grow(idle[s], state.idle[s]);
+      grow(since[s], tick_timers.award_done[s] != 0);
+      if (credit) wait[s] += dt;
+      if (state.show[s] || prefs[PREF_FREEPLAY].int_value == 1) wait[s] = 0;
+      ASSERT_EQ(tick_timers.idle_ms[s], idle[s]) << i;
+      ASSERT_EQ(tick_timers.credit_wait_ms[s], wait[s]) << i;
+      ASSERT_EQ(tick_timers.since_award_ms[s], since[s]) << i;
+    }
+    grow(no_money, !money);
+    ASSERT_EQ(tick_timers.idle_both_ms, both) << i;
+    ASSERT_EQ(tick_timers.no_money_ms, no_money) << i;
+  }
 }
 
 TEST_F(TickOrder, TickIsDueEvery17Milliseconds) {
