@@ -1,30 +1,13 @@
-#include <algorithm>
 #include <cstdint>
-#include <cstdio>
 #include <map>
 #include <mutex>
 #include <string>
 #include <thread>
 #include <utility>
-#include <vector>
 
 #include "tests/io/link_fixture.h"
 
-class Outputs : public LinkTest {
- protected:
-  // Runs for a time and notes when each frame reached the wire, but for the status queries.
-  std::vector<std::pair<int, std::string>> watch(int ms) {
-    std::vector<std::pair<int, std::string>> seen;
-    for (int at = 1; at <= ms; ++at) {
-      run(1);
-      for (const std::string& frame : sent()) {
-        if (frame != "s") seen.emplace_back(at, frame);
-      }
-    }
-    return seen;
-  }
-};
-using Seen = std::vector<std::pair<int, std::string>>;
+class Outputs : public LinkTest {};
 
 TEST_F(Outputs, SendsQueriesAndLampsAtBringUp) {
   EXPECT_EQ(start_frames, (Frames{"c", "C0081", "v", "S", "P0000", "P2000", "P3000", "P5000",
@@ -52,13 +35,6 @@ TEST_F(Outputs, UsesChecksumsBothWays) {
   EXPECT_EQ(jamma_checksum_failures - failures, 1u);
   feed("\nt0001\r\nt0000\r\nt0000\r");
   EXPECT_EQ(sent(), Frames{"U01CD"}) << "once";
-}
-
-constexpr char STATUS[] = "s00ffffff00";
-
-Frames ticket_frames(Frames frames) {
-  std::erase_if(frames, [](const std::string& frame) { return frame[0] != 'T'; });
-  return frames;
 }
 
 TEST_F(Outputs, KeepsTicketsClearedDuringBoardRestart) {

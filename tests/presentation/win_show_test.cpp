@@ -1,12 +1,10 @@
 // A jackpot's show between the threads, and what it blocks.
 #include "presentation/win_show.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <vector>
 
-#include "books/prefs.h"
 #include "frame/game_clock.h"
 #include "frame/ticket_status.h"
 #include "playfield/frog_queue.h"
