@@ -36,7 +36,7 @@ void jamma_presses_count() {
   for (int press = 0; press < PRESS_COUNT; ++press) {
     JammaPresses::Input& row = presses.inputs[press];
     const std::uint32_t half = inputs->counters[COUNTERS[press]] >> 1;
-    if (half == row.last) continue;
+    if (row.last >= half) continue;
     row.pending += half - row.last;
     row.last = half;
   }
