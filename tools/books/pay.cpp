@@ -4,17 +4,17 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdio>
-#include <cstdlib>
+#include <exception>
 #include <fstream>
-#include <sstream>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
 #include <string_view>
-#include <utility>
 
 #include "tools/books/moment.h"
 
-namespace {
+using nlohmann::json;
 
-constexpr std::string_view HEAD = "Lily Hop pay 1";
+namespace {
 
 // --- the test ---------------------------------------------------------------------------------
 
@@ -96,30 +96,31 @@ std::string formatted(const char* format, double value) {
   return text;
 }
 
-// The pairs of an object `"1": 20, "2": 135`.
-bool read_histogram(std::string_view json, const std::string& name,
-                    std::map<int, std::int64_t>& histogram) {
-  const std::size_t at = json.find('"' + name + "\": {");
-  if (at == std::string_view::npos) return false;
-  const std::size_t begin = json.find('{', at), end = json.find('}', at);
-  if (end == std::string_view::npos) return false;
-  std::string text(json.substr(begin + 1, end - begin - 1));
-  std::ranges::replace_if(
-      text, [](char letter) { return letter == '"' || letter == ':' || letter == ','; }, ' ');
-  std::istringstream numbers(text);
-  int won = 0;
-  std::int64_t count = 0;
-  while (numbers >> won >> count) histogram[won] = count;
-  return !histogram.empty();
+constexpr const char* HISTOGRAMS[SIDE_COUNT] = {"histogram_left", "histogram_right"};
+
+// A player as the lab writes it; throws if it isn't one.
+PayPlayer player_of(const json& lab) {
+  PayPlayer player;
+  player.name = lab.at("player").get<std::string>();
+  player.half_width = lab.at("tickets_per_frog").at("half_width_95").get<double>();
+  for (int side = 0; side < SIDE_COUNT; ++side) {
+    for (const auto& [won, count] : lab.at(HISTOGRAMS[side]).items()) {
+      player.frogs[side][std::stoi(won)] = count.get<std::int64_t>();
+    }
+    if (player.frogs[side].empty()) throw std::invalid_argument("no frogs");
+  }
+  return player;
 }
 
-std::string histogram_text(const char* name, const std::map<int, std::int64_t>& histogram) {
-  std::string text = std::string("\"") + name + "\": {";
-  for (const auto& [won, count] : histogram) {
-    text +=
-        (text.back() == '{' ? "\"" : ", \"") + std::to_string(won) + "\": " + std::to_string(count);
+json json_of(const PayPlayer& player) {
+  json lab = {{"player", player.name},
+              {"tickets_per_frog", {{"half_width_95", player.half_width}}}};
+  for (int side = 0; side < SIDE_COUNT; ++side) {
+    for (const auto& [won, count] : player.frogs[side]) {
+      lab[HISTOGRAMS[side]][std::to_string(won)] = count;
+    }
   }
-  return text + "}";
+  return lab;
 }
 
 bool is_volume(std::string_view setting) {
@@ -192,50 +193,39 @@ std::string pay_settings(const Prefs& table) {
   return text;
 }
 
-bool pay_player_read(const std::string& json, PayPlayer& player) {
-  const auto behind = [&](const std::string& name) {
-    const std::size_t at = json.find('"' + name + "\": ");
-    return at == std::string::npos ? nullptr : json.c_str() + at + name.size() + 4;
-  };
-  const char* const name = behind("player");
-  const char* const half_width = behind("half_width_95");
-  if (name == nullptr || *name != '"' || half_width == nullptr) return false;
-  const std::string_view rest(name + 1);
-  player.name = rest.substr(0, rest.find('"'));
-  player.half_width = std::strtod(half_width, nullptr);
-  return read_histogram(json, "histogram_left", player.frogs[SIDE_LEFT]) &&
-         read_histogram(json, "histogram_right", player.frogs[SIDE_RIGHT]);
+bool pay_player_read(const std::string& text, PayPlayer& player) {
+  try {
+    player = player_of(json::parse(text));
+    return true;
+  } catch (const std::exception&) {
+    return false;
+  }
 }
 
 PayFile pay_read(const std::string& path) {
   PayFile file;
   std::ifstream stream(path);
-  std::string line;
-  if (!std::getline(stream, line) || line != HEAD) return file;
-  std::getline(stream, file.settings);
-  std::string word;
-  stream >> word >> file.result.p >> file.result.frogs >> file.result.utc_ms;
-  for (int verdict = 0; verdict < PAY_VERDICTS; ++verdict) {
-    if (word == PAY_WORDS[verdict]) file.result.verdict = static_cast<PayVerdict>(verdict);
+  try {
+    const json kept = json::parse(stream);
+    file.settings = kept.at("settings").get<std::string>();
+    const std::string verdict = kept.at("verdict").get<std::string>();
+    for (int word = 0; word < PAY_VERDICTS; ++word) {
+      if (verdict == PAY_WORDS[word]) file.result.verdict = static_cast<PayVerdict>(word);
+    }
+    file.result.p = kept.at("p").get<double>();
+    file.result.frogs = kept.at("frogs").get<std::int64_t>();
+    file.result.utc_ms = kept.at("utc_ms").get<std::int64_t>();
+    for (const json& player : kept.at("players")) file.players.push_back(player_of(player));
+    return file;
+  } catch (const std::exception&) {
+    return {};
   }
-  std::getline(stream, line);
-  while (std::getline(stream, line)) {
-    PayPlayer player;
-    if (!pay_player_read(line, player)) return {};
-    file.players.push_back(std::move(player));
-  }
-  return file;
 }
 
 std::string pay_write(const std::string& path, const PayFile& file) {
-  std::string text = std::string(HEAD) + '\n' + file.settings + '\n';
-  text += std::string(PAY_WORDS[file.result.verdict]) + ' ' + formatted("%.9g", file.result.p) +
-          ' ' + std::to_string(file.result.frogs) + ' ' + std::to_string(file.result.utc_ms) + '\n';
-  for (const PayPlayer& player : file.players) {
-    text += R"({"player": ")" + player.name + R"(", "half_width_95": )" +
-            formatted("%.9g", player.half_width) + ", " +
-            histogram_text("histogram_left", player.frogs[SIDE_LEFT]) + ", " +
-            histogram_text("histogram_right", player.frogs[SIDE_RIGHT]) + "}\n";
-  }
-  return file_replace(path, text);
+  json kept = {{"settings", file.settings},    {"verdict", PAY_WORDS[file.result.verdict]},
+               {"p", file.result.p},           {"frogs", file.result.frogs},
+               {"utc_ms", file.result.utc_ms}, {"players", json::array()}};
+  for (const PayPlayer& player : file.players) kept["players"].push_back(json_of(player));
+  return file_replace(path, kept.dump() + '\n');
 }

@@ -54,4 +54,4 @@ PayFile pay_read(const std::string& path);
 std::string pay_write(const std::string& path, const PayFile& file);
 
 // From the lab's JSON. False if it isn't one.
-bool pay_player_read(const std::string& json, PayPlayer& player);
+bool pay_player_read(const std::string& text, PayPlayer& player);
