@@ -99,6 +99,21 @@ TEST_F(BooksTool, GameIsToldAsAStory) {
   EXPECT_EQ(table_csv(games_table(all.games)).substr(0, 33), "side,game,boot,paid_by,paid,launc");
 }
 
+TEST_F(BooksTool, CancelledPaperHasNotComeOut) {
+  const std::string all(A_GAME);
+  const Ledger cleared =
+      ledger(all.substr(0, all.find("2026-11-25T10:01:12")) +
+             "2026-11-25T10:01:10.000Z 3 paper side=left owed=10 queued=0\n"
+             "2026-11-25T10:01:11.000Z 3 tickets-cleared side=left owed=10 queued=0\n"
+             "2026-11-25T10:01:11.100Z 3 paper side=left owed=0 queued=0\n");
+  EXPECT_EQ(cleared.paper[SIDE_LEFT].out, 4);
+  EXPECT_EQ(cleared.paper[SIDE_LEFT].told, 4);
+  EXPECT_EQ(cleared.paper[SIDE_LEFT].owed, 0);
+  EXPECT_TRUE(game_story(cleared.games[0]).ends_with("The rest of the paper was cancelled."))
+      << game_story(cleared.games[0]);
+  EXPECT_TRUE(cleared.findings.empty());
+}
+
 TEST_F(BooksTool, MissingCoinInBooksIsWrongIfItCouldBeStored) {
   books_at(5, 0, 5, 64);
   EXPECT_EQ(found(A_GAME, true), Texts({"left: coins: the books have 5, by the journal it is 6"}));

@@ -156,11 +156,14 @@ std::string counter_name(const AuditRow& row) {
 
 std::string file_replace(const std::string& path, const std::string& text) {
   const std::string temporary = path + ".new";
-  std::ofstream stream(temporary, std::ios::binary);
-  stream << text;
-  stream.close();
-  if (stream && std::rename(temporary.c_str(), path.c_str()) == 0) return {};
-  return path + ": can't be written: " + std::strerror(errno);
+  std::FILE* const file = std::fopen(temporary.c_str(), "wb");
+  int error = file == nullptr ? errno : 0;
+  if (file != nullptr) {
+    if (std::fwrite(text.data(), 1, text.size(), file) != text.size()) error = errno;
+    if (std::fclose(file) != 0 && error == 0) error = errno;
+  }
+  if (error == 0 && std::rename(temporary.c_str(), path.c_str()) != 0) error = errno;
+  return error == 0 ? std::string() : path + ": can't be written: " + std::strerror(error);
 }
 
 Collection collection_read(const std::string& path) {

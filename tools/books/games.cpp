@@ -46,6 +46,7 @@ std::string outcome(const Game& game) {
   text += ".";
   if (game.paper == 0) return text;
   if (!game.told) return text + " There was no board to pay them.";
+  if (game.cancelled) return text + " The rest of the paper was cancelled.";
   if (game.paper_ms == 0) return text + " The paper is not all out.";
   return text + " The paper was out at " + hour(game.paper_ms) + ".";
 }

@@ -59,6 +59,7 @@ class Replay {
   void restored(const JournalLine& line);
   void paper(const JournalLine& line);
   void cleared(const JournalLine& line);
+  void tickets_cleared(const JournalLine& line);
   void lost(const JournalLine& line);
 
   Ledger& ledger;
@@ -254,7 +255,7 @@ void Replay::lost(const JournalLine& line) {
 
 void Replay::settle_paper(int side) {
   for (auto game = ledger.games.rbegin(); game != ledger.games.rend(); ++game) {
-    if (game->side != side || game->paper == 0 || !game->told) continue;
+    if (game->side != side || game->paper == 0 || !game->told || game->cancelled) continue;
     const bool out = game->paper_end <= ledger.paper[side].out;
     if (out && game->paper_ms != 0) return;  // and so are all before it
     game->paper_ms = out ? now_ms : 0;
@@ -320,6 +321,17 @@ void Replay::paper(const JournalLine& line) {
   settle_paper(side);
 }
 
+// What is owed is no longer told, and doesn't come out.
+void Replay::tickets_cleared(const JournalLine& line) {
+  const int side = side_of(line);
+  PaperCounts& counts = ledger.paper[side];
+  for (Game& game : ledger.games) {
+    if (game.side == side && game.paper_end > counts.out) game.cancelled = true;
+  }
+  counts.told -= counts.owed;
+  counts.owed = 0;
+}
+
 void Replay::take(const JournalLine& line) {
   now_ms = line.utc_ms;
   switch (line.kind) {
@@ -356,6 +368,9 @@ void Replay::take(const JournalLine& line) {
       break;
     case JOURNAL_CREDITS_CLEARED:
       cleared(line);
+      break;
+    case JOURNAL_TICKETS_CLEARED:
+      tickets_cleared(line);
       break;
     case JOURNAL_LOST:
       lost(line);

@@ -37,6 +37,7 @@ struct Game {
   std::string award;
   std::int64_t purse = 0, capped = 0, tickets = 0, paper = 0;
   bool told = true;            // the board was told of the paper
+  bool cancelled = false;      // the operator has cleared what was owed
   std::int64_t paper_end = 0;  // of the side's paper, this game's is the part up to here
   std::int64_t paper_ms = 0;   // when all of it was out; 0: not yet
   GameState state = GAME_FLYING;
