@@ -14,14 +14,13 @@ import time
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "tests" / "page"))
 from cabinet import Cabinet  # noqa: E402
 from random_presses import Machine, Wrong  # noqa: E402
+import restart_in_payout as payout  # noqa: E402
 
 SIDES = ("left", "right")
 PULLS = {"jam {}": "clear-jam {}", "empty {}": "refill {}", "unplug": "plug"}
 MENDED = ["plug"] + [mend.format(side) for mend in ("clear-jam {}", "refill {}") for side in SIDES]
 WAIT_S = 120  # for the frogs of all credits
-# What a kill may take: a coin whose frame is on its way, a launch and its win since the last store, and
-# tickets between the books and the board. docs/decisions.md has them.
-STORED_S = 0.5
+STORED_S = 0.5  # a kill may take a coin whose frame is on its way
 FLIGHT_S = 12  # of a frog, at most
 PAPER_S = 20
 
@@ -30,13 +29,8 @@ def sums(machine, name):
     return int(sum(machine.audit(f"{name} {side.capitalize()}") for side in SIDES))
 
 
-def board(machine, name):
-    return int(sum(machine.reading(f"{name} {side}") for side in SIDES))
-
-
 def wait(machine, what, holds):
-    if not machine.until(holds, WAIT_S):
-        raise Wrong(f"not within {WAIT_S} s: {what}")
+    payout.wait(machine, what, holds, WAIT_S)
 
 
 def takes_coins(machine):
@@ -68,7 +62,7 @@ def settle(machine):
     for _ in range(5):
         wait(machine, "no credit is left", lambda: sums(machine, "Current Credits") == 0)
         time.sleep(FLIGHT_S)
-        if machine.until(lambda: board(machine, "owed") == 0, PAPER_S):
+        if machine.until(lambda: payout.owed_by_board(machine) == 0, PAPER_S):
             time.sleep(1)
             return put_in
         for side in SIDES:
@@ -79,8 +73,8 @@ def settle(machine):
 
 
 def one_run(machine, chance, drive, out):
-    coins, paper, games = sums(machine, "Coin Drops"), board(machine, "tickets"), sums(machine, "Games Played")
-    tickets = sums(machine, "Tickets")
+    coins, paper, games = sums(machine, "Coin Drops"), payout.paper(machine), sums(machine, "Games Played")
+    tickets = payout.awarded(machine)
     put_in, doubtful = play(machine, chance, chance.uniform(4, 25))
     end = chance.choice(("kill", "kill", "quit"))
     machine.do(f"{end} game")
@@ -91,16 +85,15 @@ def one_run(machine, chance, drive, out):
     machine.do("start game")
     wait(machine, "it takes coins", lambda: takes_coins(machine))
     put_in += settle(machine)
-    now = {"coins": sums(machine, "Coin Drops") - coins, "paper": board(machine, "tickets") - paper,
-           "games": sums(machine, "Games Played") - games, "tickets": sums(machine, "Tickets") - tickets}
+    now = {"coins": sums(machine, "Coin Drops") - coins, "paper": payout.paper(machine) - paper,
+           "games": sums(machine, "Games Played") - games, "tickets": payout.awarded(machine) - tickets}
     check = subprocess.run([f"{out}/books", "check", drive], capture_output=True, text=True)
     story = (f"{end}: coins {put_in}, counted {now['coins']}; games {now['games']}, awarded {now['tickets']}, "
              f"paper {now['paper']}; check {'adds up' if check.returncode == 0 else 'finds: ' + check.stdout}")
-    lost_coins, lost_paper = put_in - now["coins"], now["tickets"] - now["paper"]
-    taken = end == "kill"
-    if check.returncode or not 0 <= lost_coins <= (doubtful if taken else 0) or (lost_paper and not taken):
+    lost_coins = put_in - now["coins"]
+    if check.returncode or not 0 <= lost_coins <= (doubtful if end == "kill" else 0) or now["tickets"] != now["paper"]:
         raise Wrong(story)
-    return story, now["games"], lost_coins, lost_paper
+    return story, now["games"], lost_coins
 
 
 def main():
@@ -109,7 +102,7 @@ def main():
     seed = int(sys.argv[3]) if len(sys.argv) > 3 else random.randrange(1000000)
     chance = random.Random(seed)
     print(f"seed {seed}", flush=True)
-    runs = games = coins = paper = 0
+    runs = games = coins = 0
     with Cabinet(out, log=sys.stderr) as cabinet:
         machine = Machine(cabinet)
         try:
@@ -120,15 +113,15 @@ def main():
             wait(machine, "it takes coins", lambda: takes_coins(machine))
             end = time.monotonic() + minutes * 60
             while time.monotonic() < end:
-                story, played, lost_coins, lost_paper = one_run(machine, chance, cabinet.drive.name, out)
-                runs, games, coins, paper = runs + 1, games + played, coins + lost_coins, paper + lost_paper
+                story, played, lost_coins = one_run(machine, chance, cabinet.drive.name, out)
+                runs, games, coins = runs + 1, games + played, coins + lost_coins
                 print(story, flush=True)
         except Wrong as wrong:
             print(f"WRONG: {wrong}", *machine.done, sep="\n")
             events = subprocess.run([f"{out}/books", "events", cabinet.drive.name, "--last", "120"], capture_output=True, text=True)
             print(events.stdout)
             return 1
-    print(f"{runs} restarts, {games} games; kills took {coins} coins and {paper} tickets")
+    print(f"{runs} restarts, {games} games; kills took {coins} coins")
     return 0
 
 

@@ -28,9 +28,9 @@ def owed_by_board(machine):
     return machine.reading("owed left") + machine.reading("owed right")
 
 
-def wait(machine, what, holds):
-    if not machine.until(holds, WAIT_S):
-        raise Wrong(f"not within {WAIT_S} s: {what}")
+def wait(machine, what, holds, seconds=WAIT_S):
+    if not machine.until(holds, seconds):
+        raise Wrong(f"not within {seconds} s: {what}")
 
 
 def started(machine):
