@@ -67,7 +67,7 @@ void describe_game(Cabinet& cabinet) {
 }
 
 bool busy(const Cabinet& cabinet) {
-  if (!cabinet.hands.bursts.empty()) return true;
+  if (!hands_idle(cabinet.hands)) return true;
   return cabinet.board.dispensers[LEFT].running || cabinet.board.dispensers[RIGHT].running;
 }
 

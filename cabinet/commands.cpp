@@ -21,7 +21,7 @@ namespace {
 
 constexpr double PRESSES_PER_SECOND = 5;
 constexpr double SWIPE_PULSES_PER_SECOND = 10;
-constexpr double MENU_PRESSES_PER_SECOND = 1;  // the game takes all presses of a tick as one
+constexpr double MENU_PRESSES_PER_SECOND = 1;
 
 long whole(const Arguments& a, const char* name, long otherwise) {
   return static_cast<long>(argument(a, name, static_cast<double>(otherwise)));
@@ -60,11 +60,11 @@ std::string do_volume(Cabinet& cabinet, const Arguments& a, std::int64_t) {
   const int input = a.choices[0] == "up" ? INPUT_VOLUME_UP : INPUT_VOLUME_DOWN;
   return press(cabinet, input, a, PRESSES_PER_SECOND);
 }
-std::string do_menu(Cabinet& cabinet, const Arguments& a, std::int64_t now_ms) {
-  if (!cabinet.hands.bursts.empty()) return "the hands are still pressing something else";
+std::string do_menu(Cabinet& cabinet, const Arguments& a, std::int64_t) {
+  if (!hands_idle(cabinet.hands)) return "the hands are still pressing something else";
   const std::vector<int> presses = menu_presses(a.texts[0]);
   if (presses.empty()) return "no menu has the row \"" + a.texts[0] + "\"";
-  hands_press_in_turn(cabinet.hands, presses, MENU_PRESSES_PER_SECOND, now_ms);
+  hands_press_in_turn(cabinet.hands, presses, MENU_PRESSES_PER_SECOND);
   return {};
 }
 std::string do_press(Cabinet& cabinet, const Arguments& a, std::int64_t now_ms) {

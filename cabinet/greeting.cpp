@@ -30,7 +30,11 @@ std::string page_text(const Cabinet& cabinet) {
 std::string greeting_text(const Cabinet& cabinet) {
   const Options& options = cabinet.options;
   std::string text;
-  if (options.no_game && !options.no_board) text += "The board is on " + cabinet.cable.path + "\n";
+  if (options.no_game) {
+    if (!options.no_board) text += "The board is on " + cabinet.cable.path + "\n";
+    if (!options.no_led) text += "The LED board is on " + cabinet.led_cable.path + "\n";
+    if (!options.no_usb) text += "The watchdog is on unix:" + cabinet.usb.path + "\n";
+  }
   if (options.page) text += page_text(cabinet);
   if (options.page && !options.quiet && options.script.empty()) {
     text += "Type commands here; help lists them, Ctrl-C ends the game.\n";

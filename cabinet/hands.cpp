@@ -34,30 +34,34 @@ void hands_press(Hands& hands, int input, long count, double rate) {
   hands.bursts.push_back({input, count, period_ms, closed_ms, 0});
 }
 
-void hands_press_in_turn(Hands& hands, const std::vector<int>& inputs, double rate,
-                         std::int64_t now_ms) {
-  auto start_ms = static_cast<double>(now_ms);
-  for (const int input : inputs) {
-    hands_press(hands, input, 1, rate);
-    Burst& burst = hands.bursts.back();
-    burst.begun = true;
-    burst.next_ms = start_ms;
-    start_ms += burst.period_ms;
-  }
+void hands_press_in_turn(Hands& hands, const std::vector<int>& inputs, double rate) {
+  hands.turns.assign(inputs.begin(), inputs.end());
+  hands.turn_rate = rate;
+  hands.turn_ms = 0;
 }
 
 void hands_hold(Hands& hands, int input, double closed_ms) {
   hands.bursts.push_back({input, 1, closed_ms + PAUSE_MS, closed_ms, 0});
 }
 
+bool hands_idle(const Hands& hands) {
+  return hands.bursts.empty() && hands.turns.empty();
+}
+
 void hands_advance(Hands& hands, Board& board, std::int64_t now_ms) {
+  const auto now = static_cast<double>(now_ms);
+  if (!hands.turns.empty() && now >= hands.turn_ms) {
+    hands_press(hands, hands.turns.front(), 1, hands.turn_rate);
+    hands.turns.pop_front();
+    hands.turn_ms = now + 1000 / hands.turn_rate;
+  }
   std::set<int> taken;
   for (Burst& burst : hands.bursts) {
     if (taken.insert(burst.input).second) advance_burst(burst, board, now_ms);
   }
-  const auto done = [now_ms](const Burst& burst) {
+  const auto done = [now](const Burst& burst) {
     // The pause after the last press belongs to the burst, so that the next burst can't touch it.
-    return burst.presses <= 0 && burst.next_ms <= static_cast<double>(now_ms);
+    return burst.presses <= 0 && burst.next_ms <= now;
   };
   hands.bursts.erase(std::remove_if(hands.bursts.begin(), hands.bursts.end(), done),
                      hands.bursts.end());
@@ -68,4 +72,5 @@ void hands_drop(Hands& hands, Board& board, std::int64_t now_ms) {
     if (burst.closed) board_switch(board, burst.input, false, now_ms);
   }
   hands.bursts.clear();
+  hands.turns.clear();
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <vector>
 
 #include "cabinet/board.h"
@@ -19,17 +20,23 @@ struct Burst {
 
 struct Hands {
   std::vector<Burst> bursts;
+  std::deque<int> turns;  // switches still to be pressed one after the other
+  double turn_rate = 1;   // presses a second
+  double turn_ms = 0;     // when the next one is due
 };
 
 // Presses a switch `count` times at `rate` presses a second.
 void hands_press(Hands& hands, int input, long count, double rate);
 
-// Presses these switches once each, one after the other, at `rate` presses a second.
-void hands_press_in_turn(Hands& hands, const std::vector<int>& inputs, double rate,
-                         std::int64_t now_ms);
+// Presses these switches once each, one after the other, at most `rate` presses a second: late
+// hands don't catch up, because the game takes all presses of a tick as one.
+void hands_press_in_turn(Hands& hands, const std::vector<int>& inputs, double rate);
 
 // Presses it once for `closed_ms`.
 void hands_hold(Hands& hands, int input, double closed_ms);
+
+// True if nothing is pressed and nothing is still to be.
+bool hands_idle(const Hands& hands);
 
 // Moves the switches that are due.
 void hands_advance(Hands& hands, Board& board, std::int64_t now_ms);

@@ -130,7 +130,7 @@ const ReadingRow READINGS[] = {
      [](C c, A) { return known(static_cast<double>(c.cable.lost_bytes)); }},
     {"game running|ended|exit-code", "the game's process", read_game},
     {"hands busy|idle", "presses that are still to come",
-     [](C c, A a) { return known(c.hands.bursts.empty() == (a.choices[0] == "idle") ? 1 : 0); }},
+     [](C c, A a) { return known(hands_idle(c.hands) == (a.choices[0] == "idle") ? 1 : 0); }},
     {"on", "1", [](C, A) { return known(1); }},
     {"off", "0", [](C, A) { return known(0); }},
 };

@@ -26,20 +26,36 @@ TEST(MenuPresses, RowOfDiagnostics_IsReachedThroughTheMainMenu) {
   EXPECT_EQ(menu_presses("Lamp Test").size(), menu_presses("Monitor Test").size() + 1);
 }
 
-TEST(MenuCommand, PressesOneAfterTheOtherOnceASecond) {
+// When each switch moved, with the hands advanced at each millisecond that `when` lets pass.
+struct Edges {
+  std::vector<std::int64_t> test_ms, down_ms;
+};
+Edges press_menu(bool (*when)(std::int64_t now_ms)) {
   static Cabinet cabinet;
   EXPECT_EQ(commands_do(cabinet, "menu \"Dip Switch Test\"", 1000), "");
   const long* edges = cabinet.board.switches.edges;
-  std::vector<std::int64_t> test_ms, down_ms;
-  for (std::int64_t now = 1000; now < 5000; ++now) {
+  Edges seen;
+  for (std::int64_t now = 1000; now < 7000; ++now) {
+    if (!when(now)) continue;
     const long test = edges[INPUT_TEST], down = edges[INPUT_VOLUME_DOWN];
     hands_advance(cabinet.hands, cabinet.board, now);
-    if (edges[INPUT_TEST] > test) test_ms.push_back(now);
-    if (edges[INPUT_VOLUME_DOWN] > down) down_ms.push_back(now);
+    if (edges[INPUT_TEST] > test) seen.test_ms.push_back(now);
+    if (edges[INPUT_VOLUME_DOWN] > down) seen.down_ms.push_back(now);
   }
-  EXPECT_EQ(test_ms, (std::vector<std::int64_t>{1000, 1060, 3000, 3060}));
-  EXPECT_EQ(down_ms, (std::vector<std::int64_t>{2000, 2060}));
-  EXPECT_TRUE(cabinet.hands.bursts.empty());
+  EXPECT_TRUE(hands_idle(cabinet.hands));
+  return seen;
+}
+
+TEST(MenuCommand, PressesOneAfterTheOtherOnceASecond) {
+  const Edges seen = press_menu([](std::int64_t) { return true; });
+  EXPECT_EQ(seen.test_ms, (std::vector<std::int64_t>{1000, 1060, 3000, 3060}));
+  EXPECT_EQ(seen.down_ms, (std::vector<std::int64_t>{2000, 2060}));
+}
+
+TEST(MenuCommand, CabinetHeldUp_StillLeavesASecondBetweenPresses) {
+  const Edges seen = press_menu([](std::int64_t now_ms) { return now_ms < 1500 || now_ms > 3200; });
+  EXPECT_EQ(seen.test_ms, (std::vector<std::int64_t>{1000, 1060, 4201, 4261}));
+  EXPECT_EQ(seen.down_ms, (std::vector<std::int64_t>{3201, 3261}));
 }
 
 TEST(MenuCommand, UnknownRowOrBusyHands_IsAnError) {

@@ -174,7 +174,7 @@ TEST_F(PageTest, CoinCommandPressesTheSwitch) {
   stop();
   EXPECT_TRUE(soon([this] {
     cabinet_turn(cabinet, 5);
-    return cabinet.hands.bursts.empty();
+    return hands_idle(cabinet.hands);
   }));
   EXPECT_EQ(cabinet.board.switches.edges[INPUT_COIN_LEFT], 4);
 }
@@ -364,10 +364,10 @@ TEST_F(PageTest, GreetingNamesAddressAndKeys) {
   unsetenv("SSH_CONNECTION");
   std::string text = greeting_text(cabinet);
   EXPECT_NE(text.find(page_address(cabinet.page)), std::string::npos);
-  for (const char* word : {"5 or 6", "1 or 2", "SOUND", "help"}) {
+  for (const char* word : {"The watchdog is on unix:", "5 or 6", "1 or 2", "SOUND", "help"}) {
     EXPECT_NE(text.find(word), std::string::npos) << word;
   }
-  EXPECT_LE(std::count(text.begin(), text.end(), '\n'), 6);
+  EXPECT_LE(std::count(text.begin(), text.end(), '\n'), 7);
   setenv("SSH_CONNECTION", "10.0.0.1 5000 10.0.0.2 22", 1);
   text = greeting_text(cabinet);
   const std::string number = std::to_string(port);
