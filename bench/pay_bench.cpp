@@ -1,9 +1,11 @@
 // How often `books check --pay` is wrong, and how soon it finds what is wrong with a cabinet.
 //
-//   bench_pay PAYCHECK EXPERT     runs of frogs drawn from what the lab's players won
-//   bench_pay PAYCHECK LAB...     the lab's own runs, judged once each: frogs that share boots
+//   bench_pay PAYCHECK EXPERT STILL   runs of frogs drawn from what the lab's players won
+//   bench_pay PAYCHECK LAB...         the lab's own runs, three or more, judged once each:
+//                                     frogs that share boots
 //
-// PAYCHECK is the file that the check keeps; EXPERT and LAB are JSON of `payout-lab run`.
+// PAYCHECK is the file that the check keeps; EXPERT, STILL and LAB are JSON of `payout-lab run`.
+// STILL is a random player's, from a lab built with the speed of a meadow's lane at 0 in lane_rows.
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
@@ -88,8 +90,9 @@ void measure(const char* what, PayVerdict verdict, int runs, const Frog& frog,
   std::fflush(stdout);
 }
 
-void draw_runs(const std::vector<PayPlayer>& players, const PayPlayer& expert) {
-  Sides best(expert), usual(players.front());
+void draw_runs(const std::vector<PayPlayer>& players, const PayPlayer& expert,
+               const PayPlayer& still) {
+  Sides best(expert), stopped(still), usual(players.front());
   for (const PayPlayer& player : players) {
     Sides sides(player);
     measure(
@@ -132,6 +135,9 @@ void draw_runs(const std::vector<PayPlayer>& players, const PayPlayer& expert) {
         return won >= 250 ? 1 : won;
       },
       players);
+  measure(
+      "a lane of bugs stands still", PAYS_BELOW, RUNS,
+      [&](int side, Random& random) { return stopped.draws[side](random); }, players);
 }
 
 void judge_lab_runs(const std::vector<PayPlayer>& players, const std::vector<PayPlayer>& runs) {
@@ -159,12 +165,12 @@ int main(int argc, char** argv) {
     const std::string json((std::istreambuf_iterator<char>(stream)), {});
     if (!pay_player_read(json, others.emplace_back())) return EXIT_FAILURE;
   }
-  if (file.players.empty()) {
-    std::fprintf(stderr, "bench_pay PAYCHECK EXPERT, or bench_pay PAYCHECK LAB...\n");
+  if (file.players.empty() || others.size() < 2) {
+    std::fprintf(stderr, "bench_pay PAYCHECK EXPERT STILL, or bench_pay PAYCHECK LAB...\n");
     return EXIT_FAILURE;
   }
-  if (others.size() == 1) {
-    draw_runs(file.players, others.front());
+  if (others.size() == 2) {
+    draw_runs(file.players, others[0], others[1]);
   } else {
     judge_lab_runs(file.players, others);
   }
