@@ -157,6 +157,11 @@ class Machine:
         self.end()
         return done
 
+    def cut(self):
+        """The power goes. The disk has what was written, also if it wasn't told to keep it."""
+        os.kill(int(self.leader()), signal.SIGKILL)
+        self.ended()
+
     def close(self):
         self.end()
         if os.path.ismount(self.root):

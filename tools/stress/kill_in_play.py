@@ -18,11 +18,12 @@ import restart_in_payout as payout  # noqa: E402
 
 SIDES = ("left", "right")
 PULLS = {"jam {}": "clear-jam {}", "empty {}": "refill {}", "unplug": "plug"}
-MENDED = ["plug"] + [mend.format(side) for mend in ("clear-jam {}", "refill {}") for side in SIDES]
+ENDS = {"kill game": True, "quit game": False}  # and whether it may take a coin
 WAIT_S = 120  # for the frogs of all credits
 STORED_S = 0.5  # a kill may take a coin whose frame is on its way
 FLIGHT_S = 12  # of a frog, at most
 PAPER_S = 20
+SETTLED_S = 3  # for the books
 
 
 def sums(machine, name):
@@ -37,17 +38,17 @@ def takes_coins(machine):
     return all(machine.reading(f"lockout {side}") for side in SIDES)
 
 
-def play(machine, chance, seconds):
+def play(machine, chance, seconds, pulls):
     """Plays and breaks things. Returns the coins put in, and those of them that a kill at once could take."""
     put_in = []
     end = time.monotonic() + seconds
     while time.monotonic() < end:
         side = chance.choice(SIDES)
         if chance.random() < 0.12:
-            pull = chance.choice(list(PULLS))
+            pull = chance.choice(list(pulls))
             machine.do(pull.format(side))
             time.sleep(chance.uniform(0.2, 2))
-            machine.do(PULLS[pull].format(side))
+            machine.do(pulls[pull].format(side))
         elif takes_coins(machine):
             machine.do(f"coin {side}")
             put_in.append(time.monotonic())
@@ -63,7 +64,7 @@ def settle(machine):
         wait(machine, "no credit is left", lambda: sums(machine, "Current Credits") == 0)
         time.sleep(FLIGHT_S)
         if machine.until(lambda: payout.owed_by_board(machine) == 0, PAPER_S):
-            time.sleep(1)
+            time.sleep(SETTLED_S)
             return put_in
         for side in SIDES:
             if machine.reading(f"owed {side}"):
@@ -72,15 +73,16 @@ def settle(machine):
     raise Wrong("paper is owed for good")
 
 
-def one_run(machine, chance, drive, out):
+def one_run(machine, chance, drive, out, pulls, ends):
     coins, paper, games = sums(machine, "Coin Drops"), payout.paper(machine), sums(machine, "Games Played")
     tickets = payout.awarded(machine)
-    put_in, doubtful = play(machine, chance, chance.uniform(4, 25))
-    end = chance.choice(("kill", "kill", "quit"))
-    machine.do(f"{end} game")
+    put_in, doubtful = play(machine, chance, chance.uniform(4, 40), pulls)
+    end = chance.choice(list(ends))
+    machine.do(end)
     wait(machine, "the game has ended", lambda: machine.reading("game ended"))
-    for line in MENDED:
-        machine.do(line)
+    for mend in pulls.values():
+        for side in SIDES:
+            machine.do(mend.format(side))
     time.sleep(chance.choice((0, 0.5, 3)))
     machine.do("start game")
     wait(machine, "it takes coins", lambda: takes_coins(machine))
@@ -91,38 +93,40 @@ def one_run(machine, chance, drive, out):
     story = (f"{end}: coins {put_in}, counted {now['coins']}; games {now['games']}, awarded {now['tickets']}, "
              f"paper {now['paper']}; check {'adds up' if check.returncode == 0 else 'finds: ' + check.stdout}")
     lost_coins = put_in - now["coins"]
-    if check.returncode or not 0 <= lost_coins <= (doubtful if end == "kill" else 0) or now["tickets"] != now["paper"]:
+    if check.returncode or not 0 <= lost_coins <= (doubtful if ends[end] else 0) or now["tickets"] != now["paper"]:
         raise Wrong(story)
     return story, now["games"], lost_coins
+
+
+def runs_until_wrong(machine, chance, drive, out, minutes, pulls=PULLS, ends=ENDS):
+    """Returns the exit code."""
+    runs = games = coins = 0
+    try:
+        machine.do("quit game")
+        wait(machine, "the game has ended", lambda: machine.reading("game ended"))
+        machine.do('set pref "Timeout (Seconds)" 0')
+        machine.do("start game")
+        wait(machine, "it takes coins", lambda: takes_coins(machine))
+        end = time.monotonic() + minutes * 60
+        while time.monotonic() < end:
+            story, played, lost_coins = one_run(machine, chance, drive, out, pulls, ends)
+            runs, games, coins = runs + 1, games + played, coins + lost_coins
+            print(story, flush=True)
+    except Wrong as wrong:
+        print(f"WRONG: {wrong}", *machine.done, sep="\n")
+        subprocess.run([f"{out}/books", "events", drive, "--last", "400"])
+        return 1
+    print(f"{runs} restarts, {games} games; kills took {coins} coins")
+    return 0
 
 
 def main():
     out = pathlib.Path(sys.argv[1]).resolve()
     minutes = float(sys.argv[2]) if len(sys.argv) > 2 else 10
     seed = int(sys.argv[3]) if len(sys.argv) > 3 else random.randrange(1000000)
-    chance = random.Random(seed)
     print(f"seed {seed}", flush=True)
-    runs = games = coins = 0
     with Cabinet(out, log=sys.stderr) as cabinet:
-        machine = Machine(cabinet)
-        try:
-            machine.do("quit game")
-            wait(machine, "the game has ended", lambda: machine.reading("game ended"))
-            machine.do('set pref "Timeout (Seconds)" 0')
-            machine.do("start game")
-            wait(machine, "it takes coins", lambda: takes_coins(machine))
-            end = time.monotonic() + minutes * 60
-            while time.monotonic() < end:
-                story, played, lost_coins = one_run(machine, chance, cabinet.drive.name, out)
-                runs, games, coins = runs + 1, games + played, coins + lost_coins
-                print(story, flush=True)
-        except Wrong as wrong:
-            print(f"WRONG: {wrong}", *machine.done, sep="\n")
-            events = subprocess.run([f"{out}/books", "events", cabinet.drive.name, "--last", "120"], capture_output=True, text=True)
-            print(events.stdout)
-            return 1
-    print(f"{runs} restarts, {games} games; kills took {coins} coins")
-    return 0
+        return runs_until_wrong(Machine(cabinet), random.Random(seed), cabinet.drive.name, out, minutes)
 
 
 if __name__ == "__main__":
