@@ -39,7 +39,7 @@ constexpr std::uint32_t TICKETS[2] = {PACKET_LEFT_TICKETS, PACKET_RIGHT_TICKETS}
 
 // For a board that has restarted, which has lost its outputs and its ticket counts: sends the lamps
 // and coils that are on, and the whole sum owed, unless the side has a fault and waits for the next
-// award.
+// award. Until the board answers, it knows of none of it.
 void send_again(JammaLink& link) {
   for (std::uint32_t channel = 0; channel < LAMP_CHANNELS; ++channel) {
     const std::uint32_t value = link.lamp_value[channel];
@@ -49,18 +49,21 @@ void send_again(JammaLink& link) {
   const MutexLock lock(link.ticket_mutex);
   for (int side = 0; side < 2; ++side) {
     jamma_set_flag(link, DISPENSING[side], false);
+    link.tickets_unanswered[side] = link.tickets_owed[side].load();
     if (link.tickets_owed[side] > 0 && !jamma_flag(link, FAULT[side])) {
       jamma_send_packet(link, TICKETS[side]);
     }
   }
 }
 
-// After an outage: lamps and coils may be sent at any time, ...
+// After an outage: lamps and coils may be sent at any time, and the counters show whether it is
+// another board, or one that has restarted, ...
 void send_outputs(JammaLink& link) {
   for (std::uint32_t channel = 0; channel < LAMP_CHANNELS; ++channel) {
     jamma_send_lamp(link, channel, link.lamp_value[channel]);
   }
   jamma_send_h(link);
+  jamma_send_packet(link, PACKET_QUERY_COUNTERS);
 }
 
 // ... but only tickets whose order the board did not answer: those that it knew of it may have paid

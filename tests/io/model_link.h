@@ -166,6 +166,7 @@ struct LinkModel {
     restore_outputs(false);
     for (int side = 0; side < 2; ++side) {
       dispensing[side] = false;
+      unanswered[side] = owed[side];
       if (owed[side] > 0 && !fault[side]) send_tickets(side, 0);
     }
   }
@@ -225,6 +226,7 @@ struct LinkModel {
     asked = 0;
     if (heard != 0 && open >= 3) {
       restore_outputs(true);
+      send('S');
       answers_due += open;
     } else if (answers_due > 0 && --answers_due == 0) {
       after_outage();
