@@ -1,5 +1,6 @@
 // A board that wasn't there at power-on and answers later is taken into use as if the game began.
 #include <cstdint>
+#include <cstdio>
 
 #include "books/journal.h"
 #include "frame/sides.h"
@@ -29,6 +30,8 @@ void note_link() {
   if (alive == late_board.alive) return;
   late_board.alive = alive;
   journal_put(alive ? JOURNAL_LINK_BACK : JOURNAL_LINK_LOST);
+  std::fprintf(stderr, alive ? "The I/O board answers again.\n"
+                             : "The I/O board doesn't answer. See to its cable and its power.\n");
 }
 
 bool counters_are_known() {

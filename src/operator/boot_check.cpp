@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -89,7 +90,11 @@ void crc_file_check() {
   game_mode = MODE_BOOT_CHECK;
   const FileCheck result = file_list_check(check.current_file, draw_frame);
   check.flags = {result == LIST_MISSING, result == FILE_MISSING, result == FILE_DAMAGED};
-  if (result != FILES_GOOD) halt();
+  if (result != FILES_GOOD) {
+    std::fprintf(stderr, "The check of the files ends at %s: install the game again.\n",
+                 result == LIST_MISSING ? "its own list" : check.current_file.c_str());
+    halt();
+  }
   game_mode = MODE_PLAY;
 }
 

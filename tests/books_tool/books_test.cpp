@@ -165,6 +165,12 @@ TEST_F(BooksTool, TicketsPaidTwiceAreNamed) {
       found(cut + again, false),
       Texts({"left: 14 tickets ordered anew, 10 of which had come out already: the power went "
              "after 2026-11-25 10:01:10"}));
+  std::string orderly = cut + again;
+  orderly.replace(orderly.find("last=power"), 10, "last=orderly");
+  EXPECT_EQ(
+      found(orderly, false),
+      Texts({"left: 14 tickets ordered anew, 10 of which had come out already: the game ended "
+             "after 2026-11-25 10:01:10"}));
   EXPECT_EQ(ledger(cut + again).paper[0].out, 24);
   EXPECT_EQ(ledger(cut + again).games[0].paper_ms, 1795604402000) << "with the last of them";
 }

@@ -134,7 +134,10 @@ void Replay::compare_with(const Counts& books, const char* whose) {
 
 void Replay::start(const JournalLine& line) {
   const std::string how{field_of(line, "last")};
-  run_end = how == "killed" ? "the game was killed" : "the power went";
+  ended_orderly = how == "orderly" || how == "reboot";
+  run_end = "the power went";
+  if (how == "killed") run_end = "the game was killed";
+  if (ended_orderly) run_end = "the game ended";
   if (last != nullptr) run_end += " after " + moment_for_people(last->utc_ms);
   for (int side = 0; side < SIDE_COUNT; ++side) {
     if (Game* game = flying(side)) {
@@ -144,7 +147,6 @@ void Replay::start(const JournalLine& line) {
     }
     paper_sure[side] = false;
   }
-  ended_orderly = how == "orderly" || how == "reboot";
 }
 
 void Replay::books(const JournalLine& line) {
