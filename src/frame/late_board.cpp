@@ -30,6 +30,7 @@ void note_link() {
   if (alive == late_board.alive) return;
   late_board.alive = alive;
   journal_put(alive ? JOURNAL_LINK_BACK : JOURNAL_LINK_LOST);
+  if (jamma_port() == NO_PORT) return;  // the search has said so
   std::fprintf(stderr, alive ? "The I/O board answers again.\n"
                              : "The I/O board doesn't answer. See to its cable and its power.\n");
 }
