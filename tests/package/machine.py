@@ -11,6 +11,7 @@ import time
 CGROUPS = pathlib.Path("/sys/fs/cgroup")
 GROUP = CGROUPS / f"lilyhop-package-{os.getpid()}"
 HAS_SYSTEMD = pathlib.Path("/run/systemd/system").is_dir()
+OWN_MOUNTS = "LILYHOP_OWN_MOUNTS"
 ASKS_FOR_REBOOT = 133  # the container's exit code, where no systemd starts it again
 SCREEN = """Section "Device"
   Identifier "Card"
@@ -46,7 +47,8 @@ def run(*command, **options):
 
 def own_mounts():
     """Starts the program anew, if it isn't yet, so that its mounts are its own and end with it."""
-    if os.readlink("/proc/self/ns/mnt") == os.readlink(f"/proc/{os.getppid()}/ns/mnt"):
+    if not os.environ.get(OWN_MOUNTS):
+        os.environ[OWN_MOUNTS] = "yes"
         os.execvp("unshare", ["unshare", "--mount", "--propagation", "private", sys.executable, *sys.argv])
 
 
