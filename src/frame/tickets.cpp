@@ -27,7 +27,7 @@ constinit bool counts_are_old[SIDE_COUNT]{};
 
 // A board answers an order at once. One that is without an answer for so long never reached it: the
 // cable is out, or was. If the game ends before it is ordered again, the next run has to do it.
-constexpr std::int64_t LOST_MS = 2000;
+constexpr std::int64_t LOST_MS = 250;
 struct Unanswered {
   std::int32_t tickets;
   std::int64_t since_ms;

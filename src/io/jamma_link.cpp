@@ -107,9 +107,7 @@ std::int32_t jamma_tickets_unanswered(int side) {
 void jamma_tickets_ask(int side) {
   JammaLink* const link = jamma_link;
   if (!link) return;
-  const MutexLock lock(link->ticket_mutex);
-  jamma_set_flag(*link, side == 0 ? LEFT_DISPENSING : RIGHT_DISPENSING, true);
-  jamma_send_packet(*link, side == 0 ? PACKET_LEFT_TICKETS : PACKET_RIGHT_TICKETS);
+  jamma_tickets_query(*link, side);
 }
 
 std::int32_t jamma_port() {

@@ -107,9 +107,14 @@ struct JammaLink {
   // followed by what it cleared. Taken before tx_mutex. The counts are read without it.
   Mutex ticket_mutex;
   std::atomic<std::int32_t> tickets_queued[2]{}, tickets_owed[2]{}, tickets_in_flight[2]{};
-  // Ordered since the board last reported its count, and whether a start was among the orders.
+  // The board's count as it last reported it.
+  std::atomic<std::int32_t> tickets_on_board[2]{};
+  // Tickets whose order the board did not answer yet, whether a start or a stop was among the
+  // orders, and whether one was sent at all: a side with a fault waits for its next award.
   std::atomic<std::int32_t> tickets_unanswered[2]{};
-  std::atomic<bool> start_unanswered[2]{};
+  std::atomic<bool> start_unanswered[2]{}, order_open[2]{};
+  std::atomic<std::uint32_t> order_time[2]{};  // system tick of the last one
+  bool count_asked[2] = {};         // after an outage, until the board has reported its count; pump
   Shared<bool> tickets_reported{};  // the board has reported that it owes some; pump
 
   // Received frames, and a captured copy of the bytes.
@@ -202,6 +207,27 @@ std::int32_t jamma_send_lamp(JammaLink& link, std::uint32_t channel, std::uint32
 std::int32_t jamma_send_h(JammaLink& link);
 // The first data byte of the C frame, as the flags require.
 std::uint8_t jamma_config_byte(const JammaLink& link);
+
+// jamma_tickets.cpp: all but the query on the pump thread.
+
+// Orders queued tickets, as far as the board's count has room. They wait for the answer to the
+// order before, and after an outage until it is known which orders were lost.
+void jamma_tickets_schedule(JammaLink& link, int side);
+// Asks for the board's count, by an order to add none. Any thread.
+void jamma_tickets_query(JammaLink& link, int side);
+// The board has reported a count that isn't void.
+void jamma_tickets_counted(JammaLink& link, int side, std::int32_t count, bool fault);
+// The board has reported a fault without a count. Its next order has the whole sum again.
+void jamma_tickets_void(JammaLink& link, int side);
+// Was an order lost, as far as can be seen? True for one that is without an answer for too long.
+bool jamma_tickets_lost(const JammaLink& link);
+// Asks for the counts that tell which orders were lost, ...
+void jamma_tickets_find(JammaLink& link);
+// ... and orders those again.
+void jamma_tickets_order_lost(JammaLink& link);
+// For a board that has forgotten its counts: orders the whole sums, except on a side with a fault,
+// which waits for its next award.
+void jamma_tickets_order_all(JammaLink& link);
 
 // jamma_receive.cpp, jamma_pump.cpp and jamma_presses.cpp: the pump thread's duties.
 

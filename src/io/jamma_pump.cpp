@@ -55,22 +55,6 @@ void handle_frames(JammaLink& link) {
   }
 }
 
-// Orders queued tickets, as far as the board's count has room. After an outage they wait until it
-// is known which earlier ones were lost.
-void schedule_tickets(JammaLink& link, int side) {
-  if (link.tickets_queued[side] <= 0 || link.answers_due > 0) return;
-  const MutexLock lock(link.ticket_mutex);
-  std::int32_t queued = link.tickets_queued[side];
-  if (queued <= 0) return;
-  const std::int32_t room = TICKETS_ON_BOARD_MAX - link.tickets_owed[side];
-  if (queued > room && room < 1) return;
-  const std::int32_t batch = queued > room ? room : queued;
-  // An award or a clearing in between is handled in the next pass.
-  if (!link.tickets_queued[side].compare_exchange_strong(queued, queued - batch)) return;
-  link.tickets_in_flight[side] = batch;
-  jamma_send_packet(link, side == 0 ? PACKET_LEFT_TICKETS : PACKET_RIGHT_TICKETS);
-}
-
 void judge_life(JammaLink& link) {
   const std::int64_t heard = link.last_heard;
   link.alive = heard == 0 || jamma_clock_s() - heard <= SILENCE_S;
@@ -94,7 +78,7 @@ void jamma_pump() {
   }
   if (tick_reached(now, link->status_deadline)) jamma_ask_status(*link);
   handle_frames(*link);
-  schedule_tickets(*link, 0);
-  schedule_tickets(*link, 1);
+  jamma_tickets_schedule(*link, 0);
+  jamma_tickets_schedule(*link, 1);
   judge_life(*link);
 }

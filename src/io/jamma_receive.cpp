@@ -35,50 +35,25 @@ void query_counters(JammaLink& link) {
 
 constexpr std::uint32_t DISPENSING[2] = {LEFT_DISPENSING, RIGHT_DISPENSING};
 constexpr std::uint32_t FAULT[2] = {LEFT_TICKET_FAULT, RIGHT_TICKET_FAULT};
-constexpr std::uint32_t TICKETS[2] = {PACKET_LEFT_TICKETS, PACKET_RIGHT_TICKETS};
 
-// For a board that has restarted, which has lost its outputs and its ticket counts: sends the lamps
-// and coils that are on, and the whole sum owed, unless the side has a fault and waits for the next
-// award. Until the board answers, it knows of none of it.
+// For a board that has restarted, which has lost its outputs and its ticket counts.
 void send_again(JammaLink& link) {
   for (std::uint32_t channel = 0; channel < LAMP_CHANNELS; ++channel) {
     const std::uint32_t value = link.lamp_value[channel];
     if (value != 0) jamma_send_lamp(link, channel, value);
   }
   if (link.h_bits != 0) jamma_send_h(link);
-  const MutexLock lock(link.ticket_mutex);
-  for (int side = 0; side < 2; ++side) {
-    jamma_set_flag(link, DISPENSING[side], false);
-    link.tickets_unanswered[side] = link.tickets_owed[side].load();
-    if (link.tickets_owed[side] > 0 && !jamma_flag(link, FAULT[side])) {
-      jamma_send_packet(link, TICKETS[side]);
-    }
-  }
+  jamma_tickets_order_all(link);
 }
 
 // After an outage: lamps and coils may be sent at any time, and the counters show whether it is
-// another board, or one that has restarted, ...
+// another board, or one that has restarted.
 void send_outputs(JammaLink& link) {
   for (std::uint32_t channel = 0; channel < LAMP_CHANNELS; ++channel) {
     jamma_send_lamp(link, channel, link.lamp_value[channel]);
   }
   jamma_send_h(link);
   jamma_send_packet(link, PACKET_QUERY_COUNTERS);
-}
-
-// ... but only tickets whose order the board did not answer: those that it knew of it may have paid
-// during the outage.
-void send_lost_tickets(JammaLink& link) {
-  const MutexLock lock(link.ticket_mutex);
-  for (int side = 0; side < 2; ++side) {
-    const std::int32_t lost = link.tickets_unanswered[side].exchange(0);
-    const bool start = link.start_unanswered[side].exchange(false);
-    if (lost == 0 && !start) continue;
-    if (start) jamma_set_flag(link, DISPENSING[side], false);
-    link.tickets_owed[side] -= lost;
-    link.tickets_in_flight[side] += lost;
-    jamma_send_packet(link, TICKETS[side]);
-  }
 }
 
 void handle_text(JammaLink& link, const std::uint8_t* frame) {
@@ -139,18 +114,22 @@ void handle_counters(JammaLink& link, const std::uint8_t* frame) {
   for (const InputRow& row : table) move_counter(link, row, raw_counter(row, frame));
 }
 
-// An answer to a status query may end an outage. But the board may only have been slow: then
+// An answer to a status query may end an outage, or show that the line, which is well, has lost an
+// order of tickets. Tickets that the board knew of it may have paid in the meantime, so it is asked
+// for its counts before an order is sent again. But the board may only have been slow: then
 // answers to older queries are still to come, and a t frame may be among them. It answers in order,
 // so nothing older is left once it has answered a query sent after the outage. That is certain
 // after as many further answers as there were queries open.
 void judge_outage(JammaLink& link, bool first_answer) {
   const std::int32_t asked = link.status_unanswered.exchange(0);
-  if (asked >= OUTAGE_QUERIES && !first_answer) {
+  const bool outage = asked >= OUTAGE_QUERIES && !first_answer;
+  if (outage || (asked > 0 && link.answers_due == 0 && jamma_tickets_lost(link))) {
     send_outputs(link);
+    jamma_tickets_find(link);
     link.answers_due += asked;
   } else if (link.answers_due > 0) {
     --link.answers_due;
-    if (link.answers_due == 0) send_lost_tickets(link);
+    if (link.answers_due == 0) jamma_tickets_order_lost(link);
   }
   if (link.answers_due > 0) jamma_ask_status(link);
 }
@@ -186,12 +165,12 @@ void handle_tickets(JammaLink& link, const std::uint8_t* frame) {
   std::int32_t count = (frame[1] & 3) << 8 | frame[2];
   if (frame[1] & TICKET_FAULT_VOID) {
     count = std::min(link.tickets_owed[side].load(), TICKETS_ON_BOARD_MAX);
-  } else if (count > 0) {
-    link.tickets_reported = true;
+    jamma_tickets_void(link, side);
+  } else {
+    if (count > 0) link.tickets_reported = true;
+    jamma_tickets_counted(link, side, count, frame[1] & TICKET_FAULT);
   }
   link.tickets_owed[side] = count;
-  link.tickets_unanswered[side] = 0;
-  link.start_unanswered[side] = false;
   if (frame[1] & (TICKET_FAULT_VOID | TICKET_FAULT)) {
     jamma_set_flag(link, dispensing, false);
     jamma_set_flag(link, fault, true);

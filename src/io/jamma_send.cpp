@@ -67,6 +67,11 @@ std::uint8_t ticket_byte(int side, std::int32_t count) {
   return byte_of(((static_cast<std::uint32_t>(count) >> 8) & 3) | (side ? T_RIGHT : 0));
 }
 
+void open_order(JammaLink& link, int side) {
+  link.order_time[side] = clock_system_tick_ms();
+  link.order_open[side] = true;
+}
+
 // Moves the tickets in flight to those owed. A dispenser that runs gets the number to add; one that
 // stands gets the whole sum, which also corrects a count that it may have lost.
 std::int32_t send_tickets(JammaLink& link, int side) {
@@ -74,6 +79,7 @@ std::int32_t send_tickets(JammaLink& link, int side) {
   const std::int32_t more = link.tickets_in_flight[side].exchange(0);
   const std::int32_t owed = link.tickets_owed[side].fetch_add(more) + more;
   link.tickets_unanswered[side] += more;
+  open_order(link, side);
   jamma_set_flag(link, side_flags.fault, false);
   if (jamma_flag(link, side_flags.dispensing)) {
     return send(link, 'T', {ticket_byte(side, more), byte_of(static_cast<std::uint32_t>(more))});
@@ -89,6 +95,7 @@ std::int32_t send_tickets(JammaLink& link, int side) {
 }
 
 std::int32_t send_stop(JammaLink& link, int side) {
+  open_order(link, side);
   const std::uint8_t mode = jamma_flag(link, SIDE_FLAGS[side].mode) ? T_MODE : 0;
   return send(link, 'T', {byte_of(ticket_byte(side, 0) | T_ABSOLUTE | mode), 0});
 }

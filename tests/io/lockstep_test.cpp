@@ -199,6 +199,8 @@ class Lockstep : public LinkTest {
       ASSERT_EQ(link->tickets_owed[side], model.owed[side]);
       ASSERT_EQ(link->tickets_unanswered[side], model.unanswered[side]);
       ASSERT_EQ(link->start_unanswered[side], model.start_unanswered[side]);
+      ASSERT_EQ(link->order_open[side], model.open[side]);
+      ASSERT_EQ(link->count_asked[side], model.count_asked[side]);
       ASSERT_EQ(link->tickets_in_flight[side], 0);
     }
     ASSERT_EQ(jamma_tickets_reported(), model.reported);

@@ -55,7 +55,11 @@ struct LinkModel {
   int coin_steps[2] = {}, ticket_steps[2] = {}, lockout[2] = {};
   int lamps[16] = {}, last_lamp = 0, h = 0;
   int queued[2] = {}, owed[2] = {};
-  int unanswered[2] = {};  // tickets ordered since the board's last report
+  int unanswered[2] = {};  // tickets whose order the board did not answer yet
+  int on_board[2] = {};    // its last count
+  bool open[2] = {};       // an order, a stop or a question is without an answer
+  std::int64_t ordered[2] = {};
+  bool count_asked[2] = {};  // after an outage, until a count comes
   bool start_unanswered[2] = {}, reported = false;
 
   std::int64_t step_at = 0, status_at = 0, heard = 0;  // the last one in seconds; 0: never
@@ -142,6 +146,8 @@ struct LinkModel {
   void send_tickets(int side, int more) {
     owed[side] += more;
     unanswered[side] += more;
+    open[side] = true;
+    ordered[side] = now;
     fault[side] = false;
     if (dispensing[side]) {
       send('T', {more / 256 % 4 + 8 * side, more % 256});
@@ -165,20 +171,30 @@ struct LinkModel {
   void after_restart() {
     restore_outputs(false);
     for (int side = 0; side < 2; ++side) {
-      dispensing[side] = false;
+      dispensing[side] = open[side] = start_unanswered[side] = false;
+      on_board[side] = 0;
       unanswered[side] = owed[side];
       if (owed[side] > 0 && !fault[side]) send_tickets(side, 0);
     }
   }
-  void after_outage() {
+  [[nodiscard]] bool order_is_late() const {
+    return (open[0] && now - ordered[0] >= 2000) || (open[1] && now - ordered[1] >= 2000);
+  }
+  void ask_counts() {
     for (int side = 0; side < 2; ++side) {
+      const bool stopped = unanswered[side] == 0 && start_unanswered[side];
+      if (!open[side] || stopped) continue;
+      dispensing[side] = count_asked[side] = true;
+      send_tickets(side, 0);
+    }
+  }
+  void order_lost() {
+    for (int side = 0; side < 2; ++side) {
+      if (!open[side] || count_asked[side]) continue;
       const int lost = unanswered[side];
-      const bool start = start_unanswered[side];
-      if (lost == 0 && !start) continue;
+      if (start_unanswered[side]) dispensing[side] = false;
       unanswered[side] = 0;
       start_unanswered[side] = false;
-      if (start) dispensing[side] = false;
-      owed[side] -= lost;
       send_tickets(side, lost);
     }
   }
@@ -222,14 +238,15 @@ struct LinkModel {
     synced = true;
   }
   void hear_status(const Bytes& frame) {
-    const int open = asked;
+    const int queries = asked;
     asked = 0;
-    if (heard != 0 && open >= 3) {
+    if ((heard != 0 && queries >= 3) || (queries > 0 && answers_due == 0 && order_is_late())) {
       restore_outputs(true);
       send('S');
-      answers_due += open;
+      ask_counts();
+      answers_due += queries;
     } else if (answers_due > 0 && --answers_due == 0) {
-      after_outage();
+      order_lost();
     }
     if (answers_due > 0) ask_status();
     heard = 1 + now / 1000;
@@ -253,14 +270,27 @@ struct LinkModel {
   void hear_tickets(const Bytes& frame) {
     const int side = frame[1] / 8 % 2;
     const bool failed = frame[1] >= 0x40, is_void = frame[1] / 0x40 % 2 == 1;
+    bool has_order = true;
     if (is_void) {
       owed[side] = std::min(owed[side], 1023);
     } else {
       owed[side] = frame[1] % 4 * 256 + frame[2];
       reported = reported || owed[side] > 0;
+      if (unanswered[side] == 0) {
+        has_order = !start_unanswered[side] || owed[side] == 0;
+      } else if (owed[side] == on_board[side]) {  // one more, and one paid
+        has_order = !failed && answers_due == 0;
+      } else {
+        has_order = owed[side] > on_board[side];
+      }
+      has_order = has_order && open[side];
+      on_board[side] = owed[side];
     }
-    unanswered[side] = 0;
-    start_unanswered[side] = false;
+    count_asked[side] = false;
+    if (has_order) {
+      unanswered[side] = 0;
+      open[side] = start_unanswered[side] = false;
+    }
     if (failed) {
       dispensing[side] = false;
       fault[side] = true;
@@ -332,6 +362,7 @@ struct LinkModel {
     for (int side = 0; side < 2; ++side) {
       const int batch = std::min(queued[side], 1023 - owed[side]);
       if (batch <= 0 || answers_due > 0) continue;
+      if (open[side] && now - ordered[side] < 15000) continue;
       queued[side] -= batch;
       send_tickets(side, batch);
     }
@@ -374,7 +405,8 @@ struct LinkModel {
   int set_h_bit(bool& word, int value, int bit) { return set(word, value), set_h(bit, word); }
   int clear_tickets(int side) {
     queued[side] = owed[side] = unanswered[side] = 0;
-    start_unanswered[side] = true;
+    start_unanswered[side] = open[side] = true;
+    ordered[side] = now;
     return send('T', {0x80 + 8 * side + (mode[side] ? 0x10 : 0), 0});
   }
   // An order whose first number is one of two.
