@@ -146,6 +146,20 @@ TEST_F(BooksTool, KillExplainsLostFrogAndReturnedCredit) {
   EXPECT_EQ(ledger(flight + again).games.back().state, GAME_CUT_OFF);
 }
 
+TEST_F(BooksTool, WinThatAKillKeptFromTheBooksIsWrongOnlyIfItCouldBeStored) {
+  std::string again = restart("killed", 0, 5);
+  again.replace(again.find("tickets=64"), 10, "tickets=50");
+  books_at(6, 0, 5, 50);
+  const std::string win =
+      "the books at the start don't have \"2026-11-25T10:01:09.000Z 3 tickets "
+      "side=left game=5 by=catch tickets=14 paper=14 told=yes\"";
+  const std::string text(A_GAME);
+  const std::string at_once = text.substr(0, text.find("2026-11-25T10:01:12")) + again;
+  EXPECT_EQ(found(at_once, true), Texts()) << "the next start is an hour later";
+  EXPECT_EQ(found(at_once, false).front(), win + ": the game was killed after 2026-11-25 10:01:09");
+  EXPECT_EQ(found(A_GAME + again, true), Texts({win + ", though there was time to store it"}));
+}
+
 TEST_F(BooksTool, BooksThatWentBackAreWrong) {
   const std::string next = restart("power", 0, 4);
   books_at(6, 0, 4, 64);

@@ -69,7 +69,7 @@ class Replay {
   bool paper_sure[SIDE_COUNT]{};            // the board's count was seen in this run
   std::deque<Paid> credits[SIDE_COUNT];     // not played yet, the oldest first
   std::vector<Moved> history;               // since the last books lines; the first has no line
-  const JournalLine* last = nullptr;
+  std::int64_t last_ms = 0;  // of the latest event; a start says nothing of the run before
   std::int64_t now_ms = 0;
 };
 
@@ -126,7 +126,7 @@ void Replay::compare_with(const Counts& books, const char* whose) {
   for (auto one = same.base(); one != history.end(); ++one) {
     const JournalLine& line = *one->line;
     const bool wrong =
-        moves_money(line) && !store_fails && line.utc_ms < last->utc_ms - STORE_MOST_MS;
+        moves_money(line) && !store_fails && line.utc_ms < last_ms - STORE_MOST_MS;
     find(wrong, std::string(whose) + " don't have \"" + std::string(line.text) + "\"" +
                     (wrong ? ", though there was time to store it" : ": " + run_end));
   }
@@ -138,7 +138,7 @@ void Replay::start(const JournalLine& line) {
   run_end = "the power went";
   if (how == "killed") run_end = "the game was killed";
   if (ended_orderly) run_end = "the game ended";
-  if (last != nullptr) run_end += " after " + moment_for_people(last->utc_ms);
+  if (last_ms != 0) run_end += " after " + moment_for_people(last_ms);
   for (int side = 0; side < SIDE_COUNT; ++side) {
     if (Game* game = flying(side)) {
       game->state = GAME_CUT_OFF;
@@ -393,7 +393,7 @@ void Replay::take(const JournalLine& line) {
     default:
       break;
   }
-  last = &line;
+  if (line.kind != JOURNAL_START && line.kind != JOURNAL_BOOKS) last_ms = line.utc_ms;
 }
 
 Counts counts_of(const Audits& audits) {
