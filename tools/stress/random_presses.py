@@ -55,7 +55,7 @@ class Machine:
 
     def reading(self, text):
         """The number of a reading. Wrong with its text if it has none."""
-        said = self.do(text)
+        said = self.cabinet.do(text)
         number = re.search(r" is (-?[\d.e+-]+)$", said.strip())
         if not number:
             raise Wrong(f"{said.strip()}")
