@@ -125,8 +125,7 @@ void Replay::compare_with(const Counts& books, const char* whose) {
   }
   for (auto one = same.base(); one != history.end(); ++one) {
     const JournalLine& line = *one->line;
-    const bool wrong =
-        moves_money(line) && !store_fails && line.utc_ms < last_ms - STORE_MOST_MS;
+    const bool wrong = moves_money(line) && !store_fails && line.utc_ms < last_ms - STORE_MOST_MS;
     find(wrong, std::string(whose) + " don't have \"" + std::string(line.text) + "\"" +
                     (wrong ? ", though there was time to store it" : ": " + run_end));
   }
