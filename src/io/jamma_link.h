@@ -107,13 +107,14 @@ struct JammaLink {
   // followed by what it cleared. Taken before tx_mutex. The counts are read without it.
   Mutex ticket_mutex;
   std::atomic<std::int32_t> tickets_queued[2]{}, tickets_owed[2]{}, tickets_in_flight[2]{};
-  // The board's count as it last reported it.
-  std::atomic<std::int32_t> tickets_on_board[2]{};
+  // The board's count as it last reported it, and when; pump.
+  std::int32_t tickets_on_board[2] = {};
+  std::int64_t counted_ms[2] = {};
   // Tickets whose order the board did not answer yet, whether a start or a stop was among the
   // orders, and whether one was sent at all: a side with a fault waits for its next award.
   std::atomic<std::int32_t> tickets_unanswered[2]{};
   std::atomic<bool> start_unanswered[2]{}, order_open[2]{};
-  std::atomic<std::uint32_t> order_time[2]{};  // system tick of the last one
+  std::atomic<std::int64_t> ordered_ms[2]{};  // the first that is open
   bool count_asked[2] = {};         // after an outage, until the board has reported its count; pump
   Shared<bool> tickets_reported{};  // the board has reported that it owes some; pump
 

@@ -68,7 +68,8 @@ std::uint8_t ticket_byte(int side, std::int32_t count) {
 }
 
 void open_order(JammaLink& link, int side) {
-  link.order_time[side] = clock_system_tick_ms();
+  if (link.order_open[side]) return;
+  link.ordered_ms[side] = clock_ms();
   link.order_open[side] = true;
 }
 

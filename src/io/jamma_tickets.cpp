@@ -1,5 +1,6 @@
 // Orders of tickets: when one goes out, when the board has it, and what happens to one that got
 // lost on the line. A T frame has no receipt but the count that the board reports.
+#include <algorithm>
 #include <cstdint>
 
 #include "io/jamma_link.h"
@@ -8,17 +9,24 @@
 namespace {
 
 // A board answers an order at once. One that is without an answer for so long may be lost.
-constexpr std::uint32_t ANSWER_MS = 2000;
+constexpr std::int64_t ANSWER_MS = 2000;
 // So long does a side's next order wait for the answer to the one before. That is time enough to
 // find out, and a count tells of one order only.
-constexpr std::uint32_t HOLD_MS = 15000;
+constexpr std::int64_t HOLD_MS = 15000;
+// A dispenser that runs reports each ticket. After so long without a word, reports may be lost.
+constexpr std::int64_t FRESH_MS = 200;
 
 constexpr std::uint32_t DISPENSING[2] = {LEFT_DISPENSING, RIGHT_DISPENSING};
 constexpr std::uint32_t FAULT[2] = {LEFT_TICKET_FAULT, RIGHT_TICKET_FAULT};
 constexpr std::uint32_t TICKETS[2] = {PACKET_LEFT_TICKETS, PACKET_RIGHT_TICKETS};
 
-bool waits_for(const JammaLink& link, int side, std::uint32_t ms) {
-  return link.order_open[side] && !tick_reached(clock_system_tick_ms(), link.order_time[side] + ms);
+bool waits_for_answer(const JammaLink& link, int side, std::int64_t ms) {
+  return link.order_open[side] && clock_ms() - link.ordered_ms[side] < ms;
+}
+
+// A board that has paid without being heard would answer an order with a count below the last one.
+bool count_is_old(const JammaLink& link, int side) {
+  return jamma_flag(link, DISPENSING[side]) && clock_ms() - link.counted_ms[side] >= FRESH_MS;
 }
 
 // Without a count of tickets a stop is open, or a question.
@@ -45,13 +53,16 @@ void close_order(JammaLink& link, int side) {
 
 void jamma_tickets_schedule(JammaLink& link, int side) {
   if (link.tickets_queued[side] <= 0 || link.answers_due > 0) return;
-  if (waits_for(link, side, HOLD_MS)) return;
+  if (link.tickets_owed[side] >= TICKETS_ON_BOARD_MAX) return;
+  if (waits_for_answer(link, side, HOLD_MS)) return;
+  if (!link.order_open[side] && count_is_old(link, side)) {
+    jamma_tickets_query(link, side);
+    return;
+  }
   const MutexLock lock(link.ticket_mutex);
   std::int32_t queued = link.tickets_queued[side];
   if (queued <= 0) return;
-  const std::int32_t room = TICKETS_ON_BOARD_MAX - link.tickets_owed[side];
-  if (queued > room && room < 1) return;
-  const std::int32_t batch = queued > room ? room : queued;
+  const std::int32_t batch = std::min(queued, TICKETS_ON_BOARD_MAX - link.tickets_owed[side]);
   // An award or a clearing in between is handled in the next pass.
   if (!link.tickets_queued[side].compare_exchange_strong(queued, queued - batch)) return;
   link.tickets_in_flight[side] = batch;
@@ -67,6 +78,7 @@ void jamma_tickets_query(JammaLink& link, int side) {
 void jamma_tickets_counted(JammaLink& link, int side, std::int32_t count, bool fault) {
   if (link.order_open[side] && has_order(link, side, count, fault)) close_order(link, side);
   link.tickets_on_board[side] = count;
+  link.counted_ms[side] = clock_ms();
   link.count_asked[side] = false;
 }
 
@@ -77,7 +89,7 @@ void jamma_tickets_void(JammaLink& link, int side) {
 
 bool jamma_tickets_lost(const JammaLink& link) {
   for (int side = 0; side < 2; ++side) {
-    if (link.order_open[side] && !waits_for(link, side, ANSWER_MS)) return true;
+    if (link.order_open[side] && !waits_for_answer(link, side, ANSWER_MS)) return true;
   }
   return false;
 }

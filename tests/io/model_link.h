@@ -57,7 +57,8 @@ struct LinkModel {
   int queued[2] = {}, owed[2] = {};
   int unanswered[2] = {};  // tickets whose order the board did not answer yet
   int on_board[2] = {};    // its last count
-  bool open[2] = {};       // an order, a stop or a question is without an answer
+  std::int64_t counted[2] = {};
+  bool open[2] = {};  // an order, a stop or a question is without an answer
   std::int64_t ordered[2] = {};
   bool count_asked[2] = {};  // after an outage, until a count comes
   bool start_unanswered[2] = {}, reported = false;
@@ -146,8 +147,8 @@ struct LinkModel {
   void send_tickets(int side, int more) {
     owed[side] += more;
     unanswered[side] += more;
+    if (!open[side]) ordered[side] = now;
     open[side] = true;
-    ordered[side] = now;
     fault[side] = false;
     if (dispensing[side]) {
       send('T', {more / 256 % 4 + 8 * side, more % 256});
@@ -194,7 +195,7 @@ struct LinkModel {
       const int lost = unanswered[side];
       if (start_unanswered[side]) dispensing[side] = false;
       unanswered[side] = 0;
-      start_unanswered[side] = false;
+      open[side] = start_unanswered[side] = false;
       send_tickets(side, lost);
     }
   }
@@ -285,6 +286,7 @@ struct LinkModel {
       }
       has_order = has_order && open[side];
       on_board[side] = owed[side];
+      counted[side] = now;
     }
     count_asked[side] = false;
     if (has_order) {
@@ -363,6 +365,10 @@ struct LinkModel {
       const int batch = std::min(queued[side], 1023 - owed[side]);
       if (batch <= 0 || answers_due > 0) continue;
       if (open[side] && now - ordered[side] < 15000) continue;
+      if (!open[side] && dispensing[side] && now - counted[side] >= 200) {
+        send_tickets(side, 0);  // it may have paid and not been heard
+        continue;
+      }
       queued[side] -= batch;
       send_tickets(side, batch);
     }
@@ -405,8 +411,8 @@ struct LinkModel {
   int set_h_bit(bool& word, int value, int bit) { return set(word, value), set_h(bit, word); }
   int clear_tickets(int side) {
     queued[side] = owed[side] = unanswered[side] = 0;
+    if (!open[side]) ordered[side] = now;
     start_unanswered[side] = open[side] = true;
-    ordered[side] = now;
     return send('T', {0x80 + 8 * side + (mode[side] ? 0x10 : 0), 0});
   }
   // An order whose first number is one of two.

@@ -43,6 +43,10 @@ class Cabinet:
                 return reply.read().decode()
         except urllib.error.HTTPError as error:
             raise ValueError(f"{line}: {error.read().decode().strip()}") from error
+        except urllib.error.URLError as error:
+            if not isinstance(error.reason, BrokenPipeError):
+                raise
+            return self.do(line)  # it was closed before it had read the command
 
     def close(self):
         """Asks it to end. Returns its exit code."""
