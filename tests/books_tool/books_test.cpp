@@ -185,6 +185,11 @@ TEST_F(BooksTool, TicketsPaidTwiceAreNamed) {
       found(orderly, false),
       Texts({"left: 14 tickets ordered anew, 10 of which had come out already: the game ended "
              "after 2026-11-25 10:01:10"}));
+  std::string stayed_up = cut + again;
+  stayed_up.replace(stayed_up.find("owed=14 queued=0 told=yes"), 25, "owed=14 queued=3 told=no");
+  EXPECT_EQ(found(stayed_up, false).front(),
+            "left: 3 tickets ordered again, for which the board had not answered: the power went "
+            "after 2026-11-25 10:01:10");
   EXPECT_EQ(ledger(cut + again).paper[0].out, 24);
   EXPECT_EQ(ledger(cut + again).games[0].paper_ms, 1795604402000) << "with the last of them";
 }

@@ -286,10 +286,16 @@ void Replay::tickets(const JournalLine& line) {
   game->paper_end = counts.told;
 }
 
-// A board that has lost its power has lost its count: what the books owe is ordered anew.
+// A board that has lost its power has lost its count: what the books owe is ordered anew. One that
+// has kept it goes on paying, and gets only what it has not answered for.
 void Replay::restored(const JournalLine& line) {
-  if (field_of(line, "told") != "yes") return;
   const int side = side_of(line);
+  const std::int64_t unanswered = number_of(line, "queued");
+  if (unanswered > 0) {
+    find(false, named(side) + std::to_string(unanswered) +
+                    " tickets ordered again, for which the board had not answered: " + run_end);
+  }
+  if (field_of(line, "told") != "yes") return;
   const std::int64_t ordered = number_of(line, "owed");
   PaperCounts& counts = ledger.paper[side];
   const std::int64_t more = ordered - counts.owed;
