@@ -106,7 +106,9 @@ void jamma_tickets_order_lost(JammaLink& link) {
   const MutexLock lock(link.ticket_mutex);
   for (int side = 0; side < 2; ++side) {
     if (!link.order_open[side] || link.count_asked[side]) continue;
-    if (link.start_unanswered[side]) jamma_set_flag(link, DISPENSING[side], false);
+    // The question has set the dispenser going, so an order is added to what it has: a whole sum
+    // would undo what it has paid since it answered. A stop is a whole sum.
+    if (is_stop(link, side)) jamma_set_flag(link, DISPENSING[side], false);
     link.tickets_in_flight[side] += link.tickets_unanswered[side];
     close_order(link, side);
     jamma_send_packet(link, TICKETS[side]);

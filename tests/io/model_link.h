@@ -193,7 +193,7 @@ struct LinkModel {
     for (int side = 0; side < 2; ++side) {
       if (!open[side] || count_asked[side]) continue;
       const int lost = unanswered[side];
-      if (start_unanswered[side]) dispensing[side] = false;
+      if (start_unanswered[side] && lost == 0) dispensing[side] = false;
       unanswered[side] = 0;
       open[side] = start_unanswered[side] = false;
       send_tickets(side, lost);

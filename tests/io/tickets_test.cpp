@@ -61,6 +61,15 @@ TEST_F(Tickets, LostOrderIsSentAgainOnceTheBoardHasToldItsCount) {
   EXPECT_EQ(seen, Frames());
 }
 
+// The question makes it pay, so a whole sum would come too late.
+TEST_F(Tickets, LostOrderAfterAFaultIsAddedToWhatTheBoardHas) {
+  say({"t800a"});
+  order(3);
+  EXPECT_EQ(orders(), Frames{"T800d"});
+  board_lives(8000, "t000a");
+  EXPECT_EQ(seen, (Frames{"T0000", "T0003"}));
+}
+
 TEST_F(Tickets, OrderWhoseAnswerWasLostIsNotSentAgain) {
   order(3);
   EXPECT_EQ(orders(), Frames{"T0003"});
