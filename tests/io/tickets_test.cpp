@@ -103,6 +103,29 @@ TEST_F(Tickets, SilentDispenserIsAskedBeforeItGetsAnOrder) {
   EXPECT_EQ(jamma_tickets_unanswered(0), 0);
 }
 
+TEST_F(Tickets, WaitsAndQuestionsBeginToTheMillisecond) {
+  run(199);
+  order(3);
+  EXPECT_EQ(orders(), Frames{"T0003"}) << "the last count is fresh";
+  order(4);
+  for (const int ms : {1999, 1}) {
+    run(ms);
+    jamma_command(JAMMA_QUERY_SWITCHES);
+    say({STATUS});
+    EXPECT_EQ(orders(), ms == 1 ? Frames{"T0000"} : Frames{}) << "two seconds without an answer";
+  }
+  jamma_command(JAMMA_QUERY_SWITCHES);
+  say({STATUS});
+  run(12999);
+  EXPECT_EQ(orders(), Frames{});
+  run(1);
+  EXPECT_EQ(orders(), Frames{"T0004"}) << "fifteen seconds";
+  say({"t0011"});
+  run(200);
+  order(1);
+  EXPECT_EQ(orders(), Frames{"T0000"}) << "the last count is old";
+}
+
 TEST_F(Tickets, BoardThatNeverTellsItsCountGetsAnOrderOnce) {
   order(3);
   EXPECT_EQ(orders(), Frames{"T0003"});
