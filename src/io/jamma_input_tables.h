@@ -9,7 +9,6 @@
 struct InputRow {
   std::uint8_t byte, shift, mask;
   bool wraps;  // counts both ways
-  const char* name;
   std::uint8_t counter;
   std::uint32_t event;
 };
