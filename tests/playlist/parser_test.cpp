@@ -102,6 +102,8 @@ TEST_F(Parser, KeepsEveryCommandWithItsOperands) {
 }
 
 TEST_F(Parser, CommandTimesIncludeOffsetsAndWaits) {
+  folder.write("sounds/stereo.wav", riff(wave_chunk("fmt ", wave_format(2)) +
+                                         wave_chunk("data", std::string(44100, '\0'))));
   ASSERT_NE(parse_lines("[2.0] SIGNAL 1\n"
                         "[1.5] SIGNAL 2\n"
                         "[+1.5] SIGNAL 3\n"
@@ -112,10 +114,14 @@ TEST_F(Parser, CommandTimesIncludeOffsetsAndWaits) {
                         "SIGNAL 4\n"
                         "DUCK 5, 10, 1.5\n"
                         "[+1] WAITFOR 5\n"
-                        "SIGNAL 5\n"),
+                        "SIGNAL 5\n"
+                        "PLAY 1, 'stereo.wav', 1\n"
+                        "WAITFOR 1\n"
+                        "SIGNAL 6\n"),
             nullptr);
   EXPECT_EQ(printed, error(3, "time is less than previous command, ignoring command"));
-  const float expected[] = {2, 3.5F, 4, 4, 4.2F, 4.2F, 6.2F, 6.2F, 7.2F, 7.7F, 7.7F};
+  const float expected[] = {2,    3.5F, 4,    4,    4.2F, 4.2F,  6.2F,
+                            6.2F, 7.2F, 7.7F, 7.7F, 7.7F, 7.95F, 7.95F};
   ASSERT_EQ(bank->command_count, std::size(expected));
   for (std::size_t i = 0; i < std::size(expected); ++i) {
     EXPECT_FLOAT_EQ(bank->commands[i].time, expected[i]) << i;
