@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -71,6 +72,15 @@ TEST_F(JournalTest, LineHasTimeBootKindAndFields) {
                           "2001-09-09T01:46:41.234Z 17 link-lost\n"
                           "2001-09-09T01:46:41.234Z 17 catch side=left game=12 catch=butterfly "
                           "worth=9 purse=14\n"));
+}
+
+TEST_F(JournalTest, ThreadWritesWithoutBeingAsked) {
+  open();
+  journal_start();
+  for (int i = 0; i < 3000 && text() != START; ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  EXPECT_EQ(text(), START);
 }
 
 TEST_F(JournalTest, ClosedJournalWritesNothing) {

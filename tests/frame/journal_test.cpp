@@ -122,6 +122,19 @@ TEST_F(JournalOfPlay, TellsAGameFromCoinToPaper) {
   EXPECT_EQ(told.counts.sides[1].credits, 1);
 }
 
+TEST_F(JournalOfPlay, WinWithoutBoardIsNamed) {
+  tick();
+  press(PRESS_C1);
+  press(PRESS_P1S);
+  jamma_fake.open = false;
+  for (int i = 0; i < 5000 && audit_count(AUDIT_TICKETS) == 0; ++i) tick();
+  const Ledger told = ledger();
+  ASSERT_EQ(told.games.size(), 1U);
+  EXPECT_FALSE(told.games[0].told);
+  EXPECT_EQ(told.paper[SIDE_LEFT].told, 0);
+  jamma_fake.open = true;
+}
+
 // Ends at any tick, of the game alone or of the whole cabinet. Whatever is missing then is
 // explained, and paper is known to the ticket but for what came out after the journal's last line.
 TEST_F(JournalOfPlay, KillsLeaveNothingUnexplained) {

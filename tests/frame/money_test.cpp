@@ -359,8 +359,10 @@ TEST_F(Money, PressesInOperatorModeAreDiscarded) {
   jamma_fake.inputs.counters[COUNTER_TST] = 1;
   tick(120);
   EXPECT_EQ(game_mode, MODE_PLAY);
+  EXPECT_EQ(jps_fake.stops, 0);
   tick(1);
   EXPECT_EQ(game_mode, MODE_OPERATOR);
+  EXPECT_EQ(jps_fake.stops, 1);
   EXPECT_EQ(audit_count(AUDIT_TEST_ENTRY_COUNT), 1);
   EXPECT_EQ(sound_enabled, 0);
   jamma_fake_forget_calls();

@@ -202,9 +202,9 @@ struct TextTest : DrawTest {
     const auto white = [](int, int) { return 0xFFFFFFFFU; };
     folder.write("images/fonts/font8x12.bmp", bmp_bytes(128, 72, white));
     folder.write("images/fonts/zoinks14x22.tga", tga_bytes(256, 256, white));
-    text_fonts_load();
+    EXPECT_EQ(text_fonts_load(), 1);
   }
-  ~TextTest() override { text_fonts_free(); }
+  ~TextTest() override { EXPECT_EQ(text_fonts_free(), 1); }
   PictureFolder folder;
 };
 
@@ -249,7 +249,7 @@ TEST_F(DrawTest, NumbersAreTrimmedAndCentred) {
   folder.write("images/n.bmp", bmp_bytes(80, 12, [](int, int) { return 0xFFFFFFU; }));
   const PanelName names[1] = {R"(images\n.bmp)"};
   NumberFont font;
-  gfx_numbers_load(&font, 1, names);
+  EXPECT_EQ(gfx_numbers_load(&font, 1, names), 0);
   EXPECT_EQ(font.digit_width, 8);
   gfx_number_draw(47, 0, 100, 0, 0, 0, 4, 0);
   ASSERT_EQ(quads().size(), 4U);
@@ -266,12 +266,18 @@ TEST_F(DrawTest, NumbersAreTrimmedAndCentred) {
   headless_display.recorded.clear();
   gfx_number_draw(0, 0, 100, 0, 10, 10, 0, 0);
   EXPECT_TRUE(quads().empty());
-  gfx_numbers_free(&font, 1);
+  EXPECT_EQ(gfx_numbers_free(&font, 1), 0);
   gfx_number_draw(1, 0, 0, 0, 0, 0, 1, 0);
   EXPECT_TRUE(quads().empty()) << "no font is loaded";
 }
 
-TEST(Shapes, LinesBecomeQuads) {
+TEST_F(DrawTest, LinesAreQuads) {
+  gfx_line_draw(nullptr, 2.0F, 10, 50, 90, 50, 0xFF123456);
+  const DisplayQuad line = only();
+  EXPECT_EQ(line.x[0], 10.0F);
+  EXPECT_EQ(width_of(line), 80.0F);
+  EXPECT_EQ(height_of(line), 4.0F);
+  EXPECT_EQ(line.colour[0], 0xFF123456U);
   float c[8];
   gfx_line_to_quad(2.0F, 10, 50, 90, 50, c);
   EXPECT_EQ(std::vector<float>(c, c + 8), (std::vector<float>{10, 48, 90, 48, 10, 52, 90, 52}));

@@ -127,7 +127,7 @@ TEST(Panels, MissingFileLeavesPanelThatDrawsNothing) {
   const PanelName names[2] = {R"(images\none.tga)", R"(images\there.tga)"};
   folder.write("images/there.tga", tga_bytes(8, 8, [](int, int) { return 0xFFFFFFFFU; }));
   Panel table[2];
-  gfx_panels_load(table, 2, names);
+  EXPECT_EQ(gfx_panels_load(table, 2, names), 0);
   EXPECT_STREQ(table[0].name, names[0]);
   EXPECT_EQ(table[0].width, 0);
   EXPECT_EQ(table[1].width, 8);
@@ -142,7 +142,7 @@ TEST(Panels, MissingFileLeavesPanelThatDrawsNothing) {
   EXPECT_EQ(headless_display.quads, before);
   gfx_panel_draw(table[1]);
   EXPECT_EQ(headless_display.quads, before + 1);
-  gfx_panels_free(table, 2);
+  EXPECT_EQ(gfx_panels_free(table, 2), 0);
 }
 
 }  // namespace

@@ -20,6 +20,7 @@
 namespace {
 
 constexpr std::uint32_t CLEARED = 0x004020;  // the clear colour of a frame
+constexpr const char* DRIVER = "SDL_VIDEODRIVER";
 
 // A server's one monitor, seen and changed from outside the game.
 class Monitor {
@@ -211,7 +212,7 @@ class Game {
 class DisplayMode : public testing::Test {
  protected:
   DisplayMode() {
-    unsetenv("SDL_VIDEODRIVER");
+    unsetenv(DRIVER);
     if (const char* name = std::getenv("DISPLAY")) display = name;
   }
   ~DisplayMode() override {
@@ -271,6 +272,27 @@ TEST_F(DisplayMode, NoteIsShownWithoutEitherModeOrAnAnswer) {
   EXPECT_EQ(monitor.mode(), "1280x1024");
   ASSERT_TRUE(monitor.shows({CLEARED, 0xFFFFFF, 0xFF0000}));
   EXPECT_NEAR(monitor.leftmost(0xFF0000), 64 * 1280 / 1360, 8) << "from the screen's corner on";
+}
+
+// In a process of its own, as the program's connection to the server lasts as long as it does.
+TEST_F(DisplayMode, OnlyTheOwnerOfADesktopCanBeAsked) {
+  const Monitor monitor({1360, 768});
+  const auto asked = [](std::vector<const char*> variables) {
+    const pid_t process = fork();
+    if (process == 0) {
+      for (const char* name : {"CI", "XDG_CURRENT_DESKTOP", "DESKTOP_SESSION"}) unsetenv(name);
+      for (const char* name : variables) setenv(name, name == DRIVER ? "dummy" : "1", 1);
+      _exit(display_can_ask() ? 1 : 0);
+    }
+    int status = -1;
+    waitpid(process, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  };
+  EXPECT_EQ(asked({}), 0);
+  EXPECT_EQ(asked({"XDG_CURRENT_DESKTOP"}), 1);
+  EXPECT_EQ(asked({"DESKTOP_SESSION"}), 1);
+  EXPECT_EQ(asked({"DESKTOP_SESSION", "CI"}), 0);
+  EXPECT_EQ(asked({"DESKTOP_SESSION", DRIVER}), 0);
 }
 
 // The monitor is so far to the right that the screen would have to be wider than it can be.

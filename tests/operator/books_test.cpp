@@ -56,6 +56,9 @@ TEST_F(Books, DamagedCounters_AreShownAsStored) {
   audits[AUDIT_TICKETS].count = 5;
   choose("Payout");
   EXPECT_EQ(line("Tickets Per Frog"), "Tickets Per Frog                      0.000          0.000");
+  audits[AUDIT_GAMES_PLAYED].count = 1;
+  choose("Payout");
+  EXPECT_EQ(line("Tickets Per Frog"), "Tickets Per Frog                      5.000          0.000");
 }
 
 TEST_F(Books, Resets_ClearTheirOwnRowsAfterYesOnly) {
