@@ -8,6 +8,7 @@
 
 #include "gfx/blit.h"
 #include "gfx/panel.h"
+#include "gfx/panel_table.h"
 #include "gfx/strip.h"
 #include "gfx/text.h"
 #include "gfx/texture.h"
@@ -269,6 +270,17 @@ TEST_F(DrawTest, NumbersAreTrimmedAndCentred) {
   EXPECT_EQ(gfx_numbers_free(&font, 1), 0);
   gfx_number_draw(1, 0, 0, 0, 0, 0, 1, 0);
   EXPECT_TRUE(quads().empty()) << "no font is loaded";
+}
+
+TEST_F(DrawTest, NumbersOfTheTableGoWithIt) {
+  const PictureFolder folder;
+  folder.write("images/fonts/numbers_credits.bmp",
+               bmp_bytes(80, 12, [](int, int) { return 0xFFFFFFU; }));
+  panel_table_load();
+  EXPECT_EQ(number_font.digit_width, 8);
+  panel_table_free();
+  gfx_number_draw(1, 0, 0, 0, 0, 0, 1, 0);
+  EXPECT_TRUE(quads().empty());
 }
 
 TEST_F(DrawTest, LinesAreQuads) {

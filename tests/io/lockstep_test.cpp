@@ -158,14 +158,19 @@ class Lockstep : public LinkTest {
     ASSERT_EQ(link->changed, model.changed);
     ASSERT_EQ(jamma_command(JAMMA_GET_FLAGS, out(flags)), 0);
     ASSERT_EQ(flags, model.flags());
-    std::uint8_t guns = 0, raw[COUNTER_COUNT] = {};
+    std::uint8_t guns = 0;
     ASSERT_EQ(jamma_command(JAMMA_GET_GUN_OUTPUT, out(guns)), 0);
     ASSERT_EQ(guns, (model.gun_output[0] ? 1 : 0) + (model.gun_output[1] ? 2 : 0));
     const JammaInputs* inputs = nullptr;
     ASSERT_EQ(jamma_command(JAMMA_GET_INPUTS, out(inputs)), 0);
     ASSERT_EQ(inputs, &link->inputs);
-    ASSERT_EQ(jamma_board_counters(raw), model.synced);
-    for (int i = 0; model.synced && i < COUNTER_COUNT; ++i) ASSERT_EQ(raw[i], model.raw[i]) << i;
+    struct {
+      std::uint8_t raw[COUNTER_COUNT] = {}, behind = 0x5A;
+    } board;
+    ASSERT_EQ(jamma_board_counters(board.raw), model.synced);
+    ASSERT_EQ(board.behind, 0x5A);
+    for (int i = 0; model.synced && i < COUNTER_COUNT; ++i)
+      ASSERT_EQ(board.raw[i], model.raw[i]) << i;
     char text[32], expected[32];
     ASSERT_EQ(jamma_command(JAMMA_GET_VERSION_TEXT, reinterpret_cast<std::intptr_t>(text), 32), 0);
     std::snprintf(expected, sizeof expected, "19l.H%02X.F%02X R",

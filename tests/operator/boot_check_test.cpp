@@ -170,6 +170,10 @@ TEST_F(BootCheckTest, VersionFile_GivesItsFirstTwoLines) {
   boot_check_and_version([] {});
   EXPECT_STREQ(version_record.version, "1.07\n");
   EXPECT_STREQ(version_record.os_version, "DEBIAN 12\n");
+  std::ofstream(drive.path() + "/version.txt") << "EIGHTEEN LETTERS, NO MORE\n";
+  boot_check_and_version([] {});
+  EXPECT_STREQ(version_record.version, "EIGHTEEN LETTERS, ");
+  EXPECT_STREQ(version_record.os_version, "NO MORE\n");
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Every screen of operator mode and of the boot check, whole: tests/operator/screens.txt has all
+// Every screen of operator mode, of the boot check and of a wrong monitor, whole: tests/operator/screens.txt has all
 // that is drawn, in its order. A row is a run of things of one kind that stand in even steps: the
 // first one's place, the step, how many they are, their size and colours, and their texts.
 #include <gtest/gtest.h>
@@ -16,8 +16,10 @@
 
 #include "books/audits.h"
 #include "books/prefs.h"
+#include "frame/app_window.h"
 #include "frame/game_clock.h"
 #include "frame/game_mode.h"
+#include "frame/monitor_note.h"
 #include "frame/render_frame.h"
 #include "io/jamma.h"
 #include "operator/boot_check.h"
@@ -178,6 +180,9 @@ TEST_F(Screens, AreAsTheBookShowsThem) {
     std::ofstream(folder + "/lhpcrc.txt") << "a.bin 1 1\n";
     std::ofstream(folder + "/a.bin") << "x";
   });
+
+  app_window = {1920, 1080, 1, false, 1360, 768};
+  take("Monitor note", seen(monitor_note_draw));
 
   std::ifstream file(BOOK, std::ios::binary);
   const std::string known{std::istreambuf_iterator<char>(file), {}};

@@ -1,0 +1,206 @@
+#!/usr/bin/env python3
+"""Puts small faults into src/, one at a time, and runs the test programs that have the changed file: what
+they let pass, no test would have caught. Prints what lives, and for each folder how many were killed.
+
+    scripts/mutate.py [--count 60] [--seed 1] [--only src/io] [--record FILE]
+
+Needs a built tree; what is shown on a screen is killed with a display only (HACKING.md). Nothing in the tree
+changes, and none of its files may change meanwhile: the changed file is compiled apart and linked in front of
+the libraries. A fault that compiles to the same object code doesn't count, and a program that doesn't have the
+file doesn't link and is passed over. --record adds a line to FILE for each fault, with all test cases that
+fail, and begins after those that the file has: so a test can be found that kills nothing which others let live.
+"""
+
+import argparse
+import collections
+import json
+import os
+import pathlib
+import random
+import re
+import subprocess
+import tempfile
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+TREE = ROOT / "obj"
+PROGRAMS = {
+    "books": "books operator frame",
+    "frame": "frame tick_order operator gl",
+    "gfx": "gfx presentation gl",
+    "io": "io io_lamps io_watchdog io_wire io_usb",
+    "operator": "operator frame",
+    "platform": "platform books frame gfx sound_driver io_usb io_wire io_lamps sound_device gl",
+    "playfield": "playfield presentation frame",
+    "presentation": "presentation frame",
+    "sound": "playlist sound_driver sound_device",
+}
+COMPILE = ["nice", "g++", "-std=c++20", "-O1", "-w", "-ffp-contract=off", f"-I{ROOT}/src", f"-I{ROOT}", "-c"]
+# As ctest runs them.
+VARIABLES = {"io_usb": {"LD_PRELOAD": "libumockdev-preload.so.0", "LILYHOP_TEST_USB": "emulated"}}
+LONGEST_S = 300
+
+UNTOUCHED = re.compile(r"^\s*(//|#|static_assert|assert\(|using |namespace |\}|case |default:)"
+                       r"|printf|log_message|log_error")
+SWAPS = [(" < ", " <= "), (" <= ", " < "), (" > ", " >= "), (" >= ", " > "), (" == ", " != "), (" != ", " == "),
+         (" && ", " || "), (r" \|\| ", " && "), (r" \+ ", " - "), (" - ", " + "), (r" \* ", " / "),
+         (r" \+= ", " -= "), (" -= ", " += "), (r"\btrue\b", "false"), (r"\bfalse\b", "true"),
+         (r"\bSIDE_LEFT\b", "SIDE_RIGHT"), (r"\bSIDE_RIGHT\b", "SIDE_LEFT")]
+STRING = re.compile(r'"(?:[^"\\]|\\.)*"')
+NUMBER = re.compile(r"(?<![\w.\"'])(0x[0-9A-Fa-f]+|\d+\.\d+F?|\d+)(?![\w.'])")
+CALL = re.compile(r"^\s+[\w:.>\-\[\]]+\(.*\);$")
+GUARD = re.compile(r"^(\s+if \()(.*)(\) (?:return|continue|break).*;)$")
+RAN, FAILED = re.compile(r"\[ RUN      \] (\S+)"), re.compile(r"\[  FAILED  \] (\S+?)(?:,| \()")
+
+
+def changed_number(text):
+    """The next number; None for one that is left alone."""
+    if re.fullmatch(r"0\d+", text):
+        return None
+    if re.fullmatch(r"0x\w+|\d+", text):
+        return str(int(text, 0) + 1)
+    return str(float(text.rstrip("F")) * 1.25 + 0.01) + ("F" if text.endswith("F") else "")
+
+
+def changes_of(line):
+    """What the line may become."""
+    code = line.split(" //")[0]
+    if not code.strip() or UNTOUCHED.search(code):
+        return
+    texts = [found.span() for found in STRING.finditer(code)]
+
+    def in_text(at):
+        return any(begin <= at < end for begin, end in texts)
+
+    for what, by in SWAPS:
+        for found in re.finditer(what, code):
+            if not in_text(found.start()):
+                yield line[:found.start()] + by + line[found.end():]
+    for found in NUMBER.finditer(code):
+        by = None if in_text(found.start()) else changed_number(found[1])
+        if by is not None:
+            yield line[:found.start()] + by + line[found.end():]
+    for begin, end in texts:
+        if end - begin > 4 and "include" not in code:
+            yield line[:begin + 2] + ("Q" if line[begin + 2] != "Q" else "q") + line[begin + 3:]
+    if CALL.match(code):
+        yield re.match(r"\s*", line)[0] + ";"
+    guard = GUARD.match(code)
+    if guard:
+        yield f"{guard[1]}!({guard[2]}){guard[3]}"
+
+
+def faults(only, seed):
+    """All faults of a folder or file as (path, line's index, new line), in the seed's order."""
+    if only.is_dir():
+        paths = sorted(path for path in only.rglob("*.cpp") if "headless" not in str(path))
+    else:
+        paths = [only]
+    all_of_them = [(path, number, changed) for path in paths
+                   for number, line in enumerate(path.read_text().split("\n")) for changed in changes_of(line)]
+    random.Random(seed).shuffle(all_of_them)
+    return all_of_them
+
+
+class Bench:
+    """Compiles, links and runs what has a fault."""
+
+    def __init__(self):
+        self.folder = tempfile.TemporaryDirectory(prefix="mutate")
+        self.links, self.inputs = {}, {}
+
+    def compiled(self, name, lines, to):
+        source = f"{self.folder.name}/{name}"
+        pathlib.Path(source).write_text("\n".join(lines))
+        target = pathlib.Path(self.folder.name, to)
+        done = subprocess.run([*COMPILE, source, "-o", target], capture_output=True, check=False)
+        return target.read_bytes() if done.returncode == 0 else None
+
+    def is_a_fault(self, path, number, changed):
+        lines = path.read_text().split("\n")
+        before = self.compiled(path.name, lines, "before.o")
+        lines[number] = changed
+        after = self.compiled(path.name, lines, "after.o")
+        return after is not None and after != before
+
+    def linked(self, program, path):
+        """False if the program doesn't have the file, or a fake in its place."""
+        if program not in self.links:
+            def ninja(tool):
+                return subprocess.run(["ninja", "-t", tool, f"tests/{program}/test_{program}"], cwd=TREE, text=True,
+                                      capture_output=True, check=True).stdout.strip().split("\n")
+            self.links[program] = ninja("commands")[-1].replace(": && ", "").replace(" && :", "")
+            self.inputs[program] = set(ninja("inputs"))
+        if str(path) not in self.inputs[program]:
+            return False
+        here = self.folder.name
+        command = re.sub(r"-o tests/\S+", f"{here}/after.o -o {here}/test", self.links[program])
+        return subprocess.run(command, cwd=TREE, shell=True, capture_output=True, check=False).returncode == 0
+
+    def failures(self, program):
+        """The cases that fail, the one that ran last if it crashed or ran too long."""
+        process = subprocess.Popen(["nice", f"{self.folder.name}/test"], cwd=ROOT, text=True, errors="replace",
+                                   env={**os.environ, **VARIABLES.get(program, {})},
+                                   stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        try:
+            output, _ = process.communicate(timeout=LONGEST_S)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            output, _ = process.communicate()
+        if process.returncode == 0:
+            return []
+        cases = sorted(set(FAILED.findall(output)))
+        if not cases or process.returncode < 0:
+            cases.append((RAN.findall(output) or [program])[-1])
+        return cases
+
+
+def killers(bench, path, with_all):
+    cases = []
+    for program in PROGRAMS[path.relative_to(ROOT / "src").parts[0]].split():
+        if program == "gl" and cases:  # takes half a minute
+            continue
+        if bench.linked(program, path):
+            cases += bench.failures(program)
+        if cases and not with_all:
+            break
+    return cases
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--count", type=int, default=60)
+    parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--only", type=pathlib.Path, default=ROOT / "src")
+    parser.add_argument("--record", type=pathlib.Path)
+    options = parser.parse_args()
+    bench, told = Bench(), {}
+    if options.record and options.record.exists():
+        for line in options.record.read_text().splitlines():
+            row = json.loads(line)
+            told[row["file"], row["line"], row["now"]] = row["killers"]
+    killed, tried = collections.Counter(), collections.Counter()
+    for path, number, changed in faults(options.only.resolve(), options.seed):
+        if sum(tried.values()) >= options.count:
+            break
+        name, was = str(path.relative_to(ROOT)), path.read_text().split("\n")[number].strip()
+        key = name, number + 1, changed.strip()
+        if key not in told:
+            cases = killers(bench, path, bool(options.record)) if bench.is_a_fault(path, number, changed) else None
+            told[key] = cases
+            if options.record:
+                with options.record.open("a") as record:
+                    row = {"file": name, "line": number + 1, "was": was, "now": changed.strip(), "killers": cases}
+                    record.write(json.dumps(row) + "\n")
+        if told[key] is None:
+            continue
+        folder = name.split("/")[1]
+        tried[folder] += 1
+        killed[folder] += bool(told[key])
+        if not told[key]:
+            print(f"{name}:{number + 1}: {was}  ->  {changed.strip()}", flush=True)
+    for folder in sorted(tried):
+        print(f"{folder}: {killed[folder]} of {tried[folder]} killed")
+    print(f"in all {sum(killed.values())} of {sum(tried.values())} killed")
+
+
+main()
