@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "sound/kernels.h"
 #include "sound/resampler.h"
 #include "tests/sound_driver/studio.h"
 
@@ -144,64 +143,6 @@ TEST_F(Pitch, ShortestSoundsPlayAtTheFastestRate) {
   jpsdrvr_set_frequency(0, 100000);
   render(512);
   EXPECT_EQ(steepest(render(4096).left), 0) << "one frame in a loop is a constant";
-}
-
-TEST(Kernels, Avx2AndPlainKernelsAgree) {
-#if defined(__x86_64__)
-  if (&sound_kernels() != &sound_kernels_avx2) GTEST_SKIP() << "no AVX2 here";
-  resample_prepare();
-  std::mt19937 random(7);
-  std::vector<float> left(2000), right(2000);
-  std::vector<std::byte> bytes(4000);
-  for (auto& byte : bytes) byte = static_cast<std::byte>(random());
-  for (const int frames : {1, 7, 8, 250, 256}) {
-    for (const int channels : {1, 2}) {
-      for (const int size : {1, 2}) {
-        std::vector<float> other_left = left, other_right = right;
-        sound_kernels_avx2.unpack(bytes.data(), frames, channels, size, left.data(), right.data());
-        sound_kernels_plain.unpack(bytes.data(), frames, channels, size, other_left.data(),
-                                   other_right.data());
-        for (int i = 0; i < frames; ++i) {
-          ASSERT_EQ(left[i], other_left[i]);
-          ASSERT_EQ(right[i], other_right[i]);
-        }
-      }
-    }
-  }
-  for (auto& sample : left) sample = static_cast<float>(random() % 65536) - 32768.0F;
-  for (auto& sample : right) sample = static_cast<float>(random() % 65536) - 32768.0F;
-  for (const int hz : {100, 30000, 44100, 50000, 66000, 80000, 100000}) {
-    for (const int frames : {1, 3, 64, 255}) {
-      for (const bool stereo : {false, true}) {
-        const ResampleFilter filter = resample_filter(resample_step(hz));
-        std::vector<float> a(600), b(600), c(600), d(600);
-        ResampleRun run = {filter.rows,
-                           filter.taps,
-                           0x12345678,
-                           resample_step(hz),
-                           frames,
-                           left.data(),
-                           stereo ? right.data() : nullptr,
-                           a.data(),
-                           b.data()};
-        sound_kernels_avx2.resample(run);
-        run.out_left = c.data();
-        run.out_right = d.data();
-        sound_kernels_plain.resample(run);
-        for (int i = 0; i < frames; ++i) {
-          ASSERT_NEAR(a[i], c[i], 0.05) << hz << " Hz, frame " << i;
-          ASSERT_NEAR(b[i], d[i], 0.05) << hz << " Hz, frame " << i;
-        }
-        ASSERT_EQ(a[frames], 0);
-      }
-    }
-  }
-  std::vector<std::int16_t> packed(1000), other(1000);
-  for (auto& sample : left) sample *= 3;
-  sound_kernels_avx2.pack(left.data(), right.data(), 250, packed.data());
-  sound_kernels_plain.pack(left.data(), right.data(), 250, other.data());
-  EXPECT_EQ(packed, other);
-#endif
 }
 
 }  // namespace
