@@ -1,0 +1,94 @@
+// The whole game's start and end: what is read, what runs, and what is on the disk afterwards.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdint>
+#include <cstring>
+#include <filesystem>
+#include <string>
+#include <thread>
+
+#include "books/audits.h"
+#include "books/prefs.h"
+#include "frame/game_clock.h"
+#include "frame/game_init.h"
+#include "lab/board.h"
+#include "lab/settings.h"
+#include "operator/boot_check.h"
+#include "operator/menu.h"
+#include "platform/files.h"
+#include "platform/headless/sound_capture.h"
+#include "presentation/volume.h"
+#include "sound/driver.h"
+#include "sound/jps.h"
+#include "tests/playlist/waves.h"
+#include "tests/temp_folder.h"
+
+namespace {
+
+// Settings and books of an earlier run, and a script of sounds.
+void leave(const TempFolder& drive) {
+  settings_reset();
+  prefs[PREF_VOLUME].int_value = 7;
+  prefs[PREF_ATTRACT_VOLUME].int_value = 3;
+  prefs[PREF_CHECK_CRC].int_value = 0;
+  std::strcpy(prefs[PREF_BUILD_DATE].text_value, build_stamp.date);
+  std::strcpy(prefs[PREF_BUILD_TIME].text_value, build_stamp.time);
+  prefs_save();
+  audits_reset();
+  audits[AUDIT_BOOT_COUNT].count = 41;
+  audits[AUDIT_COIN_DROPS].count = 9;
+  audits_save();
+  std::filesystem::create_directory(drive.file("sounds"));
+  drive.write("sounds/a.wav", flat_wave(60, 9000));
+  drive.write("sounds/mainpls.txt",
+              "PLAYLIST 1, 'bgm', 1, 1\nSETVOL 0, 255, 0\nPLAY 0, 'a.wav', 0\nEND\n");
+}
+
+int loudness() {
+  std::int16_t block[2 * 512];
+  sound_capture_render(512, block, jpsdrvr_transition);
+  return block[2 * 511];
+}
+
+TEST(GameInit, ReadsTheDiskAndStartsWhatShutdownEndsAndStores) {
+  const TempFolder drive;
+  files_use_roots(drive.path(), drive.path());
+  build_stamp = {"May 17 2012", "10:20:53", "1.2.3"};
+  leave(drive);
+  settings_reset();
+  audits_reset();
+  board_reset();
+  ASSERT_EQ(Game_Init(), 1);
+  EXPECT_EQ(audit_count(AUDIT_BOOT_COUNT), 42);
+  EXPECT_EQ(audit_count(AUDIT_COIN_DROPS), 9);
+  EXPECT_EQ(pref_int(PREF_VOLUME), 7);
+  EXPECT_EQ(attract_flag, 1);
+  EXPECT_EQ(volume_step, 3);
+  EXPECT_NE(jps_bank_play_name("bgm"), 0U) << "the script is loaded";
+  EXPECT_GT(loudness(), 0);
+  const auto begun = now_ms();
+  for (int i = 0; i < 3000 && now_ms() == begun; ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  EXPECT_NE(now_ms(), begun) << "the game's thread runs";
+
+  prefs[PREF_COINS_TO_PLAY].int_value = 5;
+  EXPECT_EQ(Game_Shutdown(), 1);
+  EXPECT_FALSE(sound_capture_is_open());
+  const std::string journal = drive.read("journal");
+  EXPECT_NE(journal.find(" 42 start version=1.2.3 "), std::string::npos) << journal;
+  EXPECT_NE(journal.find(" books side=left coins=9 "), std::string::npos) << journal;
+  EXPECT_TRUE(journal.ends_with(" 42 stop\n")) << journal;
+  const auto stopped = now_ms();
+  settings_reset();
+  audits_reset();
+  prefs_load();
+  audits_load();
+  EXPECT_EQ(pref_int(PREF_COINS_TO_PLAY), 5);
+  EXPECT_EQ(audit_count(AUDIT_BOOT_COUNT), 43);
+  EXPECT_EQ(now_ms(), stopped);
+  files_use_roots("", "");
+}
+
+}  // namespace
