@@ -1,6 +1,8 @@
 // The whole game's start and end: what is read, what runs, and what is on the disk afterwards.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <cstring>
@@ -12,7 +14,9 @@
 #include "books/prefs.h"
 #include "frame/game_clock.h"
 #include "frame/game_init.h"
+#include "frame/game_thread.h"
 #include "lab/board.h"
+#include "lab/boot.h"
 #include "lab/settings.h"
 #include "operator/boot_check.h"
 #include "operator/menu.h"
@@ -88,6 +92,41 @@ TEST(GameInit, ReadsTheDiskAndStartsWhatShutdownEndsAndStores) {
   EXPECT_EQ(pref_int(PREF_COINS_TO_PLAY), 5);
   EXPECT_EQ(audit_count(AUDIT_BOOT_COUNT), 43);
   EXPECT_EQ(now_ms(), stopped);
+  files_use_roots("", "");
+}
+
+std::atomic<bool> hang = false;  // the game thread, in the middle of a tick
+std::atomic<bool> hangs = false;
+
+void hang_after_inputs() {
+  while (hang) {
+    hangs = true;
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+}
+
+TEST(GameShutdown, FreesAndStoresNothingWhileThreadRuns) {
+  const TempFolder drive;
+  files_use_roots(drive.path(), drive.path());
+  settings_reset();
+  board_after_inputs = hang_after_inputs;
+  boot_switch_on(77);
+  hangs = false;
+  hang = true;
+  ASSERT_TRUE(game_threads_start());
+  while (!hangs) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  const auto has_slots = [](const Lane& lane) { return lane.slots != nullptr; };
+  const auto strips = std::count_if(std::begin(lanes), std::end(lanes), has_slots);
+  ASSERT_GT(strips, 0);
+  EXPECT_EQ(Game_Shutdown(), 0);
+  EXPECT_EQ(std::count_if(std::begin(lanes), std::end(lanes), has_slots), strips);
+  EXPECT_FALSE(drive.has("audits"))
+      << "nor is a store begun that could meet one of the thread's own";
+  hang = false;
+  EXPECT_TRUE(game_threads_stop()) << "it ends when it can";
+  EXPECT_EQ(Game_Shutdown(), 1);
+  EXPECT_TRUE(drive.has("audits"));
+  board_after_inputs = nullptr;
   files_use_roots("", "");
 }
 
