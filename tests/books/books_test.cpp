@@ -1,6 +1,8 @@
 // The books on disk: which file is read, what a damaged one does, and what is stored when.
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <iterator>
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
@@ -32,6 +34,11 @@ class Books : public testing::Test {
     audits_reset();
     audits_tick_reset();
   }
+  ~Books() override { EXPECT_EQ(open_files(), open_at_first) << "a file was left open"; }
+
+  static std::ptrdiff_t open_files() {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+  }
 
   // The bytes of a settings file with this volume.
   std::string prefs_file(int volume) {
@@ -59,6 +66,7 @@ class Books : public testing::Test {
   }
 
   TempFolder drive;
+  std::ptrdiff_t open_at_first = open_files();
 };
 
 enum FileState { GOOD, MISSING, WRONG_MAGIC, SHORT, LONGER };

@@ -301,6 +301,19 @@ TEST_F(Money, StartTakesOneCreditAndLaunchesOneFrog) {
   EXPECT_EQ(jps_fake_count("bonk"), 2);
 }
 
+TEST_F(Money, TimePlayedIsThatOfTheSideWithFrogs) {
+  for (const int side : {SIDE_LEFT, SIDE_RIGHT}) {
+    playfield_reset();
+    frog_enqueue(side);
+    audits_reset();
+    coin(side);
+    start(side);
+    tick(60);
+    EXPECT_NEAR(audits[AUDIT_TIME_TOTAL_PLAYED + side].time_ms, 60 * 17, 17) << side;
+    EXPECT_EQ(audits[AUDIT_TIME_TOTAL_PLAYED + 1 - side].time_ms, 0) << side;
+  }
+}
+
 TEST_F(Money, FreePlayLaunchesWithoutCredit) {
   prefs[PREF_FREEPLAY].int_value = 1;
   start(SIDE_RIGHT);

@@ -107,6 +107,13 @@ TEST(WireChecksum, RejectsFrameWithOneWrongByte) {
   }
 }
 
+TEST(WireChecksum, SkipsGarbageBetweenFrames) {
+  WireFraming framing;
+  const Heard heard = hear(framing, "\nv\r8Dx\r00\nv\r8E\r00\nv\r8D", true);
+  EXPECT_EQ(heard.frames, (Texts{"v\r", "v\r"}));
+  EXPECT_EQ(heard.bad, 1) << "none but the second frame";
+}
+
 TEST(WireChecksum, LosesOneFrameForLostDigit) {
   WireFraming framing;
   const Heard heard = hear(framing, "\nv\r8\nv\r8D", true);
