@@ -198,7 +198,7 @@ StoreFile* store_open(const char* name) {
   return file;
 }
 
-bool store_bytes(StoreFile* file, const void* data, std::size_t size) {
+void store_bytes(StoreFile* file, const void* data, std::size_t size) {
   const char* rest = static_cast<const char*>(data);
   while (size > 0 && file->error == 0) {
     const ssize_t count = write(file->fd, rest, size);
@@ -210,7 +210,6 @@ bool store_bytes(StoreFile* file, const void* data, std::size_t size) {
     rest += count;
     size -= static_cast<std::size_t>(count);
   }
-  return file->error == 0;
 }
 
 namespace {

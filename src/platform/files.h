@@ -48,8 +48,8 @@ void read_close(ReadFile* file);
 // it, which replaces the old file in `store_close`. So a power cut leaves the old file or the new
 // one complete. Null if it can't be created: errno says why, 0 if the name has no path.
 StoreFile* store_open(const char* name);
-// Writes all `size` bytes or returns false; after a failure `store_close` keeps the old file.
-bool store_bytes(StoreFile* file, const void* data, std::size_t size);
+// Writes all `size` bytes. After a failure `store_close` keeps the old file.
+void store_bytes(StoreFile* file, const void* data, std::size_t size);
 // Brings the data to the disk, renames, and brings the folder to the disk. False if one of these
 // failed, and errno says why: the old file is still in place, or comes back after a power cut.
 bool store_close(StoreFile* file);

@@ -145,4 +145,24 @@ TEST(Panels, MissingFileLeavesPanelThatDrawsNothing) {
   EXPECT_EQ(gfx_panels_free(table, 2), 0);
 }
 
+// PNG files are loaded while a TGA file is read, each once.
+TEST(Panels, EachFileIsLoadedOnce) {
+  const PictureFolder folder;
+  folder.write("images/large.tga", tga_bytes(1024, 1024, numbered));
+  Bytes png = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n', 0, 0, 0, 13, 'I', 'H', 'D', 'R'};
+  png.insert(png.end(), {0, 0, 0, 32, 0, 0, 0, 64});
+  PanelName names[8] = {};
+  for (int i = 0; i < 8; ++i) {
+    const std::string name = i == 3 ? "large.tga" : "p" + std::to_string(i) + ".png";
+    if (i != 3) folder.write("images/" + name, png);
+    ("images\\" + name).copy(names[i], sizeof names[i] - 1);
+  }
+  Panel table[8];
+  const std::uint32_t before = headless_display.textures;
+  gfx_panels_load(table, 8, names);
+  EXPECT_EQ(headless_display.textures, before + 8);
+  for (int i = 0; i < 8; ++i) EXPECT_EQ(table[i].width, i == 3 ? 1024 : 32) << i;
+  gfx_panels_free(table, 8);
+}
+
 }  // namespace

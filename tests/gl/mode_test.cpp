@@ -1,4 +1,5 @@
 // The mode of the display and the window in it, on X servers that have one mode or another.
+#include <SDL.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -293,6 +294,26 @@ TEST_F(DisplayMode, OnlyTheOwnerOfADesktopCanBeAsked) {
   EXPECT_EQ(asked({"DESKTOP_SESSION"}), 1);
   EXPECT_EQ(asked({"DESKTOP_SESSION", "CI"}), 0);
   EXPECT_EQ(asked({"DESKTOP_SESSION", DRIVER}), 0);
+}
+
+TEST_F(DisplayMode, ContextThatCannotBeHadSaysWhy) {
+  const auto create = [](bool with_window, int version) {
+    std::string error;
+    if (with_window) display_open_window("test", 64, 64, false);
+    SDL_GL_SetAttribute(SDL_GL_CONTEXT_MAJOR_VERSION, version);
+    const bool good = display_create_context(error);
+    std::fprintf(stderr, "%s\n", good ? "created" : error.c_str());
+    std::_Exit(good ? 0 : 1);
+  };
+  constexpr bool WITH_WINDOW = true;
+  const auto refused = testing::ExitedWithCode(1);
+  const Monitor monitor({1360, 768});
+  EXPECT_EXIT(create(WITH_WINDOW, 1), testing::ExitedWithCode(0), "created");
+  EXPECT_EXIT(create(!WITH_WINDOW, 1), refused, "Can't Create A GL Device Context.");
+  EXPECT_EXIT(create(WITH_WINDOW, 9), refused, "Can't Create A GL Rendering Context.");
+  const XServer without_gl({1360, 768}, "-extension");
+  setenv("DISPLAY", without_gl.name().c_str(), 1);
+  EXPECT_EXIT(create(WITH_WINDOW, 1), refused, "Can't Find A Suitable PixelFormat.");
 }
 
 // The monitor is so far to the right that the screen would have to be wider than it can be.

@@ -6,7 +6,7 @@
 
 #include <csignal>
 
-XServer::XServer(DisplaySize size) {
+XServer::XServer(DisplaySize size, const char* gl) {
   const std::string screen = std::to_string(size.width) + "x" + std::to_string(size.height) + "x24";
   int ends[2];
   if (pipe(ends) != 0) return;
@@ -15,7 +15,7 @@ XServer::XServer(DisplaySize size) {
     prctl(PR_SET_PDEATHSIG, SIGTERM);  // ends with a test that crashes
     dup2(ends[1], 3);
     // Without -noreset added modes go with the last client.
-    execlp("Xvfb", "Xvfb", "-displayfd", "3", "-screen", "0", screen.c_str(), "-noreset",
+    execlp("Xvfb", "Xvfb", "-displayfd", "3", "-screen", "0", screen.c_str(), "-noreset", gl, "GLX",
            "-nolisten", "tcp", nullptr);
     _exit(127);
   }

@@ -9,7 +9,8 @@
 
 class XServer {
  public:
-  explicit XServer(DisplaySize size);  // is ready when it returns, or `name` is empty
+  // Is ready when it returns, or `name` is empty. With GL, or with "-extension" without.
+  explicit XServer(DisplaySize size, const char* gl = "+extension");
   ~XServer();
   XServer(const XServer&) = delete;
   XServer& operator=(const XServer&) = delete;

@@ -29,6 +29,16 @@ TEST_F(Inputs, DropsOnlyWholeFramesWhenReceiveRingIsFull) {
   EXPECT_EQ(sent(), Frames{"C0081"});
 }
 
+TEST_F(Inputs, ReceiveRingHoldsExactlyItsSize) {
+  std::uint32_t kept = 0;
+  for (; kept + 18 <= RX_RING_SIZE; kept += 18) feed("\nS8000000000000000\r");
+  feed("\n");
+  feed(std::string(RX_RING_SIZE - kept - 1, 't') + "\r");
+  EXPECT_EQ(jamma_command(JAMMA_GET_COMM_ERRORS), 0);
+  feed("\nt\r");
+  EXPECT_EQ(jamma_command(JAMMA_GET_COMM_ERRORS), 0x1000);
+}
+
 // Every edge gives a frame, and one byte in a hundred is replaced, or lost, or doubled on the way.
 // (Not mixed: a lost and a doubled "0" in one frame shift its digits and leave its sum alone.)
 TEST_F(Inputs, CountsEveryCoinOnBadLine) {

@@ -286,12 +286,14 @@ TEST_F(Led, ShowsJackpotValueAndBlinks) {
   ASSERT_TRUE(soon([&] { return led.types >= 2; })) << "the first check is over";
   led_update();
   EXPECT_TRUE(soon([&] { return led.value == 25 && led.blink == 0; }));
+  const int types = led.types;
   led_set_blink(1);
   EXPECT_TRUE(soon([&] { return led.blink == 1; }));
   led_set_value(-5);
   EXPECT_TRUE(soon([&] { return led.value == 0; }));
   led_set_value(8888);
   EXPECT_TRUE(soon([&] { return led.value == 8888; }));
+  EXPECT_EQ(led.types, types) << "none is a check";
 
   prefs[PREF_TWO_POINT_TICKETS].int_value = 1;
   led_update();

@@ -129,6 +129,8 @@ TEST_F(Menus, DoublePercentSign_ShowsAsOneInRowsAndPane) {
   pane_set_line(3, "%s", "50%% and %s");
   EXPECT_EQ(line("40"), "40%");
   EXPECT_EQ(line("50"), "50% and %s");
+  pane_set_line(0, "%s", "60%%");
+  EXPECT_EQ(line("60"), "60%");
 }
 
 TEST_F(Menus, SelectionOnBlankLastRow_MovesToFirstSelectableRow) {
