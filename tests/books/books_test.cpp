@@ -1,12 +1,12 @@
 // The books on disk: which file is read, what a damaged one does, and what is stored when.
 #include <gtest/gtest.h>
 
-#include <cstddef>
-#include <iterator>
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
+#include <iterator>
 #include <limits>
 #include <random>
 #include <string>

@@ -1,6 +1,7 @@
-// Every screen of operator mode, of the boot check and of a wrong monitor, whole: tests/operator/screens.txt has all
-// that is drawn, in its order. A row is a run of things of one kind that stand in even steps: the
-// first one's place, the step, how many they are, their size and colours, and their texts.
+// Every screen of operator mode, of the boot check and of a wrong monitor, whole:
+// tests/operator/screens.txt has all that is drawn, in its order. A row is a run of things of one
+// kind that stand in even steps: the first one's place, the step, how many they are, their size and
+// colours, and their texts.
 #include <gtest/gtest.h>
 
 #include <cstddef>
