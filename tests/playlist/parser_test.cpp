@@ -45,6 +45,9 @@ TEST_F(Parser, KeepsEveryCommandWithItsOperands) {
                   "ONMARKER 3 MARKER 2047\n"
                   "ONSMARKER 2047 PLAYGROUP 1, 'g', 0\n"
                   "SETPRI 1, VOL\n"
+                  "DUCK 1, 0, 0\n"
+                  "SETVOL 1, 0, 0\n"
+                  "SETPRI 1, 0\n"
                   "STOP 15\n"
                   "END of it\n"),
             nullptr);
@@ -57,7 +60,7 @@ TEST_F(Parser, KeepsEveryCommandWithItsOperands) {
   EXPECT_EQ(playlist.priority, 19);
   EXPECT_EQ(playlist.track_mask, 3);
   EXPECT_EQ(playlist.tracks_needed, 4U) << "STOP and SETPAN need no track";
-  ASSERT_EQ(playlist.command_count, 17U);
+  ASSERT_EQ(playlist.command_count, 20U);
   const JpsCommand* command = playlist.first_command;
   const auto next = [&command](JpsOpcode opcode, float time) -> const JpsCommand& {
     EXPECT_EQ(command->opcode, opcode);
@@ -97,6 +100,9 @@ TEST_F(Parser, KeepsEveryCommandWithItsOperands) {
   EXPECT_EQ(group.condition, 0x07FF0002U);
   EXPECT_EQ(group.group, &bank->groups[0]);
   EXPECT_EQ(next(JPS_SETPRI, 2).value, 16);
+  for (const JpsOpcode opcode : {JPS_DUCK, JPS_SETVOL, JPS_SETPRI}) {
+    EXPECT_EQ(next(opcode, 2).value, 0);
+  }
   EXPECT_EQ(next(JPS_STOP, 2).track, 15);
   next(JPS_END, 2);
 }

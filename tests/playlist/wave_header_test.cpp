@@ -50,9 +50,9 @@ TEST_F(WaveHeader, DamagedFilesAreReportedAndRefused) {
       {with(""), "it is not plain PCM"},
       {with(wave_format(1, 44100, 16, 3)), "it is not plain PCM"},
       {with(wave_format(0)), "it has neither 1 nor 2 channels"},
-      {with(wave_format(65535)), "it has neither 1 nor 2 channels"},
-      {with(wave_format(1, 0)), "its sample rate is not in the range 100-100000"},
-      {with(wave_format(1, 0xFFFFFFFF)), "its sample rate is not in the range 100-100000"},
+      {with(wave_format(3)), "it has neither 1 nor 2 channels"},
+      {with(wave_format(1, 99)), "its sample rate is not in the range 100-100000"},
+      {with(wave_format(1, 100001)), "its sample rate is not in the range 100-100000"},
       {with(wave_format(1, 44100, 0)), "its samples have neither 8 nor 16 bits"},
       {with(wave_format(1, 44100, 24)), "its samples have neither 8 nor 16 bits"},
       {riff(wave_chunk("fmt ", wave_format()) + wave_chunk("data", "")), "it has no samples"},
@@ -72,6 +72,11 @@ TEST_F(WaveHeader, DamagedFilesAreReportedAndRefused) {
   parse_lines("PLAY 0, 'bad.wav', 1\n");
   EXPECT_EQ(printed, "read_wav_header(): Invalid filetype!\n");
   EXPECT_EQ(bank->sound_count, 1U) << "the form is named, and the file is used";
+  for (const std::string& format : {wave_format(1, 100), wave_format(2, 100000, 8, 0xFFFE)}) {
+    folder.write("sounds/good.wav", with(format));
+    parse_lines("PLAY 0, 'good.wav', 1\n");
+    EXPECT_EQ(printed, "") << "extensible PCM, too, and the range's ends";
+  }
   std::filesystem::create_directory(folder.file("sounds/folder.wav"));
   parse_lines("PLAY 0, 'folder.wav', 1\n");
   EXPECT_EQ(bank->sound_count, 0U);

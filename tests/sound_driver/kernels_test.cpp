@@ -53,7 +53,8 @@ TEST_P(Kernels, ResampleWeighsTapsBetweenRows) {
   for (const int taps : {16, 24, 32, 40}) {
     const std::vector<float> rows = noise(static_cast<std::size_t>(257 * taps), 0.2F);
     const std::vector<float> in[2] = {noise(120), noise(120)};
-    std::vector<float> out[2] = {std::vector<float>(FRAMES), std::vector<float>(FRAMES)};
+    std::vector<float> out[2] = {std::vector<float>(FRAMES + 1, 7),
+                                 std::vector<float>(FRAMES + 1, 7)};
     ResampleRun run{rows.data(),  taps,         0x89ABCDEF,    STEP,         FRAMES,
                     in[0].data(), in[1].data(), out[0].data(), out[1].data()};
     kernels.resample(run);
@@ -70,12 +71,13 @@ TEST_P(Kernels, ResampleWeighsTapsBetweenRows) {
         ASSERT_NEAR(out[side][i], sum, 0.5) << taps << ' ' << side << ' ' << i;
       }
     }
+    EXPECT_EQ(out[0][FRAMES] + out[1][FRAMES], 14) << "nothing is written behind them";
     const std::vector<float> left = out[0];
     run.in_right = nullptr;
-    out[1].assign(FRAMES, 7);
+    out[1].assign(FRAMES + 1, 7);
     kernels.resample(run);
     EXPECT_EQ(out[0], left);
-    EXPECT_EQ(std::ranges::count(out[1], 7.0F), FRAMES);
+    EXPECT_EQ(std::ranges::count(out[1], 7.0F), FRAMES + 1);
   }
 }
 

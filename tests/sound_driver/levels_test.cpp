@@ -156,6 +156,13 @@ TEST_F(Levels, WaveWithoutOwnFadeIsFadedInAndOut) {
   for (int i = 64; i < 1000; ++i) ASSERT_EQ(take.left[i], top) << i;
   EXPECT_EQ(take.left[1064], 0);
   EXPECT_EQ(jpsdrvr_is_playing(0), 0);
+  for (const int pan : {-10000, 10000}) {
+    jpsdrvr_set_pan(0, pan);
+    jpsdrvr_play(&cut, 0);
+    const Take panned = render(1200);
+    EXPECT_LE(steepest(pan < 0 ? panned.left : panned.right), top / 60);
+    EXPECT_EQ(peak(pan < 0 ? panned.right : panned.left), 0) << "nor does its end go to the other";
+  }
 }
 
 }  // namespace
