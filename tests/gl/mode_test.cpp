@@ -276,28 +276,25 @@ TEST_F(DisplayMode, NoteIsShownWithoutEitherModeOrAnAnswer) {
   EXPECT_NEAR(monitor.leftmost(0xFF0000), 64 * 1280 / 1360, 8) << "from the screen's corner on";
 }
 
-// In a process of its own, as the program's connection to the server lasts as long as it does.
+// Each in a new process: this one may have a display already.
 TEST_F(DisplayMode, OnlyTheOwnerOfADesktopCanBeAsked) {
-  const Monitor monitor({1360, 768});
-  const auto asked = [](std::vector<const char*> variables) {
-    const pid_t process = fork();
-    if (process == 0) {
-      for (const char* name : {"CI", "XDG_CURRENT_DESKTOP", "DESKTOP_SESSION"}) unsetenv(name);
-      for (const char* name : variables) setenv(name, name == DRIVER ? "dummy" : "1", 1);
-      _exit(display_can_ask() ? 1 : 0);
-    }
-    int status = -1;
-    waitpid(process, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const auto ask = [](std::vector<const char*> variables) {
+    for (const char* name : {"CI", "XDG_CURRENT_DESKTOP", "DESKTOP_SESSION"}) unsetenv(name);
+    for (const char* name : variables) setenv(name, name == DRIVER ? "dummy" : "1", 1);
+    std::_Exit(display_can_ask() ? 1 : 0);
   };
-  EXPECT_EQ(asked({}), 0);
-  EXPECT_EQ(asked({"XDG_CURRENT_DESKTOP"}), 1);
-  EXPECT_EQ(asked({"DESKTOP_SESSION"}), 1);
-  EXPECT_EQ(asked({"DESKTOP_SESSION", "CI"}), 0);
-  EXPECT_EQ(asked({"DESKTOP_SESSION", DRIVER}), 0);
+  const testing::ExitedWithCode yes(1), no(0);
+  const Monitor monitor({1360, 768});
+  EXPECT_EXIT(ask({}), no, "");
+  EXPECT_EXIT(ask({"XDG_CURRENT_DESKTOP"}), yes, "");
+  EXPECT_EXIT(ask({"DESKTOP_SESSION"}), yes, "");
+  EXPECT_EXIT(ask({"DESKTOP_SESSION", "CI"}), no, "");
+  EXPECT_EXIT(ask({"DESKTOP_SESSION", DRIVER}), no, "");
 }
 
 TEST_F(DisplayMode, ContextThatCannotBeHadSaysWhy) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
   const auto create = [](bool with_window, int version) {
     std::string error;
     if (with_window) display_open_window("test", 64, 64, false);
