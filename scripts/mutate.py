@@ -19,6 +19,7 @@ import pathlib
 import random
 import re
 import subprocess
+import sys
 import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
@@ -131,15 +132,17 @@ class Bench:
                                       capture_output=True, check=True).stdout.strip().split("\n")
             self.links[program] = ninja("commands")[-1].replace(": && ", "").replace(" && :", "")
             self.inputs[program] = set(ninja("inputs"))
+            if self.failures(program, TREE / f"tests/{program}/test_{program}"):
+                sys.exit(f"test_{program} fails without a fault, so it can't judge one.")
         if str(path) not in self.inputs[program]:
             return False
         here = self.folder.name
         command = re.sub(r"-o tests/\S+", f"{here}/after.o -o {here}/test", self.links[program])
         return subprocess.run(command, cwd=TREE, shell=True, capture_output=True, check=False).returncode == 0
 
-    def failures(self, program):
+    def failures(self, program, binary):
         """The cases that fail, the one that ran last if it crashed or ran too long."""
-        process = subprocess.Popen(["nice", f"{self.folder.name}/test"], cwd=ROOT, text=True, errors="replace",
+        process = subprocess.Popen(["nice", binary], cwd=ROOT, text=True, errors="replace",
                                    env={**os.environ, **VARIABLES.get(program, {})},
                                    stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         try:
@@ -161,7 +164,7 @@ def killers(bench, path, with_all):
         if program in SLOW and cases:
             continue
         if bench.linked(program, path):
-            cases += bench.failures(program)
+            cases += bench.failures(program, f"{bench.folder.name}/test")
         if cases and not with_all:
             break
     return cases
