@@ -111,6 +111,14 @@ void search(const std::function<void()>& before = [] {}) {
   }
 }
 
+// The thread's first check comes at once, and the next in half a minute.
+void search_and_start(const Board& board) {
+  search();
+  const int searched = board.types;
+  led_start();
+  EXPECT_TRUE(soon([&] { return board.types > searched; }));
+}
+
 class Led : public testing::Test {
  protected:
   Led() {
@@ -281,9 +289,7 @@ TEST_F(Led, CloseIsLoggedWithAndWithoutBoard) {
 TEST_F(Led, ShowsJackpotValueAndBlinks) {
   Board led;
   environment.com[0] = led.path();
-  search();
-  led_start();
-  ASSERT_TRUE(soon([&] { return led.types >= 2; })) << "the first check is over";
+  search_and_start(led);
   led_update();
   EXPECT_TRUE(soon([&] { return led.value == 25 && led.blink == 0; }));
   const int types = led.types;
@@ -360,9 +366,7 @@ TEST_F(Led, SilentBoardIsFoundAgainOnAnyPort) {
 TEST_F(Led, BoardIsNotCheckedWhileFrogsAreInPlay) {
   Board led;
   environment.com[0] = led.path();
-  search();
-  led_start();
-  ASSERT_TRUE(soon([&] { return led.types >= 2; })) << "the first check is at once";
+  search_and_start(led);
   frog_launch(SIDE_LEFT, false);
   ASSERT_FALSE(station_idle(SIDE_LEFT));
   int before = settled(led);

@@ -308,7 +308,7 @@ TEST_F(PageTest, RecordingFillsLostSoundWithSilence) {
   EXPECT_TRUE(soon([&] { return std::filesystem::file_size(path) >= 44 + 3 * 2048; }));
   EXPECT_EQ(recording_stop(recording), "");
   const std::string file = drive.read("show.wav");
-  ASSERT_GT(file.size(), 44U + 3 * 2048);
+  ASSERT_GE(file.size(), 44U + 3 * 2048);
   EXPECT_EQ(file.substr(0, 4) + file.substr(8, 8), "RIFFWAVEfmt ");
   EXPECT_EQ(number_at(file, 4), file.size() - 8);
   EXPECT_EQ(number_at(file, 24), 44100U);

@@ -52,7 +52,7 @@ double seconds_of(const std::string& file) {
 }
 
 TEST(Script, PassesPlaylistCheck) {
-  const std::string found = testing::TempDir() + "sound-kit-check.txt";
+  const std::string found = testing::TempDir() + "sound-kit-check-" + std::to_string(getpid());
   const std::string command = PLAYLIST_TOOL " check " + kit_folder() + "/mainpls.txt >" + found;
   EXPECT_EQ(std::system(command.c_str()), 0) << bytes_of(found);
   EXPECT_NE(bytes_of(found).find(" 0 errors, 0 unused"), std::string::npos) << bytes_of(found);
