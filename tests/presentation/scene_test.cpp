@@ -173,9 +173,14 @@ TEST_F(Scene, CellNeverOnScreenHasNoRider) {
 }
 
 TEST_F(Scene, ShowsTicketAndLinkFaults) {
+  ticket_status.ticket_error[SIDE_LEFT] = 1;
+  std::vector<Drawn> drawn = seen(scene_draw);
+  EXPECT_EQ(places(drawn, "ticketerror"), "20,320");
+  EXPECT_EQ(places(drawn, "Tickets Owed: 0"), "72,426");
+  ticket_status.ticket_error[SIDE_LEFT] = 0;
   ticket_status.ticket_error[SIDE_RIGHT] = 1;
   ticket_status.tickets_owed[SIDE_RIGHT] = 9;
-  std::vector<Drawn> drawn = seen(scene_draw);
+  drawn = seen(scene_draw);
   EXPECT_EQ(places(drawn, "ticketerror"), "1084,320");
   EXPECT_EQ(first(drawn, "ticketerror").width, 128) << "half its size";
   EXPECT_EQ(places(drawn, "Tickets Owed: 9"), "1136,426");
