@@ -26,8 +26,8 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 TREE = ROOT / "obj"
 PROGRAMS = {
     "books": "books operator frame",
-    "frame": "frame tick_order operator lab gl",
-    "gfx": "gfx presentation gl",
+    "frame": "frame tick_order operator lab",
+    "gfx": "gfx presentation",
     "io": "io io_lamps io_watchdog io_wire io_usb",
     "operator": "operator frame",
     "platform": "platform books frame gfx sound_driver io_usb io_wire io_lamps sound_device gl",
