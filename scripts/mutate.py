@@ -40,7 +40,7 @@ TIMED = {"gl", "io_wire", "io_lamps", "io_usb", "sound_device"}  # a busy machin
 COMPILE = ["nice", "g++", "-std=c++20", "-O1", "-w", "-ffp-contract=off", f"-I{ROOT}/src", f"-I{ROOT}", "-c"]
 # As ctest runs them.
 VARIABLES = {"io_usb": {"LD_PRELOAD": "libumockdev-preload.so.0", "LILYHOP_TEST_USB": "emulated"}}
-LONGEST_S = 300
+LONGEST_S = 120
 
 UNTOUCHED = re.compile(r"^\s*(//|#|static_assert|assert\(|using |namespace |\}|case |default:)"
                        r"|printf|log_message|log_error")

@@ -120,6 +120,8 @@ TEST(BitmapReader, Converts16And32BitColoursTo24) {
   EXPECT_EQ(decoded(bitmap(wide, {0x01, 0x80, 0x00, 0x20})), "80ff80") << "10 bits, 1 and 8";
   Header deep{.width = 1, .height = 1, .depth = 32};
   EXPECT_EQ(decoded(bitmap(deep, {1, 2, 3, 77})), "030201") << "the fourth byte is ignored";
+  EXPECT_EQ(decoded(bitmap(deep, {0xFF, 0, 0, 0})), "0000ff");
+  EXPECT_EQ(decoded(bitmap(deep, {0, 0xFF, 0, 0})), "00ff00");
 }
 
 TEST(BitmapReader, DecodesRunLengths) {

@@ -323,6 +323,7 @@ TEST_F(DisplayMode, RefusedModeIsNotSet) {
   EXPECT_EQ(display_set_mode(1360, 768), DISPLAY_MODE_FAILED);
   EXPECT_EQ(monitor.mode(), "1024x768") << "the old mode is kept";
   EXPECT_EQ(display_set_mode(1280, 720), DISPLAY_MODE_BAD_MODE);
+  EXPECT_EQ(display_set_mode(1024, 720), DISPLAY_MODE_BAD_MODE);
   EXPECT_EQ(display_set_mode(0, 720), DISPLAY_MODE_BAD_PARAM);
   EXPECT_EQ(display_set_mode(800, 600), DISPLAY_MODE_OK);
   EXPECT_EQ(monitor.mode(), "800x600");

@@ -103,6 +103,7 @@ TEST_F(Menus, MenuBox_WidensAndNeverShrinks) {
   Menu* menu = menu_create(1, [](std::uintptr_t, MenuItem*) { return MENU_STAY; });
   MenuItem* item = menu_add_item(menu, 0, 0, "short");
   EXPECT_EQ(menu->width, 128);
+  EXPECT_EQ(menu->flags, 0x15U);
   menu_set_item_text(item, "%s", "a text of more than sixteen letters");
   EXPECT_EQ(menu->width, 35 * 8);
   menu_set_item_text(item, "short again");
