@@ -22,6 +22,7 @@
 #include "operator/menu.h"
 #include "platform/files.h"
 #include "platform/headless/sound_capture.h"
+#include "playfield/playfield.h"
 #include "presentation/volume.h"
 #include "sound/driver.h"
 #include "sound/jps.h"
@@ -72,10 +73,12 @@ TEST(GameInit, ReadsTheDiskAndStartsWhatShutdownEndsAndStores) {
   EXPECT_NE(jps_bank_play_name("bgm"), 0U) << "the script is loaded";
   EXPECT_GT(loudness(), 0);
   const auto begun = now_ms();
-  for (int i = 0; i < 3000 && now_ms() == begun; ++i) {
+  const auto sign = signs[0].frame.get();
+  const auto run = [&] { return now_ms() != begun && signs[0].frame != sign; };
+  for (int i = 0; i < 3000 && !run(); ++i) {
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
   }
-  EXPECT_NE(now_ms(), begun) << "the game's thread runs";
+  EXPECT_TRUE(run()) << "the threads of the game and of its workers";
 
   prefs[PREF_COINS_TO_PLAY].int_value = 5;
   EXPECT_EQ(Game_Shutdown(), 1);
@@ -126,6 +129,7 @@ TEST(GameShutdown, FreesAndStoresNothingWhileThreadRuns) {
   EXPECT_TRUE(game_threads_stop()) << "it ends when it can";
   EXPECT_EQ(Game_Shutdown(), 1);
   EXPECT_TRUE(drive.has("audits"));
+  EXPECT_EQ(std::count_if(std::begin(lanes), std::end(lanes), has_slots), 0);
   board_after_inputs = nullptr;
   files_use_roots("", "");
 }

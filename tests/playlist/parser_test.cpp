@@ -155,6 +155,7 @@ TEST_F(Parser, RefusedCommandsAreReportedWithLineAndReason) {
       {"PLAY 1, loud.wav, 1", string},
       {"PLAY 1, 'loud.wav' 1", string},
       {"PLAY 1, 'loud.wav'", loop},
+      {"PLAY 1, 'loud.wav, 1", string},
       {"PLAY 1, 'none.wav', 1", "couldn't open sound file 'none.wav'"},
       {R"(PLAY 1, '..\sounds\loud.wav', 1)", R"(couldn't open sound file '..\sounds\loud.wav')"},
       {"PLAYGROUP", "Too few arguments to PLAYGROUP"},
