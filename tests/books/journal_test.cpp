@@ -2,9 +2,11 @@
 #include "books/journal.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -165,6 +167,24 @@ TEST_F(JournalTest, DeadDiskCostsNothingButTime) {
   journal_flush();
   EXPECT_TRUE(events().starts_with("17 coin side=left coins=1 part=0 credits=1\n17 link-lost\n"));
   EXPECT_NE(events().find(" lost events="), std::string::npos);
+}
+
+TEST_F(JournalTest, FullDiskGetsItsLinesOnceThereIsRoom) {
+  open();
+  journal_flush();
+  journal_put(JOURNAL_LINK_LOST);
+  std::signal(SIGXFSZ, SIG_IGN);
+  rlimit room{};
+  getrlimit(RLIMIT_FSIZE, &room);
+  rlimit full = room;
+  full.rlim_cur = text().size() + 10;
+  setrlimit(RLIMIT_FSIZE, &full);
+  journal_flush();
+  EXPECT_EQ(text(), START) << "no half of a line";
+  setrlimit(RLIMIT_FSIZE, &room);
+  journal_put(JOURNAL_LINK_BACK);
+  journal_flush();
+  EXPECT_EQ(events(), "17 link-lost\n17 link-back\n");
 }
 
 TEST_F(JournalTest, FailedStoreIsNotedOnceAndItsEndToo) {

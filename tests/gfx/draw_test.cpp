@@ -290,6 +290,11 @@ TEST_F(DrawTest, LinesAreQuads) {
   EXPECT_EQ(width_of(line), 80.0F);
   EXPECT_EQ(height_of(line), 4.0F);
   EXPECT_EQ(line.colour[0], 0xFF123456U);
+  gfx_line_draw(&texture, 2.0F, 10, 50, 90, 50, 0xFF123456);
+  const DisplayQuad textured = only();
+  EXPECT_EQ(std::vector<float>(textured.u, textured.u + 4), (std::vector<float>{0, 1, 1, 0}));
+  EXPECT_EQ(std::vector<float>(textured.v, textured.v + 4), (std::vector<float>{0, 0, 1, 1}));
+  EXPECT_EQ(textured.colour[2], 0xFFFFFFFFU);
   float c[8];
   gfx_line_to_quad(2.0F, 10, 50, 90, 50, c);
   EXPECT_EQ(std::vector<float>(c, c + 8), (std::vector<float>{10, 48, 90, 48, 10, 52, 90, 52}));

@@ -196,6 +196,7 @@ TEST_F(Volume, ButtonsChangeTheCurrentLevelExceptDuringFade) {
 
 TEST_F(Volume, MusicAdvancesInAttractOnly) {
   EXPECT_EQ(jps_fake_count("bgm"), 1);
+  EXPECT_EQ(attract_flag, 1);
   step(180000);
   EXPECT_EQ(jps_fake_count("nextbgm"), 0);
   step(1);
