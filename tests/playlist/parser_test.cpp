@@ -162,6 +162,7 @@ TEST_F(Parser, RefusedCommandsAreReportedWithLineAndReason) {
       {"PLAYGROUP 1", "Too few arguments to PLAYGROUP"},
       {"PLAYGROUP 1, 'g', 1", "PLAYGROUP: invalid group name 'g'"},
       {"STOP", "Too few arguments to STOP"},
+      {"STOP ;1", "Too few arguments to STOP"},
       {"WAITFOR", "Too few arguments to WAITFOR"},
       {"WAITFOR 1", "'WAITFOR' without 'PLAY'"},
       {"LOOPSTART", "No arguments!"},
