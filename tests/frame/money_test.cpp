@@ -230,6 +230,12 @@ TEST_F(Money, QueuedTicketsAreOrderedAfterRestart) {
   jamma_fake_forget_calls();
   tickets_restore();
   EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 1), 5);
+
+  std::filesystem::remove(drive.file("board"));  // as on the first start
+  audits[AUDIT_TICKETS_OWED + 1].count = 6;
+  jamma_fake_forget_calls();
+  tickets_restore();
+  EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 1), 6);
 }
 
 // The cable was out when 5 tickets were won, and the game ends before they are ordered again.

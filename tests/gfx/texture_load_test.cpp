@@ -114,6 +114,29 @@ TEST(TextureLoad, FirstExtensionInNameSelectsReader) {
   }
 }
 
+TEST(TextureLoad, BitmapFillsCornerOfItsTexture) {
+  const PictureFolder folder;
+  const auto colour = [](int x, int y) {
+    return x == 2 && y == 0 ? 0xFF00FFU : 0x010203U * (1 + x + 3 * y);
+  };
+  folder.write("images/b.bmp", bmp_bytes(3, 3, colour));
+  headless_display.record = true;
+  load(R"(images\b.bmp)");
+  headless_display.record = false;
+  ASSERT_EQ(headless_display.rgba.size(), 4U * 4 * 4);
+  for (int y = 0; y < 4; ++y) {
+    for (int x = 0; x < 4; ++x) {
+      const std::uint8_t* p = &headless_display.rgba[4 * (4 * y + x)];
+      const std::uint32_t found = p[3] << 24 | p[0] << 16 | p[1] << 8 | p[2];
+      const bool outside = x == 3 || y == 3, nothing = x == 2 && y == 0;
+      EXPECT_EQ(found, outside   ? 0x0000FF00U
+                       : nothing ? 0U
+                                 : 0xFF000000U | colour(x, y))
+          << x << ',' << y;
+    }
+  }
+}
+
 TEST(TextureLoad, SizeThatIsNoPowerOfTwoHasNoCoverage) {
   const PictureFolder folder;
   folder.write("images/odd.tga", tga_bytes(12, 16, numbered));

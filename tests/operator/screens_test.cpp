@@ -26,6 +26,7 @@
 #include "operator/boot_check.h"
 #include "operator/menu.h"
 #include "platform/files.h"
+#include "presentation/debug_pages.h"
 #include "tests/operator/desk.h"
 
 namespace {
@@ -93,13 +94,17 @@ class Screens : public Desk {
   Screens() {
     version_record = {"LILY 1.23", "LINUX 12"};
     build_stamp = {"May 17 2012", "10:20:53"};
+    fill_audits();
+    for (JammaCounter counter : {COUNTER_P2S, COUNTER_C1, COUNTER_VLD})
+      jamma_fake.inputs.counters[counter] = 1;
+    jamma_fake.inputs.dips = 0x85;
+  }
+
+  static void fill_audits() {
     for (int row = 0; row < AUDIT_COUNT; ++row) {
       audits[row].count = row * 100;
       audits[row].time_ms = row * 3600000LL + 61500;
     }
-    for (JammaCounter counter : {COUNTER_P2S, COUNTER_C1, COUNTER_VLD})
-      jamma_fake.inputs.counters[counter] = 1;
-    jamma_fake.inputs.dips = 0x85;
   }
 
   void take(const std::string& name, const std::vector<Drawn>& drawn) {
@@ -184,6 +189,13 @@ TEST_F(Screens, AreAsTheBookShowsThem) {
 
   app_window = {1920, 1080, 1, false, 1360, 768};
   take("Monitor note", seen(monitor_note_draw));
+
+  fill_audits();
+  for (std::int32_t page = DEBUG_STATISTICS; page <= DEBUG_HISTOGRAM_1; ++page) {
+    debug_page = page;
+    take("Debug page " + std::to_string(page), seen(debug_page_draw));
+  }
+  debug_page = DEBUG_NONE;
 
   std::ifstream file(BOOK, std::ios::binary);
   const std::string known{std::istreambuf_iterator<char>(file), {}};

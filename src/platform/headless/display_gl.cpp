@@ -21,8 +21,12 @@ void display_end_frame() {}
 
 void display_wait_drawn() {}
 
-std::uint32_t display_texture_create(int /*width*/, int /*height*/, PixelFormat /*format*/,
-                                     const void* /*pixels*/) {
+std::uint32_t display_texture_create(int width, int height, PixelFormat format,
+                                     const void* pixels) {
+  if (format == PIXELS_RGBA && headless_display.record) {
+    const auto* bytes = static_cast<const std::uint8_t*>(pixels);
+    headless_display.rgba.assign(bytes, bytes + std::size_t{4} * width * height);
+  }
   return ++headless_display.textures;
 }
 

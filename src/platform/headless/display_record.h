@@ -17,9 +17,10 @@ struct HeadlessDisplay {
   std::uint64_t frames = 0;                     // begun
   std::uint64_t quads = 0;                      // drawn
   std::uint32_t textures = 0;
-  bool unscaled = true;  // the window has the size of the layout
-  bool quit = false;     // the window is closed, or Esc is typed
-  bool record = false;   // keep the quads themselves
+  std::vector<std::uint8_t> rgba;  // of the last texture in that format
+  bool unscaled = true;            // the window has the size of the layout
+  bool quit = false;               // the window is closed, or Esc is typed
+  bool record = false;             // keep the quads themselves
   std::vector<DisplayQuad> recorded;
   std::vector<std::string> boxes;  // "title: text" of each message box
 };
