@@ -16,6 +16,10 @@ std::uint32_t numbered(int x, int y) {
   return 0x01000000U * (10 * y + x) | 0x030201;
 }
 
+// As far as the headless display reads one.
+const Bytes PNG_OF_256_BY_64 = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n', 0, 0, 0, 13,
+                                'I',  'H', 'D', 'R', 0,    0,    1,    0,    0, 0, 0, 64};
+
 TEST(TgaReader, ReversesRowsAndSkipsId) {
   const PictureFolder folder;
   folder.write("images/a.tga", tga_bytes(4, 2, numbered, 32, 2, "made by hand"));
@@ -86,9 +90,7 @@ TEST(TextureLoad, FirstExtensionInNameSelectsReader) {
   }
   folder.write("images/b.bmp", bmp);
   folder.write("images/b.tga.bmp", bmp);
-  Bytes png = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n', 0, 0, 0, 13, 'I', 'H', 'D', 'R'};
-  png.insert(png.end(), {0, 0, 1, 0, 0, 0, 0, 64});
-  folder.write("images/c.png", png);
+  folder.write("images/c.png", PNG_OF_256_BY_64);
 
   for (const char* name : {R"(images\a.tga)", R"(images\A.TGA)", R"(images\a.tga.png)"}) {
     const Loaded loaded = load(name);
@@ -172,19 +174,17 @@ TEST(Panels, MissingFileLeavesPanelThatDrawsNothing) {
 TEST(Panels, EachFileIsLoadedOnce) {
   const PictureFolder folder;
   folder.write("images/large.tga", tga_bytes(1024, 1024, numbered));
-  Bytes png = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n', 0, 0, 0, 13, 'I', 'H', 'D', 'R'};
-  png.insert(png.end(), {0, 0, 0, 32, 0, 0, 0, 64});
   PanelName names[8] = {};
   for (int i = 0; i < 8; ++i) {
     const std::string name = i == 3 ? "large.tga" : "p" + std::to_string(i) + ".png";
-    if (i != 3) folder.write("images/" + name, png);
+    if (i != 3) folder.write("images/" + name, PNG_OF_256_BY_64);
     ("images\\" + name).copy(names[i], sizeof names[i] - 1);
   }
   Panel table[8];
   const std::uint32_t before = headless_display.textures;
   gfx_panels_load(table, 8, names);
   EXPECT_EQ(headless_display.textures, before + 8);
-  for (int i = 0; i < 8; ++i) EXPECT_EQ(table[i].width, i == 3 ? 1024 : 32) << i;
+  for (int i = 0; i < 8; ++i) EXPECT_EQ(table[i].width, i == 3 ? 1024 : 256) << i;
   gfx_panels_free(table, 8);
 }
 

@@ -114,15 +114,6 @@ TEST_F(Driver, FreedSoundFadesOutOnAllItsTracks) {
   EXPECT_EQ(jpsdrvr_free_sound(tone), -1);
 }
 
-TEST_F(Driver, NewStartIsSilent) {
-  JpsSound& tone = sine(1000, 0.25);
-  jpsdrvr_play(&tone, 0);
-  EXPECT_GT(peak(render(1000).left), 0);
-  ASSERT_TRUE(jpsdrvr_shutdown());
-  ASSERT_EQ(jpsdrvr_init(), 0);
-  EXPECT_EQ(peak(render(1000).left), 0);
-}
-
 TEST(NoDevice, EveryCallReturnsMinusOne) {
   sound_capture_plug(false);
   testing::internal::CaptureStdout();
