@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr std::int64_t QUIT_MS = 5000;
+constexpr std::int64_t QUIT_MS = 20000;  // it stores its books, maybe on a busy disk
 
 [[noreturn]] void become_game(const GameProcess& game) {
   // The game has its own process group: Ctrl-C in the terminal reaches only the cabinet, which

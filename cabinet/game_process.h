@@ -30,7 +30,7 @@ std::string game_start(GameProcess& game);
 // Power off: kills the game at once, and waits for its end.
 void game_kill(GameProcess& game);
 
-// Asks the game to quit, with `signal`; kills it after five seconds.
+// Asks the game to quit, with `signal`; kills it after twenty seconds.
 void game_ask_to_quit(GameProcess& game, int signal, std::int64_t now_ms);
 
 // Checks whether the game has ended, and kills it if its time to quit is over. Returns true once

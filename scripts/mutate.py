@@ -2,45 +2,54 @@
 """Puts small faults into src/, one at a time, and runs the test programs that have the changed file: what
 they let pass, no test would have caught. Prints what lives, and for each folder how many were killed.
 
-    scripts/mutate.py [--count 60] [--seed 1] [--only src/io] [--record FILE]
+    scripts/mutate.py [--count 60] [--seed 1] [--only src/io] [--record FILE] [--jobs 3]
 
 Needs a built tree; what is shown on a screen is killed with a display only (HACKING.md). Nothing in the tree
 changes, and none of its files may change meanwhile: the changed file is compiled apart and linked in front of
 the libraries. A fault that compiles to the same object code doesn't count, and a program that doesn't have the
-file doesn't link and is passed over. --record adds a line to FILE for each fault, with all test cases that
-fail, and begins after those that the file has: so a test can be found that kills nothing which others let live.
+file doesn't link and is passed over. A game with what all programs let pass plays the scripts of tests/e2e.
+--record adds a line to FILE for each fault, with all test cases that fail, and begins after those that the file
+has: so a test can be found that kills nothing which others let live.
 """
 
 import argparse
 import collections
+import concurrent.futures
 import json
 import os
 import pathlib
 import random
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
+import threading
+import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 TREE = ROOT / "obj"
 PROGRAMS = {
     "books": "books operator frame",
-    "frame": "frame tick_order operator lab",
-    "gfx": "gfx presentation",
+    "frame": "frame tick_order operator lab gl",
+    "gfx": "gfx presentation gl",
     "io": "io io_lamps io_watchdog io_wire io_usb",
     "operator": "operator frame",
     "platform": "platform books frame gfx sound_driver io_usb io_wire io_lamps sound_device gl",
-    "playfield": "playfield presentation frame",
-    "presentation": "presentation frame",
+    "playfield": "playfield presentation frame lab",
+    "presentation": "presentation frame operator lab gl",
     "sound": "playlist sound_driver sound_device",
 }
-SLOW = {"lab", "gl"}  # asked only about what the others let live
-TIMED = {"gl", "io_wire", "io_lamps", "io_usb", "sound_device"}  # a busy machine may fail them, but not twice
+SCRIPTS = "e2e"  # stands for the undrawn game, played by the scripts that need no screen
+SLOW = {"lab", "gl", SCRIPTS}  # asked only about what the others let live
+# A busy machine may fail them, but not twice.
+TIMED = {"gl", "io_wire", "io_lamps", "io_usb", "sound_device", SCRIPTS}
 COMPILE = ["nice", "g++", "-std=c++20", "-O1", "-w", "-ffp-contract=off", f"-I{ROOT}/src", f"-I{ROOT}", "-c"]
 # As ctest runs them.
 VARIABLES = {"io_usb": {"LD_PRELOAD": "libumockdev-preload.so.0", "LILYHOP_TEST_USB": "emulated"}}
-LONGEST_S = 120
+LONGEST_S, LONGEST_SCRIPT_S = 120, 600
+GAME = "tools/stress/lilyhop-undrawn"
+DRAWN = re.search(r"set\(drawn_scripts ([^)]+)\)", (ROOT / "tests/CMakeLists.txt").read_text())[1].split()
 
 UNTOUCHED = re.compile(r"^\s*(//|#|static_assert|assert\(|using |namespace |\}|case |default:)"
                        r"|printf|log_message|log_error")
@@ -104,13 +113,15 @@ def faults(only, seed):
     return all_of_them
 
 
+LINKS, INPUTS, LIMITS, ASKING = {}, {}, {}, threading.Lock()  # of the programs
+
+
 class Bench:
     """Compiles, links and runs what has a fault."""
 
     def __init__(self):
         self.folder = tempfile.TemporaryDirectory(prefix="mutate")
         self.binary = f"{self.folder.name}/test"
-        self.links, self.inputs = {}, {}
 
     def compiled(self, name, lines, to):
         source = f"{self.folder.name}/{name}"
@@ -126,30 +137,37 @@ class Bench:
         after = self.compiled(path.name, lines, "after.o")
         return after is not None and after != before
 
+    def get_to_know(self, program):
+        def ninja(tool):
+            return subprocess.run(["ninja", "-t", tool, target], cwd=TREE, text=True, capture_output=True,
+                                  check=True).stdout.strip().split("\n")
+        target = GAME if program == SCRIPTS else f"tests/{program}/test_{program}"
+        LINKS[program] = ninja("commands")[-1].replace(": && ", "").replace(" && :", "")
+        INPUTS[program] = set(ninja("inputs"))
+        begun = time.monotonic()
+        if self.failures(program, TREE / target) and self.failures(program, TREE / target):
+            sys.exit(f"{target} fails without a fault, so it can't judge one.")
+        LIMITS[program] = min(LONGEST_S, 20 + 8 * (time.monotonic() - begun))
+
     def linked(self, program, path):
         """False if the program doesn't have the file, or a fake in its place."""
-        if program not in self.links:
-            def ninja(tool):
-                return subprocess.run(["ninja", "-t", tool, f"tests/{program}/test_{program}"], cwd=TREE, text=True,
-                                      capture_output=True, check=True).stdout.strip().split("\n")
-            self.links[program] = ninja("commands")[-1].replace(": && ", "").replace(" && :", "")
-            self.inputs[program] = set(ninja("inputs"))
-            whole = TREE / f"tests/{program}/test_{program}"
-            if self.failures(program, whole) and self.failures(program, whole):
-                sys.exit(f"test_{program} fails without a fault, so it can't judge one.")
-        if str(path) not in self.inputs[program]:
+        with ASKING:
+            if program not in LINKS:
+                self.get_to_know(program)
+        if str(path) not in INPUTS[program]:
             return False
-        here = self.folder.name
-        command = re.sub(r"-o tests/\S+", f"{here}/after.o -o {self.binary}", self.links[program])
+        command = re.sub(r"-o \S+", f"{self.folder.name}/after.o -o {self.binary}", LINKS[program])
         return subprocess.run(command, cwd=TREE, shell=True, capture_output=True, check=False).returncode == 0
 
     def failures(self, program, binary):
         """The cases that fail, the one that ran last if it crashed or ran too long."""
+        if program == SCRIPTS:
+            return self.failing_scripts(binary)
         process = subprocess.Popen(["nice", binary], cwd=ROOT, text=True, errors="replace",
                                    env={**os.environ, **VARIABLES.get(program, {})},
                                    stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
         try:
-            output, _ = process.communicate(timeout=LONGEST_S)
+            output, _ = process.communicate(timeout=LIMITS.get(program, LONGEST_S))
         except subprocess.TimeoutExpired:
             process.kill()
             output, _ = process.communicate()
@@ -160,10 +178,27 @@ class Bench:
             cases.append((RAN.findall(output) or [program])[-1])
         return cases
 
+    def failing_scripts(self, game):
+        with tempfile.TemporaryDirectory(prefix="mutate-game") as installation:
+            subprocess.run([ROOT / "tools/stress/undrawn", installation], capture_output=True, check=True)
+            shutil.copy(game, f"{installation}/lilyhop")
+
+            def fails(script):
+                try:
+                    return subprocess.run([ROOT / "tests/e2e/run", installation, script], capture_output=True,
+                                          timeout=LONGEST_SCRIPT_S, check=False, cwd=ROOT).returncode != 0
+                except subprocess.TimeoutExpired:
+                    return True
+
+            scripts = sorted(path for path in (ROOT / "tests/e2e").glob("*.script") if path.stem not in DRAWN)
+            with concurrent.futures.ThreadPoolExecutor(len(scripts)) as pool:  # they mostly wait
+                failed = list(pool.map(fails, scripts))
+            return [f"{SCRIPTS}.{script.stem}" for script, fell in zip(scripts, failed) if fell]
+
 
 def killers(bench, path, with_all):
     cases = []
-    for program in PROGRAMS[path.relative_to(ROOT / "src").parts[0]].split():
+    for program in [*PROGRAMS[path.relative_to(ROOT / "src").parts[0]].split(), SCRIPTS]:
         if program in SLOW and cases:
             continue
         if bench.linked(program, path):
@@ -176,38 +211,62 @@ def killers(bench, path, with_all):
     return cases
 
 
+def judged(options):
+    """All faults in their order, with their killers; None for one that isn't a fault."""
+    told, mine = {}, threading.local()
+    if options.record and options.record.exists():
+        for line in options.record.read_text().splitlines():
+            row = json.loads(line)
+            told[row["file"], row["line"], row["now"]] = row["killers"]
+
+    def judge(path, number, changed):
+        was = path.read_text().split("\n")[number].strip()
+        row = {"file": str(path.relative_to(ROOT)), "line": number + 1, "was": was, "now": changed.strip()}
+        key = row["file"], row["line"], row["now"]
+        if key in told:
+            return {**row, "killers": told[key]}
+        if not hasattr(mine, "bench"):
+            mine.bench = Bench()
+        is_one = mine.bench.is_a_fault(path, number, changed)
+        row["killers"] = killers(mine.bench, path, bool(options.record)) if is_one else None
+        if options.record:
+            with options.record.open("a") as record:
+                record.write(json.dumps(row) + "\n")
+        return row
+
+    with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
+        ahead = collections.deque()
+        try:
+            for fault in faults(options.only.resolve(), options.seed):
+                ahead.append(pool.submit(judge, *fault))
+                if len(ahead) >= 4 * options.jobs:
+                    yield ahead.popleft().result()
+            while ahead:
+                yield ahead.popleft().result()
+        finally:
+            for judgement in ahead:
+                judgement.cancel()
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--count", type=int, default=60)
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--only", type=pathlib.Path, default=ROOT / "src")
     parser.add_argument("--record", type=pathlib.Path)
+    parser.add_argument("--jobs", type=int, default=1)
     options = parser.parse_args()
-    bench, told = Bench(), {}
-    if options.record and options.record.exists():
-        for line in options.record.read_text().splitlines():
-            row = json.loads(line)
-            told[row["file"], row["line"], row["now"]] = row["killers"]
     killed, tried = collections.Counter(), collections.Counter()
-    for path, number, changed in faults(options.only.resolve(), options.seed):
+    for row in judged(options):
+        if row["killers"] is None:
+            continue
+        folder = row["file"].split("/")[1]
+        tried[folder] += 1
+        killed[folder] += bool(row["killers"])
+        if not row["killers"]:
+            print(f"{row['file']}:{row['line']}: {row['was']}  ->  {row['now']}", flush=True)
         if sum(tried.values()) >= options.count:
             break
-        name, was = str(path.relative_to(ROOT)), path.read_text().split("\n")[number].strip()
-        key = name, number + 1, changed.strip()
-        if key not in told:
-            cases = killers(bench, path, bool(options.record)) if bench.is_a_fault(path, number, changed) else None
-            told[key] = cases
-            if options.record:
-                with options.record.open("a") as record:
-                    row = {"file": name, "line": number + 1, "was": was, "now": changed.strip(), "killers": cases}
-                    record.write(json.dumps(row) + "\n")
-        if told[key] is None:
-            continue
-        folder = name.split("/")[1]
-        tried[folder] += 1
-        killed[folder] += bool(told[key])
-        if not told[key]:
-            print(f"{name}:{number + 1}: {was}  ->  {changed.strip()}", flush=True)
     for folder in sorted(tried):
         print(f"{folder}: {killed[folder]} of {tried[folder]} killed")
     print(f"in all {sum(killed.values())} of {sum(tried.values())} killed")

@@ -19,6 +19,7 @@
 #include "frame/tick_steps.h"
 #include "frame/tick_timers.h"
 #include "frame/ticket_status.h"
+#include "io/watchdog_link.h"
 #include "operator/main_menu.h"
 #include "platform/clock.h"
 #include "platform/files.h"
@@ -30,6 +31,7 @@
 #include "presentation/volume.h"
 #include "tests/fakes/jamma_fake.h"
 #include "tests/fakes/jps_fake.h"
+#include "tests/io_watchdog/fake_usb.h"
 #include "tests/plain_sheets.h"
 #include "tests/reset_game.h"
 #include "tests/temp_folder.h"
@@ -511,6 +513,8 @@ TEST_F(Money, LockoutCoilsFallBeforeTheEnd) {
 // There are ten seconds' notice on the screen before it reboots.
 TEST_F(Money, RebootsAfterADayOnceQuietFor240Seconds) {
   constexpr std::int64_t DAY = 86400000;
+  FakeUsb usb;
+  const auto watchdog = usb.plug();
   game_tick(DAY - 1000);
   coin(SIDE_LEFT);
   start(SIDE_LEFT);
@@ -528,8 +532,11 @@ TEST_F(Money, RebootsAfterADayOnceQuietFor240Seconds) {
   const std::int64_t notice = now_ms();
   EXPECT_TRUE(game_tick(notice + 10000));
   EXPECT_EQ(headless_reboots_ordered, 0);
+  watchdog->heard.clear();
   EXPECT_FALSE(game_tick(notice + 10001));
   EXPECT_EQ(headless_reboots_ordered, 1);
+  EXPECT_EQ(watchdog->words(), std::vector<std::uint16_t>{WATCHDOG_WORD_REBOOT});
+  watchdog_reset();
 }
 
 // Play goes on, and the slots open again. An hour later it is tried once more.

@@ -4,11 +4,14 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
+#include <iterator>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "books/audits.h"
 #include "books/prefs.h"
@@ -21,7 +24,9 @@
 #include "operator/boot_check.h"
 #include "operator/menu.h"
 #include "platform/files.h"
+#include "platform/headless/clock_control.h"
 #include "platform/headless/sound_capture.h"
+#include "platform/random.h"
 #include "playfield/playfield.h"
 #include "presentation/volume.h"
 #include "sound/driver.h"
@@ -56,6 +61,21 @@ int loudness() {
   return block[2 * 511];
 }
 
+std::ptrdiff_t strips() {
+  return std::count_if(std::begin(lanes), std::end(lanes),
+                       [](const Lane& lane) { return lane.slots != nullptr; });
+}
+
+// The next numbers stand somewhere in the seed's stream, of which the game has taken the beginning.
+bool chance_came_from(std::uint64_t seed) {
+  std::vector<int> next(5);
+  std::ranges::generate(next, random_15bit);
+  random_seed(seed);
+  std::vector<int> stream(200'000);
+  std::ranges::generate(stream, random_15bit);
+  return !std::ranges::search(stream, next).empty();
+}
+
 TEST(GameInit, ReadsTheDiskAndStartsWhatShutdownEndsAndStores) {
   const TempFolder drive;
   files_use_roots(drive.path(), drive.path());
@@ -64,7 +84,10 @@ TEST(GameInit, ReadsTheDiskAndStartsWhatShutdownEndsAndStores) {
   settings_reset();
   audits_reset();
   board_reset();
+  playfield_free();
+  headless_calendar_set(1'300'000'000);
   ASSERT_EQ(Game_Init(), 1);
+  EXPECT_EQ(strips(), std::ssize(lanes));
   EXPECT_EQ(audit_count(AUDIT_BOOT_COUNT), 42);
   EXPECT_EQ(audit_count(AUDIT_COIN_DROPS), 9);
   EXPECT_EQ(pref_int(PREF_VOLUME), 7);
@@ -82,6 +105,7 @@ TEST(GameInit, ReadsTheDiskAndStartsWhatShutdownEndsAndStores) {
 
   prefs[PREF_COINS_TO_PLAY].int_value = 5;
   EXPECT_EQ(Game_Shutdown(), 1);
+  EXPECT_TRUE(chance_came_from(1'300'000'000));
   EXPECT_FALSE(sound_capture_is_open());
   const std::string journal = drive.read("journal");
   EXPECT_NE(journal.find(" 42 start version=1.2.3 "), std::string::npos) << journal;
@@ -118,18 +142,16 @@ TEST(GameShutdown, FreesAndStoresNothingWhileThreadRuns) {
   hang = true;
   ASSERT_TRUE(game_threads_start());
   while (!hangs) std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  const auto has_slots = [](const Lane& lane) { return lane.slots != nullptr; };
-  const auto strips = std::count_if(std::begin(lanes), std::end(lanes), has_slots);
-  ASSERT_GT(strips, 0);
+  ASSERT_EQ(strips(), std::ssize(lanes));
   EXPECT_EQ(Game_Shutdown(), 0);
-  EXPECT_EQ(std::count_if(std::begin(lanes), std::end(lanes), has_slots), strips);
+  EXPECT_EQ(strips(), std::ssize(lanes));
   EXPECT_FALSE(drive.has("audits"))
       << "nor is a store begun that could meet one of the thread's own";
   hang = false;
   EXPECT_TRUE(game_threads_stop()) << "it ends when it can";
   EXPECT_EQ(Game_Shutdown(), 1);
   EXPECT_TRUE(drive.has("audits"));
-  EXPECT_EQ(std::count_if(std::begin(lanes), std::end(lanes), has_slots), 0);
+  EXPECT_EQ(strips(), 0);
   board_after_inputs = nullptr;
   files_use_roots("", "");
 }
