@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 #include <sched.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -221,9 +222,14 @@ TEST(Serial, LostPortReopensOnlyADeviceOfItsKind) {
   int error = 0;
   SerialPort* const port = serial_open("COM1", &error);
   ASSERT_NE(port, nullptr);
-  lead_to("/dev/ptmx");  // a terminal with another driver
+  lead_to("/dev/full");  // of another driver
+  const int opened = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+  ASSERT_GE(inotify_add_watch(opened, "/dev/full", IN_OPEN), 0);
   first.unplug();
   EXPECT_FALSE(repaired(port));
+  inotify_event event{};
+  EXPECT_EQ(read(opened, &event, sizeof event), -1) << "opening a stranger raises its lines";
+  close(opened);
   const Pty second;
   lead_to(second.path());
   EXPECT_TRUE(repaired(port));

@@ -81,6 +81,16 @@ TEST_F(WinShow, BlocksLaunchesOnItsSide) {
   EXPECT_TRUE(frog_ready(SIDE_LEFT));
 }
 
+TEST_F(WinShow, NextOneBeginsWithoutTheTicketsThatFellInTheLast) {
+  win_show_start(SIDE_LEFT, 100);
+  run_to(20000);
+  ASSERT_TRUE(has(seen(win_show_draw), "ticket"));
+  at(20126);
+  ASSERT_FALSE(win_show_active(SIDE_LEFT));
+  win_show_start(SIDE_LEFT, 100);
+  EXPECT_FALSE(has(seen(win_show_draw), "ticket"));
+}
+
 TEST_F(WinShow, RestartDuringLateStepBeginsAnew) {
   win_show_start(SIDE_LEFT, 100);
   game_clock.now_ms += 5000;
