@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sched.h>
+#include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -65,6 +66,7 @@ void hardware_goes_first() {
   sched_param lowest_of_these{};
   lowest_of_these.sched_priority = sched_get_priority_min(SCHED_RR);
   sched_setscheduler(0, SCHED_RR | SCHED_RESET_ON_FORK, &lowest_of_these);
+  mlockall(MCL_CURRENT);  // a page that has to be read again can take seconds
 }
 
 std::string game_start(GameProcess& game) {

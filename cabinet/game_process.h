@@ -20,8 +20,9 @@ struct GameProcess {
   int exit_code = 0;            // of the last run; 128 plus the signal if a signal ended it
 };
 
-// Lets the calling thread run before other programs, if the user may do that: a board answers
-// however busy the PC is. Once, before the game starts, which doesn't inherit it.
+// Lets the calling thread run before other programs, and keeps the cabinet in memory, if the user
+// may do that: a board answers however busy the PC and its disk are. Once, before the game starts,
+// which inherits neither.
 void hardware_goes_first();
 
 // Starts the game. Returns an error text, empty on success.

@@ -184,6 +184,22 @@ TEST_F(StripTest, WrapsAtBothEnds) {
   EXPECT_EQ(lane.slots[0].x, 3 + 5 + 160);
 }
 
+TEST_F(StripTest, NewOneIsEmptyAndItsCellsAreOnePixelAcrossOrDown) {
+  for (const int direction : {0, 1, 2, 3}) {
+    Lane fresh{};
+    fresh.cell_size = fresh.sprite_w = 7;
+    fresh.scroll = 5.0F;
+    gfx_strip_create(&fresh, direction, 3);
+    EXPECT_EQ(fresh.direction, direction);
+    EXPECT_EQ(fresh.slot_count, 3);
+    EXPECT_EQ(fresh.scroll, 0.0F);
+    EXPECT_EQ(fresh.cell_size, direction == 1 || direction == 2 ? 1 : 7);
+    EXPECT_EQ(fresh.sprite_w, fresh.cell_size);
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(fresh.slots[i].kind, SLOT_EMPTY);
+    gfx_strip_free(&fresh);
+  }
+}
+
 TEST_F(StripTest, DrawsActiveObjectsOnly) {
   lane.slots[1].kind = SLOT_ANIMATED;
   lane.slots[1].active = 1;
