@@ -2,14 +2,15 @@
 """Puts small faults into src/, one at a time, and runs the test programs that have the changed file: what
 they let pass, no test would have caught. Prints what lives, and for each folder how many were killed.
 
-    scripts/mutate.py [--count 60] [--seed 1] [--only src/io] [--record FILE] [--jobs 3]
+    scripts/mutate.py [--count 60] [--seed 1] [--only src/io] [--record FILE] [--all] [--jobs 3]
 
 Needs a built tree; what is shown on a screen is killed with a display only (HACKING.md). Nothing in the tree
 changes, and none of its files may change meanwhile: the changed file is compiled apart and linked in front of
 the libraries. A fault that compiles to the same object code doesn't count, and a program that doesn't have the
 file doesn't link and is passed over. A game with what all programs let pass plays the scripts of tests/e2e.
---record adds a line to FILE for each fault, with all test cases that fail, and begins after those that the file
-has: so a test can be found that kills nothing which others let live.
+--record adds a line to FILE for each fault, with the test cases that fail, and begins after those that the file
+has. --all runs all programs, also when one has killed the fault: so a test can be found that kills nothing which
+others let live.
 """
 
 import argparse
@@ -229,7 +230,7 @@ def judged(options):
         if not hasattr(mine, "bench"):
             mine.bench = Bench()
         is_one = mine.bench.is_a_fault(path, number, changed)
-        row["killers"] = killers(mine.bench, path, bool(options.record)) if is_one else None
+        row["killers"] = killers(mine.bench, path, options.all) if is_one else None
         if options.record:
             with options.record.open("a") as record:
                 record.write(json.dumps(row) + "\n")
@@ -255,6 +256,7 @@ def main():
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--only", type=pathlib.Path, default=ROOT / "src")
     parser.add_argument("--record", type=pathlib.Path)
+    parser.add_argument("--all", action="store_true")
     parser.add_argument("--jobs", type=int, default=1)
     options = parser.parse_args()
     killed, tried = collections.Counter(), collections.Counter()
