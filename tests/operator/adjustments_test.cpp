@@ -115,6 +115,17 @@ TEST_F(Adjustments, StoredValueNotInItsList_IsShownAndKept) {
   EXPECT_EQ(pref_int(PREF_MAXIMUM_TICKETS), 77);
 }
 
+TEST_F(Adjustments, PayoutFigures_TakeTheTablesJackpotForNoBonusByHand) {
+  paytable_factor = 3;
+  bonus_value_reset();
+  choose("Payout");
+  EXPECT_EQ(line("Bonus Value   "), "Bonus Value                          750");
+  paytable_factor = 1;
+  press(PRESS_SRV);
+  choose("Payout");
+  EXPECT_EQ(line("Bonus Value   "), "Bonus Value                          750 (MANUAL)");
+}
+
 TEST_F(Adjustments, PayoutFigures_FollowMoneySettings) {
   choose("Payout");
   EXPECT_EQ(line("Bonus Value   "), "Bonus Value                          250");

@@ -57,6 +57,20 @@ TEST_F(Paytable, BuiltInSettingsSelectTheTenTicketRow) {
   EXPECT_EQ(jackpot_value(), 500);
 }
 
+TEST_F(Paytable, FactorMultipliesEveryValueUntilTheRowIsChosenAnew) {
+  const auto values = [] {
+    return std::array{bug_value(), butterfly_value(), tier1_value(), tier2_value()};
+  };
+  auto wanted = values();
+  for (std::int32_t& value : wanted) value *= 3;
+  paytable_factor = 3;
+  EXPECT_EQ(values(), wanted);
+  bonus_value_reset();
+  EXPECT_EQ(pref_int(PREF_BONUS_VALUE), 3 * JACKPOT[paytable_row]);
+  payout_recompute();
+  EXPECT_EQ(paytable_factor, 1);
+}
+
 TEST_F(Paytable, AnyStoredSettingSelectsAValidRow) {
   const float floats[] = {0.0F,   -0.0F,   1e-45F,   0.25F,       1e38F,
                           -1e38F, ENDLESS, -ENDLESS, NOT_A_NUMBER};
