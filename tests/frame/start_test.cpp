@@ -1,6 +1,7 @@
 // What start-up reads from outside: the command line and the environment.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdlib>
 #include <string>
 #include <tuple>
@@ -9,6 +10,8 @@
 
 #include "frame/app_window.h"
 #include "frame/monitor_note.h"
+#include "gfx/frame.h"
+#include "platform/display.h"
 #include "platform/environment.h"
 #include "platform/headless/display_record.h"
 #include "platform/tokens.h"
@@ -94,6 +97,25 @@ TEST(AppWindow, TriesFullscreenModesThenAsksOperator) {
     EXPECT_EQ(headless_display.boxes[0], std::string("ERROR: The Requested Fullscreen ") + why +
                                              "\nUse Windowed Mode Instead?");
   }
+}
+
+TEST(AppWindow, ShowsTheLayoutFromItsCornerAgainAfterEachMove) {
+  const auto projection = [] { return std::to_array(headless_display.projection); };
+  headless_display = {};
+  EXPECT_EQ(gfx_context_create(640, 480), 1);
+  EXPECT_EQ(projection(), (std::array{0, 0, 640, 480}));
+  app_window_proc({});
+  EXPECT_EQ(projection(), (std::array{0, 0, 640, 480}));
+  DisplayEvents moved{};
+  moved.moved = true;
+  app_window_proc(moved);
+  EXPECT_EQ(projection(), (std::array{0, 0, 1360, 768}));
+
+  headless_display = {};
+  headless_display.context_error = "no driver";
+  EXPECT_EQ(gfx_context_create(640, 480), 0);
+  EXPECT_EQ(headless_display.boxes, std::vector<std::string>{"ERROR: no driver"});
+  EXPECT_EQ(projection(), (std::array{0, 0, 0, 0}));
 }
 
 class EnvironmentTest : public testing::Test {

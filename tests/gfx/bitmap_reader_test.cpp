@@ -92,6 +92,8 @@ TEST(BitmapReader, LooksUpIndexesInColourTable) {
             "060504 030201 030201 030201 030201 030201 030201 030201 030201 060504");
   Header four{.width = 3, .height = 1, .depth = 4, .colours_used = 2, .colours = colours};
   EXPECT_EQ(decoded(bitmap(four, {0x01, 0x70, 0, 0})), "030201 060504 000000") << "7 has no colour";
+  EXPECT_EQ(decoded(bitmap(four, {0x21, 0x70, 0, 0})), "000000 060504 000000")
+      << "nor has 2, where the pixels begin";
   Header eight{.width = 2, .height = 2, .depth = 8, .colours_used = 2, .colours = colours};
   EXPECT_EQ(decoded(bitmap(eight, {1, 0, 0, 0, 0, 1, 0, 0})), "060504 030201 030201 060504");
   Bytes core_colours;  // the short header has a full table, three bytes each

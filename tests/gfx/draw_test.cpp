@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "gfx/blit.h"
@@ -128,6 +129,16 @@ TEST_F(DrawTest, BlitDrawsOnlyTheVisiblePart) {
   headless_display.unscaled = true;
   gfx_blit_tinted(0, 0, 64, 64, &texture, 160, 0, 64, 64, 0xFFFFFFFF, 0);
   EXPECT_TRUE(quads().empty()) << "nothing of it is visible";
+
+  for (const auto& [w, h] : {std::pair{-64, 64}, {64, -64}}) {
+    gfx_blit_tinted(0, 0, 64, 64, &texture, 100, 100, w, h, 0xFFFFFFFF, 0);
+    quad = only();
+    EXPECT_EQ(quad.u[1] - quad.u[0], static_cast<float>(w) / 256)
+        << "a mirrored part is drawn whole";
+    EXPECT_EQ(quad.v[2] - quad.v[1], static_cast<float>(h) / 128);
+    gfx_blit_tinted(0, 0, w, h, &texture, 0, 0, 64, 64, 0xFFFFFFFF, 0);
+    EXPECT_EQ(width_of(only()), static_cast<float>(w));
+  }
 }
 
 TEST_F(DrawTest, FrameIsACellOfTheSheet) {

@@ -153,6 +153,11 @@ TEST_F(Adjustments, PayoutFigures_FollowMoneySettings) {
   EXPECT_EQ(line("Average"), "Average Ticket Payout                10.00 (FIXED)");
   EXPECT_TRUE(shows("Bonus Value                          10 (FIXED)"));
   EXPECT_TRUE(shows("Payout Percent                       1.25% (FIXED)"));
+  prefs[PREF_COIN_VALUE].float_value = 0.0F;
+  choose("Fixed Ticket");
+  choose("On");
+  EXPECT_TRUE(shows("Payout Percent                       0.00% (FIXED)")) << "of no money";
+  prefs[PREF_COIN_VALUE].float_value = 2.0F;
   press(PRESS_SRV);
   choose("Coin/Game");
   EXPECT_TRUE(shows("Bonus Value                          0 (FIXED)"));

@@ -67,7 +67,7 @@ TEST_F(Diagnostics, SwitchTest_LightsSwitchesAndEndsAfterHeldService) {
     for (int i = 0; i < 20; ++i) tick();
     hold(COUNTER_SRV, false);
     tick();
-    EXPECT_TRUE(shows("All Switches Seen"));
+    EXPECT_EQ(places(seen(test_screen_draw), "All Switches Seen"), "680,662");
   }
   hold(COUNTER_SRV, true);
   tick();

@@ -216,6 +216,7 @@ TEST_F(Parser, RefusedStatementsAreReportedWithLineAndReason) {
   const std::string long_name(53, 'N');
   const std::pair<std::string, std::string> lines[] = {
       {"PLAYLIST", "not enough args to PLAYLIST"},
+      {"PLAYLIST ;1, 'a', 1, 1", "not enough args to PLAYLIST"},
       {"PLAYLIST x, 'a', 1, 1", "'x' is not a whole number"},
       {"PLAYLIST 1", name},
       {"PLAYLIST 1, 'a', 256, 1", "priority must be in the range 0-255"},
@@ -249,6 +250,12 @@ TEST_F(Parser, RefusedStatementsAreReportedWithLineAndReason) {
   EXPECT_EQ(printed, expected);
   EXPECT_EQ(bank->playlist_count, 0U);
   EXPECT_EQ(bank->group_count, 0U);
+}
+
+TEST_F(Parser, SoundWithoutTwoQuotesIsReportedFirst) {
+  parse("PLAYLIST 1, 'a', 1, 1\nPLAY 0, 'a.wav', 0\nPLAY 0, 'a.wav, 0\nPLAY 0, a.wav, 0\nEND\n");
+  const std::string bad = error(3, "bad quote string") + error(4, "bad quote string");
+  EXPECT_EQ(printed.substr(0, bad.size()), bad);
 }
 
 TEST_F(Parser, PlaylistHasDefaultPriorityAndMask) {

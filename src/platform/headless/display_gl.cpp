@@ -6,11 +6,15 @@
 #include "platform/display.h"
 #include "platform/headless/display_record.h"
 
-bool display_create_context(std::string& /*error*/) {
-  return true;
+bool display_create_context(std::string& error) {
+  error = headless_display.context_error;
+  return error.empty();
 }
 
-void display_set_projection(int /*left*/, int /*top*/, int /*width*/, int /*height*/) {}
+void display_set_projection(int left, int top, int width, int height) {
+  int i = 0;
+  for (const int number : {left, top, width, height}) headless_display.projection[i++] = number;
+}
 
 int display_begin_frame(std::uint32_t /*colour*/) {
   ++headless_display.frames;

@@ -14,6 +14,8 @@ struct HeadlessDisplay {
   std::vector<DisplayModeResult> mode_results;  // returned in this order; then OK
   bool answer_yes = false;                      // to a question box
   bool can_ask = true;                          // somebody is there to answer it
+  std::string context_error;                    // empty: the window gets a context
+  int projection[4]{};                          // left, top, width, height
   std::uint64_t frames = 0;                     // begun
   std::uint64_t quads = 0;                      // drawn
   std::uint32_t textures = 0;
