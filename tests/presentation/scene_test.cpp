@@ -220,6 +220,14 @@ TEST_F(Scene, DebugPagesShowAnyStoredValue) {
   debug_page = DEBUG_PREFS;
   std::memset(prefs[PREF_FREEPLAY].name, 'x', sizeof prefs[PREF_FREEPLAY].name);  // unterminated
   EXPECT_EQ(places(seen(debug_page_draw), std::string(32, 'x') + " 0"), "16,48");
+  PrefRow& currency = prefs[PREF_CURRENCY_UNIT];
+  currency.flags = PREF_SHOWS_CURRENCY;
+  std::string line = currency.name;
+  line.resize(33, ' ');
+  for (const auto& [code, letters] : {std::pair{1, currency_codes[1]}, {-1, ""}, {99, ""}}) {
+    currency.int_value = code;
+    EXPECT_TRUE(has(seen(debug_page_draw), line + letters)) << code;
+  }
   histogram[SIDE_RIGHT][251] = 3;
   debug_page = DEBUG_HISTOGRAM_1 + 1;
   drawn = seen(debug_page_draw);
