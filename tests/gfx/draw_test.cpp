@@ -313,10 +313,10 @@ TEST_F(DrawTest, NumbersOfTheTableGoWithIt) {
 TEST_F(DrawTest, LinesAreQuads) {
   gfx_line_draw(nullptr, 2.0F, 10, 50, 90, 50, 0xFF123456);
   const DisplayQuad line = only();
-  EXPECT_EQ(line.x[0], 10.0F);
-  EXPECT_EQ(width_of(line), 80.0F);
-  EXPECT_EQ(height_of(line), 4.0F);
-  EXPECT_EQ(line.colour[0], 0xFF123456U);
+  EXPECT_EQ(std::vector<float>(line.x, line.x + 4), (std::vector<float>{10, 90, 90, 10}));
+  EXPECT_EQ(std::vector<float>(line.y, line.y + 4), (std::vector<float>{48, 48, 52, 52}));
+  EXPECT_EQ(std::vector<std::uint32_t>(line.colour, line.colour + 4),
+            std::vector<std::uint32_t>(4, 0xFF123456));
   gfx_line_draw(&texture, 2.0F, 10, 50, 90, 50, 0xFF123456);
   const DisplayQuad textured = only();
   EXPECT_EQ(std::vector<float>(textured.u, textured.u + 4), (std::vector<float>{0, 1, 1, 0}));
