@@ -145,4 +145,30 @@ TEST_F(Pitch, ShortestSoundsPlayAtTheFastestRate) {
   EXPECT_EQ(steepest(render(4096).left), 0) << "one frame in a loop is a constant";
 }
 
+// The gain of a filter's first phase at a frequency, in periods a frame.
+double gain(const ResampleFilter& filter, double frequency) {
+  double sum = 0;
+  for (int tap = 0; tap < filter.taps; ++tap) {
+    const int distance = tap - (filter.taps / 2 - 1);
+    sum += filter.rows[tap] * std::cos(2 * std::numbers::pi * frequency * distance);
+  }
+  return sum;
+}
+
+// At 0.92 of what the output can hold it is down to a half.
+TEST(Resampler, FilterOfEachRatioEndsBelowTheOutputsLimit) {
+  resample_prepare();
+  for (int eighths = 0; eighths <= 11; ++eighths) {
+    const std::uint64_t step = RESAMPLE_SAME_RATE + RESAMPLE_SAME_RATE / 8 * eighths;
+    const double limit = 0.5 / (1 + eighths / 8.0);
+    const ResampleFilter filter = resample_filter(step);
+    EXPECT_NEAR(gain(filter, 0.92 * limit), 0.5, 0.06) << eighths;
+    EXPECT_NEAR(gain(filter, 0), 1, 1e-5) << eighths;
+    if (eighths == 0) continue;
+    EXPECT_EQ(resample_filter(step - 1).rows, filter.rows)
+        << "a ratio between two has the lower limit";
+    EXPECT_NE(resample_filter(step - RESAMPLE_SAME_RATE / 8).rows, filter.rows);
+  }
+}
+
 }  // namespace
