@@ -153,6 +153,23 @@ TEST_F(JournalTest, TurnsOverAtHalfItsSize) {
   EXPECT_EQ(text().find("17 start"), 25U);
 }
 
+TEST_F(JournalTest, FillsHalfItsSizeToTheLastByte) {
+  const auto start_behind = [this](std::size_t size) {
+    drive.write("journal", std::string(size - 1, 'x') + "\n");
+    open();
+    journal_flush();
+    return text().size() - size;
+  };
+  const std::size_t start = start_behind(100);
+  journal_close();
+  start_behind(JOURNAL_BYTES_MOST / 2 - start);
+  EXPECT_EQ(text().size(), JOURNAL_BYTES_MOST / 2);
+  EXPECT_FALSE(drive.has("journal.old"));
+  journal_put(JOURNAL_LINK_LOST);
+  journal_flush();
+  EXPECT_EQ(drive.read("journal.old").size(), JOURNAL_BYTES_MOST / 2);
+}
+
 TEST_F(JournalTest, DeadDiskCostsNothingButTime) {
   std::filesystem::create_directory(drive.file("journal"));  // so it can't be opened
   open();
