@@ -377,6 +377,8 @@ TEST_F(Money, CoinEndsDemoOnItsSideOnly) {
 }
 
 TEST_F(Money, PressesInOperatorModeAreDiscarded) {
+  prefs[PREF_VOLUME].int_value = 9;
+  volume_set(3);  // attract mode's
   jamma_fake.inputs.counters[COUNTER_TST] = 1;
   tick(120);
   EXPECT_EQ(game_mode, MODE_PLAY);
@@ -386,6 +388,8 @@ TEST_F(Money, PressesInOperatorModeAreDiscarded) {
   EXPECT_EQ(jps_fake.stops, 1);
   EXPECT_EQ(audit_count(AUDIT_TEST_ENTRY_COUNT), 1);
   EXPECT_EQ(sound_enabled, 0);
+  EXPECT_EQ(volume_step, 9);
+  EXPECT_EQ(pref_int(PREF_VOLUME), 9);
   jamma_fake_forget_calls();
   coin(SIDE_LEFT, 5);
   EXPECT_EQ(coins(0) + credits(0), 0);

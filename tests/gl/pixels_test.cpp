@@ -171,6 +171,15 @@ TEST_F(Pixels, RectIsAGradientAndLaterDrawsLieOnTop) {
   EXPECT_EQ(small.at(339, 192), 0U);
 }
 
+TEST_F(Pixels, AlphaOfAnUncompressedTextureIsReadBack) {
+  std::vector<std::uint8_t> pixels(4 * 6 * 3, 77), alpha(6 * 3);
+  for (std::size_t i = 0; i < alpha.size(); ++i)
+    pixels[4 * i + 3] = static_cast<std::uint8_t>(i * 9);
+  const std::uint32_t texture = display_texture_create(6, 3, PIXELS_RGBA, pixels.data());
+  ASSERT_TRUE(display_texture_read_alpha(texture, alpha.data()));
+  for (std::size_t i = 0; i < alpha.size(); ++i) EXPECT_EQ(alpha[i], i * 9) << i;
+}
+
 // A sheet of cells with soft blots and opaque blocks, some up to the cell's edge.
 std::uint32_t blot(int x, int y) {
   const int cell = x / 64 + y / 64 * 4;
