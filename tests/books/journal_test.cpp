@@ -20,6 +20,7 @@
 #include "platform/files.h"
 #include "platform/headless/clock_control.h"
 #include "platform/headless/power_record.h"
+#include "tests/open_files.h"
 #include "tests/temp_folder.h"
 
 namespace {
@@ -168,6 +169,20 @@ TEST_F(JournalTest, FillsHalfItsSizeToTheLastByte) {
   journal_put(JOURNAL_LINK_LOST);
   journal_flush();
   EXPECT_EQ(drive.read("journal.old").size(), JOURNAL_BYTES_MOST / 2);
+}
+
+TEST_F(JournalTest, LeavesNoFileOpen) {
+  const auto before = open_files();
+  open();
+  journal_flush();
+  EXPECT_EQ(open_files(), before + 1);
+  journal_close();
+  EXPECT_EQ(open_files(), before);
+  std::filesystem::remove(drive.file("journal"));
+  mkfifo(drive.file("journal").c_str(), 0600);
+  open();
+  journal_flush();
+  EXPECT_EQ(open_files(), before) << "it can't grow";
 }
 
 TEST_F(JournalTest, DeadDiskCostsNothingButTime) {

@@ -14,6 +14,7 @@
 
 #include "platform/environment.h"
 #include "platform/usb_device.h"
+#include "tests/open_files.h"
 #include "tests/temp_folder.h"
 
 namespace {
@@ -74,7 +75,9 @@ TEST_F(UsbSocket, DeviceIsListedWhileItsSocketListens) {
   EXPECT_TRUE(usb_driver().list({})->paths.empty());
   EXPECT_EQ(usb_driver().open(path), nullptr);
   listen_at_path();
+  const auto before = open_files();
   EXPECT_EQ(usb_driver().list({})->paths, std::vector<std::string>{path});
+  EXPECT_EQ(open_files(), before);
   EXPECT_NE(usb_driver().open(R"(\\.\USBIO_Device0)"), nullptr);
   for (const char* none :
        {R"(\\.\USBIO_Device1)", R"(\\.\USBIO_Device)", R"(\\.\USBIO_Device0x)"}) {
