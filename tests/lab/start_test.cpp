@@ -71,7 +71,7 @@ bool chance_came_from(std::uint64_t seed) {
   std::vector<int> next(5);
   std::ranges::generate(next, random_15bit);
   random_seed(seed);
-  std::vector<int> stream(200'000);
+  std::vector<int> stream(2'000'000);
   std::ranges::generate(stream, random_15bit);
   return !std::ranges::search(stream, next).empty();
 }
@@ -99,6 +99,7 @@ TEST(GameInit, ReadsTheDiskAndStartsWhatShutdownEndsAndStores) {
   const auto sign = signs[0].frame.get();
   const auto run = [&] { return now_ms() != begun && signs[0].frame != sign; };
   for (int i = 0; i < 3000 && !run(); ++i) {
+    headless_clock_advance(17);
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
   }
   EXPECT_TRUE(run()) << "the threads of the game and of its workers";
