@@ -173,11 +173,13 @@ TEST_F(JournalTest, FillsHalfItsSizeToTheLastByte) {
 
 TEST_F(JournalTest, LeavesNoFileOpen) {
   const auto before = open_files();
-  open();
-  journal_flush();
-  EXPECT_EQ(open_files(), before + 1);
-  journal_close();
-  EXPECT_EQ(open_files(), before);
+  for (int run = 0; run < 2; ++run) {  // the second one reads how the first ended
+    open();
+    journal_flush();
+    EXPECT_EQ(open_files(), before + 1);
+    journal_close();
+    EXPECT_EQ(open_files(), before);
+  }
   std::filesystem::remove(drive.file("journal"));
   mkfifo(drive.file("journal").c_str(), 0600);
   open();

@@ -378,11 +378,13 @@ TEST_F(Money, CoinEndsDemoOnItsSideOnly) {
 
 TEST_F(Money, PressesInOperatorModeAreDiscarded) {
   prefs[PREF_VOLUME].int_value = 9;
-  volume_set(3);  // attract mode's
+  prefs[PREF_ATTRACT_VOLUME].int_value = 3;
+  attract_begin();
   jamma_fake.inputs.counters[COUNTER_TST] = 1;
   tick(120);
   EXPECT_EQ(game_mode, MODE_PLAY);
   EXPECT_EQ(jps_fake.stops, 0);
+  EXPECT_EQ(volume_step, 3);
   tick(1);
   EXPECT_EQ(game_mode, MODE_OPERATOR);
   EXPECT_EQ(jps_fake.stops, 1);
