@@ -122,6 +122,13 @@ TEST_F(SerialLine, BytesPassUnchanged) {
   EXPECT_EQ(back, all) << "no echo, no translation";
 }
 
+TEST_F(SerialLine, DrainLastsAsLongAsTheBytesTakeOnTheLine) {
+  ASSERT_TRUE(serial_configure(port, 9600));
+  const std::int64_t begun = clock_ms();
+  serial_drain(port, 96);
+  EXPECT_GE(clock_ms() - begun, 100);
+}
+
 TEST_F(SerialLine, WakeEndsTheCurrentOrTheNextWait) {
   serial_wake(port);
   EXPECT_EQ(serial_wait(port, -1), 0);
