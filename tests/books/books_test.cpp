@@ -19,6 +19,7 @@
 #include "books/store_report.h"
 #include "platform/files.h"
 #include "platform/headless/clock_control.h"
+#include "tests/open_files.h"
 #include "tests/temp_folder.h"
 
 namespace {
@@ -35,10 +36,6 @@ class Books : public testing::Test {
     audits_tick_reset();
   }
   ~Books() override { EXPECT_EQ(open_files(), open_at_first) << "a file was left open"; }
-
-  static std::ptrdiff_t open_files() {
-    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
-  }
 
   // The bytes of a settings file with this volume.
   std::string prefs_file(int volume) {
@@ -241,6 +238,17 @@ TEST_F(Books, UnwritableFileIsSkipped) {
 }
 
 // One line when it begins, one an hour while it lasts, one when it is over.
+// As a service may be started. The file of a store is the first one then.
+TEST_F(Books, AreStoredWithStandardInputClosed) {
+  const int input = dup(STDIN_FILENO);
+  ASSERT_GE(input, 0);
+  close(STDIN_FILENO);
+  audits_save();
+  dup2(input, STDIN_FILENO);
+  close(input);
+  EXPECT_TRUE(drive.has("audits"));
+}
+
 TEST_F(Books, FailingStoreIsReportedOnceAnHourUntilItWorks) {
   store_report_reset();
   headless_clock_reset();
