@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdio>
+#include <functional>
 #include <vector>
 
 #include "cabinet/books_file.h"
@@ -60,11 +61,27 @@ std::string do_volume(Cabinet& cabinet, const Arguments& a, std::int64_t) {
   const int input = a.choices[0] == "up" ? INPUT_VOLUME_UP : INPUT_VOLUME_DOWN;
   return press(cabinet, input, a, PRESSES_PER_SECOND);
 }
+
+// True once the game, asked over USB, has answered: it does so in a tick, which has taken what was
+// pressed before. At once if there is nobody to ask.
+std::function<bool()> tick_seen(UsbWatchdog& watchdog) {
+  return [&watchdog, asked = false, words = 0L]() mutable {
+    if (!watchdog.configured) return true;
+    if (!asked) {
+      words = watchdog.words;
+      usb_watchdog_say(watchdog, USB_WATCHDOG_ASK);
+    }
+    asked = watchdog.words == words;
+    return !asked;
+  };
+}
+
 std::string do_menu(Cabinet& cabinet, const Arguments& a, std::int64_t) {
   if (!hands_idle(cabinet.hands)) return "the hands are still pressing something else";
   const std::vector<int> presses = menu_presses(a.texts[0]);
   if (presses.empty()) return "no menu has the row \"" + a.texts[0] + "\"";
-  hands_press_in_turn(cabinet.hands, presses, MENU_PRESSES_PER_SECOND);
+  hands_press_in_turn(cabinet.hands, presses, MENU_PRESSES_PER_SECOND,
+                      tick_seen(cabinet.usb.device));
   return {};
 }
 std::string do_press(Cabinet& cabinet, const Arguments& a, std::int64_t now_ms) {
@@ -188,7 +205,7 @@ std::string do_usb_say(Cabinet& cabinet, const Arguments& a, std::int64_t) {
   if (a.choices.empty()) {
     usb_watchdog_say(watchdog, 0xF000 | static_cast<int>(whole(a, "BYTE", 0)));
   } else if (a.choices[0] == "ask") {
-    usb_watchdog_say(watchdog, 0xD000);
+    usb_watchdog_say(watchdog, USB_WATCHDOG_ASK);
   } else {
     watchdog.reset_seen = true;
   }

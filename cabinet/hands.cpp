@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 namespace {
 
@@ -34,10 +35,12 @@ void hands_press(Hands& hands, int input, long count, double rate) {
   hands.bursts.push_back({input, count, period_ms, closed_ms, 0});
 }
 
-void hands_press_in_turn(Hands& hands, const std::vector<int>& inputs, double rate) {
+void hands_press_in_turn(Hands& hands, const std::vector<int>& inputs, double rate,
+                         std::function<bool()> ready) {
   hands.turns.assign(inputs.begin(), inputs.end());
   hands.turn_rate = rate;
   hands.turn_ms = 0;
+  hands.turn_ready = std::move(ready);
 }
 
 void hands_hold(Hands& hands, int input, double closed_ms) {
@@ -50,7 +53,7 @@ bool hands_idle(const Hands& hands) {
 
 void hands_advance(Hands& hands, Board& board, std::int64_t now_ms) {
   const auto now = static_cast<double>(now_ms);
-  if (!hands.turns.empty() && now >= hands.turn_ms) {
+  if (!hands.turns.empty() && now >= hands.turn_ms && hands.turn_ready()) {
     hands_press(hands, hands.turns.front(), 1, hands.turn_rate);
     hands.turns.pop_front();
     hands.turn_ms = now + 1000 / hands.turn_rate;

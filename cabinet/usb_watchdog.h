@@ -30,6 +30,8 @@ void usb_watchdog_configure(UsbWatchdog& device);
 // Takes the bytes of a write.
 void usb_watchdog_receive(UsbWatchdog& device, const std::string& bytes, std::int64_t now_ms);
 
+inline constexpr int USB_WATCHDOG_ASK = 0xD000;  // the host answers it with a word
+
 // Sends a word.
 void usb_watchdog_say(UsbWatchdog& device, int word);
 

@@ -58,6 +58,29 @@ TEST(MenuCommand, CabinetHeldUp_StillLeavesASecondBetweenPresses) {
   EXPECT_EQ(seen.down_ms, (std::vector<std::int64_t>{3201, 3261}));
 }
 
+TEST(MenuCommand, GameThatIsSlowToAnswer_GetsNoSecondPressBeforeItDoes) {
+  static Cabinet cabinet;
+  UsbWatchdog& watchdog = cabinet.usb.device;
+  usb_watchdog_configure(watchdog);
+  EXPECT_EQ(commands_do(cabinet, "menu \"Switch Test\"", 0), "");
+  const long& edges = cabinet.board.switches.edges[INPUT_TEST];
+  const auto advance_to = [](std::int64_t ms) { hands_advance(cabinet.hands, cabinet.board, ms); };
+  advance_to(0);
+  EXPECT_EQ(watchdog.to_host, "\x1D\x20\x30\x40") << "it is asked";
+  advance_to(500);
+  EXPECT_EQ(edges, 0);
+  usb_watchdog_receive(watchdog, "\x1C\x20\x38\x40", 500);
+  advance_to(501);
+  advance_to(561);
+  EXPECT_EQ(edges, 2);
+  for (const int ms : {1500, 1502, 9000}) advance_to(ms);
+  EXPECT_EQ(edges, 2) << "asked again";
+  EXPECT_EQ(watchdog.to_host.size(), 8U);
+  usb_watchdog_receive(watchdog, "\x1C\x20\x38\x40", 9000);
+  advance_to(9001);
+  EXPECT_EQ(edges, 3);
+}
+
 TEST(MenuCommand, UnknownRowOrBusyHands_IsAnError) {
   static Cabinet cabinet;
   EXPECT_EQ(commands_do(cabinet, "menu \"Lunch\"", 0), "no menu has the row \"Lunch\"");
