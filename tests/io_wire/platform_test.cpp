@@ -237,6 +237,8 @@ TEST(Serial, LostPortReopensOnlyADeviceOfItsKind) {
   inotify_event event{};
   EXPECT_EQ(read(opened, &event, sizeof event), -1) << "opening a stranger raises its lines";
   close(opened);
+  lead_to("/dev/ptmx");  // a terminal, also of another driver
+  EXPECT_FALSE(repaired(port));
   const Pty second;
   lead_to(second.path());
   EXPECT_TRUE(repaired(port));

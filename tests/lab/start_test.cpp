@@ -96,8 +96,8 @@ TEST(GameInit, ReadsTheDiskAndStartsWhatShutdownEndsAndStores) {
   board_reset();
   playfield_free();
   headless_calendar_set(1'300'000'000);
-  hang = true;  // or the threads, whose sleep only moves the clock, may be a day ahead by the time
-                // of a look
+  hang =
+      true;  // a sleep only moves this clock, so free threads may be a day ahead at the first look
   board_after_inputs = hang_after_inputs;
   ASSERT_EQ(Game_Init(), 1);
   EXPECT_EQ(strips(), std::ssize(lanes));
