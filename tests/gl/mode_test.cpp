@@ -1,5 +1,6 @@
 // The mode of the display and the window in it, on X servers that have one mode or another.
 #include <SDL.h>
+#include <SDL_opengl.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -312,6 +313,44 @@ TEST_F(DisplayMode, ContextThatCannotBeHadSaysWhy) {
   const XServer without_gl({1360, 768}, "-extension");
   setenv("DISPLAY", without_gl.name().c_str(), 1);
   EXPECT_EXIT(create(WITH_WINDOW, 1), refused, "Can't Find A Suitable PixelFormat.");
+}
+
+// All of it at once: a driver's default, or a call that is missing, is seen before it is drawn
+// with.
+TEST_F(DisplayMode, FreshContextHasTheStateThatPicturesNeed) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const auto write_state = [] {
+    std::string error;
+    display_open_window("test", 64, 64, false);
+    if (!display_create_context(error)) std::_Exit(1);
+    float cleared[4], colour[4], depth = 0, alpha = 0;
+    glGetFloatv(GL_COLOR_CLEAR_VALUE, cleared);
+    glGetFloatv(GL_CURRENT_COLOR, colour);
+    glGetFloatv(GL_DEPTH_CLEAR_VALUE, &depth);
+    glGetFloatv(GL_ALPHA_TEST_REF, &alpha);
+    const auto choice = [](GLenum what) {
+      GLint value = 0;
+      glGetIntegerv(what, &value);
+      return static_cast<unsigned>(value);
+    };
+    const auto on = [](GLenum what) { return glIsEnabled(what) == GL_TRUE ? "on" : "off"; };
+    std::fprintf(stderr, "cleared %g %g %g %g, depth %g, colour %g %g %g %g\n",  //
+                 cleared[0], cleared[1], cleared[2], cleared[3], depth,          //
+                 colour[0], colour[1], colour[2], colour[3]);
+    std::fprintf(stderr, "texture %s, blend %s %#x %#x\n", on(GL_TEXTURE_2D), on(GL_BLEND),
+                 choice(GL_BLEND_SRC), choice(GL_BLEND_DST));
+    std::fprintf(stderr, "depth test %s %#x, alpha test %s %#x %g\n", on(GL_DEPTH_TEST),
+                 choice(GL_DEPTH_FUNC), on(GL_ALPHA_TEST), choice(GL_ALPHA_TEST_FUNC), alpha);
+    std::fprintf(stderr, "shades %#x, draws into %#x\n", choice(GL_SHADE_MODEL),
+                 choice(GL_DRAW_BUFFER));
+    std::_Exit(0);
+  };
+  const Monitor monitor({1360, 768});
+  EXPECT_EXIT(write_state(), testing::ExitedWithCode(0),
+              "cleared 0 0 0 0.3, depth 1, colour 1 1 1 1\n"
+              "texture on, blend on 0x302 0x303\n"
+              "depth test off 0x203, alpha test off 0x204 0.1\n"
+              "shades 0x1d01, draws into 0x405\n");
 }
 
 // The monitor is so far to the right that the screen would have to be wider than it can be.
