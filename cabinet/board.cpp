@@ -88,6 +88,7 @@ void take_watchdog(Board& board, const Data& data, std::int64_t now_ms) {
   board.watchdog_armed = true;
   board.watchdog_allowance_ms = data[0] * 1000;
   board.watchdog_fed_ms = now_ms;
+  board.watchdog_unanswered = 0;
   ++board.counts.watchdog_fed;
 }
 
@@ -153,7 +154,7 @@ void advance_watchdog(Board& board, std::int64_t now_ms) {
   }
   if (settings.watchdog_ask_ms > 0 && now_ms >= board.watchdog_ask_at_ms) {
     board.watchdog_ask_at_ms = now_ms + settings.watchdog_ask_ms;
-    send(board, "*W", now_ms);
+    board_ask_for_watchdog(board, now_ms);
   }
 }
 
@@ -165,6 +166,7 @@ void board_restart(Board& board, int counter, std::int64_t now_ms) {
   board.counters_valid = false;
   board.config = 0;
   board.watchdog_armed = false;
+  board.watchdog_unanswered = 0;
   board.watchdog_ask_at_ms = now_ms + board.settings.watchdog_ask_ms;
   board.digits_due_ms = 0;
   board.receiver = {};
@@ -220,6 +222,11 @@ void board_advance(Board& board, std::int64_t now_ms) {
 
 void board_switch(Board& board, int input, bool closed, std::int64_t now_ms) {
   if (switches_move(board.switches, input, closed)) send_counters(board, now_ms);
+}
+
+void board_ask_for_watchdog(Board& board, std::int64_t now_ms) {
+  ++board.watchdog_unanswered;
+  send(board, "*W", now_ms);
 }
 
 void board_send_counters(Board& board, std::int64_t now_ms) {

@@ -46,6 +46,7 @@ struct Board {
   std::uint8_t config = 0;           // first byte of that frame
   bool watchdog_armed = false;       // a W frame has come
   std::int64_t watchdog_fed_ms = 0;  // when the last one came
+  int watchdog_unanswered = 0;       // requests since then
   std::int64_t watchdog_ask_at_ms = 0;
   int watchdog_allowance_ms = 0;   // what it allowed
   std::int64_t digits_due_ms = 0;  // until then the host may still lack checksums
@@ -78,6 +79,10 @@ void board_advance(Board& board, std::int64_t now_ms);
 
 // Moves a switch. Each edge sends an S frame at once.
 void board_switch(Board& board, int input, bool closed, std::int64_t now_ms);
+
+// Asks for a W frame now. The host answers in the order of the line: it has read what was sent
+// before.
+void board_ask_for_watchdog(Board& board, std::int64_t now_ms);
 
 // Sends the S frame without a change.
 void board_send_counters(Board& board, std::int64_t now_ms);

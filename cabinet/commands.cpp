@@ -62,17 +62,26 @@ std::string do_volume(Cabinet& cabinet, const Arguments& a, std::int64_t) {
   return press(cabinet, input, a, PRESSES_PER_SECOND);
 }
 
-// True once the game, asked over USB, has answered: it does so in a tick, which has taken what was
-// pressed before. At once if there is nobody to ask.
-std::function<bool()> tick_seen(UsbWatchdog& watchdog) {
-  return [&watchdog, asked = false, words = 0L]() mutable {
-    if (!watchdog.configured) return true;
-    if (!asked) {
-      words = watchdog.words;
-      usb_watchdog_say(watchdog, USB_WATCHDOG_ASK);
+// True once the game has seen what was pressed before: its link has answered a request that came
+// behind on the line, and then a tick has answered another over USB. Whoever isn't there isn't
+// asked.
+std::function<bool(std::int64_t)> presses_seen(Board& board, UsbWatchdog& watchdog) {
+  enum Step { ASK_LINK, ASK_TICK, TICK_ASKED };
+  return [&board, &watchdog, step = ASK_LINK, awaited = 0L](std::int64_t now_ms) mutable {
+    if (step == ASK_LINK) {
+      awaited = board.counts.watchdog_fed + board.watchdog_unanswered + 1;
+      if (board.watchdog_armed) board_ask_for_watchdog(board, now_ms);
+      step = ASK_TICK;
     }
-    asked = watchdog.words == words;
-    return !asked;
+    if (step == ASK_TICK) {
+      if (board.watchdog_armed && board.counts.watchdog_fed < awaited) return false;
+      awaited = watchdog.words + 1;
+      usb_watchdog_say(watchdog, USB_WATCHDOG_ASK);
+      step = TICK_ASKED;
+    }
+    if (watchdog.configured && watchdog.words < awaited) return false;
+    step = ASK_LINK;
+    return true;
   };
 }
 
@@ -81,7 +90,7 @@ std::string do_menu(Cabinet& cabinet, const Arguments& a, std::int64_t) {
   const std::vector<int> presses = menu_presses(a.texts[0]);
   if (presses.empty()) return "no menu has the row \"" + a.texts[0] + "\"";
   hands_press_in_turn(cabinet.hands, presses, MENU_PRESSES_PER_SECOND,
-                      tick_seen(cabinet.usb.device));
+                      presses_seen(cabinet.board, cabinet.usb.device));
   return {};
 }
 std::string do_press(Cabinet& cabinet, const Arguments& a, std::int64_t now_ms) {

@@ -36,7 +36,7 @@ void hands_press(Hands& hands, int input, long count, double rate) {
 }
 
 void hands_press_in_turn(Hands& hands, const std::vector<int>& inputs, double rate,
-                         std::function<bool()> ready) {
+                         std::function<bool(std::int64_t now_ms)> ready) {
   hands.turns.assign(inputs.begin(), inputs.end());
   hands.turn_rate = rate;
   hands.turn_ms = 0;
@@ -48,15 +48,19 @@ void hands_hold(Hands& hands, int input, double closed_ms) {
 }
 
 bool hands_idle(const Hands& hands) {
-  return hands.bursts.empty() && hands.turns.empty();
+  return hands.bursts.empty() && hands.turn_ready == nullptr;
 }
 
 void hands_advance(Hands& hands, Board& board, std::int64_t now_ms) {
   const auto now = static_cast<double>(now_ms);
-  if (!hands.turns.empty() && now >= hands.turn_ms && hands.turn_ready()) {
-    hands_press(hands, hands.turns.front(), 1, hands.turn_rate);
-    hands.turns.pop_front();
-    hands.turn_ms = now + 1000 / hands.turn_rate;
+  if (hands.turn_ready != nullptr && now >= hands.turn_ms && hands.turn_ready(now_ms)) {
+    if (hands.turns.empty()) {
+      hands.turn_ready = nullptr;
+    } else {
+      hands_press(hands, hands.turns.front(), 1, hands.turn_rate);
+      hands.turns.pop_front();
+      hands.turn_ms = now + 1000 / hands.turn_rate;
+    }
   }
   std::set<int> taken;
   for (Burst& burst : hands.bursts) {
@@ -76,4 +80,5 @@ void hands_drop(Hands& hands, Board& board, std::int64_t now_ms) {
   }
   hands.bursts.clear();
   hands.turns.clear();
+  hands.turn_ready = nullptr;
 }

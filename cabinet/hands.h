@@ -21,20 +21,21 @@ struct Burst {
 
 struct Hands {
   std::vector<Burst> bursts;
-  std::deque<int> turns;             // switches still to be pressed one after the other
-  double turn_rate = 1;              // presses a second
-  double turn_ms = 0;                // when the next one is due
-  std::function<bool()> turn_ready;  // asked from then on until it may be pressed
+  std::deque<int> turns;  // switches still to be pressed one after the other
+  double turn_rate = 1;   // presses a second
+  double turn_ms = 0;     // when the next one is due
+  // Asked from then on until it may be pressed, and once more after the last; then empty.
+  std::function<bool(std::int64_t now_ms)> turn_ready;
 };
 
 // Presses a switch `count` times at `rate` presses a second.
 void hands_press(Hands& hands, int input, long count, double rate);
 
 // Presses these switches once each, one after the other, at most `rate` presses a second, and each
-// only once `ready` says so: the game takes all presses of a tick as one. Late hands don't catch
-// up.
+// only once `ready` says so: the game takes all presses of a tick as one. The hands are idle when
+// it says so after the last. Late hands don't catch up.
 void hands_press_in_turn(Hands& hands, const std::vector<int>& inputs, double rate,
-                         std::function<bool()> ready);
+                         std::function<bool(std::int64_t now_ms)> ready);
 
 // Presses it once for `closed_ms`.
 void hands_hold(Hands& hands, int input, double closed_ms);

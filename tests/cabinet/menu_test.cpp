@@ -81,6 +81,36 @@ TEST(MenuCommand, GameThatIsSlowToAnswer_GetsNoSecondPressBeforeItDoes) {
   EXPECT_EQ(edges, 3);
 }
 
+// Answers to the board's earlier requests say nothing of a press.
+TEST(MenuCommand, LinkThatIsSlowToAnswer_IsAwaitedAlsoBehindTheLastPress) {
+  static Cabinet cabinet;
+  Board& board = cabinet.board;
+  const long& edges = board.switches.edges[INPUT_TEST];
+  const auto advance_to = [](std::int64_t ms) { hands_advance(cabinet.hands, cabinet.board, ms); };
+  const auto answer_at = [&](std::int64_t ms) {
+    for (const char c : std::string("\nW4b\r")) board_receive(board, c, ms);
+    advance_to(ms);
+  };
+  board_restart(board, 0, 0);
+  answer_at(0);
+  ASSERT_TRUE(board.watchdog_armed);
+  for (int i = 0; i < 2; ++i) board_ask_for_watchdog(board, 0);
+  board.to_host.clear();
+  EXPECT_EQ(commands_do(cabinet, "menu Diagnostics", 0), "");
+  advance_to(0);
+  EXPECT_EQ(board.to_host, "\n*W\r");
+  answer_at(1);
+  answer_at(2);
+  EXPECT_EQ(edges, 0);
+  answer_at(3);
+  advance_to(63);
+  EXPECT_EQ(edges, 2);
+  advance_to(9000);
+  EXPECT_FALSE(hands_idle(cabinet.hands)) << "the game may not have seen it";
+  answer_at(9001);
+  EXPECT_TRUE(hands_idle(cabinet.hands));
+}
+
 TEST(MenuCommand, UnknownRowOrBusyHands_IsAnError) {
   static Cabinet cabinet;
   EXPECT_EQ(commands_do(cabinet, "menu \"Lunch\"", 0), "no menu has the row \"Lunch\"");
