@@ -46,7 +46,8 @@ DispenserEvent dispenser_advance(Dispenser& dispenser, std::int64_t now_ms) {
   ++dispenser.paper_out;
   --dispenser.count;
   dispenser.running = dispenser.count > 0;
-  dispenser.next_ms += ticket_ms(dispenser);
+  const std::int64_t period_ms = ticket_ms(dispenser);
+  dispenser.next_ms = std::max(dispenser.next_ms, now_ms - period_ms) + period_ms;
   return DISPENSER_PAID;
 }
 

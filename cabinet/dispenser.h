@@ -25,7 +25,9 @@ enum DispenserEvent { DISPENSER_NOTHING, DISPENSER_PAID, DISPENSER_FAULT };
 // is something to pay. False if the sum was too large and was limited.
 bool dispenser_command(Dispenser& dispenser, bool absolute, int count, std::int64_t now_ms);
 
-// Pays at most one ticket, or notices that none comes. Call until DISPENSER_NOTHING.
+// Pays at most one ticket, or notices that none comes. Call until DISPENSER_NOTHING. A dispenser
+// that is called late doesn't catch up: a busy machine makes it slow, and a script still sees it
+// paying.
 DispenserEvent dispenser_advance(Dispenser& dispenser, std::int64_t now_ms);
 
 // Power off: the board forgets the count; the paper stays.

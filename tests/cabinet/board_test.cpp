@@ -127,6 +127,14 @@ TEST_F(BoardTest, PaysTicketsAndReportsEach) {
   EXPECT_EQ(board.counts.malformed, 1);
 }
 
+TEST_F(BoardTest, DispenserThatIsCalledLate_DoesNotCatchUp) {
+  ask("\nT8009\r");
+  now += 5000;
+  EXPECT_EQ(pass(1), "\nt0008\r\nt0007\r");
+  EXPECT_EQ(pass(249), "");
+  EXPECT_EQ(pass(1), "\nt0006\r");
+}
+
 TEST_F(BoardTest, FaultKeepsTheCountUntilTheNextCommand) {
   Dispenser& left = board.dispensers[LEFT];
   ask("\nT8003\r");
