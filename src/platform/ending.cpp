@@ -20,6 +20,8 @@ void ending_watch() {
     const auto before = std::signal(number, note);
     if (number == SIGHUP && before == SIG_IGN) std::signal(number, SIG_IGN);
   }
+  // A write to a display that is lost would end the program before its books are stored.
+  std::signal(SIGPIPE, SIG_IGN);
 }
 
 int ending_requested() {
