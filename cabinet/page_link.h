@@ -52,7 +52,7 @@ std::string page_link_open(PageLink& link);
 void page_link_close(PageLink& link);
 void page_link_free(PageLink& link);
 
-// Sends the cabinet a request and waits for its answer, at most two seconds.
+// Sends the cabinet a request and waits for its answer, at most ten seconds.
 PageReply page_link_ask(PageLink& link, PageRequest::Kind kind, const std::string& page,
                         const std::string& text);
 
