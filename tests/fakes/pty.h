@@ -37,7 +37,11 @@ class Pty {
   // What has come, waiting at most `wait_ms` for the first byte.
   [[nodiscard]] std::string receive(int wait_ms) const {
     pollfd watched{fd_, POLLIN, 0};
-    if (poll(&watched, 1, wait_ms) <= 0 || !(watched.revents & POLLIN)) return {};
+    if (poll(&watched, 1, wait_ms) <= 0) return {};
+    if (!(watched.revents & POLLIN)) {
+      poll(nullptr, 0, wait_ms);  // nobody has the port open: a poll of it doesn't wait
+      return {};
+    }
     char bytes[4096];
     const ssize_t count = read(fd_, bytes, sizeof bytes);
     return count > 0 ? std::string(bytes, static_cast<std::size_t>(count)) : std::string();
