@@ -53,11 +53,23 @@ constexpr std::int64_t QUIT_MS = 20000;  // it stores its books, maybe on a busy
   _exit(127);
 }
 
-void note_end(GameProcess& game, int status) {
+// True if the game has ended; then its process is reaped. `flags` may be WNOHANG.
+//
+// Another thread reaps it, at normal priority. The kernel drops the process's entries in /proc, and
+// while one of the game's threads still drops its own, it tries again without sleeping. At the
+// hardware's priority that keeps the game's thread from the processor, for almost a second.
+bool take_end(GameProcess& game, int flags) {
+  siginfo_t end{};
+  while (waitid(P_PID, game.pid, &end, WEXITED | WNOWAIT | flags) != 0) {
+    if (errno != EINTR) return false;
+  }
+  if (end.si_pid != game.pid) return false;
+  game.reaper = std::jthread([pid = game.pid] { waitpid(pid, nullptr, 0); });
   game.running = false;
   game.pid = -1;
   game.kill_at_ms = 0;
-  game.exit_code = WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
+  game.exit_code = end.si_code == CLD_EXITED ? end.si_status : 128 + end.si_status;
+  return true;
 }
 
 }  // namespace
@@ -88,10 +100,7 @@ void game_kill(GameProcess& game) {
   if (!game.running) return;
   game.end_ordered = true;
   kill(game.pid, SIGKILL);
-  int status = 0;
-  while (waitpid(game.pid, &status, 0) < 0 && errno == EINTR) {
-  }
-  note_end(game, status);
+  take_end(game, 0);
 }
 
 void game_ask_to_quit(GameProcess& game, int signal, std::int64_t now_ms) {
@@ -103,11 +112,7 @@ void game_ask_to_quit(GameProcess& game, int signal, std::int64_t now_ms) {
 
 bool game_watch(GameProcess& game, std::int64_t now_ms) {
   if (!game.running) return false;
-  int status = 0;
-  if (waitpid(game.pid, &status, WNOHANG) == game.pid) {
-    note_end(game, status);
-    return true;
-  }
+  if (take_end(game, WNOHANG)) return true;
   if (game.kill_at_ms == 0 || now_ms < game.kill_at_ms) return false;
   game.would_not_quit = true;
   game_kill(game);

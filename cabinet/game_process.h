@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -18,6 +19,7 @@ struct GameProcess {
   bool would_not_quit = false;
   std::int64_t kill_at_ms = 0;  // 0: it was not asked to quit
   int exit_code = 0;            // of the last run; 128 plus the signal if a signal ended it
+  std::jthread reaper;          // of the last run
 };
 
 // Lets the calling thread run before other programs, and keeps the cabinet in memory, if the user
