@@ -1,5 +1,6 @@
 // Tracks, duplicates, refused calls, and a machine without sound.
 #include <atomic>
+#include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <random>
@@ -150,7 +151,11 @@ TEST_F(Driver, CallsMayRaceWithTheMixing) {
   std::atomic<bool> stop{false};
   std::thread device([&stop] {
     std::int16_t block[2 * 512];
-    while (!stop) sound_capture_render(512, block);
+    while (!stop) {
+      sound_capture_render(512, block);
+      // The driver's thread runs at a real-time priority; without a rest here it never sleeps.
+      std::this_thread::sleep_for(std::chrono::microseconds(50));
+    }
   });
   const auto play_about = [&all](unsigned seed) {
     std::mt19937 random(seed);
