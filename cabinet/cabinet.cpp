@@ -80,7 +80,7 @@ void take_signals(Cabinet& cabinet) {
   }
 }
 
-void take_typed(Cabinet& cabinet, std::int64_t now_ms) {
+void take_typed(Cabinet& cabinet) {
   char buffer[512];
   const ssize_t n = read(STDIN_FILENO, buffer, sizeof buffer);
   if (n < 0 && (errno == EINTR || errno == EAGAIN)) return;
@@ -89,7 +89,12 @@ void take_typed(Cabinet& cabinet, std::int64_t now_ms) {
     return;
   }
   cabinet.typed.append(buffer, static_cast<std::size_t>(n));
-  for (std::size_t end; (end = cabinet.typed.find('\n')) != std::string::npos;) {
+}
+
+// A line behind one that killed the game waits for the game's end, in scripts too.
+void obey_typed(Cabinet& cabinet, std::int64_t now_ms) {
+  for (std::size_t end;
+       !cabinet.game.killed && (end = cabinet.typed.find('\n')) != std::string::npos;) {
     const std::string line = cabinet.typed.substr(0, end);
     cabinet.typed.erase(0, end + 1);
     const std::string error = commands_do(cabinet, line, now_ms);
@@ -196,7 +201,7 @@ void cabinet_close(Cabinet& cabinet) {
   const std::string trouble = recording_stop(std::exchange(cabinet.recording, nullptr));
   if (!trouble.empty()) std::fprintf(stderr, "cabinet: %s\n", trouble.c_str());
   page_close(cabinet);
-  game_kill(cabinet.game);
+  game_end(cabinet.game);
   usb_port_close(cabinet.usb);  // its socket and the sound's are in the keys' folder
   sound_port_close(std::exchange(cabinet.sound, nullptr));
   keys_close(cabinet.keys);
@@ -207,6 +212,7 @@ void cabinet_close(Cabinet& cabinet) {
 }
 
 std::string cabinet_start_game(Cabinet& cabinet) {
+  if (cabinet.finishing) return "the cabinet is ending";
   if (!cabinet.game.running) {
     cable_reset(cabinet.cable);
     cable_reset(cabinet.led_cable);
@@ -218,13 +224,15 @@ bool cabinet_turn(Cabinet& cabinet, int wait_ms) {
   wait(cabinet, wait_ms);
   const std::int64_t now_ms = cabinet_now_ms();
   take_signals(cabinet);
+  if (cabinet.game.start_waits && !cabinet.game.killed) cabinet_start_game(cabinet);
   const bool ended = game_watch(cabinet.game, now_ms);
   keys_take(cabinet, now_ms);
   hands_advance(cabinet.hands, cabinet.board, now_ms);
   board_advance(cabinet.board, now_ms);
   exchange(cabinet, now_ms);
   exchange_usb(cabinet, now_ms);
-  if (cabinet.commands_open && typed_waits()) take_typed(cabinet, now_ms);
+  if (cabinet.commands_open && typed_waits()) take_typed(cabinet);
+  obey_typed(cabinet, now_ms);
   page_turn(cabinet, now_ms);
   return ended;
 }

@@ -47,7 +47,8 @@ std::int64_t cabinet_now_ms();
 std::string cabinet_open(Cabinet& cabinet);
 void cabinet_close(Cabinet& cabinet);
 
-// Starts the game on a clean port.
+// Starts the game on a clean port, once a killed one has ended. Returns an error text, empty on
+// success.
 std::string cabinet_start_game(Cabinet& cabinet);
 
 // One turn of the loop: advances everything, then waits for an event, at most `wait_ms`. Returns

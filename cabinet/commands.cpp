@@ -275,6 +275,7 @@ std::string do_power(Cabinet& cabinet, const Arguments& a, std::int64_t now_ms) 
   return cabinet_start_game(cabinet);
 }
 std::string do_set_pref(Cabinet& cabinet, const Arguments& a, std::int64_t) {
+  if (cabinet.game.killed) return "the game has not ended yet; try again";
   if (cabinet.game.running) return "the game is running and would write its own settings over it";
   return books_set_pref(cabinet.options.drive, a.texts[0], a.texts[1]);
 }

@@ -66,6 +66,7 @@ bool take_end(GameProcess& game, int flags) {
   if (end.si_pid != game.pid) return false;
   game.reaper = std::jthread([pid = game.pid] { waitpid(pid, nullptr, 0); });
   game.running = false;
+  game.killed = false;
   game.pid = -1;
   game.kill_at_ms = 0;
   game.exit_code = end.si_code == CLD_EXITED ? end.si_status : 128 + end.si_status;
@@ -82,6 +83,8 @@ void hardware_goes_first() {
 }
 
 std::string game_start(GameProcess& game) {
+  game.start_waits = game.killed;
+  if (game.killed) return {};
   if (game.running) return "the game is running";
   if (game.command.empty()) return "this cabinet was started without a game";
   const pid_t pid = fork();
@@ -97,14 +100,22 @@ std::string game_start(GameProcess& game) {
 }
 
 void game_kill(GameProcess& game) {
+  game.start_waits = false;
   if (!game.running) return;
   game.end_ordered = true;
+  game.killed = true;
+  game.kill_at_ms = 0;
   kill(game.pid, SIGKILL);
-  take_end(game, 0);
+}
+
+void game_end(GameProcess& game) {
+  game_kill(game);
+  if (game.running) take_end(game, 0);
 }
 
 void game_ask_to_quit(GameProcess& game, int signal, std::int64_t now_ms) {
-  if (!game.running) return;
+  game.start_waits = false;
+  if (!game.running || game.killed) return;
   game.end_ordered = true;
   kill(game.pid, signal);
   if (game.kill_at_ms == 0) game.kill_at_ms = now_ms + QUIT_MS;
@@ -116,7 +127,7 @@ bool game_watch(GameProcess& game, std::int64_t now_ms) {
   if (game.kill_at_ms == 0 || now_ms < game.kill_at_ms) return false;
   game.would_not_quit = true;
   game_kill(game);
-  return true;
+  return false;
 }
 
 int game_verdict(const GameProcess& game) {

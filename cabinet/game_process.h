@@ -15,6 +15,8 @@ struct GameProcess {
   std::string log;  // a file that collects its output; empty: the terminal
   pid_t pid = -1;
   bool running = false;
+  bool killed = false;       // and has not ended yet
+  bool start_waits = false;  // for the end of the killed game
   bool end_ordered = false;  // it was asked to quit, or killed
   bool would_not_quit = false;
   std::int64_t kill_at_ms = 0;  // 0: it was not asked to quit
@@ -27,11 +29,15 @@ struct GameProcess {
 // which inherits neither.
 void hardware_goes_first();
 
-// Starts the game. Returns an error text, empty on success.
+// Starts the game. While a killed one is still ending, only notes in `start_waits` that it has to
+// be started then. Returns an error text, empty on success.
 std::string game_start(GameProcess& game);
 
-// Power off: kills the game at once, and waits for its end.
+// Power off: kills the game. Doesn't wait: on a busy machine the game can take seconds to end.
 void game_kill(GameProcess& game);
+
+// Kills the game and waits for its end.
+void game_end(GameProcess& game);
 
 // Asks the game to quit, with `signal`; kills it after twenty seconds.
 void game_ask_to_quit(GameProcess& game, int signal, std::int64_t now_ms);

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int ANSWER_MS = 10'000;  // enough for a killed game to end on a busy machine
+constexpr int ANSWER_MS = 10'000;  // the cabinet answers at once, but the machine may be busy
 
 void wake(const PageLink& link) {
   const std::uint64_t one = 1;

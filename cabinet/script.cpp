@@ -162,6 +162,7 @@ ScriptState script_step(Script& script, Cabinet& cabinet, std::int64_t now_ms) {
   while (script.at < script.lines.size()) {
     const ScriptLine& line = script.lines[script.at];
     if (!script.line_begun) {
+      if (cabinet.game.killed) return SCRIPT_RUNS;
       script.line_begun = true;
       script.line_began_ms = now_ms;
       if (cabinet.options.verbose) {

@@ -5,11 +5,15 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/ioctl.h>
+#include <sys/prctl.h>
+#include <sys/ptrace.h>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -76,6 +80,35 @@ TEST(CabinetPaths, WrongPathGivesOneLineError) {
   Options options;
   EXPECT_EQ(options_read(3, words, options), "GAME can't be \"\"");
 }
+
+// Keeps the end of a killed process from its parent, as a busy machine can for seconds.
+class Holder {
+ public:
+  explicit Holder(pid_t held) {
+    int ready[2] = {};
+    EXPECT_EQ(pipe(ready), 0);
+    pid = fork();
+    if (pid == 0) {
+      prctl(PR_SET_PDEATHSIG, SIGKILL);
+      const char good = ptrace(PTRACE_SEIZE, held, nullptr, nullptr) == 0 ? 1 : 0;
+      _exit(write(ready[1], &good, 1) == 1 ? pause() : 1);
+    }
+    close(ready[1]);
+    char good = 0;
+    EXPECT_EQ(read(ready[0], &good, 1), 1);
+    EXPECT_EQ(good, 1) << "this machine forbids ptrace";
+    close(ready[0]);
+  }
+  Holder(const Holder&) = delete;
+  Holder& operator=(const Holder&) = delete;
+  ~Holder() {
+    kill(pid, SIGKILL);
+    waitpid(pid, nullptr, 0);
+  }
+
+ private:
+  pid_t pid;
+};
 
 // A cabinet without a game; the test holds the far end of the cable.
 class CabinetTest : public testing::Test {
@@ -250,7 +283,7 @@ TEST_F(CabinetTest, StartsQuitsAndKillsGame) {
                           "test -z \"$LILYHOP_COM3\" && "
                           "test \"$LILYHOP_POWER\" = off && test -d \"$LILYHOP_DRIVE_D\" && "
                           "test -S \"${LILYHOP_KEYS#unix:}\" && trap 'exit 7' TERM && "
-                          "touch \"$LILYHOP_DRIVE_D/up\" && while :; do sleep 0.02; done"};
+                          ": > \"$LILYHOP_DRIVE_D/up\" && while :; do sleep 0.02; done"};
   setenv("LILYHOP_COM3", "/dev/ttyS0", 1);
   ASSERT_EQ(cabinet_start_game(cabinet), "");
   for (int i = 0; i < 200 && !drive.has("up"); ++i) turn(10);
@@ -262,6 +295,53 @@ TEST_F(CabinetTest, StartsQuitsAndKillsGame) {
       << script.failure;
   EXPECT_EQ(game_verdict(cabinet.game), 0);  // it was told to end
   unsetenv("LILYHOP_COM2");
+}
+
+TEST_F(CabinetTest, KilledGameThatEndsLateStopsNothingElse) {
+  const auto obey = [this](const char* line) {
+    return commands_do(cabinet, line, cabinet_now_ms());
+  };
+  const auto games = [this] { return drive.read("starts").size(); };
+  const auto wait_for_games = [&](std::size_t count) {
+    for (int i = 0; i < 2000 && games() < count; ++i) turn(5);
+    return games() == count && cabinet.game.running;
+  };
+  cabinet.game.command = {"/bin/sh", "-c",
+                          "printf x >> \"$LILYHOP_DRIVE_D/starts\"; exec sleep 1000"};
+  ASSERT_EQ(obey("start game"), "");
+  ASSERT_TRUE(wait_for_games(1));
+  {
+    const Holder holder(cabinet.game.pid);
+    EXPECT_EQ(obey("kill game"), "");
+    open_port();
+    EXPECT_EQ(ask("\nv\r8D"), "\nv0151\r");
+    EXPECT_EQ(obey("set pref \"Coins To Play\" 3"), "the game has not ended yet; try again");
+    EXPECT_EQ(obey("start game"), "");
+    turn(50);
+    EXPECT_EQ(games(), 1U);
+  }
+  ASSERT_TRUE(wait_for_games(2));
+
+  int typed[2] = {};
+  ASSERT_EQ(pipe(typed), 0);
+  const int input = dup(STDIN_FILENO);
+  dup2(typed[0], STDIN_FILENO);
+  cabinet.commands_open = true;
+  {
+    const Holder holder(cabinet.game.pid);
+    EXPECT_EQ(obey("kill game"), "");
+    EXPECT_EQ(obey("start game"), "");
+    ASSERT_GT(dprintf(typed[1], "kill game\nstart game\n"), 0);
+    turn(50);
+    EXPECT_EQ(obey("kill game"), "");
+    turn(50);
+    EXPECT_FALSE(cabinet.game.start_waits);  // the last word; and what is typed waits for the end
+    EXPECT_EQ(games(), 2U);
+  }
+  cabinet.commands_open = false;
+  dup2(input, STDIN_FILENO);
+  for (const int file : {input, typed[0], typed[1]}) close(file);
+  EXPECT_TRUE(wait_for_games(3));
 }
 
 }  // namespace
