@@ -57,7 +57,8 @@ class Tab:
         until = time.monotonic() + seconds
         while not self.value(f"!!({expression})"):
             if time.monotonic() > until:
-                raise AssertionError(f"not within {seconds} s: {expression}")
+                raise AssertionError(f"not within {seconds} s: {expression}\nThe page says:\n"
+                                     f"{self.value('document.body?.innerText')}")
             time.sleep(0.05)
 
     def place(self, query):

@@ -75,7 +75,7 @@ def cut_power(page):
     page.click(".left [data-coin]")
     page.wait("find('#message').textContent.startsWith('The coin came back')")
     page.click("[data-toggle=power]")
-    page.wait("state.power && state.sides[0].takes_coins && pictureRate > 0", 60)
+    page.wait("state.power && state.sides[0].takes_coins && pictureRate > 0", 120)
     assert page.value("state.sides[0].coin_meter") == coins
 
 
@@ -84,7 +84,7 @@ def see_game_end(page, cabinet):
     page.wait("find('#trouble p').textContent.startsWith('The game has ended')")
     cabinet.do("start game")
     page.wait("find('#trouble p').textContent === 'The game is starting.'")
-    page.wait("find('#trouble').hidden && state.sides[0].takes_coins", 60)
+    page.wait("find('#trouble').hidden && state.sides[0].takes_coins", 120)
 
 
 def loudest(page, seconds):
@@ -176,7 +176,8 @@ def read_books(page, obj):
 def main(out, obj, listen=None):
     with Cabinet(out, "--sound", "page") as cabinet:
         with Browser(cabinet.address) as page:
-            page.wait("state?.sides[0].takes_coins && pictureRate > 0", 60)
+            page.wait("state?.sides[0].takes_coins && pictureRate > 0", 120)
+            cabinet.do("rate left 50")  # the paper of a jackpot, too, is out in seconds
             play_left_by_mouse(page)
             play_right_by_key_and_touch(page)
             assert brightest(page) > 60, "the picture is dark"
