@@ -35,7 +35,7 @@ struct Cabinet {
   int signals = -1;                     // file descriptor that reports SIGINT, SIGTERM, SIGCHLD
   bool commands_open = false;           // standard input is read
   bool finishing = false;               // waits only for the game to end
-  std::string typed;                    // an incomplete line of standard input
+  std::string typed;                    // read from standard input, not obeyed yet
   std::string said;                     // output of the last command
 };
 
