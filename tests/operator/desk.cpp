@@ -15,9 +15,6 @@
 #include "presentation/win_show.h"
 
 Desk::Desk() {
-  files_use_roots(drive.path(), drive.path());
-  jamma_fake_reset();
-  jps_fake_reset();
   win_show_reset();
   enter();
 }

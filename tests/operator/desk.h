@@ -7,7 +7,6 @@
 #include "tests/fakes/jamma_fake.h"
 #include "tests/fakes/jps_fake.h"
 #include "tests/presentation/stage.h"
-#include "tests/temp_folder.h"
 
 class Desk : public Stage {
  protected:
@@ -31,6 +30,4 @@ class Desk : public Stage {
   // The text on the screen that starts with this label, without trailing spaces, or "".
   static std::string line(const std::string& label);
   static bool shows(const std::string& text);
-
-  TempFolder drive;
 };

@@ -8,12 +8,14 @@
 
 #include "gfx/text.h"
 #include "gfx/texture.h"
+#include "platform/files.h"
 #include "platform/headless/display_record.h"
 #include "playfield/lanes.h"
 #include "playfield/playfield.h"
 #include "presentation/scene.h"
 #include "tests/fakes/jamma_fake.h"
 #include "tests/fakes/jps_fake.h"
+#include "tests/gfx/pictures.h"
 #include "tests/reset_game.h"
 
 namespace {
@@ -34,6 +36,26 @@ constexpr FontFile font_files[FONT_COUNT] = {
 };
 
 std::uint32_t first_font = 0;  // texture name of font 0; the others follow
+
+// White fonts. They are written and read once for all tests: they are 14 MB.
+class Fonts {
+ public:
+  Fonts() {
+    const PictureFolder folder;
+    const auto white = [](int, int) { return 0xFFFFFFFFU; };
+    for (const FontFile& font : font_files) {
+      const std::string name = std::string("images/fonts/") + font.name;
+      const bool bitmap = name.ends_with("bmp");
+      folder.write(name, bitmap ? bmp_bytes(font.width, font.height, white)
+                                : tga_bytes(font.width, font.height, white));
+    }
+    first_font = headless_display.textures + 1;
+    text_fonts_load();
+  }
+  Fonts(const Fonts&) = delete;
+  Fonts& operator=(const Fonts&) = delete;
+  ~Fonts() { text_fonts_free(); }
+};
 
 std::string stem(const char* name) {
   const char* slash = std::strrchr(name, '\\');
@@ -71,15 +93,8 @@ bool continues(const DisplayQuad& last, const DisplayQuad& quad) {
 }  // namespace
 
 Stage::Stage() {
-  const auto white = [](int, int) { return 0xFFFFFFFFU; };
-  for (const FontFile& font : font_files) {
-    const std::string name = std::string("images/fonts/") + font.name;
-    const bool bitmap = name.ends_with("bmp");
-    folder_.write(name, bitmap ? bmp_bytes(font.width, font.height, white)
-                               : tga_bytes(font.width, font.height, white));
-  }
-  first_font = headless_display.textures + 1;
-  text_fonts_load();
+  static const Fonts fonts;
+  files_use_roots(drive.path(), drive.path());
   panel_table_load();  // finds no files, but gives each its name
   for (int i = 0; i < PANEL_COUNT; ++i) {
     GlTexture& texture = *panels[i].texture;
@@ -97,7 +112,6 @@ Stage::Stage() {
 Stage::~Stage() {
   panel_table_free();
   lanes_free();
-  text_fonts_free();
 }
 
 std::vector<Drawn> Stage::seen(void (*draw)()) {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/gfx/pictures.h"
+#include "tests/temp_folder.h"
 
 struct Drawn {
   std::string what;  // a picture's file name without folder and ending, or the words of a line
@@ -30,8 +30,7 @@ class Stage : public testing::Test {
   // other are one line.
   static std::vector<Drawn> seen(void (*draw)());
 
- private:
-  PictureFolder folder_;
+  TempFolder drive;  // of what is stored and of the program, which has no files
 };
 
 // The places of a picture or line as "x,y x,y", "" if there is none.
