@@ -7,9 +7,7 @@
 
 #include <atomic>
 #include <cstdint>
-#include <cstdio>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -119,6 +117,38 @@ void search_and_start(const Board& board) {
   EXPECT_TRUE(soon([&] { return board.types > searched; }));
 }
 
+// The searches' messages, errors with a mark and handles without their address.
+class Log {
+ public:
+  Log() {
+    clear();
+    io_log.callback = [](int kind, const char* line) {
+      const bool handle = std::string_view(line).starts_with("LED handle is 0x");
+      const std::lock_guard guard(mutex);
+      heard += kind == LOG_ERROR ? "! " : "";
+      heard +=
+          handle && std::string_view(line) != "LED handle is 0x0" ? "LED handle is good" : line;
+      heard += '\n';
+    };
+  }
+  ~Log() {
+    led_stop();
+    io_log.callback = nullptr;
+  }
+  static void clear() {
+    const std::lock_guard guard(mutex);
+    heard.clear();
+  }
+  static std::string text() {
+    const std::lock_guard guard(mutex);
+    return heard;
+  }
+
+ private:
+  static inline std::mutex mutex;
+  static inline std::string heard;
+};
+
 class Led : public testing::Test {
  protected:
   Led() {
@@ -127,6 +157,7 @@ class Led : public testing::Test {
     plain_sheets();
     for (std::string& port : environment.com) port.clear();
     reset_rules(1000);
+    lamps_reset();
     prefs[PREF_BONUS_VALUE].int_value = 25;
   }
   ~Led() override {
@@ -135,33 +166,50 @@ class Led : public testing::Test {
   }
 };
 
+// Any answer is the board's; 32 bytes of it are read. The lines of LED boards are held low.
 TEST_F(Led, SearchSkipsTakenSilentAndMissingPorts) {
-  Pty silent;
-  Pty board_of_another;
-  Board led;
-  environment.com[0] = board_of_another.path();
+  constexpr int BOTH = TIOCM_DTR | TIOCM_RTS;
+  jamma_fake.port = 0;
+  Board io_board;
+  Pty silent, board_of_another;
+  Board led("0123456789abcdefghijklmnopqrstuvwxyz\r\n");
+  environment.com[0] = io_board.path();
+  environment.com[1] = board_of_another.path();
   environment.com[2] = silent.path();
   environment.com[3] = "/dev/null";
-  environment.com[6] = led.path();
+  environment.com[5] = led.path();
   int error = 0;
-  SerialPort* taken = serial_open("COM1", &error);  // held as by the I/O board's link
+  SerialPort* const taken = serial_open("COM2", &error);
   ASSERT_NE(taken, nullptr);
-  search();
-  led_start();
+  ASSERT_TRUE(serial_configure(taken, 115200));
+  EXPECT_EQ(serial_lines_seen.raised, BOTH);
+  serial_lines_seen.raised = serial_lines_seen.lowered = 0;
+  Log log;
+  search([&] { log.clear(); });
+  EXPECT_EQ(log.text(),
+            "Attempting to open LED port COM1\n! Open LED port failed with code 0x10\n"
+            "LED handle is 0x0\n"
+            "Attempting to open LED port COM2\n! Open LED port failed with code 0xb\n"
+            "LED handle is 0x0\n"
+            "Attempting to open LED port COM3\nLED handle is good\nAttempting to set LED type 2\n"
+            "LED board returned \n! Bad or no response from LED board\nClosing LED handle\n"
+            "Attempting to open LED port COM4\n! Open LED port failed with code 0x19\n"
+            "LED handle is 0x0\n"
+            "Attempting to open LED port COM5\n! Open LED port failed with code 0x13\n"
+            "LED handle is 0x0\n"
+            "Attempting to open LED port COM6\nLED handle is good\nAttempting to set LED type 2\n"
+            "LED board returned 0123456789abcdefghijklmnopqrstuv\nLED is ACTIVE\n");
   EXPECT_TRUE(led_active());
-  EXPECT_GE(led.types, 1);
-  EXPECT_EQ(board_of_another.receive(50), "") << "no byte may reach the I/O board";
+  EXPECT_EQ(serial_lines_seen.lowered, BOTH);
+  EXPECT_EQ(serial_lines_seen.raised, 0);
+  EXPECT_EQ(io_board.types, 0) << "also while its port is closed";
+  EXPECT_EQ(board_of_another.receive(50), "");
+  log.clear();
+  led_close();
+  led_close();  // no port is open any more
+  EXPECT_EQ(log.text(),
+            "Closing LED handle\nLED is INACTIVE\nClosing LED handle\nLED is INACTIVE\n");
   serial_close(taken);
-}
-
-TEST_F(Led, SearchSkipsIoBoardsPortEvenWhenClosed) {
-  Board io_board;
-  environment.com[0] = io_board.path();
-  jamma_fake.port = 0;
-  led_open();
-  led_start();
-  EXPECT_FALSE(led_active());
-  EXPECT_EQ(io_board.types, 0);
 }
 
 TEST_F(Led, SearchLeavesAPortThatSpeaksUnaskedWhileNoIoBoardIsKnown) {
@@ -176,9 +224,8 @@ TEST_F(Led, SearchLeavesAPortThatSpeaksUnaskedWhileNoIoBoardIsKnown) {
   environment.com[1] = led_board.path();
   search();
   EXPECT_TRUE(led_active());
-  EXPECT_GT(led_board.types, 0);
   int error = 0;
-  SerialPort* freed = serial_open("COM1", &error);
+  SerialPort* const freed = serial_open("COM1", &error);
   EXPECT_NE(freed, nullptr);
   if (freed != nullptr) serial_close(freed);
   stop = true;
@@ -196,144 +243,52 @@ TEST_F(Led, AnswerTimeoutStartsWhenBytesAreSent) {
   EXPECT_TRUE(led_active());
 }
 
-TEST_F(Led, ControlLinesAreLowOnLedPortAndHighOnOthers) {
-  constexpr int BOTH = TIOCM_DTR | TIOCM_RTS;
-  Board led;
-  environment.com[0] = led.path();
-  serial_lines_seen.raised = serial_lines_seen.lowered = 0;
-  search();
-  EXPECT_TRUE(led_active());
-  EXPECT_EQ(serial_lines_seen.lowered, BOTH);
-  EXPECT_EQ(serial_lines_seen.raised, 0);
-  Pty io_board;
-  environment.com[1] = io_board.path();
-  int error = 0;
-  SerialPort* const port = serial_open("COM2", &error);
-  ASSERT_NE(port, nullptr);
-  EXPECT_TRUE(serial_configure(port, 115200));
-  EXPECT_EQ(serial_lines_seen.raised, BOTH);
-  serial_close(port);
-}
-
-// Any answer is the board's; 32 bytes of it are read.
-TEST_F(Led, SearchLogsEachPortAndTheAnswer) {
-  static std::string heard;
-  heard.clear();
-  io_log.callback = [](int /*kind*/, const char* text) { heard += std::string(text) + "\n"; };
-  Board led("0123456789abcdefghijklmnopqrstuvwxyz\r\n");
-  environment.com[1] = led.path();
-  search([] { heard.clear(); });
-  io_log.callback = nullptr;
-  EXPECT_TRUE(led_active());
-  EXPECT_TRUE(
-      heard.starts_with("Attempting to open LED port COM1\n"
-                        "Open LED port failed with code 0x"))
-      << heard;
-  EXPECT_NE(heard.find("\nLED handle is 0x0\nAttempting to open LED port COM2\nLED handle is 0x"),
-            std::string::npos)
-      << heard;
-  EXPECT_TRUE(
-      heard.ends_with("LED board returned 0123456789abcdefghijklmnopqrstuv\nLED is ACTIVE\n"))
-      << heard;
-}
-
-TEST_F(Led, SearchWithoutBoardLogsEveryFailure) {
-  static std::mutex mutex;
-  static std::string heard;
-  heard.clear();
-  const auto text = [] {
-    const std::lock_guard guard(mutex);
-    return heard;
-  };
-  io_log.callback = [](int kind, const char* line) {
-    const std::lock_guard guard(mutex);
-    heard += std::string(kind == LOG_ERROR ? "! " : "") + line + "\n";
-  };
-  environment.com[0] = "/dev/null";  // the port of the I/O board, which is unplugged
-  jamma_fake.port = 0;
-  led_open();
-  const std::string searched = text();
-  EXPECT_TRUE(
-      searched.starts_with("Attempting to open LED port COM1\n"
-                           "! Open LED port failed with code 0x10\nLED handle is 0x0\n"
-                           "Attempting to open LED port COM2\n"
-                           "! Open LED port failed with code 0x13\nLED handle is 0x0\n"))
-      << searched;
-  led_start();
-  const std::string again =
-      "Attempting to set LED type 2\n! Set LED type (write) failed with code 0x9\n"
-      "Restarting LED board\nClosing LED handle\nLED is INACTIVE\n" +
-      searched;
-  EXPECT_TRUE(soon([&] { return text().starts_with(searched + again); }, 20000)) << text();
-  led_close();
-  io_log.callback = nullptr;
-}
-
-TEST_F(Led, CloseIsLoggedWithAndWithoutBoard) {
-  static std::string heard;
-  constexpr const char* END = "Closing LED handle\nLED is INACTIVE\n";
-  Board led;
-  environment.com[1] = led.path();
-  search();
-  ASSERT_TRUE(led_active());
-  io_log.callback = [](int /*kind*/, const char* text) { heard += std::string(text) + "\n"; };
-  heard.clear();
-  led_close();
-  EXPECT_EQ(heard, END);
-  heard.clear();
-  led_close();
-  EXPECT_EQ(heard, END) << "no port is open";
-  io_log.callback = nullptr;
-}
-
 TEST_F(Led, ShowsJackpotValueAndBlinks) {
   Board led;
   environment.com[0] = led.path();
   search_and_start(led);
+  const auto shows = [&](int value, int blink) {
+    EXPECT_TRUE(soon([&] { return led.value == value && led.blink == blink; }))
+        << led.value << " and " << led.blink << " instead of " << value << " and " << blink;
+  };
   led_update();
-  EXPECT_TRUE(soon([&] { return led.value == 25 && led.blink == 0; }));
+  shows(25, 0);
   const int types = led.types;
   led_set_blink(1);
-  EXPECT_TRUE(soon([&] { return led.blink == 1; }));
-  led_set_value(-5);
-  EXPECT_TRUE(soon([&] { return led.value == 0; }));
-  led_set_value(8888);
-  EXPECT_TRUE(soon([&] { return led.value == 8888; }));
+  shows(25, 1);
+  for (const auto& [value, shown] : {std::pair{-5, 0}, {8888, 8888}, {70000, 65535}}) {
+    led_set_value(value);
+    shows(shown, 1);
+  }
   EXPECT_EQ(led.types, types) << "none is a check";
 
   prefs[PREF_TWO_POINT_TICKETS].int_value = 1;
   led_update();
-  EXPECT_TRUE(soon([&] { return led.value == 30 && led.blink == 0; })) << led.value;
+  shows(30, 0);
   prefs[PREF_FIXED_TICKET].int_value = 1;
   led_update();
-  EXPECT_TRUE(soon([&] { return led.value == 0; }));
+  shows(0, 0);
   prefs[PREF_FIXED_TICKET].int_value = 0;
   prefs[PREF_TICKET_USE].int_value = 0;
   led_set_value(7);
-  EXPECT_TRUE(soon([&] { return led.value == 7; }));
+  shows(7, 0);
   led_update();
-  EXPECT_TRUE(soon([&] { return led.value == 0; }));
+  shows(0, 0);
   prefs[PREF_TICKET_USE].int_value = 1;
   led_set_value(7);
   led_set_blink(1);
+  shows(7, 1);
   game_mode = MODE_OPERATOR;
   lamps_update();
-  EXPECT_TRUE(soon([&] { return led.value == 0 && led.blink == 0; })) << "dark in the menus";
+  shows(0, 0);  // dark in the menus
   game_mode = MODE_PLAY;
   lamps_update();
-  EXPECT_TRUE(soon([&] { return led.value == 30; }));
+  shows(30, 0);
   EXPECT_EQ(led.odd, 0);
 }
 
 TEST_F(Led, SilentBoardIsFoundAgainOnAnyPort) {
-  static std::atomic<int> failed_searches;
-  failed_searches = 0;
-  io_log.callback = [](int /*kind*/, const char* line) {
-    static bool last_port = false;  // logged before its handle, by one thread
-    const std::string_view text(line);
-    if (text.starts_with("Attempting to open")) last_port = text.ends_with(" COM16");
-    if (last_port && text.starts_with("LED handle is 0x0")) ++failed_searches;
-  };
+  Log log;
   // A search takes over two seconds, and is repeated if a busy board has missed it.
   const auto let_time_pass_until = [](bool active) {
     return soon(
@@ -348,10 +303,12 @@ TEST_F(Led, SilentBoardIsFoundAgainOnAnyPort) {
   search();
   led_start();
   ASSERT_TRUE(led_active());
-  const int before = failed_searches;
+  log.clear();
   led->deaf = true;
   EXPECT_TRUE(let_time_pass_until(false)) << "the check gets no answer";
-  EXPECT_TRUE(soon([&] { return failed_searches > before; }, 60'000));
+  const std::string searched = "COM16\n! Open LED port failed";
+  EXPECT_TRUE(soon([&] { return log.text().find(searched) != std::string::npos; }, 60'000))
+      << log.text();
   led.reset();
   Board again;
   environment.com[1].clear();
@@ -359,8 +316,6 @@ TEST_F(Led, SilentBoardIsFoundAgainOnAnyPort) {
   EXPECT_FALSE(soon([] { return led_active(); }, 100)) << "no search before its time";
   EXPECT_TRUE(let_time_pass_until(true));
   EXPECT_TRUE(soon([&] { return again.value == 25; }, 60'000)) << "it is told the value";
-  led_close();
-  io_log.callback = nullptr;
 }
 
 TEST_F(Led, BoardIsNotCheckedWhileFrogsAreInPlay) {
@@ -383,30 +338,22 @@ TEST_F(Led, BoardIsNotCheckedWhileFrogsAreInPlay) {
 }
 
 TEST(UsbReset, ResetsOnlyTheAdapter) {
-  TempFolder sys;
-  const auto device = [&](const char* name, const char* vendor, const char* product) {
-    const std::string folder = sys.path() + "/" + name;
-    std::filesystem::create_directories(folder);
-    std::ofstream(folder + "/idVendor") << vendor << "\n";
-    std::ofstream(folder + "/idProduct") << product << "\n";
-    std::ofstream(folder + "/authorized") << "x";
-    return folder + "/authorized";
+  const TempFolder sys;
+  const auto device = [&](const std::string& name, const char* vendor, const char* product) {
+    std::filesystem::create_directories(sys.file(name));
+    sys.write(name + "/idVendor", std::string(vendor) + "\n");
+    sys.write(name + "/idProduct", std::string(product) + "\n");
+    sys.write(name + "/authorized", "x");
   };
-  const auto text = [](const std::string& path) {
-    std::string word;
-    std::ifstream(path) >> word;
-    return word;
-  };
-  const std::string hub = device("usb1", "1d6b", "0002");
-  const std::string other = device("1-1", "c1ca", "0005");
+  device("usb1", "1d6b", "0002");  // a hub
+  device("1-1", "c1ca", "0005");
   EXPECT_FALSE(usb_reset_below(sys.path(), 0xC1CA, 0x0004));
-  const std::string adapter = device("1-2", "c1ca", "0004");
-  std::filesystem::create_directories(sys.path() + "/1-2:1.0");  // an interface has no idVendor
+  device("1-2", "c1ca", "0004");
+  std::filesystem::create_directories(sys.file("1-2:1.0"));  // an interface has no idVendor
   EXPECT_TRUE(usb_reset_below(sys.path(), 0xC1CA, 0x0004));
-  EXPECT_EQ(text(adapter), "1");
-  EXPECT_EQ(text(hub), "x");
-  EXPECT_EQ(text(other), "x");
-  EXPECT_FALSE(usb_reset_below(sys.path() + "/nowhere", 0xC1CA, 0x0004));
+  EXPECT_EQ(sys.read("1-2/authorized")[0], '1');
+  EXPECT_EQ(sys.read("usb1/authorized") + sys.read("1-1/authorized"), "xx");
+  EXPECT_FALSE(usb_reset_below(sys.file("nowhere"), 0xC1CA, 0x0004));
 }
 
 }  // namespace
