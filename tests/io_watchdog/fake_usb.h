@@ -132,7 +132,6 @@ class FakeUsb final : public UsbDriver {
   }
   std::unique_ptr<UsbFile> open(const std::string& path) override {
     opened.push_back(path);
-    if (refuses) return nullptr;
     return std::make_unique<FakeFile>(devices[path.back() - '0']);
   }
 
@@ -140,5 +139,4 @@ class FakeUsb final : public UsbDriver {
   std::vector<std::string> opened;
   int searches = 0;
   std::uint32_t class_first = 0;
-  bool refuses = false;
 };
