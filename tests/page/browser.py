@@ -1,24 +1,60 @@
 """A headless Chromium, driven by its DevTools protocol with the standard library alone."""
 
 import base64
+import collections
 import json
-import os
 import shutil
 import socket
-import struct
 import subprocess
 import tempfile
 import time
-import urllib.request
+
+
+class Pipe:
+    """The browser's end of the protocol: JSON texts with a NUL behind each, for all of its tabs."""
+
+    def __init__(self, connection):
+        self.connection = connection
+        self.connection.settimeout(60)
+        self.sequence = 0
+        self.pending = b""
+        self.errors = collections.defaultdict(list)  # of each session's scripts
+
+    def receive(self):
+        while b"\0" not in self.pending:
+            part = self.connection.recv(1 << 20)
+            if not part:
+                raise OSError("chromium has gone")
+            self.pending += part
+        text, _, self.pending = self.pending.partition(b"\0")
+        return json.loads(text)
+
+    def call(self, method, session=None, **params):
+        self.sequence += 1
+        order = {"id": self.sequence, "method": method, "params": params}
+        if session:
+            order["sessionId"] = session
+        self.connection.sendall(json.dumps(order).encode() + b"\0")
+        while True:
+            message = self.receive()
+            if message.get("method") == "Runtime.exceptionThrown":
+                details = message["params"]["exceptionDetails"]
+                self.errors[message["sessionId"]].append(
+                    details.get("exception", {}).get("description", details["text"]))
+            if message.get("id") == self.sequence:
+                if "error" in message:
+                    raise RuntimeError(f"{method}: {message['error']['message']}")
+                return message["result"]
 
 
 class Tab:
     """One tab. `width` and `height` are the page's, in pixels. `free`: the test may add scripts to it."""
 
-    def __init__(self, tab_address, address, width, height, free):
-        self.sequence = 0
-        self.errors = []  # of the page's scripts
-        self.socket = connect(tab_address)
+    def __init__(self, pipe, address, width, height, free):
+        self.pipe = pipe
+        target = pipe.call("Target.createTarget", url="about:blank")["targetId"]
+        self.session = pipe.call("Target.attachToTarget", targetId=target, flatten=True)["sessionId"]
+        self.errors = pipe.errors[self.session]
         self.call("Runtime.enable")
         self.call("Page.enable")
         self.size(width, height)
@@ -32,17 +68,7 @@ class Tab:
                   deviceScaleFactor=1, mobile=touch)
 
     def call(self, method, **params):
-        self.sequence += 1
-        send_text(self.socket, json.dumps({"id": self.sequence, "method": method, "params": params}))
-        while True:
-            message = json.loads(receive_text(self.socket))
-            if message.get("method") == "Runtime.exceptionThrown":
-                details = message["params"]["exceptionDetails"]
-                self.errors.append(details.get("exception", {}).get("description", details["text"]))
-            if message.get("id") == self.sequence:
-                if "error" in message:
-                    raise RuntimeError(f"{method}: {message['error']['message']}")
-                return message["result"]
+        return self.pipe.call(method, self.session, **params)
 
     def value(self, expression):
         """The value of an expression in the page; promises are waited for."""
@@ -94,12 +120,16 @@ class Browser(Tab):
 
     def __init__(self, address, width=1366, height=768, free=False):
         self.profile = tempfile.mkdtemp(prefix="lilyhop-browser-")
-        self.process = subprocess.Popen(
-            ["chromium", "--headless=new", "--no-sandbox", "--disable-gpu", "--no-first-run",
-             "--remote-debugging-port=0", f"--user-data-dir={self.profile}", "about:blank"],
-            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True)
+        near, far = socket.socketpair()
+        with far:  # it reads file 3 and writes file 4
+            self.process = subprocess.Popen(
+                ["bash", "-c", f'exec "$0" "$@" 3<&{far.fileno()} 4>&{far.fileno()}',
+                 "chromium", "--headless=new", "--no-sandbox", "--disable-gpu", "--no-first-run",
+                 "--remote-debugging-pipe", f"--user-data-dir={self.profile}", "about:blank"],
+                stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, pass_fds=[far.fileno()],
+                start_new_session=True)
         try:
-            super().__init__(self.tab_address(), address, width, height, free)
+            super().__init__(Pipe(near), address, width, height, free)
         except BaseException:  # __exit__ will not be called
             self.process.kill()
             shutil.rmtree(self.profile, ignore_errors=True)
@@ -111,82 +141,14 @@ class Browser(Tab):
     def __exit__(self, *_):
         self.close()
 
-    def port(self):
-        return int(open(os.path.join(self.profile, "DevToolsActivePort")).readline())
-
-    def tab_address(self):
-        until = time.monotonic() + 60
-        while time.monotonic() < until:
-            try:
-                tabs = json.load(urllib.request.urlopen(f"http://127.0.0.1:{self.port()}/json", timeout=10))
-                return next(tab["webSocketDebuggerUrl"] for tab in tabs if tab["type"] == "page")
-            except (OSError, ValueError, StopIteration):
-                time.sleep(0.1)
-        raise RuntimeError("chromium doesn't start")
-
     def tab(self, address, width=1366, height=768):
         """Another tab of the same browser."""
-        new = urllib.request.Request(f"http://127.0.0.1:{self.port()}/json/new", method="PUT")
-        with urllib.request.urlopen(new, timeout=10) as reply:
-            tab_address = json.load(reply)["webSocketDebuggerUrl"]
-        return Tab(tab_address, address, width, height, False)
+        return Tab(self.pipe, address, width, height, False)
 
     def close(self):
         try:
-            self.call("Browser.close")
+            self.pipe.call("Browser.close")
         except (OSError, RuntimeError):
             self.process.terminate()
         self.process.wait(timeout=20)
         shutil.rmtree(self.profile, ignore_errors=True)
-
-
-# --- WebSocket ----------------------------------------------------------------------------------
-
-def connect(address):
-    host, _, path = address.removeprefix("ws://").partition("/")
-    name, port = host.split(":")
-    connection = socket.create_connection((name, int(port)), timeout=60)
-    key = base64.b64encode(os.urandom(16)).decode()
-    connection.sendall((f"GET /{path} HTTP/1.1\r\nHost: {host}\r\nUpgrade: websocket\r\n"
-                        f"Connection: Upgrade\r\nSec-WebSocket-Key: {key}\r\n"
-                        "Sec-WebSocket-Version: 13\r\n\r\n").encode())
-    head = b""
-    while not head.endswith(b"\r\n\r\n"):
-        head += connection.recv(1)
-    if b" 101 " not in head.split(b"\r\n")[0]:
-        raise RuntimeError(head.decode())
-    return connection
-
-
-def send_text(connection, text):
-    data, mask = text.encode(), os.urandom(4)
-    size = (struct.pack(">B", 0x80 | len(data)) if len(data) < 126 else
-            struct.pack(">BH", 0x80 | 126, len(data)) if len(data) < 65536 else
-            struct.pack(">BQ", 0x80 | 127, len(data)))
-    masked = bytes(byte ^ mask[i % 4] for i, byte in enumerate(data))
-    connection.sendall(b"\x81" + size + mask + masked)
-
-
-def receive_exactly(connection, count):
-    data = b""
-    while len(data) < count:
-        part = connection.recv(count - len(data))
-        if not part:
-            raise OSError("chromium has gone")
-        data += part
-    return data
-
-
-def receive_text(connection):
-    text = b""
-    while True:
-        first, size = receive_exactly(connection, 2)
-        if size == 126:
-            size, = struct.unpack(">H", receive_exactly(connection, 2))
-        elif size == 127:
-            size, = struct.unpack(">Q", receive_exactly(connection, 8))
-        data = receive_exactly(connection, size)
-        if first & 0x0F in (0, 1):
-            text += data
-            if first & 0x80:
-                return text.decode()
