@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <iterator>
 #include <limits>
 #include <random>
 #include <string>
@@ -21,6 +21,8 @@
 #include "platform/headless/clock_control.h"
 #include "tests/open_files.h"
 #include "tests/temp_folder.h"
+
+using namespace std::string_literals;
 
 namespace {
 
@@ -37,92 +39,46 @@ class Books : public testing::Test {
   }
   ~Books() override { EXPECT_EQ(open_files(), open_at_first) << "a file was left open"; }
 
-  // The bytes of a settings file with this volume.
-  std::string prefs_file(int volume) {
-    prefs_reset();
-    prefs[PREF_VOLUME].int_value = volume;
-    prefs_save();
-    std::string bytes = drive.read("prefs");
-    clear();
-    return bytes;
-  }
-  std::string audits_file(int bugs) {
-    audits_reset();
-    audits[AUDIT_BUGS].count = bugs;
-    audits_save();
-    std::string bytes = drive.read("audits");
-    clear();
-    return bytes;
-  }
-  void clear() {
-    for (const char* name : {"prefs", "prefbak", "audits", "audbak", "histo"}) {
-      std::filesystem::remove(drive.file(name));
-    }
-    prefs_reset();
-    audits_reset();
-  }
-
   TempFolder drive;
   std::ptrdiff_t open_at_first = open_files();
 };
 
-enum FileState { GOOD, MISSING, WRONG_MAGIC, SHORT, LONGER };
-
-// A short file ends in the middle of row 10.
-std::string in_state(const std::string& good, FileState state, std::size_t row_size) {
-  switch (state) {
-    case WRONG_MAGIC:
-      return "XXXX" + good.substr(4);
-    case SHORT:
-      return good.substr(0, 4 + 10 * row_size + row_size / 2);
-    case LONGER:
-      return good + std::string(100, 'z');
-    default:
-      return good;
-  }
+// A row of a file: its number, kind and name, then its values; zeros fill it.
+std::string row_bytes(char number, char kind, std::string name, const std::string& values,
+                      std::size_t size) {
+  std::string row{number, 0, 0, 0, kind, 0, 0, 0};
+  name.resize(32);
+  row += name + values;
+  row.resize(size);
+  return row;
 }
 
 TEST_F(Books, FileFormatIsFixed) {
   prefs_load();
   audits_load();
-  const std::string p = drive.read("prefs");
+  const std::string p = drive.read("prefs"), a = drive.read("audits"), h = drive.read("histo");
   ASSERT_EQ(p.size(), PREFS_SIZE);
   EXPECT_EQ(p.substr(0, 4), "030P");
-  const char* timeout = p.data() + 4 + 8 * 128;
-  EXPECT_EQ(std::memcmp(timeout, "\x08\0\0\0\0\0\0\0Timeout (Seconds)\0", 26), 0);
-  EXPECT_EQ(std::memcmp(timeout + 40, "\xff\xff\xff\xff", 4), 0);
-  const char* payout = p.data() + 4 + 14 * 128;
-  float value = 0;
-  std::memcpy(&value, payout + 44, 4);
-  EXPECT_EQ(payout[4], 0x10);
-  EXPECT_EQ(value, 0.4F);
-  EXPECT_EQ(drive.read("prefbak"), p);
-
-  const std::string a = drive.read("audits");
+  EXPECT_EQ(p.substr(4 + 8 * 128, 128),
+            row_bytes(8, 0, "Timeout (Seconds)", "\xff\xff\xff\xff", 128));
+  EXPECT_EQ(p.substr(4 + 14 * 128, 128),
+            row_bytes(14, 0x10, "Payout Percent", "\0\0\0\0\xCD\xCC\xCC\x3E"s, 128));
   ASSERT_EQ(a.size(), AUDITS_SIZE);
   EXPECT_EQ(a.substr(0, 4), "810A");
-  EXPECT_EQ(a[4 + 4], 0x20) << "Time Game On is a time";
-  const char* boots = a.data() + 4 + 14 * 56;
-  EXPECT_STREQ(boots + 8, "Boot Count");
-  EXPECT_EQ(boots[40], 1);
-  EXPECT_STREQ(a.data() + 4 + 57 * 56 + 8, "Capped Tickets Right");
-  EXPECT_EQ(drive.read("audbak"), a);
-
-  const std::string h = drive.read("histo");
+  EXPECT_EQ(a.substr(4, 56), row_bytes(0, 0x20, "Time Game On", "", 56));
+  EXPECT_EQ(a.substr(4 + 14 * 56, 56), row_bytes(14, 0, "Boot Count", "\1", 56));
+  EXPECT_EQ(a.substr(4 + 57 * 56), row_bytes(57, 0, "Capped Tickets Right", "", 56));
   EXPECT_EQ(h.size(), HISTO_SIZE);
   EXPECT_EQ(h.substr(0, 4), "500H");
 }
 
-// Every state of the main file with every state of the backup. A good magic decides; rows that a
-// short file lacks are built in; afterwards both files are whole and alike.
-template <typename Check>
-void for_each_pair(Check check) {
-  for (const FileState main : {GOOD, MISSING, WRONG_MAGIC, SHORT, LONGER}) {
-    for (const FileState backup : {GOOD, MISSING, WRONG_MAGIC, SHORT, LONGER}) {
-      SCOPED_TRACE(testing::Message() << "main " << main << ", backup " << backup);
-      check(main, backup);
-    }
-  }
+enum FileState { GOOD, MISSING, WRONG_MAGIC, SHORT, LONGER };
+
+// A short file ends in the middle of row 10.
+std::string in_state(const std::string& good, FileState state, std::size_t row_size) {
+  if (state == WRONG_MAGIC) return "XXXX" + good.substr(4);
+  if (state == SHORT) return good.substr(0, 4 + 10 * row_size + row_size / 2);
+  return state == LONGER ? good + std::string(100, 'z') : good;
 }
 
 // What is loaded, if the row lies behind the cut of a short file.
@@ -132,31 +88,50 @@ int loaded(FileState main, int in_main, FileState backup, int in_backup, int bui
   return built_in;
 }
 
-TEST_F(Books, LoadsPrefsFromMainThenBackup) {
-  const std::string in_main = prefs_file(3), in_backup = prefs_file(5);
-  for_each_pair([&](FileState main, FileState backup) {
-    clear();
-    if (main != MISSING) drive.write("prefs", in_state(in_main, main, 128));
-    if (backup != MISSING) drive.write("prefbak", in_state(in_backup, backup, 128));
-    prefs_load();
-    EXPECT_EQ(pref_int(PREF_VOLUME), loaded(main, 3, backup, 5, 16));
-    EXPECT_EQ(drive.read("prefs").size(), PREFS_SIZE);
-    EXPECT_EQ(drive.read("prefs"), drive.read("prefbak"));
-  });
-}
-
-TEST_F(Books, LoadsAuditsFromMainThenBackup) {
-  const std::string in_main = audits_file(30), in_backup = audits_file(50);
-  for_each_pair([&](FileState main, FileState backup) {
-    clear();
-    if (main != MISSING) drive.write("audits", in_state(in_main, main, 56));
-    if (backup != MISSING) drive.write("audbak", in_state(in_backup, backup, 56));
-    audits_load();
-    EXPECT_EQ(audit_count(AUDIT_BUGS), loaded(main, 30, backup, 50, 0));
-    EXPECT_EQ(audit_count(AUDIT_BOOT_COUNT), 1);
-    EXPECT_EQ(drive.read("audits").size(), AUDITS_SIZE);
-    EXPECT_EQ(drive.read("audits"), drive.read("audbak"));
-  });
+// Every state of the main file with every state of the backup. A good magic decides; rows that a
+// short file lacks are built in; afterwards both files are whole and alike.
+TEST_F(Books, LoadFromMainThenBackup) {
+  const struct {
+    const char *main, *backup;
+    std::size_t row_size, size;
+    void (*store)(int value);
+    void (*load)();
+    int (*value)();
+    int built_in;
+  } books[] = {{"prefs", "prefbak", 128, PREFS_SIZE,
+                [](int volume) {
+                  prefs[PREF_VOLUME].int_value = volume;
+                  prefs_save();
+                },
+                prefs_load, [] { return pref_int(PREF_VOLUME); }, 16},
+               {"audits", "audbak", 56, AUDITS_SIZE,
+                [](int bugs) {
+                  audits[AUDIT_BUGS].count = bugs;
+                  audits_save();
+                },
+                audits_load, [] { return audit_count(AUDIT_BUGS); }, 0}};
+  constexpr FileState STATES[] = {GOOD, MISSING, WRONG_MAGIC, SHORT, LONGER};
+  for (const auto& book : books) {
+    book.store(3);
+    const std::string in_main = drive.read(book.main);
+    book.store(5);
+    const std::string in_backup = drive.read(book.main);
+    const auto put = [&](const char* name, const std::string& good, FileState state) {
+      std::filesystem::remove(drive.file(name));
+      if (state != MISSING) drive.write(name, in_state(good, state, book.row_size));
+    };
+    for (const FileState main : STATES) {
+      for (const FileState backup : STATES) {
+        SCOPED_TRACE(testing::Message() << book.main << " " << main << ", backup " << backup);
+        put(book.main, in_main, main);
+        put(book.backup, in_backup, backup);
+        book.load();
+        EXPECT_EQ(book.value(), loaded(main, 3, backup, 5, book.built_in));
+        EXPECT_EQ(drive.read(book.main).size(), book.size);
+        EXPECT_EQ(drive.read(book.main), drive.read(book.backup));
+      }
+    }
+  }
 }
 
 TEST_F(Books, HistogramHasNoBackup) {
@@ -178,7 +153,8 @@ TEST_F(Books, HistogramHasNoBackup) {
 }
 
 TEST_F(Books, StoredNamesAreKeptUntilReset) {
-  std::string file = prefs_file(16);
+  prefs_save();
+  std::string file = drive.read("prefs");
   std::memcpy(file.data() + 4 + 8, "Gratis\0\0\0", 9);
   drive.write("prefs", file);
   prefs_load();
@@ -223,21 +199,6 @@ TEST_F(Books, CountersSaturate) {
   EXPECT_EQ(histogram[SIDE_LEFT][7], std::numeric_limits<std::uint32_t>::max());
 }
 
-TEST_F(Books, UnwritableFileIsSkipped) {
-  std::filesystem::create_directories(drive.file("audits/full"));
-  std::filesystem::create_directories(drive.file("prefs/full"));
-  audits[AUDIT_BUGS].count = 9;
-  audits_save();
-  prefs_save();
-  EXPECT_TRUE(drive.has("audits/full"));
-  EXPECT_TRUE(drive.has("prefs/full"));
-  EXPECT_FALSE(drive.has("audits.new"));
-  EXPECT_EQ(drive.read("audbak").size(), AUDITS_SIZE);
-  EXPECT_EQ(drive.read("prefbak").size(), PREFS_SIZE);
-  EXPECT_EQ(drive.read("histo").size(), HISTO_SIZE);
-}
-
-// One line when it begins, one an hour while it lasts, one when it is over.
 // As a service may be started. The file of a store is the first one then.
 TEST_F(Books, AreStoredWithStandardInputClosed) {
   const int input = dup(STDIN_FILENO);
@@ -249,6 +210,8 @@ TEST_F(Books, AreStoredWithStandardInputClosed) {
   EXPECT_TRUE(drive.has("audits"));
 }
 
+// The other files are stored. One line when it begins, one an hour while it lasts, one when it is
+// over.
 TEST_F(Books, FailingStoreIsReportedOnceAnHourUntilItWorks) {
   store_report_reset();
   headless_clock_reset();
@@ -257,16 +220,18 @@ TEST_F(Books, FailingStoreIsReportedOnceAnHourUntilItWorks) {
     store();
     return testing::internal::GetCapturedStderr();
   };
-  EXPECT_EQ(said(audits_save), "");
-  EXPECT_STREQ(store_trouble(), "");
   for (const char* name : {"audits/full", "histo/full"}) {
-    std::filesystem::remove(drive.file(name).substr(0, drive.file(name).size() - 5));
     std::filesystem::create_directories(drive.file(name));
   }
+  EXPECT_EQ(said(prefs_save), "");
+  EXPECT_STREQ(store_trouble(), "");
   const std::string first = said(audits_save);
   EXPECT_EQ(std::ranges::count(first, '\n'), 1) << first << "two files fail, one line";
   EXPECT_NE(first.find(drive.file("audits") + ": Is a directory"), std::string::npos) << first;
   EXPECT_STREQ(store_trouble(), "Is a directory");
+  EXPECT_TRUE(drive.has("audits/full"));
+  EXPECT_FALSE(drive.has("audits.new"));
+  EXPECT_EQ(drive.read("audbak").size(), AUDITS_SIZE);
   headless_clock_advance(3599999);
   EXPECT_EQ(said(audits_save), "");
   EXPECT_EQ(said(prefs_save), "") << "these can be stored, but that is no recovery";
@@ -336,101 +301,54 @@ TEST_F(Books, TickAddsTimesExceptStalls) {
   }
 }
 
+// Numbers and names are those of older files. "*" is a time.
 TEST_F(Books, BuiltInCountersAreThoseOfTheSecondCopy) {
-  struct Row {
-    const char* name;
-    bool pair, time;
-  };
-  const Row rows[] = {{"Time Game On", false, true},
-                      {"Time Since Boot", false, true},
-                      {"Games Played", true, false},
-                      {"Time Played", true, true},
-                      {"Games Since Boot", true, false},
-                      {"Time Since Boot", true, true},
-                      {"Time Total Played", true, true},
-                      {"Repeat Plays", true, false},
-                      {"Boot Count", false, false},
-                      {"Test Entry Count", false, false},
-                      {"Watchdog Count", false, false},
-                      {"Periodic Reboot Count", false, false},
-                      {"I/O Checksum Failures", false, false},
-                      {"Coin Drops", true, false},
-                      {"Service Credits", false, false},
-                      {"Tickets", true, false},
-                      {"Tickets Owed", true, false},
-                      {"Current Credits", true, false},
-                      {"Current Coins", true, false},
-                      {"Bugs", true, false},
-                      {"Butterflies", true, false},
-                      {"Bonuses", true, false},
-                      {"Double Bonuses", true, false},
-                      {"Jackpots", true, false},
-                      {"Frees", true, false},
-                      {"Bug Tickets", true, false},
-                      {"Butterfly Tickets", true, false},
-                      {"Bonus Tickets", true, false},
-                      {"Double Bonus Tickets", true, false},
-                      {"Jackpot Tickets", true, false},
-                      {"Free Tickets", true, false},
-                      {"Fixed Tickets", true, false},
-                      {"Capped Tickets", true, false}};
-  std::uint32_t number = 0;
-  for (const Row& row : rows) {
-    for (const char* side : {" Left", " Right"}) {
-      if (!row.pair && side[1] == 'R') continue;
-      const AuditRow& built = audits[number];
-      EXPECT_EQ(built.index, number++);
-      EXPECT_STREQ(built.name, (row.name + std::string(row.pair ? side : "")).c_str());
-      EXPECT_EQ(built.flags, row.time ? 0x20u : 0u) << row.name;
-    }
+  std::string built;
+  for (std::uint32_t number = 0; number < AUDIT_COUNT; ++number) {
+    const AuditRow& row = audits[number];
+    EXPECT_EQ(row.index, number);
+    EXPECT_EQ(row.flags & ~0x20U, 0U) << row.name;
+    built += row.name + std::string(row.flags != 0 ? "*, " : ", ");
   }
-  EXPECT_EQ(number, 58u);
-  EXPECT_EQ(AUDIT_COUNT, 58);
+  EXPECT_EQ(
+      built,
+      "Time Game On*, Time Since Boot*, Games Played Left, Games Played Right, Time Played Left*, "
+      "Time Played Right*, Games Since Boot Left, Games Since Boot Right, Time Since Boot Left*, "
+      "Time Since Boot Right*, Time Total Played Left*, Time Total Played Right*, "
+      "Repeat Plays Left, Repeat Plays Right, Boot Count, Test Entry Count, Watchdog Count, "
+      "Periodic Reboot Count, I/O Checksum Failures, Coin Drops Left, Coin Drops Right, "
+      "Service Credits, Tickets Left, Tickets Right, Tickets Owed Left, Tickets Owed Right, "
+      "Current Credits Left, Current Credits Right, Current Coins Left, Current Coins Right, "
+      "Bugs Left, Bugs Right, Butterflies Left, Butterflies Right, Bonuses Left, Bonuses Right, "
+      "Double Bonuses Left, Double Bonuses Right, Jackpots Left, Jackpots Right, Frees Left, "
+      "Frees Right, Bug Tickets Left, Bug Tickets Right, Butterfly Tickets Left, "
+      "Butterfly Tickets Right, Bonus Tickets Left, Bonus Tickets Right, "
+      "Double Bonus Tickets Left, Double Bonus Tickets Right, Jackpot Tickets Left, "
+      "Jackpot Tickets Right, Free Tickets Left, Free Tickets Right, Fixed Tickets Left, "
+      "Fixed Tickets Right, Capped Tickets Left, Capped Tickets Right, ");
 }
 
+// Of each its name and values: whole, real (its kind is 10) and text (40).
 TEST_F(Books, BuiltInSettingsAreThoseOfTheSecondCopy) {
-  struct Row {
-    const char* name;
-    int whole;
-    float real;
-    std::uint32_t flags;
-  };
-  const Row rows[] = {{"Freeplay", 0, 0, 0},
-                      {"Coins To Play", 1, 0, 0},
-                      {"Frogs Per Game", 1, 0, 0},
-                      {"Coin Value", 0, 0.25F, 0x10},
-                      {"Ticket Value", 0, 0.01F, 0x10},
-                      {"Coins Per Swipe", 2, 0, 0},
-                      {"Coins Per Swipe Pulse", 1, 0, 0},
-                      {"Currency Unit", 0, 0, 0},
-                      {"Timeout (Seconds)", -1, 0, 0},
-                      {"Fixed Ticket", 0, 0, 0},
-                      {"Fixed Tickets Per Game", 10, 0, 0},
-                      {"Ticket Use", 1, 0, 0},
-                      {"Minimum Tickets", 1, 0, 0},
-                      {"Maximum Tickets", 2500, 0, 0},
-                      {"Payout Percent", 0, 0.4F, 0x10},
-                      {"Bonus Value", 250, 0, 0},
-                      {"Boost Bonus", 0, 0, 0},
-                      {"Two Point Tickets", 0, 0, 0},
-                      {"Lockout Coils", 0, 0, 0},
-                      {"Tickets Per Game", 0, 40.0F, 0x10},
-                      {"Volume", 16, 0, 0},
-                      {"Attract Volume", 8, 0, 0},
-                      {"Build Date", 0, 0, 0x40},
-                      {"Build Time", 0, 0, 0x40},
-                      {"Check CRC", 1, 0, 0}};
-  ASSERT_EQ(PREF_COUNT, std::size(rows));
-  for (const Row& row : rows) {
-    const PrefRow& built = prefs[&row - rows];
-    EXPECT_EQ(built.index, &row - rows);
-    EXPECT_STREQ(built.name, row.name);
-    EXPECT_EQ(built.flags, row.flags) << row.name;
-    EXPECT_EQ(built.int_value, row.whole) << row.name;
-    EXPECT_EQ(built.float_value, row.real) << row.name;
-    EXPECT_STREQ(built.text_value, "") << row.name;
+  std::string built, codes;
+  for (std::uint32_t number = 0; number < PREF_COUNT; ++number) {
+    const PrefRow& row = prefs[number];
+    EXPECT_EQ(row.index, number);
+    char text[128];
+    std::snprintf(text, sizeof text, "%s %d %g%s (%x), ", row.name, pref_int(PrefIndex(number)),
+                  double{row.float_value}, row.text_value, row.flags);
+    built += text;
   }
-  std::string codes;
+  EXPECT_EQ(built,
+            "Freeplay 0 0 (0), Coins To Play 1 0 (0), Frogs Per Game 1 0 (0), "
+            "Coin Value 0 0.25 (10), Ticket Value 0 0.01 (10), Coins Per Swipe 2 0 (0), "
+            "Coins Per Swipe Pulse 1 0 (0), Currency Unit 0 0 (0), Timeout (Seconds) -1 0 (0), "
+            "Fixed Ticket 0 0 (0), Fixed Tickets Per Game 10 0 (0), Ticket Use 1 0 (0), "
+            "Minimum Tickets 1 0 (0), Maximum Tickets 2500 0 (0), Payout Percent 0 0.4 (10), "
+            "Bonus Value 250 0 (0), Boost Bonus 0 0 (0), Two Point Tickets 0 0 (0), "
+            "Lockout Coils 0 0 (0), Tickets Per Game 0 40 (10), Volume 16 0 (0), "
+            "Attract Volume 8 0 (0), Build Date 0 0 (40), Build Time 0 0 (40), "
+            "Check CRC 1 0 (0), ");
   for (const char* code : currency_codes) codes += code + std::string(" ");
   EXPECT_EQ(codes, "USD AUD CAD EUR GBP DEM FRF JPY NLG ITL CHF BRL DKK MXN RUR KRW CNY ");
 }
