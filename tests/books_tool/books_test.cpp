@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "books/audits.h"
@@ -32,6 +33,20 @@ constexpr const char* A_GAME =
     "2026-11-25T10:01:09.100Z 3 paper side=left owed=14 queued=0\n"
     "2026-11-25T10:01:12.000Z 3 paper side=left owed=0 queued=0\n";
 
+using Texts = std::vector<std::string>;
+
+struct Books {
+  int coins, credits, games, tickets;  // of the left side
+};
+
+// The journal up to the line of this time.
+std::string until(const std::string& journal, const char* time) {
+  return journal.substr(0, journal.find(std::string("2026-11-25T") + time));
+}
+std::string replaced(std::string text, const std::string& part, const char* by) {
+  return text.replace(text.find(part), part.size(), by);
+}
+
 class BooksTool : public testing::Test {
  protected:
   BooksTool() {
@@ -40,33 +55,30 @@ class BooksTool : public testing::Test {
     files_use_roots(folder.path(), folder.path());
     prefs_reset();
     audits_reset();
-    books_at(6, 0, 5, 64);
+    store({6, 0, 5, 64});
   }
 
-  void books_at(int coins, int credits, int games, int tickets) {
-    audits[AUDIT_COIN_DROPS].count = coins;
-    audits[AUDIT_CURRENT_CREDITS].count = credits;
-    audits[AUDIT_GAMES_PLAYED].count = games;
-    audits[AUDIT_TICKETS].count = tickets;
+  static void store(const Books& books) {
+    audits[AUDIT_COIN_DROPS].count = books.coins;
+    audits[AUDIT_CURRENT_CREDITS].count = books.credits;
+    audits[AUDIT_GAMES_PLAYED].count = books.games;
+    audits[AUDIT_TICKETS].count = books.tickets;
     prefs_save();
     audits_save();
-  }
-  // What the check finds wrong, and what it explains.
-  std::vector<std::string> found(const std::string& journal, bool wrong) {
-    folder.write("journal", journal);
-    Drive drive;
-    EXPECT_EQ(drive_read(folder.path(), drive), "");
-    std::vector<std::string> texts;
-    for (const Finding& finding : ledger_of(drive).findings) {
-      if (finding.wrong == wrong) texts.push_back(finding.text);
-    }
-    return texts;
   }
   Ledger ledger(const std::string& journal) {
     folder.write("journal", journal);
     Drive drive;
     EXPECT_EQ(drive_read(folder.path(), drive), "");
     return ledger_of(drive);
+  }
+  // What the check finds beside these books; "!" is wrong, all else is explained.
+  Texts found(const Books& books, const std::string& journal) {
+    store(books);
+    Texts texts;
+    for (const Finding& f : ledger(journal).findings)
+      texts.push_back((f.wrong ? "!" : "") + f.text);
+    return texts;
   }
   static std::string restart(const char* last, int credits, int games) {
     const std::string head = "2026-11-25T11:00:00.000Z 4 ";
@@ -79,8 +91,6 @@ class BooksTool : public testing::Test {
   TempFolder folder;
 };
 
-using Texts = std::vector<std::string>;
-
 TEST_F(BooksTool, GameIsToldAsAStory) {
   const Ledger all = ledger(A_GAME);
   ASSERT_EQ(all.games.size(), 1U);
@@ -88,7 +98,6 @@ TEST_F(BooksTool, GameIsToldAsAStory) {
             "2026-11-25, left game 5: paid by coin at 10:01:00, launched at 10:01:05. Caught a bug "
             "(2), a butterfly (12). Won 14 tickets at 10:01:09. The paper was out at 10:01:12.");
   EXPECT_EQ(all.paper[0].out, 14);
-  EXPECT_TRUE(all.findings.empty());
   Game game = all.games[0];
   game.catches.insert(game.catches.begin(), 3, game.catches[0]);
   EXPECT_NE(game_story(game).find("Caught 4 times a bug (2), a butterfly (12). "),
@@ -100,98 +109,68 @@ TEST_F(BooksTool, GameIsToldAsAStory) {
 }
 
 TEST_F(BooksTool, CancelledPaperHasNotComeOut) {
-  const std::string all(A_GAME);
   const Ledger cleared =
-      ledger(all.substr(0, all.find("2026-11-25T10:01:12")) +
+      ledger(until(A_GAME, "10:01:12") +
              "2026-11-25T10:01:10.000Z 3 paper side=left owed=10 queued=0\n"
              "2026-11-25T10:01:11.000Z 3 tickets-cleared side=left owed=10 queued=0\n"
              "2026-11-25T10:01:11.100Z 3 paper side=left owed=0 queued=0\n");
-  EXPECT_EQ(cleared.paper[SIDE_LEFT].out, 4);
-  EXPECT_EQ(cleared.paper[SIDE_LEFT].told, 4);
-  EXPECT_EQ(cleared.paper[SIDE_LEFT].owed, 0);
+  const PaperCounts& paper = cleared.paper[SIDE_LEFT];
+  EXPECT_EQ(std::tuple(paper.out, paper.told, paper.owed), std::tuple(4, 4, 0));
   EXPECT_TRUE(game_story(cleared.games[0]).ends_with("The rest of the paper was cancelled."))
       << game_story(cleared.games[0]);
   EXPECT_TRUE(cleared.findings.empty());
 }
 
-TEST_F(BooksTool, MissingCoinInBooksIsWrongIfItCouldBeStored) {
-  books_at(5, 0, 5, 64);
-  EXPECT_EQ(found(A_GAME, true), Texts({"left: coins: the books have 5, by the journal it is 6"}));
-}
-
-TEST_F(BooksTool, LaunchThatIsNotStoredYetIsExplained) {
-  books_at(6, 1, 4, 50);
-  const std::string text(A_GAME);
-  const std::string running = text.substr(0, text.find("2026-11-25T10:01:06"));
-  EXPECT_EQ(found(running, true), Texts());
-  EXPECT_EQ(found(running, false),
+TEST_F(BooksTool, CheckTellsWhatIsWrongFromWhatIsExplained) {
+  const std::string launch =
+      "2026-11-25T10:02:01.000Z 3 launch side=left game=6 paid=credit credits=0";
+  const std::string flight =
+      A_GAME + std::string("2026-11-25T10:02:00.000Z 3 coin side=left coins=1 part=0 credits=1\n") +
+      launch + "\n" + replaced(restart("killed", 1, 5), "coins=6", "coins=7");
+  const std::string win =
+      "the books at the start don't have \"2026-11-25T10:01:09.000Z 3 tickets side=left game=5 "
+      "by=catch tickets=14 paper=14 told=yes\"";
+  const std::string without_win = replaced(restart("killed", 0, 5), "tickets=64", "tickets=50");
+  const std::string killed = " the game was killed after 2026-11-25 ";
+  EXPECT_EQ(found({6, 0, 5, 64}, A_GAME), Texts());
+  EXPECT_EQ(found({5, 0, 5, 64}, A_GAME),
+            Texts({"!left: coins: the books have 5, by the journal it is 6"}));
+  EXPECT_EQ(found({6, 1, 4, 50}, until(A_GAME, "10:01:06")),
             Texts({"the books don't have \"2026-11-25T10:01:05.000Z 3 launch side=left game=5 "
                    "paid=credit credits=0\": the run goes on"}));
-}
-
-TEST_F(BooksTool, KillExplainsLostFrogAndReturnedCredit) {
-  const std::string flight =
-      std::string(A_GAME) +
-      "2026-11-25T10:02:00.000Z 3 coin side=left coins=1 part=0 credits=1\n"
-      "2026-11-25T10:02:01.000Z 3 launch side=left game=6 paid=credit credits=0\n";
-  std::string again = restart("killed", 1, 5);
-  again.replace(again.find("coins=6"), 7, "coins=7");
-  books_at(7, 1, 5, 64);
-  EXPECT_EQ(found(flight + again, true), Texts());
-  const Texts explained = found(flight + again, false);
-  ASSERT_EQ(explained.size(), 2U);
-  EXPECT_EQ(explained[0],
-            "left: game 6 was in flight when the game was killed after 2026-11-25 "
-            "10:02:01; it ended unpaid");
-  EXPECT_EQ(ledger(flight + again).games.back().state, GAME_CUT_OFF);
-}
-
-TEST_F(BooksTool, WinThatAKillKeptFromTheBooksIsWrongOnlyIfItCouldBeStored) {
-  std::string again = restart("killed", 0, 5);
-  again.replace(again.find("tickets=64"), 10, "tickets=50");
-  books_at(6, 0, 5, 50);
-  const std::string win =
-      "the books at the start don't have \"2026-11-25T10:01:09.000Z 3 tickets "
-      "side=left game=5 by=catch tickets=14 paper=14 told=yes\"";
-  const std::string text(A_GAME);
-  const std::string at_once = text.substr(0, text.find("2026-11-25T10:01:12")) + again;
-  EXPECT_EQ(found(at_once, true), Texts()) << "the next start is an hour later";
-  EXPECT_EQ(found(at_once, false).front(), win + ": the game was killed after 2026-11-25 10:01:09");
-  EXPECT_EQ(found(A_GAME + again, true), Texts({win + ", though there was time to store it"}));
-}
-
-TEST_F(BooksTool, BooksThatWentBackAreWrong) {
-  const std::string next = restart("power", 0, 4);
-  books_at(6, 0, 4, 64);
-  EXPECT_EQ(found(A_GAME + next, true),
-            Texts({"left: frogs: the books at the start have 4, by the journal it is 5"}));
+  EXPECT_EQ(found({7, 1, 5, 64}, flight),
+            Texts({"left: game 6 was in flight when" + killed + "10:02:01; it ended unpaid",
+                   "the books at the start don't have \"" + launch + "\":" + killed + "10:02:01"}));
+  EXPECT_EQ(found({6, 0, 5, 50}, until(A_GAME, "10:01:12") + without_win),
+            Texts({win + ":" + killed + "10:01:09"}))
+      << "the next start is an hour later";
+  EXPECT_EQ(found({6, 0, 5, 50}, A_GAME + without_win),
+            Texts({"!" + win + ", though there was time to store it"}));
+  EXPECT_EQ(found({6, 0, 4, 64}, A_GAME + restart("power", 0, 4)),
+            Texts({"!left: frogs: the books at the start have 4, by the journal it is 5"}));
+  EXPECT_EQ(ledger(flight).games.back().state, GAME_CUT_OFF);
 }
 
 TEST_F(BooksTool, TicketsPaidTwiceAreNamed) {
-  const std::string text(A_GAME);
-  const std::string cut = text.substr(0, text.rfind("2026-11-25T10:01:12")) +
-                          "2026-11-25T10:01:10.000Z 3 paper side=left owed=4 queued=0\n";
-  const std::string again =
+  const std::string twice =
+      until(A_GAME, "10:01:12") + "2026-11-25T10:01:10.000Z 3 paper side=left owed=4 queued=0\n" +
       restart("power", 0, 5) +
       "2026-11-25T11:00:01.000Z 4 restored side=left owed=14 queued=0 told=yes\n"
       "2026-11-25T11:00:02.000Z 4 paper side=left owed=0 queued=0\n";
+  const std::string anew = "left: 14 tickets ordered anew, 10 of which had come out already: the ";
+  const std::string power = "power went after 2026-11-25 10:01:10";
+  EXPECT_EQ(found({6, 0, 5, 64}, twice), Texts({anew + power}));
+  EXPECT_EQ(found({6, 0, 5, 64}, replaced(twice, "last=power", "last=orderly")),
+            Texts({anew + "game ended after 2026-11-25 10:01:10"}));
+  const char* const stayed_up = "owed=14 queued=3 told=no";
   EXPECT_EQ(
-      found(cut + again, false),
-      Texts({"left: 14 tickets ordered anew, 10 of which had come out already: the power went "
-             "after 2026-11-25 10:01:10"}));
-  std::string orderly = cut + again;
-  orderly.replace(orderly.find("last=power"), 10, "last=orderly");
-  EXPECT_EQ(
-      found(orderly, false),
-      Texts({"left: 14 tickets ordered anew, 10 of which had come out already: the game ended "
-             "after 2026-11-25 10:01:10"}));
-  std::string stayed_up = cut + again;
-  stayed_up.replace(stayed_up.find("owed=14 queued=0 told=yes"), 25, "owed=14 queued=3 told=no");
-  EXPECT_EQ(found(stayed_up, false).front(),
-            "left: 3 tickets ordered again, for which the board had not answered: the power went "
-            "after 2026-11-25 10:01:10");
-  EXPECT_EQ(ledger(cut + again).paper[0].out, 24);
-  EXPECT_EQ(ledger(cut + again).games[0].paper_ms, 1795604402000) << "with the last of them";
+      found({6, 0, 5, 64}, replaced(twice, "owed=14 queued=0 told=yes", stayed_up)),
+      Texts(
+          {"left: 3 tickets ordered again, for which the board had not answered: the " + power,
+           "left: 4 tickets were owed when the " + power + ", 0 when the board was asked again"}));
+  const Ledger all = ledger(twice);
+  EXPECT_EQ(all.paper[0].out, 24);
+  EXPECT_EQ(all.games[0].paper_ms, 1795604402000) << "with the last of them";
 }
 
 TEST_F(BooksTool, DamagedFilesAreNamedAndTheRestIsRead) {
