@@ -3,9 +3,9 @@
 
 #include <cerrno>
 #include <cstdint>
-#include <initializer_list>
 #include <limits>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "books/audits.h"
@@ -62,7 +62,7 @@ TEST_F(Books, DamagedCounters_AreShownAsStored) {
 }
 
 TEST_F(Books, Resets_ClearTheirOwnRowsAfterYesOnly) {
-  const auto dirty = [] {
+  const auto make_dirty = [] {
     for (int row = 0; row < AUDIT_COUNT; ++row) audits[row].count = 9;
     histogram[0][5] = 4;
     prefs[PREF_COINS_TO_PLAY].int_value = 7;
@@ -71,64 +71,46 @@ TEST_F(Books, Resets_ClearTheirOwnRowsAfterYesOnly) {
     payout_recompute();
     jamma_fake_forget_calls();
   };
-  const auto reset = [](const char* row, const char* answer) {
-    choose(row);
-    EXPECT_EQ(selected(), "Yes");
-    choose(answer);
-    EXPECT_TRUE(selected().starts_with(row));
+  // Credits and coins that wait, and how long; the counters; the settings; dispensers cleared.
+  const auto state = [] {
+    std::string text;
+    for (const int number :
+         {audit_count(AUDIT_CURRENT_CREDITS, 0), audit_count(AUDIT_CURRENT_COINS, 1),
+          static_cast<int>(tick_timers.credit_wait_ms[1]), audit_count(AUDIT_COIN_DROPS, 0),
+          audit_count(AUDIT_TICKETS, 0), audit_count(AUDIT_BOOT_COUNT),
+          static_cast<int>(histogram[0][5]), pref_int(PREF_COINS_TO_PLAY), pref_int(PREF_CHECK_CRC),
+          static_cast<int>(jamma_fake_count(JAMMA_CLEAR_TICKETS))}) {
+      text += std::to_string(number) + " ";
+    }
+    return text;
   };
   choose("Resets");
-  for (const char* row : {"Clear Coins", "Clear Tickets", "Reset Audits", "Reset Adjustments",
-                          "Factory Restore", "CRC Check"}) {
-    for (const char* answer : {"No", "Cancel"}) {
-      dirty();
-      reset(row, answer);
-      EXPECT_EQ(audits[AUDIT_TICKETS].count, 9);
-      EXPECT_EQ(pref_int(PREF_COINS_TO_PLAY), 7);
-      EXPECT_EQ(pref_int(PREF_CHECK_CRC), 0);
-      EXPECT_EQ(jamma_fake_count(JAMMA_CLEAR_TICKETS), 0U);
+  for (const auto& [row, after_yes] : {std::pair{"Clear Coins", "0 0 0 9 9 9 4 7 0 0 "},
+                                       {"Clear Tickets", "9 9 55 9 9 9 4 7 0 2 "},
+                                       {"Reset Audits", "0 0 55 0 0 0 0 7 0 0 "},
+                                       {"Reset Adjustments", "0 0 0 9 9 9 4 1 1 0 "},
+                                       {"Factory Restore", "0 0 55 0 0 0 0 1 1 2 "},
+                                       {"CRC Check", "9 9 55 9 9 9 4 7 1 0 "}}) {
+    for (const char* answer : {"No", "Cancel", "Yes"}) {
+      SCOPED_TRACE(row);
+      make_dirty();
+      choose(row);
+      EXPECT_EQ(selected(), "Yes");
+      choose(answer);
+      EXPECT_TRUE(selected().starts_with(row));
+      EXPECT_EQ(state(), answer[0] == 'Y' ? after_yes : "9 9 55 9 9 9 4 7 0 0 ") << answer;
     }
   }
-  dirty();
-  reset("Clear Coins", "Yes");
-  EXPECT_EQ(audit_count(AUDIT_CURRENT_CREDITS, 0), 0);
-  EXPECT_EQ(audit_count(AUDIT_CURRENT_COINS, 1), 0);
-  EXPECT_EQ(tick_timers.credit_wait_ms[1], 0);
-  EXPECT_EQ(audit_count(AUDIT_COIN_DROPS, 0), 9) << "the counters of coins taken stay";
+}
 
-  dirty();
-  reset("Clear Tickets", "Yes");
-  EXPECT_EQ(jamma_fake_count(JAMMA_CLEAR_TICKETS), 2U);
-  EXPECT_EQ(audit_count(AUDIT_TICKETS, 0), 9);
-
-  dirty();
-  reset("Reset Audits", "Yes");
-  EXPECT_EQ(audit_count(AUDIT_BOOT_COUNT), 0);
-  EXPECT_EQ(histogram[0][5], 0U);
-  EXPECT_EQ(pref_int(PREF_COINS_TO_PLAY), 7);
-  EXPECT_EQ(jamma_fake_count(JAMMA_CLEAR_TICKETS), 0U) << "the board still owes tickets";
-
-  dirty();
-  reset("Reset Adjustments", "Yes");
-  EXPECT_EQ(pref_int(PREF_COINS_TO_PLAY), 1);
-  EXPECT_EQ(pref_int(PREF_CHECK_CRC), 1);
-  EXPECT_EQ(audit_count(AUDIT_CURRENT_CREDITS, 0), 0);
-  EXPECT_EQ(audit_count(AUDIT_TICKETS, 0), 9);
-
-  dirty();
-  reset("Factory Restore", "Yes");
-  EXPECT_EQ(jamma_fake_count(JAMMA_CLEAR_TICKETS), 2U);
-  EXPECT_EQ(audit_count(AUDIT_TICKETS, 0), 0);
-  EXPECT_EQ(histogram[0][5], 0U);
-  EXPECT_EQ(pref_int(PREF_COINS_TO_PLAY), 1);
-
-  dirty();
-  reset("CRC Check", "Yes");
-  EXPECT_EQ(pref_int(PREF_CHECK_CRC), 1);
-  EXPECT_EQ(pref_int(PREF_COINS_TO_PLAY), 7);
+TEST_F(Books, ResetSettings_AreInTheRowsAtOnce) {
+  prefs[PREF_COINS_TO_PLAY].int_value = 7;
+  choose("Resets");
+  choose("Reset Adjustments");
+  choose("Yes");
   press(PRESS_SRV);
   choose("Coin/Game");
-  EXPECT_TRUE(shows("Coins To Play            1")) << "the rows show the reset at once";
+  EXPECT_TRUE(shows("Coins To Play            1"));
 }
 
 }  // namespace

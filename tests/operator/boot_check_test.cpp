@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <utility>
 
 #include "books/prefs.h"
 #include "frame/game_mode.h"
@@ -66,56 +67,34 @@ TEST_F(BootCheckTest, GoodFiles_PassInAnyCaseOfTheirNames) {
   EXPECT_EQ(current, "EMPTY.BIN");
 }
 
-// The list and the version file may have "\r\n" line ends.
-TEST_F(BootCheckTest, CarriageReturns_AreIgnoredInListAndVersion) {
-  install("a.bin", "x");
-  install("lhpcrc.txt", "A.BIN 2 1 \r\n");  // a space at its end, as in a list with columns
-  EXPECT_EQ(check(), FILE_DAMAGED);
-  std::ofstream(drive.path() + "/version.txt", std::ios::binary)
-      << "LILY HOP 1.07 EUR\r\nDEBIAN 12\r\n";
-  prefs[PREF_CHECK_CRC].int_value = 0;
-  std::strcpy(prefs[PREF_BUILD_DATE].text_value, build_stamp.date);
-  std::strcpy(prefs[PREF_BUILD_TIME].text_value, build_stamp.time);
-  boot_check_and_version([] {});
-  EXPECT_STREQ(version_record.version, "LILY HOP 1.07 EUR\n");
-  EXPECT_STREQ(version_record.os_version, "DEBIAN 12\n");
-}
-
 TEST_F(BootCheckTest, MissingListOrFileAndDamage_AreReported) {
   EXPECT_EQ(check(), LIST_MISSING);
   const std::string good = "0123456789";
-  install("a.bin", good);
-  install("b.bin", good);
-  const std::string list = listed("a.bin", good) + listed("b.bin", good) + listed("c.bin", good);
-  install("lhpcrc.txt", list);
+  for (const char* name : {"a.bin", "b.bin", "extra.bin"}) install(name, good);
+  install("lhpcrc.txt", listed("a.bin", good) + listed("b.bin", good) + listed("c.bin", good));
   EXPECT_EQ(check(), FILE_MISSING);
   EXPECT_EQ(current, "C.BIN");
   EXPECT_EQ(frames, 2);
   install("c.bin", good);
   EXPECT_EQ(check(), FILES_GOOD);
-  install("b.bin", "012345678");  // cut off
-  EXPECT_EQ(check(), FILE_DAMAGED);
-  install("b.bin", "0123456788");  // one bit
-  EXPECT_EQ(check(), FILE_DAMAGED);
-  EXPECT_EQ(current, "B.BIN");
-  install("b.bin", good);
-  install("extra.bin", "nobody asks for it");
-  EXPECT_EQ(check(), FILES_GOOD);
-  install("lhpcrc.txt", listed("a.bin", good) + "b.bin 1 1");  // without a line break: ignored
-  EXPECT_EQ(check(), FILES_GOOD);
-  install("lhpcrc.txt", listed(R"(..\secret)", good));
-  EXPECT_EQ(check(), FILE_MISSING);
-}
-
-TEST_F(BootCheckTest, FolderInPlaceOfAFile_IsMissing) {
-  std::filesystem::create_directory(program.path() + "/lhpcrc.txt");
-  EXPECT_EQ(check(), LIST_MISSING);
-  std::filesystem::remove(program.path() + "/lhpcrc.txt");
-  std::filesystem::create_directory(program.path() + "/a.bin");
-  for (const char* list : {"a.bin 0 1661231888\n", "a.bin 9 9\n"}) {
-    install("lhpcrc.txt", list);
-    EXPECT_EQ(check(), FILE_MISSING) << list;
+  for (const char* damaged : {"012345678", "0123456788"}) {  // cut off, and one bit
+    install("b.bin", damaged);
+    EXPECT_EQ(check(), FILE_DAMAGED);
+    EXPECT_EQ(current, "B.BIN");
   }
+  std::filesystem::create_directory(program.path() + "/folder");
+  for (const auto& [list, result] :
+       {std::pair{listed("a.bin", good) + "b.bin 1 1", FILES_GOOD},  // a line without its end
+        {listed("a.bin", good) + "b.bin 10 1 \r\n", FILE_DAMAGED},   // as in a list with columns
+        {listed(R"(..\secret)", good), FILE_MISSING},
+        {"folder 0 1661231888\n", FILE_MISSING},
+        {"folder 9 9\n", FILE_MISSING}}) {
+    install("lhpcrc.txt", list);
+    EXPECT_EQ(check(), result) << list;
+  }
+  std::filesystem::remove(program.path() + "/lhpcrc.txt");
+  std::filesystem::create_directory(program.path() + "/lhpcrc.txt");
+  EXPECT_EQ(check(), LIST_MISSING) << "it is a folder";
 }
 
 // /proc/self/mem can be opened, but reading at its start fails.
@@ -163,17 +142,18 @@ TEST_F(BootCheckTest, VersionFile_GivesItsFirstTwoLines) {
   prefs[PREF_CHECK_CRC].int_value = 0;
   std::strcpy(prefs[PREF_BUILD_DATE].text_value, build_stamp.date);
   std::strcpy(prefs[PREF_BUILD_TIME].text_value, build_stamp.time);
-  boot_check_and_version([] {});
-  EXPECT_STREQ(version_record.version, "VERSION.TXT MISSING");
-  EXPECT_STREQ(version_record.os_version, "VERSION.TXT MISSING");
-  std::ofstream(drive.path() + "/version.txt") << "1.07\nDEBIAN 12\nmore\n";
-  boot_check_and_version([] {});
-  EXPECT_STREQ(version_record.version, "1.07\n");
-  EXPECT_STREQ(version_record.os_version, "DEBIAN 12\n");
-  std::ofstream(drive.path() + "/version.txt") << "EIGHTEEN LETTERS, NO MORE\n";
-  boot_check_and_version([] {});
-  EXPECT_STREQ(version_record.version, "EIGHTEEN LETTERS, ");
-  EXPECT_STREQ(version_record.os_version, "NO MORE\n");
+  const auto versions = [] {
+    boot_check_and_version([] {});
+    return std::string(version_record.version) + "|" + version_record.os_version;
+  };
+  EXPECT_EQ(versions(), "VERSION.TXT MISSING|VERSION.TXT MISSING");
+  for (const auto& [file, shown] :
+       {std::pair{"1.07\nDEBIAN 12\nmore\n", "1.07\n|DEBIAN 12\n"},
+        {"LILY HOP 1.07 EUR\r\nDEBIAN 12\r\n", "LILY HOP 1.07 EUR\n|DEBIAN 12\n"},
+        {"EIGHTEEN LETTERS, NO MORE\n", "EIGHTEEN LETTERS, |NO MORE\n"}}) {
+    drive.write("version.txt", file);
+    EXPECT_EQ(versions(), shown);
+  }
 }
 
 }  // namespace

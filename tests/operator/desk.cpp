@@ -57,11 +57,14 @@ void Desk::press(JammaPress button, int times) {
 }
 
 void Desk::choose(const std::string& row) {
-  for (int i = 0; i < 40; ++i) {
-    if (selected().starts_with(row)) return press(PRESS_TST);
-    press(PRESS_P1S);
-  }
-  FAIL() << "no row \"" << row << "\" in " << testing::PrintToString(screen());
+  find(row);
+  press(PRESS_TST);
+}
+
+void Desk::find(const std::string& row) {
+  for (int i = 0; i < 40 && !selected().starts_with(row); ++i) press(PRESS_P1S);
+  ASSERT_TRUE(selected().starts_with(row))
+      << "no row \"" << row << "\" in " << testing::PrintToString(screen());
 }
 
 std::vector<std::string> Desk::screen() {

@@ -19,8 +19,9 @@ class Desk : public Stage {
   static void press(JammaPress button, int times = 1);
   static void tick();
 
-  // Moves down to the row whose text starts like this and accepts it. Fails the test if the menu
-  // has no such row.
+  // Moves down to the row whose text starts like this. Fails the test if the menu has no such row.
+  static void find(const std::string& row);
+  // And accepts it.
   static void choose(const std::string& row);
 
   // The texts on the screen, in the order of drawing.

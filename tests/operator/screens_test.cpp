@@ -1,7 +1,7 @@
 // Every screen of operator mode, of the boot check and of a wrong monitor, whole:
 // tests/operator/screens.txt has all that is drawn, in its order. A row is a run of things of one
 // kind that stand in even steps: the first one's place, the step, how many they are, their size and
-// colours, and their texts.
+// colours, by how much the colour grows, and their texts.
 #include <gtest/gtest.h>
 
 #include <cstddef>
@@ -24,6 +24,7 @@
 #include "frame/render_frame.h"
 #include "io/jamma.h"
 #include "operator/boot_check.h"
+#include "operator/info_pane.h"
 #include "operator/menu.h"
 #include "platform/files.h"
 #include "presentation/debug_pages.h"
@@ -35,33 +36,28 @@ constexpr const char* BOOK = "tests/operator/screens.txt";
 
 struct Place {
   int x, y;
+  std::uint32_t colour, last_colour;
   bool operator==(const Place&) const = default;
 };
 Place operator-(const Place& a, const Place& b) {
-  return {a.x - b.x, a.y - b.y};
+  return {a.x - b.x, a.y - b.y, a.colour - b.colour, a.last_colour - b.last_colour};
 }
 
 struct Run {
-  std::string look;  // size and colours
+  int width, height;
   std::vector<Place> places;
   std::string texts;
 };
 
-std::string look_of(const Drawn& d) {
-  char text[64];
-  std::snprintf(text, sizeof text, "%dx%d %08X", d.width, d.height, d.colour);
-  std::string look = text;
-  std::snprintf(text, sizeof text, "-%08X", d.last_colour);
-  return look + (d.last_colour != d.colour ? text : "");
-}
-
 std::vector<Run> runs_of(const std::vector<Drawn>& drawn) {
   std::vector<Run> runs;
   for (const Drawn& d : drawn) {
-    const std::string look = look_of(d), text = d.what == "rectangle" ? "" : d.what + "|";
-    const Place place{d.x, d.y};
+    const std::string text = d.what == "rectangle" ? "" : d.what + "|";
+    const Place place{d.x, d.y, d.colour, d.last_colour};
     Run* last = runs.empty() ? nullptr : &runs.back();
-    if (last != nullptr && last->look == look && last->texts.empty() == text.empty()) {
+    if (last != nullptr && last->width == d.width && last->height == d.height &&
+        last->texts.empty() == text.empty() &&
+        (text.empty() || place.colour == last->places[0].colour)) {
       const std::size_t n = last->places.size();
       if (n == 1 || place - last->places[n - 1] == last->places[1] - last->places[0]) {
         last->places.push_back(place);
@@ -69,22 +65,28 @@ std::vector<Run> runs_of(const std::vector<Drawn>& drawn) {
         continue;
       }
     }
-    runs.push_back({look, {place}, text});
+    runs.push_back({d.width, d.height, {place}, text});
   }
   return runs;
 }
 
 std::string written(const std::vector<Drawn>& drawn) {
   std::string page;
-  for (const Run& run : runs_of(drawn)) {
+  const auto put = [&page](const char* format, auto... values) {
     char text[96];
-    const Place first = run.places[0];
-    const Place step = run.places.size() > 1 ? run.places[1] - first : Place{0, 0};
-    std::snprintf(text, sizeof text, "%d,%d", first.x, first.y);
+    std::snprintf(text, sizeof text, format, values...);
     page += text;
-    std::snprintf(text, sizeof text, " %+d,%+d *%zu", step.x, step.y, run.places.size());
-    if (run.places.size() > 1) page += text;
-    page += " " + run.look + (run.texts.empty() ? "" : " |" + run.texts) + "\n";
+  };
+  for (const Run& run : runs_of(drawn)) {
+    const Place& first = run.places[0];
+    const bool several = run.places.size() > 1;
+    const Place step = several ? run.places[1] - first : Place{};
+    put("%d,%d", first.x, first.y);
+    if (several) put(" %+d,%+d *%zu", step.x, step.y, run.places.size());
+    put(" %dx%d %08X", run.width, run.height, first.colour);
+    if (first.last_colour != first.colour) put("-%08X", first.last_colour);
+    if (step.colour != 0) put(" +%08X", step.colour);
+    page += (run.texts.empty() ? "" : " |" + run.texts) + "\n";
   }
   return page;
 }
@@ -124,10 +126,25 @@ class Screens : public Desk {
       press(PRESS_TST);
     }
   }
+  // A menu that these rows lead to, as one line: its box, its texts, ">" before the selected row
+  // and
+  // "~" before one that is faint.
+  void visit_list(const std::vector<std::string>& way) {
+    enter();
+    for (const std::string& row : way) choose(row);
+    const std::vector<Drawn> drawn = seen(menu_draw);
+    book += way.back() + ": " + std::to_string(drawn[0].width) + "x" +
+            std::to_string(drawn[0].height) + " |";
+    for (std::size_t i = 1; i < drawn.size(); ++i) {
+      book += drawn[i].colour == 0x40FFFFFF ? "~" : "";
+      book += drawn[i].what == "rectangle" ? ">" : drawn[i].what + "|";
+    }
+    book += "\n";
+  }
   // A menu, and the lists that its rows open beside the same page.
   void visit_lists(const std::string& menu, const std::vector<std::string>& rows) {
     visit({menu});
-    for (const std::string& row : rows) visit({menu, row}, 0, menu_draw);
+    for (const std::string& row : rows) visit_list({menu, row});
   }
 
   // The boot check's screen as it is drawn last with these files installed.
@@ -169,12 +186,12 @@ TEST_F(Screens, AreAsTheBookShowsThem) {
   for (const auto& [tickets, fixed] : {std::pair{1, 1}, {0, 1}, {0, 0}}) {
     prefs[PREF_TICKET_USE].int_value = tickets;
     prefs[PREF_FIXED_TICKET].int_value = fixed;
-    book +=
-        "Ticket Use " + std::to_string(tickets) + ", Fixed Ticket " + std::to_string(fixed) + "\n";
-    visit({"Payout"}, 0, menu_draw);
+    visit_list({"Payout"});
   }
   visit({"Audits"});
-  for (const char* page : {"System", "Coin", "Payout", "Game"}) visit({"Audits", page});
+  for (const char* page : {"System", "Coin", "Payout", "Game"}) {
+    visit({"Audits", page}, 0, pane_draw_all);
+  }
   visit_lists("Resets", {"Clear Coins", "Clear Tickets", "Reset Audits", "Reset Adjustments",
                          "Factory Restore", "CRC Check"});
   visit({"Volume"});
