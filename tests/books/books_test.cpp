@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <limits>
@@ -301,54 +300,9 @@ TEST_F(Books, TickAddsTimesExceptStalls) {
   }
 }
 
-// Numbers and names are those of older files. "*" is a time.
-TEST_F(Books, BuiltInCountersAreThoseOfTheSecondCopy) {
-  std::string built;
-  for (std::uint32_t number = 0; number < AUDIT_COUNT; ++number) {
-    const AuditRow& row = audits[number];
-    EXPECT_EQ(row.index, number);
-    EXPECT_EQ(row.flags & ~0x20U, 0U) << row.name;
-    built += row.name + std::string(row.flags != 0 ? "*, " : ", ");
-  }
-  EXPECT_EQ(
-      built,
-      "Time Game On*, Time Since Boot*, Games Played Left, Games Played Right, Time Played Left*, "
-      "Time Played Right*, Games Since Boot Left, Games Since Boot Right, Time Since Boot Left*, "
-      "Time Since Boot Right*, Time Total Played Left*, Time Total Played Right*, "
-      "Repeat Plays Left, Repeat Plays Right, Boot Count, Test Entry Count, Watchdog Count, "
-      "Periodic Reboot Count, I/O Checksum Failures, Coin Drops Left, Coin Drops Right, "
-      "Service Credits, Tickets Left, Tickets Right, Tickets Owed Left, Tickets Owed Right, "
-      "Current Credits Left, Current Credits Right, Current Coins Left, Current Coins Right, "
-      "Bugs Left, Bugs Right, Butterflies Left, Butterflies Right, Bonuses Left, Bonuses Right, "
-      "Double Bonuses Left, Double Bonuses Right, Jackpots Left, Jackpots Right, Frees Left, "
-      "Frees Right, Bug Tickets Left, Bug Tickets Right, Butterfly Tickets Left, "
-      "Butterfly Tickets Right, Bonus Tickets Left, Bonus Tickets Right, "
-      "Double Bonus Tickets Left, Double Bonus Tickets Right, Jackpot Tickets Left, "
-      "Jackpot Tickets Right, Free Tickets Left, Free Tickets Right, Fixed Tickets Left, "
-      "Fixed Tickets Right, Capped Tickets Left, Capped Tickets Right, ");
-}
-
-// Of each its name and values: whole, real (its kind is 10) and text (40).
-TEST_F(Books, BuiltInSettingsAreThoseOfTheSecondCopy) {
-  std::string built, codes;
-  for (std::uint32_t number = 0; number < PREF_COUNT; ++number) {
-    const PrefRow& row = prefs[number];
-    EXPECT_EQ(row.index, number);
-    char text[128];
-    std::snprintf(text, sizeof text, "%s %d %g%s (%x), ", row.name, pref_int(PrefIndex(number)),
-                  double{row.float_value}, row.text_value, row.flags);
-    built += text;
-  }
-  EXPECT_EQ(built,
-            "Freeplay 0 0 (0), Coins To Play 1 0 (0), Frogs Per Game 1 0 (0), "
-            "Coin Value 0 0.25 (10), Ticket Value 0 0.01 (10), Coins Per Swipe 2 0 (0), "
-            "Coins Per Swipe Pulse 1 0 (0), Currency Unit 0 0 (0), Timeout (Seconds) -1 0 (0), "
-            "Fixed Ticket 0 0 (0), Fixed Tickets Per Game 10 0 (0), Ticket Use 1 0 (0), "
-            "Minimum Tickets 1 0 (0), Maximum Tickets 2500 0 (0), Payout Percent 0 0.4 (10), "
-            "Bonus Value 250 0 (0), Boost Bonus 0 0 (0), Two Point Tickets 0 0 (0), "
-            "Lockout Coils 0 0 (0), Tickets Per Game 0 40 (10), Volume 16 0 (0), "
-            "Attract Volume 8 0 (0), Build Date 0 0 (40), Build Time 0 0 (40), "
-            "Check CRC 1 0 (0), ");
+// The built-in rows are on the screens of operator mode: tests/operator/screens.txt.
+TEST(Currency, HasItsCodesInTheOrderOfTheFiles) {
+  std::string codes;
   for (const char* code : currency_codes) codes += code + std::string(" ");
   EXPECT_EQ(codes, "USD AUD CAD EUR GBP DEM FRF JPY NLG ITL CHF BRL DKK MXN RUR KRW CNY ");
 }
