@@ -126,18 +126,25 @@ class Screens : public Desk {
       press(PRESS_TST);
     }
   }
-  // A menu that these rows lead to, as one line: its box, its texts, ">" before the selected row
-  // and
-  // "~" before one that is faint.
+  // A menu that these rows lead to, as one line: the heading of the page beside it, its box, its
+  // title and rows, ">" before the selected one, "~" before a faint one, nothing for a blank one.
   void visit_list(const std::vector<std::string>& way) {
     enter();
     for (const std::string& row : way) choose(row);
     const std::vector<Drawn> drawn = seen(menu_draw);
-    book += way.back() + ": " + std::to_string(drawn[0].width) + "x" +
-            std::to_string(drawn[0].height) + " |";
+    book += way.back() + ": " + seen(pane_draw_all)[1].what + ", " +
+            std::to_string(drawn[0].width) + "x" + std::to_string(drawn[0].height) + " |";
+    std::string mark;
+    int y = drawn[1].y;
     for (std::size_t i = 1; i < drawn.size(); ++i) {
-      book += drawn[i].colour == 0x40FFFFFF ? "~" : "";
-      book += drawn[i].what == "rectangle" ? ">" : drawn[i].what + "|";
+      if (drawn[i].what == "rectangle") {
+        mark = ">";
+        continue;
+      }
+      if (drawn[i].y > y + 16) book += "|";
+      book += mark + (drawn[i].colour == 0x40FFFFFF ? "~" : "") + drawn[i].what + "|";
+      mark.clear();
+      y = drawn[i].y;
     }
     book += "\n";
   }
@@ -175,8 +182,8 @@ class Screens : public Desk {
 TEST_F(Screens, AreAsTheBookShowsThem) {
   visit({});
   visit({"Diagnostics"});
-  for (const char* test : {"Switch", "Dip", "Lamp", "LED", "Sound", "Coin", "Ticket"})
-    visit({"Diagnostics", test});
+  for (const char* test : {"Lamp", "LED", "Sound", "Ticket"}) visit_list({"Diagnostics", test});
+  for (const char* test : {"Switch", "Dip", "Coin"}) visit({"Diagnostics", test});
   visit({"Diagnostics", "Monitor"}, 5);
   visit({"Diagnostics", "Watchdog"}, 2);
   visit_lists("Coin/Game", {"Freeplay", "Coin Lockout", "Currency Type", "Coin Value",
