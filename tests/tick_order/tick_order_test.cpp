@@ -175,6 +175,12 @@ class TickOrder : public testing::Test {
 TEST_F(TickOrder, EachModeReadsItsOwnInputs) {
   EXPECT_EQ(tick(17), IN_PLAY + END);
   EXPECT_EQ(now_ms(), 17);
+  state.inputs.counters[COUNTER_TST] = 7;  // odd: held
+  EXPECT_NE(tick(20).find("test_hold_step:1"), std::string::npos);
+  state.inputs_result = JAMMA_ERR_NOT_OPEN;
+  EXPECT_EQ(tick(23), IN_PLAY + END) << "without a board it is up";
+  state.inputs_result = 0;
+  state.inputs.counters[COUNTER_TST] = 8;
   state.pending[PRESS_VLU] = 3;
   state.pending[PRESS_VLD] = 1;
   EXPECT_EQ(tick(34),
@@ -186,16 +192,6 @@ TEST_F(TickOrder, EachModeReadsItsOwnInputs) {
   EXPECT_EQ(tick(68), BEGIN + "test_screen_input " + REST + END);
   game_mode = MODE_GOING_DOWN;  // no input is read, but presses are cleared
   EXPECT_EQ(tick(85), BEGIN + REST + END);
-}
-
-TEST_F(TickOrder, TestSwitchIsOffWithoutABoard) {
-  state.inputs.counters[COUNTER_TST] = 7;
-  EXPECT_NE(tick(17).find("test_hold_step:1"), std::string::npos);
-  state.inputs.counters[COUNTER_TST] = 8;
-  EXPECT_EQ(tick(34), IN_PLAY + END);
-  state.inputs.counters[COUNTER_TST] = 7;
-  state.inputs_result = JAMMA_ERR_NOT_OPEN;
-  EXPECT_EQ(tick(51), IN_PLAY + END);
 }
 
 // Demo frogs fly in attract without a time-out. The next one's time is set even if none could fly.
