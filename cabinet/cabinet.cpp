@@ -224,7 +224,10 @@ bool cabinet_turn(Cabinet& cabinet, int wait_ms) {
   wait(cabinet, wait_ms);
   const std::int64_t now_ms = cabinet_now_ms();
   take_signals(cabinet);
-  if (cabinet.game.start_waits && !cabinet.game.killed) cabinet_start_game(cabinet);
+  if (cabinet.game.start_waits && !cabinet.game.killed) {
+    const std::string error = cabinet_start_game(cabinet);
+    if (!error.empty()) std::fprintf(stderr, "cabinet: %s\n", error.c_str());
+  }
   const bool ended = game_watch(cabinet.game, now_ms);
   keys_take(cabinet, now_ms);
   hands_advance(cabinet.hands, cabinet.board, now_ms);
