@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <cstdlib>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -58,15 +60,15 @@ TEST_F(BoardTest, CountersStepOncePerEdge) {
   // Not valid until the host has configured the board.
   EXPECT_EQ(ask("\nS\r"), "\nS0000000000000000\r");
   ask("\nC0081\r");
-  EXPECT_EQ(edge(INPUT_COIN_LEFT), "\nS8000000010000000\r");
-  EXPECT_EQ(edge(INPUT_COIN_LEFT), "\nS8000000020000000\r");
-  EXPECT_EQ(edge(INPUT_COIN_RIGHT), "\nS8000000021000000\r");
-  EXPECT_EQ(edge(INPUT_START_LEFT), "\nS8000001021000000\r");
-  EXPECT_EQ(edge(INPUT_VOLUME_UP), "\nS8000001021100000\r");
-  EXPECT_EQ(edge(INPUT_TEST), "\nS8000001021101000\r");
-  EXPECT_EQ(edge(INPUT_SERVICE), "\nS8000001021101100\r");
-  EXPECT_EQ(edge(INPUT_BILL), "\nS8000001021101101\r");
-  EXPECT_EQ(edge(INPUT_TILT), "\nS8000001021101111\r");
+  const std::pair<int, const char*> edges[] = {
+      {INPUT_COIN_LEFT, "0000010000000"},  {INPUT_COIN_LEFT, "0000020000000"},
+      {INPUT_COIN_RIGHT, "0000021000000"}, {INPUT_START_LEFT, "0001021000000"},
+      {INPUT_VOLUME_UP, "0001021100000"},  {INPUT_TEST, "0001021101000"},
+      {INPUT_SERVICE, "0001021101100"},    {INPUT_BILL, "0001021101101"},
+      {INPUT_TILT, "0001021101111"}};
+  for (const auto& [input, counters] : edges) {
+    EXPECT_EQ(edge(input), std::string("\nS800") + counters + "\r");
+  }
   board_switch(board, INPUT_TILT, true, now);  // closed already: no edge
   EXPECT_EQ(take(), "");
   board_turn_ball(board, 0, -2, now);
@@ -163,10 +165,8 @@ TEST_F(BoardTest, FaultKeepsTheCountUntilTheNextCommand) {
 TEST_F(BoardTest, MetersCountRisingEdges) {
   ask("\nH10\r\nH10\r\nH00\r\nH94\r\nH84\r");
   ask("\nP0fff\r\nP0000\r\nPc800\r\nPcfff\r\nPc000\r\nPbfff\r\nP5123\r\nPafff\r");
-  EXPECT_EQ(board.coils.meter[METER_COIN_LEFT], 2);
-  EXPECT_EQ(board.coils.meter[METER_COIN_RIGHT], 1);
-  EXPECT_EQ(board.coils.meter[METER_TICKET_LEFT], 1);
-  EXPECT_EQ(board.coils.meter[METER_TICKET_RIGHT], 1);
+  const std::vector<long> meters(board.coils.meter, board.coils.meter + METER_COUNT);
+  EXPECT_EQ(meters, (std::vector<long>{2, 1, 1, 1})) << "coins, then tickets";
   EXPECT_EQ(board.coils.lamp[5], 0x123);
   EXPECT_TRUE(coils_lockout(board.coils, LEFT));
   EXPECT_FALSE(coils_lockout(board.coils, RIGHT));
@@ -200,9 +200,8 @@ TEST_F(BoardTest, WatchdogAsksAndResetsUnfedBoard) {
   EXPECT_EQ(board.counts.watchdog_fed, 2);
   EXPECT_EQ(board.counts.watchdog_bites, 1);
   EXPECT_EQ(pass(9000).find("*R"), std::string::npos);
-}
-
-TEST_F(BoardTest, WatchdogUsesSecondsOfTheFrame) {
+  board.settings.watchdog_ask_ms = 0;
+  board.settings.watchdog_bite_ms = WATCHDOG_BY_FRAME;
   ask("\nW03\r");
   EXPECT_EQ(pass(2999), "");
   EXPECT_EQ(pass(1), "\n*R\r");
