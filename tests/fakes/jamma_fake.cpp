@@ -24,11 +24,7 @@ bool only_reads(std::int32_t command) {
 }
 
 void note(const JammaFakeCall& call) {
-  if (only_reads(call.command) && !jamma_fake.note_reads) return;
-  if (jamma_fake.call_count == std::size(jamma_fake.calls)) {
-    ++jamma_fake.calls_lost;
-    return;
-  }
+  if (only_reads(call.command) || jamma_fake.call_count == std::size(jamma_fake.calls)) return;
   jamma_fake.calls[jamma_fake.call_count++] = call;
 }
 
@@ -42,15 +38,13 @@ void jamma_fake_reset() {
 }
 
 void jamma_fake_forget_calls() {
-  jamma_fake.call_count = jamma_fake.calls_lost = 0;
+  jamma_fake.call_count = 0;
 }
 
 std::size_t jamma_fake_count(std::int32_t command) {
-  std::size_t count = 0;
-  for (std::size_t i = 0; i < jamma_fake.call_count; ++i) {
-    if (jamma_fake.calls[i].command == command) ++count;
-  }
-  return count;
+  return static_cast<std::size_t>(std::ranges::count(jamma_fake.calls,
+                                                     jamma_fake.calls + jamma_fake.call_count,
+                                                     command, &JammaFakeCall::command));
 }
 
 const JammaFakeCall* jamma_fake_last(std::int32_t command) {

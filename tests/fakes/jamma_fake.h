@@ -26,13 +26,11 @@ struct JammaFake {
   std::uint8_t counters[COUNTER_COUNT] = {};
   JammaInputs inputs{};
 
-  // What it was told, in order. Commands that only read (dips, inputs, flags, tickets) are noted
-  // if `note_reads` is set; reads and clears of presses are not.
-  bool note_reads = false;
+  // What it was told, in order, as long as there is room; not what only reads, nor reads and clears
+  // of presses.
   int tickets_asked[2] = {};  // jamma_tickets_ask
   JammaFakeCall calls[4096] = {};
   std::size_t call_count = 0;
-  std::size_t calls_lost = 0;  // more than the table holds
 };
 
 extern JammaFake jamma_fake;
