@@ -69,35 +69,17 @@ struct LinkModel {
   bool alive = true;
 
   [[nodiscard]] std::uint32_t flags() const {
-    const struct {
-      bool on;
-      std::uint32_t bit;
-    } bits[] = {{mute, 0x8},
-                {gun_on[0], 0x10},
-                {gun_on[1], 0x20},
-                {checksums, 0x40},
-                {gun_aux[0], 0x100},
-                {gun_aux[1], 0x200},
-                {gun_output[0], 0x400},
-                {gun_output[1], 0x800},
-                {moved, 0x1000},
-                {bit_a, 0x2000},
-                {bit_b, 0x4000},
-                {known, 0x8000},
-                {follows, 0x20000},
-                {synced, 0x40000},
-                {c_bit0, 0x80000},
-                {config_pending, 0x100000},
-                {aux_out[0], 0x200000},
-                {aux_out[1], 0x400000},
-                {dispensing[0], 0x800000},
-                {fault[0], 0x1000000},
-                {mode[0], 0x2000000},
-                {dispensing[1], 0x4000000},
-                {fault[1], 0x8000000},
-                {mode[1], 0x10000000}};
-    std::uint32_t word = 0;
-    for (const auto& row : bits) word += row.on ? row.bit : 0;
+    const bool from_bit_3_on[] = {
+        mute,       gun_on[0],     gun_on[1],     checksums, false,   gun_aux[0],
+        gun_aux[1], gun_output[0], gun_output[1], moved,     bit_a,   bit_b,
+        known,      false,         follows,       synced,    c_bit0,  config_pending,
+        aux_out[0], aux_out[1],    dispensing[0], fault[0],  mode[0], dispensing[1],
+        fault[1],   mode[1]};
+    std::uint32_t word = 0, bit = 0x8;
+    for (const bool on : from_bit_3_on) {
+      word += on ? bit : 0;
+      bit *= 2;
+    }
     return word;
   }
 
