@@ -315,6 +315,10 @@ TEST_F(Led, SilentBoardIsFoundAgainOnAnyPort) {
   environment.com[4] = again.path();  // the adapter is back under another name
   EXPECT_FALSE(soon([] { return led_active(); }, 100)) << "no search before its time";
   EXPECT_TRUE(let_time_pass_until(true));
+  EXPECT_NE(log.text().find("Attempting to set LED type 2\n"
+                            "! Set LED type (write) failed with code 0x9\nRestarting LED board\n"),
+            std::string::npos)
+      << "no port was open: " << log.text();
   EXPECT_TRUE(soon([&] { return again.value == 25; }, 60'000)) << "it is told the value";
 }
 
