@@ -11,7 +11,6 @@
 #include "operator/main_menu.h"
 #include "operator/menu.h"
 #include "operator/test_screen.h"
-#include "platform/files.h"
 #include "presentation/win_show.h"
 
 Desk::Desk() {

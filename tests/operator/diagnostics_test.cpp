@@ -8,6 +8,7 @@
 
 #include "frame/game_clock.h"
 #include "frame/game_mode.h"
+#include "frame/sides.h"
 #include "io/lamp_effects.h"
 #include "io/watchdog_link.h"
 #include "operator/test_screen.h"
@@ -105,6 +106,7 @@ TEST_F(Diagnostics, TestScreens_EndWithTheirOwnButtonsOnly) {
     EXPECT_EQ(selected(), row.row);
   }
   EXPECT_EQ(jamma_fake_count(JAMMA_PULSE_COIN_METER), 4U) << "each press steps both sides";
+  EXPECT_EQ(jamma_fake_last(JAMMA_PULSE_COIN_METER)->a, SIDE_RIGHT);
 }
 
 TEST_F(Diagnostics, LampTest_TogglesGroupsAndEndsDark) {

@@ -13,11 +13,9 @@
 #include "books/prefs.h"
 #include "frame/game_mode.h"
 #include "frame/render_frame.h"
-#include "operator/boot_check.h"
 #include "operator/info_pane.h"
 #include "operator/main_menu.h"
 #include "operator/menu.h"
-#include "operator/test_screen.h"
 #include "presentation/volume.h"
 #include "tests/operator/desk.h"
 

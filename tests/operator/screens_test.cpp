@@ -1,13 +1,12 @@
 // Every screen of operator mode, of the boot check and of a wrong monitor, whole:
 // tests/operator/screens.txt has all that is drawn, in its order. A row is a run of things of one
 // kind that stand in even steps: the first one's place, the step, how many they are, their size and
-// colours, by how much the colour grows, and their texts.
+// colours, by how much the colour grows, and their texts. Most menus are one line.
 #include <gtest/gtest.h>
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <functional>
 #include <iterator>
@@ -18,7 +17,6 @@
 #include "books/audits.h"
 #include "books/prefs.h"
 #include "frame/app_window.h"
-#include "frame/game_clock.h"
 #include "frame/game_mode.h"
 #include "frame/monitor_note.h"
 #include "frame/render_frame.h"
@@ -126,13 +124,14 @@ class Screens : public Desk {
       press(PRESS_TST);
     }
   }
-  // A menu that these rows lead to, as one line: the heading of the page beside it, its box, its
-  // title and rows, ">" before the selected one, "~" before a faint one, nothing for a blank one.
+  // A menu that these rows lead to, as one line: the heading of the page beside it ("..." if there
+  // is more on it), its box, its title and rows, ">" before the selected one, "~" before a faint
+  // one, nothing for a blank one.
   void visit_list(const std::vector<std::string>& way) {
     enter();
     for (const std::string& row : way) choose(row);
-    const std::vector<Drawn> drawn = seen(menu_draw);
-    book += way.back() + ": " + seen(pane_draw_all)[1].what + ", " +
+    const std::vector<Drawn> page = seen(pane_draw_all), drawn = seen(menu_draw);
+    book += way.back() + ": " + page[1].what + (page.size() > 2 ? " ..., " : ", ") +
             std::to_string(drawn[0].width) + "x" + std::to_string(drawn[0].height) + " |";
     std::string mark;
     int y = drawn[1].y;
@@ -148,9 +147,7 @@ class Screens : public Desk {
     }
     book += "\n";
   }
-  // A menu, and the lists that its rows open beside the same page.
   void visit_lists(const std::string& menu, const std::vector<std::string>& rows) {
-    visit({menu});
     for (const std::string& row : rows) visit_list({menu, row});
   }
 
@@ -181,13 +178,15 @@ class Screens : public Desk {
 
 TEST_F(Screens, AreAsTheBookShowsThem) {
   visit({});
-  visit({"Diagnostics"});
+  visit_list({"Diagnostics"});
   for (const char* test : {"Lamp", "LED", "Sound", "Ticket"}) visit_list({"Diagnostics", test});
   for (const char* test : {"Switch", "Dip", "Coin"}) visit({"Diagnostics", test});
   visit({"Diagnostics", "Monitor"}, 5);
   visit({"Diagnostics", "Watchdog"}, 2);
+  visit({"Coin/Game"});
   visit_lists("Coin/Game", {"Freeplay", "Coin Lockout", "Currency Type", "Coin Value",
                             "Coins To Play", "Frogs Per Game", "Coins Per Swipe", "Timeout"});
+  visit({"Payout"});
   visit_lists("Payout", {"Ticket Use", "Fixed Ticket ", "Payout Percent", "Ticket Value", "Minimum",
                          "Maximum", "Bonus Value", "Boost Bonus", "Two Point"});
   for (const auto& [tickets, fixed] : {std::pair{1, 1}, {0, 1}, {0, 0}}) {
@@ -195,10 +194,11 @@ TEST_F(Screens, AreAsTheBookShowsThem) {
     prefs[PREF_FIXED_TICKET].int_value = fixed;
     visit_list({"Payout"});
   }
-  visit({"Audits"});
+  visit_list({"Audits"});
   for (const char* page : {"System", "Coin", "Payout", "Game"}) {
     visit({"Audits", page}, 0, pane_draw_all);
   }
+  visit_list({"Resets"});
   visit_lists("Resets", {"Clear Coins", "Clear Tickets", "Reset Audits", "Reset Adjustments",
                          "Factory Restore", "CRC Check"});
   visit({"Volume"});
