@@ -8,7 +8,6 @@
 #include <chrono>
 #include <csignal>
 #include <cstddef>
-#include <cstdint>
 #include <filesystem>
 #include <sstream>
 #include <string>

@@ -28,7 +28,6 @@
 #include "platform/headless/clock_control.h"
 #include "platform/headless/power_record.h"
 #include "playfield/frog_queue.h"
-#include "playfield/paytable.h"
 #include "playfield/playfield.h"
 #include "presentation/volume.h"
 #include "tests/fakes/jamma_fake.h"
