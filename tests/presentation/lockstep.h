@@ -2,10 +2,12 @@
 // all that is on the screen as lines of text.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "books/prefs.h"
@@ -19,12 +21,14 @@
 
 using Lines = std::vector<std::string>;
 
-// A picture, a cell of a sheet or a line of text: what it is, where, in which colour.
-inline std::string line(const std::string& what, int x, int y, std::uint32_t colour, int cell = 0) {
-  char digits[12];
-  std::snprintf(digits, sizeof digits, "%08X", colour);
-  return what + " " + std::to_string(x) + "," + std::to_string(y) + " " + digits + " cell " +
-         std::to_string(cell);
+// A picture, a cell of a sheet or a line of text: what it is, where, in which colour, and how large
+// in 64ths, which no scale here lies halfway between.
+inline std::string line(const std::string& what, int x, int y, std::uint32_t colour, int cell = 0,
+                        float scale = 1, bool mirrored = false) {
+  char rest[80];
+  std::snprintf(rest, sizeof rest, " %d,%d %08X cell %d size %ld%s", x, y, colour, cell,
+                std::lround(scale * 64), mirrored ? " mirrored" : "");
+  return what + rest;
 }
 
 inline float glide(float from, float to, float t) {
@@ -55,14 +59,14 @@ class Lockstep : public Stage {
   }
 
   // The same step of both, on the same chances; then what both played.
-  template <typename Real, typename Mine>
-  void both(Real real, Mine mine) {
+  template <typename Real, typename Model>
+  void both(Real real, Model model) {
     const std::uint64_t seed = dice();
     random_seed(seed);
     real();
     const int next = random_15bit();
     random_seed(seed);
-    mine();
+    model();
     ASSERT_EQ(random_15bit(), next) << "another number of chances drawn";
     ASSERT_EQ(played, cues);
     ASSERT_EQ(tick_timers.next_vox_ms, next_vox);
@@ -77,17 +81,27 @@ class Lockstep : public Stage {
 
   static void set_pref(PrefIndex row, int value) { prefs[row].int_value = value; }
 
+  // The model draws; what isn't seen is left out.
+  void picture(const std::string& name, double x, double y, std::uint32_t colour = white(255),
+               int cell = 0, float scale = 1, bool mirrored = false) {
+    if (colour >> 24 == 0 || x >= 1360) return;
+    mine.push_back(
+        line(name, static_cast<int>(x), static_cast<int>(y), colour, cell, scale, mirrored));
+  }
+  // What the model has drawn since it was last asked.
+  Lines model_lines() { return std::exchange(mine, {}); }
+
   // What is on the screen, in the order drawn.
   static Lines drawn(void (*draw)()) {
     Lines lines;
     for (const Drawn& d : seen(draw)) {
       if (d.x >= 1360) continue;
-      lines.push_back(line(d.what, d.x, d.y, d.colour, d.cell));
+      lines.push_back(line(d.what, d.x, d.y, d.colour, d.cell, d.scale, d.mirrored));
     }
     return lines;
   }
 
   std::mt19937 dice;
-  Lines played, cues;
+  Lines played, cues, mine;
   std::int64_t next_vox = 0;
 };

@@ -84,6 +84,14 @@ int cell(const DisplayQuad& quad) {
   return static_cast<int>(y / (4096 / sheets[sheet].rows) * columns + x / (4096 / columns));
 }
 
+// Of a picture. Glyphs are rounded to whole pixels, so a line has none.
+float scale(const DisplayQuad& quad) {
+  if (quad.texture < FIRST_PICTURE) return 1.0F;
+  const auto sheet = static_cast<int>(quad.texture - FIRST_PICTURE) - PANEL_FIRST_SHEET;
+  const int columns = sheet < 0 || sheet >= SHEET_COUNT ? 16 : sheets[sheet].columns;
+  return (quad.x[1] - quad.x[0]) * static_cast<float>(columns) / 4096.0F;
+}
+
 // Does the glyph go on a line that ends with `last`?
 bool continues(const DisplayQuad& last, const DisplayQuad& quad) {
   return last.texture == quad.texture && last.y[0] == quad.y[0] && quad.x[0] > last.x[0] &&
@@ -136,7 +144,7 @@ std::vector<Drawn> Stage::seen(void (*draw)()) {
                        (quad.y[0] + quad.y[2]) / 2.0F,
                        std::atan2(quad.y[0] - quad.y[1], quad.x[1] - quad.x[0]) * 180.0F /
                            std::numbers::pi_v<float>,
-                       static_cast<int>(quad.y[2] - quad.y[0]), quad.colour[2]});
+                       static_cast<int>(quad.y[2] - quad.y[0]), quad.colour[2], scale(quad)});
     }
     last = glyph ? &quad : nullptr;
   }

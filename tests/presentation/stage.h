@@ -19,6 +19,7 @@ struct Drawn {
   float middle_x, middle_y, turn;  // degrees
   int height;
   std::uint32_t last_colour;  // of the lower corners
+  float scale;                // across; 1 for a line
 };
 
 class Stage : public testing::Test {

@@ -1,239 +1,119 @@
-// Volume in attract and in play, the fade between the two, and the change of music.
+// Volume in attract and in play, the glide between the two, and the change of music, beside their
+// model: hours at random, and every word compared after each step.
 #include "presentation/volume.h"
 
-#include <gtest/gtest.h>
-
+#include <algorithm>
+#include <array>
 #include <climits>
 #include <cstdint>
-#include <utility>
+#include <filesystem>
 
 #include "books/prefs.h"
 #include "frame/game_clock.h"
 #include "frame/tick_timers.h"
-#include "platform/files.h"
 #include "presentation/win_show.h"
 #include "presentation/win_show_start.h"
 #include "tests/fakes/jps_fake.h"
-#include "tests/reset_game.h"
-#include "tests/temp_folder.h"
+#include "tests/presentation/lockstep.h"
 
 namespace {
 
-constexpr std::int64_t BEGUN_MS = 1000000;
-
-class Volume : public testing::Test {
+class VolumeLockstep : public Lockstep {
  protected:
-  Volume() {
-    files_use_roots(drive.path(), drive.path());
-    jps_fake_reset();
-    reset_game(BEGUN_MS);
-    attract_begin();
-    quiet(20000, 20000);
+  static int curve(int step) {
+    return step <= 5 ? 25 * step : step <= 10 ? 12 * step + 65 : 7 * step + 115;
   }
-  ~Volume() override { win_show_reset(); }
+  static int held(int step) { return std::clamp(step, 0, 20); }
 
-  static void quiet(std::int64_t idle_ms, std::int64_t no_money_ms) {
-    tick_timers.idle_both_ms = idle_ms;
-    tick_timers.no_money_ms = no_money_ms;
+  void begin() {
+    model_store(8);
+    value = curve(8);
+    cues.emplace_back("bgm");
+    music_at = now_ms() + 180000;
   }
-  static void step(std::int64_t ms = 17) {
-    game_clock.now_ms += ms;
-    attract_volume_step();
+  void model_store(int new_step) {
+    step = level[attract] = new_step;
+    stored = true;
   }
-  // Play, with the fade up over.
-  static void play() {
-    quiet(0, 0);
-    step();
-    step(1001);
-    ASSERT_EQ(attract_flag, 0);
+  void switch_over() {
+    const auto& t = tick_timers;
+    const bool show = win_show_active(SIDE_LEFT) || win_show_active(SIDE_RIGHT);
+    const bool quiet = t.no_money_ms > 15000 && t.idle_both_ms > 15000;
+    const bool over = attract ? show || t.idle_both_ms == 0 || t.no_money_ms == 0 : quiet && !show;
+    if (!over) return;
+    attract = !attract;
+    switched = now_ms();
+    if (!attract) return;
+    for (std::int64_t& at : demo_at) {
+      at = now_ms() + 7500 + static_cast<std::int64_t>(7500 * random_unit());
+    }
   }
-  static void expect_level(std::int32_t level, std::int32_t value) {
-    EXPECT_EQ(volume_step, level);
-    EXPECT_EQ(volume_value, value);
-    EXPECT_EQ(jps_fake.master_volume, value);
+  void model_step() {
+    switch_over();
+    const float t = static_cast<float>(now_ms() - switched) / (attract ? 4000.0F : 1000.0F);
+    if (t > 1 && level[attract] != step) model_store(held(level[attract]));
+    const auto end = [&](bool row) { return static_cast<float>(curve(held(level[row]))); };
+    const int glided = static_cast<int>(glide(end(!attract), end(attract), t));
+    value = t > 1 ? curve(step) : attract ? std::min(value, glided) : std::max(value, glided);
+    if (now_ms() <= music_at) return;
+    const bool plays = attract && tick_timers.idle_both_ms > 15000;
+    if (plays) cues.emplace_back("nextbgm");
+    music_at = now_ms() + (plays ? 180000 : 30000);
+  }
+  void model_button(int by) {
+    if (value != curve(step)) return;
+    model_store(held(step + by));
+    value = curve(step);
+    shown_until = now_ms() + 1000;
   }
 
-  TempFolder drive;
+  // Money, frogs, a show, or settings from a damaged file.
+  void change() {
+    const auto some_ms = [this] { return one_of<std::int64_t>({0, 1, 15000, 15001, 20000}); };
+    tick_timers.idle_both_ms = once_in(3) ? 20000 : some_ms();
+    tick_timers.no_money_ms = once_in(2) ? 20000 : some_ms();
+    if (once_in(20)) win_show_start(die(SIDE_COUNT), 10);
+    if (once_in(5)) win_show_reset();
+    played.clear();
+    next_vox = tick_timers.next_vox_ms;
+    if (!once_in(10)) return;
+    const bool row = once_in(2);
+    level[row] = one_of<int>({INT_MIN, -1, 0, 3, 8, 12, 16, 20, 99, INT_MAX});
+    set_pref(row ? PREF_ATTRACT_VOLUME : PREF_VOLUME, level[row]);
+  }
+  void compare() {
+    const auto& t = tick_timers;
+    ASSERT_EQ((std::array<std::int64_t, 7>{attract_flag, volume_step, volume_value,
+                                           pref_int(PREF_VOLUME), pref_int(PREF_ATTRACT_VOLUME),
+                                           t.volume_overlay_until, t.next_music_check_ms}),
+              (std::array<std::int64_t, 7>{attract, step, value, level[0], level[1], shown_until,
+                                           music_at}));
+    ASSERT_EQ(jps_fake.master_volume, value);
+    ASSERT_EQ((std::array{t.attract_demo_next[0].get(), t.attract_demo_next[1].get()}), demo_at);
+    ASSERT_EQ(drive.has("prefs"), stored);
+    std::filesystem::remove(drive.file("prefs"));
+    stored = false;
+  }
+
+  bool attract = true, stored = false;
+  int step = 0, value = 0, level[2] = {16, 8};  // of play, of attract
+  std::int64_t switched = now_ms(), music_at = 0, shown_until = 0;
+  std::array<std::int64_t, 2> demo_at{};
 };
 
-TEST_F(Volume, AttractNeeds15IdleSecondsWithoutMoneyOrShow) {
-  const struct {
-    std::int32_t attract_before;
-    std::int64_t idle_ms, no_money_ms;
-    bool show;
-    std::int32_t attract;
-  } rows[] = {
-      {0, 15001, 15001, false, 1}, {0, 15000, 15001, false, 0}, {0, 15001, 15000, false, 0},
-      {0, 99999, 15000, false, 0}, {0, 15000, 99999, false, 0}, {0, 15001, 15001, true, 0},
-      {1, 1, 1, false, 1},         {1, 0, 20000, false, 0},     {1, 20000, 0, false, 0},
-      {1, 20000, 20000, true, 0},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(&row - rows);
-    win_show_reset();
-    play();
-    if (row.attract_before != 0) quiet(20000, 20000);
-    step();
-    ASSERT_EQ(attract_flag, row.attract_before);
-    if (row.show) win_show_start(SIDE_RIGHT, 10);
-    quiet(row.idle_ms, row.no_money_ms);
-    step();
-    EXPECT_EQ(attract_flag, row.attract);
-    if (row.attract <= row.attract_before) continue;
-    for (const auto& next : tick_timers.attract_demo_next) {
-      EXPECT_GE(next, now_ms() + 7500);
-      EXPECT_LE(next, now_ms() + 15000);
-    }
-  }
-}
-
-TEST_F(Volume, FadesDownInFourSecondsAndUpInOne) {
-  play();
-  expect_level(16, 227);
-  quiet(20000, 20000);
-  step();
-  const std::int64_t down = now_ms();
-  std::int32_t last = volume_value;
-  for (const auto& [after_ms, value] : {std::pair{0, 227}, {1000, 210}, {2000, 194}, {4000, 161}}) {
-    while (now_ms() < down + after_ms) {
-      step(10);
-      ASSERT_LE(volume_value, last);
-      last = volume_value;
-    }
-    expect_level(16, value);
-  }
-  step(1);
-  expect_level(8, 161);
-  EXPECT_EQ(pref_int(PREF_ATTRACT_VOLUME), 8);
-
-  quiet(0, 0);
-  step();
-  const std::int64_t up = now_ms();
-  for (const auto& [after_ms, value] : {std::pair{0, 161}, {500, 194}, {1000, 227}}) {
-    while (now_ms() < up + after_ms) {
-      step(10);
-      ASSERT_GE(volume_value, last);
-      last = volume_value;
-    }
-    expect_level(8, value);
-  }
-  step(1);
-  expect_level(16, 227);
-  EXPECT_EQ(pref_int(PREF_VOLUME), 16);
-  EXPECT_EQ(tick_timers.volume_overlay_until, 0) << "shown after a button only";
-}
-
-TEST_F(Volume, LouderAttractLevelIsSetAtEndOfFade) {
-  prefs[PREF_VOLUME].int_value = 8;
-  prefs[PREF_ATTRACT_VOLUME].int_value = 16;
-  attract_begin();
-  play();
-  expect_level(8, 161);
-  quiet(20000, 20000);
-  step();
-  for (int i = 0; i < 4; ++i) {
-    step(1000);
-    expect_level(8, 161);
-  }
-  step(1);
-  expect_level(16, 227);
-  quiet(0, 0);
-  step();
-  step(1000);
-  expect_level(16, 227);
-  step(1);
-  expect_level(8, 161);
-}
-
-TEST_F(Volume, ReversedFadeContinuesFromCurrentVolume) {
-  play();
-  quiet(20000, 20000);
-  step();
-  step(2000);
-  ASSERT_EQ(volume_value, 194);
-  quiet(0, 0);
-  step();
-  EXPECT_EQ(volume_value, 194);
-  step(400);
-  EXPECT_EQ(volume_value, 194);
-  step(350);
-  EXPECT_EQ(volume_value, 210);
-  step(251);
-  expect_level(16, 227);
-  volume_button(1);
-  expect_level(17, 234);
-}
-
-TEST_F(Volume, ButtonsChangeTheCurrentLevelExceptDuringFade) {
-  step(4001);
-  volume_button(1);
-  expect_level(9, 173);
-  EXPECT_EQ(pref_int(PREF_ATTRACT_VOLUME), 9);
-  EXPECT_EQ(pref_int(PREF_VOLUME), 16);
-  EXPECT_EQ(tick_timers.volume_overlay_until, now_ms() + 1000);
-
-  quiet(0, 0);
-  step();
-  step(500);
-  const std::int32_t value = volume_value;
-  const std::int64_t shown = tick_timers.volume_overlay_until;
-  volume_button(1);
-  expect_level(9, value);
-  EXPECT_EQ(tick_timers.volume_overlay_until, shown);
-
-  step(501);
-  volume_button(-1);
-  expect_level(15, 220);
-  EXPECT_EQ(pref_int(PREF_VOLUME), 15);
-  EXPECT_EQ(pref_int(PREF_ATTRACT_VOLUME), 9);
-  EXPECT_EQ(tick_timers.volume_overlay_until, now_ms() + 1000);
-  EXPECT_TRUE(drive.has("prefs"));
-  for (int i = 0; i < 8; ++i) volume_button(1);
-  expect_level(20, 255);
-  for (int i = 0; i < 25; ++i) volume_button(-1);
-  expect_level(0, 0);
-}
-
-TEST_F(Volume, MusicAdvancesInAttractOnly) {
-  EXPECT_EQ(jps_fake_count("bgm"), 1);
-  EXPECT_EQ(attract_flag, 1);
-  step(180000);
-  EXPECT_EQ(jps_fake_count("nextbgm"), 0);
-  step(1);
-  EXPECT_EQ(jps_fake_count("nextbgm"), 1);
-  quiet(0, 0);
-  step(180001);  // due during play: again in 30 s
-  EXPECT_EQ(jps_fake_count("nextbgm"), 1);
-  EXPECT_EQ(tick_timers.next_music_check_ms, now_ms() + 30000);
-  step(30000);
-  quiet(20000, 20000);
-  step(0);
-  EXPECT_EQ(jps_fake_count("nextbgm"), 1);
-  step(1);
-  EXPECT_EQ(jps_fake_count("nextbgm"), 2);
-  quiet(15000, 20000);  // still attract, but a frog has just been in play
-  step(180001);
-  EXPECT_EQ(attract_flag, 1);
-  EXPECT_EQ(jps_fake_count("nextbgm"), 2);
-}
-
-TEST_F(Volume, StoredLevelIsClampedToScale) {
-  const struct {
-    std::int32_t stored, level, value;
-  } rows[] = {{INT_MIN, 0, 0}, {-1, 0, 0}, {99, 20, 255}, {INT_MAX, 20, 255}};
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.stored);
-    prefs[PREF_VOLUME].int_value = row.stored;
-    prefs[PREF_ATTRACT_VOLUME].int_value = row.stored;
-    play();
-    expect_level(row.level, row.value);
-    EXPECT_EQ(pref_int(PREF_VOLUME), row.level) << "also in the table";
-    quiet(20000, 20000);
-    step();
-    step(2000);
-    EXPECT_EQ(volume_value, row.value);
-    step(2001);
-    expect_level(row.level, row.value);
+TEST_F(VolumeLockstep, LevelsAndMusicFollowTheirModel) {
+  both(attract_begin, [this] { begin(); });
+  ASSERT_NO_FATAL_FAILURE(compare());
+  for (int i = 0; i < 1000; ++i) {
+    game_clock.now_ms += one_of<int>({1, 17, 17, 250, 500, 1000});
+    if (once_in(200)) game_clock.now_ms = std::max(now_ms(), music_at);
+    if (once_in(8)) change();
+    both(attract_volume_step, [this] { model_step(); });
+    ASSERT_NO_FATAL_FAILURE(compare()) << "step " << i;
+    if (!once_in(8)) continue;
+    const int by = attract == once_in(4) ? 1 : -1;
+    both([by] { volume_button(by); }, [&] { model_button(by); });
+    ASSERT_NO_FATAL_FAILURE(compare()) << "button, step " << i;
   }
 }
 
