@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <string>
 #include <vector>
 
 #include "books/audits.h"
@@ -139,11 +140,11 @@ TEST_F(Awards, BooksPaysAndStoresEveryPayout) {
       SCOPED_TRACE(testing::Message() << at.name << ", side " << side);
       SetUp();
       EXPECT_EQ(play(at, side).total_tickets, at.total);
-      std::vector<Outcome> told;
-      if (at.shown >= 0) told.push_back({"show", side, at.shown});
-      if (at.paper >= 0) told.push_back({"add", side, at.paper});
-      if (at.paper >= 0) told.push_back({"meter", side, at.paper});
-      told.push_back({"store", 0, 0});
+      std::vector<std::string> told;
+      if (at.shown >= 0) told.push_back(outcome("show", side, at.shown));
+      if (at.paper >= 0) told.push_back(outcome("add", side, at.paper));
+      if (at.paper >= 0) told.push_back(outcome("meter", side, at.paper));
+      told.emplace_back("store");
       EXPECT_EQ(outcomes, told);
       EXPECT_EQ(tick_timers.award_done[side], at.ending == WATER ? 1 : 0);
       expect_books(at, side);

@@ -4,21 +4,15 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <ostream>
 #include <string>
 #include <vector>
 
 #include "playfield/playfield.h"
 
-// What the rules told the board, the shows, the LED board and the disk, in order.
-struct Outcome {
-  std::string what;  // "add", "meter", "show"; "store" and "led", without side and count
-  int side, count;
-  bool operator==(const Outcome&) const = default;
-};
-void PrintTo(const Outcome& outcome, std::ostream* stream);
-
-extern std::vector<Outcome> outcomes;
+// What the rules told the board, the shows, the LED board and the disk, in order: "add 0 7" for 7
+// tickets on the left, "meter 1 7", "show 0 250"; "store" and "led".
+extern std::vector<std::string> outcomes;
+std::string outcome(const std::string& what, int side, std::intptr_t count);
 extern bool show_active[SIDE_COUNT];
 
 constexpr int TICK_MS = 17;

@@ -95,7 +95,7 @@ class Lockstep : public Field {
     for (int place = 0; place < 3; ++place) {
       for (const int chance : {0, 32767}) edge_seeds.push_back(seed_with(chance, place));
     }
-    jps_fake.on_play = [](const std::string& name) { outcomes.push_back({name, 0, 0}); };
+    jps_fake.on_play = [](const std::string& name) { outcomes.push_back(name); };
   }
 
   int die(int sides) { return static_cast<int>(dice() % sides); }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "books/audits.h"
@@ -38,7 +39,7 @@ struct AwardsModel : RiverModel {
     int lane, count, played, run_lane, run_count;
     std::int64_t played_at_ms;
   } ding;
-  std::vector<Outcome> told;
+  std::vector<std::string> told;
   std::vector<double> pitches;
 
   int bug_value() const { return bug_of(paytable_row) * (pref_on(PREF_TWO_POINT_TICKETS) ? 2 : 1); }
@@ -53,7 +54,7 @@ struct AwardsModel : RiverModel {
   // --- sounds ---
 
   void play(const char* name) {
-    if (sound_enabled != 0) told.push_back({name, 0, 0});
+    if (sound_enabled != 0) told.emplace_back(name);
   }
   void play_pitched(const char* name, double least) {
     play(name);
@@ -177,8 +178,8 @@ struct AwardsModel : RiverModel {
   void pay(int side, int tickets, int paper) {
     add(AUDIT_TICKETS, side, tickets);
     if (tickets <= 1399) ++counted[side][tickets];
-    told.push_back({"add", side, paper});
-    told.push_back({"meter", side, paper});
+    told.push_back(outcome("add", side, paper));
+    told.push_back(outcome("meter", side, paper));
   }
   void pay_fixed(int side) {
     const int fixed = tickets(PREF_FIXED_TICKETS_PER_GAME);
@@ -205,7 +206,7 @@ struct AwardsModel : RiverModel {
       add(AUDIT_BUTTERFLY_TICKETS, side, frog.butterfly_tickets);
       pay_total(side, frog);
     }
-    told.push_back({"store", 0, 0});
+    told.emplace_back("store");
   }
 
   void jackpot(int side, Frog& frog) {
@@ -219,15 +220,15 @@ struct AwardsModel : RiverModel {
     }
     add(AUDIT_JACKPOTS, side, 1);
     if (!pref_on(PREF_TICKET_USE)) {
-      told.push_back({"show", side, 0});
+      told.push_back(outcome("show", side, 0));
     } else if (pref_on(PREF_FIXED_TICKET)) {
-      told.push_back({"show", side, tickets(PREF_FIXED_TICKETS_PER_GAME)});
+      told.push_back(outcome("show", side, tickets(PREF_FIXED_TICKETS_PER_GAME)));
       pay_fixed(side);
     } else {
       add(AUDIT_JACKPOT_TICKETS, side, jackpot_value());
-      told.push_back({"show", side, frog.total_tickets});
+      told.push_back(outcome("show", side, frog.total_tickets));
       pay_total(side, frog);
     }
-    told.push_back({"store", 0, 0});
+    told.emplace_back("store");
   }
 };

@@ -45,7 +45,7 @@ struct FieldModel : AwardsModel {
       }
     }
     field_reset();
-    told.push_back({"led", 0, 0});
+    told.emplace_back("led");
   }
 
   void tick() {

@@ -14,14 +14,6 @@
 
 namespace {
 
-void step_workers(const std::atomic<bool>& done) {
-  while (!done) {
-    workers_step();
-    ticket_dings_step(now_ms());
-    std::this_thread::yield();
-  }
-}
-
 class FieldThreads : public Field {
  protected:
   static void place_and_read(const std::atomic<bool>& done) {
@@ -48,7 +40,13 @@ class FieldThreads : public Field {
 
 TEST_F(FieldThreads, TickWorkersAndDrawingRunTogether) {
   std::atomic<bool> done = false;
-  std::thread workers([&done] { step_workers(done); });
+  std::thread workers([&done] {
+    while (!done) {
+      workers_step();
+      ticket_dings_step(now_ms());
+      std::this_thread::yield();
+    }
+  });
   std::thread drawing([&done] { place_and_read(done); });
   for (int i = 0; i < 60000; ++i) {
     tick();
