@@ -1,7 +1,9 @@
 // The command line, the settings, the sweep's state and the pages.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -22,11 +24,16 @@
 namespace {
 
 std::string read_options(std::vector<std::string> words, LabOptions& options) {
+  words.insert(words.begin(), "payout-lab");
   std::vector<char*> argv;
-  static std::string program = "payout-lab";
-  argv.push_back(program.data());
   for (std::string& word : words) argv.push_back(word.data());
   return options_read(static_cast<int>(argv.size()), argv.data(), options);
+}
+
+Results run(std::int64_t frogs, Sums& sums) {
+  const RunPlan plan{frogs, 1, {}};
+  EXPECT_TRUE(run_play(plan, 1, sums, {}));
+  return results_of(plan, sums);
 }
 
 TEST(LabOptions, SetSettingsByName) {
@@ -36,24 +43,19 @@ TEST(LabOptions, SetSettingsByName) {
                           "watcher", "--reaction", "300"},
                          options),
             "");
-  EXPECT_EQ(pref_int(PREF_COINS_TO_PLAY), 3);
-  EXPECT_EQ(pref_int(PREF_LOCKOUT_COILS), 1);
-  EXPECT_EQ(pref_int(PREF_FIXED_TICKETS_PER_GAME), 7);
-  EXPECT_EQ(pref_float(PREF_PAYOUT_PERCENT), 0.25F);
-  EXPECT_EQ(options.plan.player.kind, player_find("watcher"));
-  EXPECT_EQ(options.plan.player.reaction_ms, 300.0F);
+  EXPECT_EQ((std::array{pref_int(PREF_COINS_TO_PLAY), pref_int(PREF_LOCKOUT_COILS),
+                        pref_int(PREF_FIXED_TICKETS_PER_GAME), options.plan.player.kind}),
+            (std::array{3, 1, 7, player_find("watcher")}));
+  EXPECT_EQ((std::array{pref_float(PREF_PAYOUT_PERCENT), options.plan.player.reaction_ms}),
+            (std::array{0.25F, 300.0F}));
   // 18.75 tickets a frog: row 32 with its jackpot, as the menus would have set it.
-  EXPECT_EQ(paytable_row, 32);
-  EXPECT_EQ(pref_int(PREF_BONUS_VALUE), 450);
-}
-
-TEST(LabOptions, ReachEveryPaytableRow) {
+  EXPECT_EQ(std::pair(paytable_row.get(), pref_int(PREF_BONUS_VALUE)), std::pair(32, 450));
   for (int row = 0; row < PAYTABLE_ROWS; ++row) {
-    settings_reset();
-    ASSERT_EQ(settings_set("Frogs Per Game=3"), "");
-    ASSERT_EQ(settings_use_row(row), "");
-    EXPECT_EQ(paytable_row, row);
-    EXPECT_EQ(pref_int(PREF_BONUS_VALUE), paytable[row].jackpot);
+    ASSERT_EQ(
+        read_options({"run", "--set", "Frogs Per Game=3", "--row", std::to_string(row)}, options),
+        "");
+    EXPECT_EQ(std::pair(paytable_row.get(), pref_int(PREF_BONUS_VALUE)),
+              std::pair(row, paytable[row].jackpot));
   }
 }
 
@@ -104,8 +106,7 @@ TEST(LabOptions, ReadCabinetDriveWithoutChangingIt) {
   EXPECT_EQ(pref_int(PREF_COINS_TO_PLAY), 5) << "the backup stands in, as in the cabinet";
   EXPECT_NE(settings_load(drive.file("prefs")).find("isn't a file of settings"), std::string::npos);
 
-  const auto sums = std::make_unique<Sums>();
-  ASSERT_TRUE(run_play({20, 1, {}}, 1, *sums, {}));
+  run(20, *std::make_unique<Sums>());
   EXPECT_FALSE(drive.has("audits")) << "a run stores nothing";
 }
 
@@ -144,9 +145,7 @@ void expect_says(const std::string& page, const std::string& text) {
 TEST(LabPages, RunOpensWithAnswerAndItsCertainty) {
   settings_reset();
   const auto sums = std::make_unique<Sums>();
-  const RunPlan plan{20, 1, {}};
-  ASSERT_TRUE(run_play(plan, 1, *sums, {}));
-  Results r = results_of(plan, *sums);
+  Results r = run(20, *sums);
   r.tickets = {11.957, 0.113};
   r.percent_paid = 47.83;
   r.percent_half_width = 0.45;
@@ -167,33 +166,26 @@ TEST(LabPages, RunOpensWithAnswerAndItsCertainty) {
   }
 }
 
-TEST(LabPages, RunOfOneBootClaimsNoInterval) {
-  settings_reset();
-  const auto sums = std::make_unique<Sums>();
-  const RunPlan plan{1, 1, {}};
-  ASSERT_TRUE(run_play(plan, 1, *sums, {}));
-  const std::string page = run_page(results_of(plan, *sums), *sums);
-  expect_stands_alone(page);
-  expect_says(page, "Too few frogs were played to say how sure this is.");
-}
-
-TEST(LabPages, RunTellsWhatDecidesWithoutPaytable) {
-  const std::pair<std::vector<const char*>, const char*> cases[] = {
-      {{"Ticket Use=Off"}, "\"Ticket Use\" is off: no frog pays."},
-      {{"Fixed Ticket=On", "Fixed Tickets Per Game=5"},
-       "A frog pays <b>5.00 tickets</b>, and <b>20.0%</b> of the money comes back. \"Fixed "
-       "Ticket\" "
-       "sets that"},
-      {{"Freeplay=On"}, " on average; its row of the paytable stands for 10.0."}};
-  for (const auto& [settings, text] : cases) {
+TEST(LabPages, RunTellsWhatDecidesWithoutPaytableOrInterval) {
+  const struct {
+    int frogs;
+    std::vector<const char*> settings;
+    const char* text;
+  } rows[] = {{1, {}, "Too few frogs were played to say how sure this is."},
+              {20, {"Ticket Use=Off"}, "\"Ticket Use\" is off: no frog pays."},
+              {20,
+               {"Fixed Ticket=On", "Fixed Tickets Per Game=5"},
+               "A frog pays <b>5.00 tickets</b>, and <b>20.0%</b> of the money comes back. \"Fixed "
+               "Ticket\" sets that"},
+              {20, {"Freeplay=On"}, " on average; its row of the paytable stands for 10.0."}};
+  for (const auto& row : rows) {
     settings_reset();
-    for (const char* each : settings) ASSERT_EQ(settings_set(each), "");
+    for (const char* each : row.settings) ASSERT_EQ(settings_set(each), "");
     const auto sums = std::make_unique<Sums>();
-    const RunPlan plan{20, 1, {}};
-    ASSERT_TRUE(run_play(plan, 1, *sums, {}));
-    const std::string page = run_page(results_of(plan, *sums), *sums);
+    const Results results = run(row.frogs, *sums);
+    const std::string page = run_page(results, *sums);
     expect_stands_alone(page);
-    expect_says(page, text);
+    expect_says(page, row.text);
   }
 }
 
