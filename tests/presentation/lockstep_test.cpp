@@ -377,6 +377,20 @@ TEST_F(WinShow, EndingShowKeepsMusicAndBlinkOfOneThatBegins) {
   expect_show_of(SIDE_RIGHT);
 }
 
+TEST_F(WinShow, NextOneBeginsWithoutTheTicketsThatFellInTheLast) {
+  win_show_start(SIDE_LEFT, 100);
+  for (int ms = 0; ms < 20000; ++ms) {
+    ++game_clock.now_ms;
+    win_show_step();
+  }
+  ASSERT_TRUE(has(seen(win_show_draw), "ticket"));
+  game_clock.now_ms += 126;
+  win_show_step();
+  ASSERT_FALSE(win_show_active(SIDE_LEFT));
+  win_show_start(SIDE_LEFT, 100);
+  EXPECT_FALSE(has(seen(win_show_draw), "ticket"));
+}
+
 TEST_F(WinShow, RestartDuringLateStepBeginsAnew) {
   win_show_start(SIDE_LEFT, 100);
   game_clock.now_ms += 5000;
