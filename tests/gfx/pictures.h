@@ -27,15 +27,13 @@ using Paint = std::function<std::uint32_t(int x, int y)>;
 
 inline Bytes tga_bytes(int width, int height, const Paint& paint, int depth = 32, int type = 2,
                        const std::string& id = "") {
-  Bytes out(18, 0);
+  Bytes out(12, 0);
   out[0] = static_cast<std::uint8_t>(id.size());
   out[2] = static_cast<std::uint8_t>(type);
-  out[12] = width & 0xFF;
-  out[13] = width >> 8;
-  out[14] = height & 0xFF;
-  out[15] = height >> 8;
-  out[16] = static_cast<std::uint8_t>(depth);
-  for (const char c : id) out.push_back(static_cast<std::uint8_t>(c));
+  put16(out, width);
+  put16(out, height);
+  put16(out, depth);
+  out.insert(out.end(), id.begin(), id.end());
   for (int y = height - 1; y >= 0; --y) {
     for (int x = 0; x < width; ++x) put32(out, paint(x, y));
   }
@@ -46,12 +44,7 @@ inline Bytes tga_bytes(int width, int height, const Paint& paint, int depth = 32
 inline Bytes bmp_bytes(int width, int height, const Paint& paint) {
   const int row = (width * 3 + 3) / 4 * 4;
   Bytes out = {'B', 'M'};
-  put32(out, 54 + row * height);
-  put32(out, 0);
-  put32(out, 54);
-  put32(out, 40);
-  put32(out, width);
-  put32(out, height);
+  for (const int value : {54 + row * height, 0, 54, 40, width, height}) put32(out, value);
   put16(out, 1);
   put16(out, 24);
   for (int i = 0; i < 6; ++i) put32(out, 0);
@@ -59,8 +52,7 @@ inline Bytes bmp_bytes(int width, int height, const Paint& paint) {
     const std::size_t start = out.size();
     for (int x = 0; x < width; ++x) {
       const std::uint32_t c = paint(x, y);
-      out.push_back(c & 0xFF);
-      out.push_back(c >> 8 & 0xFF);
+      put16(out, c & 0xFFFF);
       out.push_back(c >> 16 & 0xFF);
     }
     out.resize(start + row, 0);

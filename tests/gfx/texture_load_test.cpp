@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "gfx/panel.h"
 #include "gfx/texture.h"
@@ -20,100 +22,79 @@ std::uint32_t numbered(int x, int y) {
 const Bytes PNG_OF_256_BY_64 = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n', 0, 0, 0, 13,
                                 'I',  'H', 'D', 'R', 0,    0,    1,    0,    0, 0, 0, 64};
 
-TEST(TgaReader, ReversesRowsAndSkipsId) {
-  const PictureFolder folder;
-  folder.write("images/a.tga", tga_bytes(4, 2, numbered, 32, 2, "made by hand"));
+struct TgaReader : testing::Test {
+  bool read(const Bytes& file) {
+    folder.write("images/a.tga", file);
+    return tga_read(R"(images\a.tga)", image);
+  }
+  PictureFolder folder;
   TgaImage image{};
-  ASSERT_TRUE(tga_read(R"(images\a.tga)", image));
-  EXPECT_EQ(image.width, 4);
-  EXPECT_EQ(image.height, 2);
-  EXPECT_EQ(image.pixels[3], 0) << "alpha of the top left pixel";
-  EXPECT_EQ(image.pixels[7], 1);
-  EXPECT_EQ(image.pixels[4 * 4 + 3], 10) << "alpha below it";
+};
+
+TEST_F(TgaReader, ReversesRowsAndSkipsId) {
+  ASSERT_TRUE(read(tga_bytes(4, 2, numbered, 32, 2, "made by hand")));
+  EXPECT_EQ(std::pair(image.width, image.height), std::pair(4, 2));
+  EXPECT_EQ(image.pixels, (Bytes{1, 2, 3, 0,  1, 2, 3, 1,  1, 2, 3, 2,  1, 2, 3, 3,  //
+                                 1, 2, 3, 10, 1, 2, 3, 11, 1, 2, 3, 12, 1, 2, 3, 13}));
 }
 
-TEST(TgaReader, RefusesOtherTypesWithMessageAndShortFilesWithout) {
-  const PictureFolder folder;
-  folder.write("images/deep24.tga", tga_bytes(4, 2, numbered, 24));
-  folder.write("images/packed.tga", tga_bytes(4, 2, numbered, 32, 10));
+TEST_F(TgaReader, RefusesOtherTypesWithMessageAndShortFilesWithout) {
+  testing::internal::CaptureStdout();
+  EXPECT_FALSE(read(tga_bytes(4, 2, numbered, 24)));
+  EXPECT_FALSE(read(tga_bytes(4, 2, numbered, 32, 10)));
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "FUCK!!\nFUCK!!\n");
   Bytes cut = tga_bytes(4, 2, numbered);
   cut.pop_back();
-  folder.write("images/short.tga", cut);
-  TgaImage image{};
   testing::internal::CaptureStdout();
-  EXPECT_FALSE(tga_read(R"(images\deep24.tga)", image));
-  EXPECT_FALSE(tga_read(R"(images\packed.tga)", image));
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "FUCK!!\nFUCK!!\n");
-  testing::internal::CaptureStdout();
-  EXPECT_FALSE(tga_read(R"(images\short.tga)", image));
+  EXPECT_FALSE(read(cut));
   EXPECT_FALSE(tga_read(R"(images\none.tga)", image));
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
-TEST(TgaReader, AllocatesNothingIfFileIsTooShort) {
-  const PictureFolder folder;
-  for (const int side : {8000, 65535}) {
+TEST_F(TgaReader, AllocatesNothingIfFileIsTooShort) {
+  for (const std::uint8_t high : {0x20, 0xFF}) {
     Bytes file = tga_bytes(0, 0, numbered);
-    for (const std::size_t at : {12U, 14U}) {
-      file[at] = side & 0xFF;
-      file[at + 1] = static_cast<std::uint8_t>(side >> 8);
-    }
-    folder.write("images/large.tga", file);
-    TgaImage image{};
-    EXPECT_FALSE(tga_read(R"(images\large.tga)", image));
-    EXPECT_EQ(image.pixels.capacity(), 0U) << side;
+    file[13] = file[15] = high;  // of width and height
+    EXPECT_FALSE(read(file));
+    EXPECT_EQ(image.pixels.capacity(), 0U) << high;
   }
 }
 
-struct Loaded {
-  int result;
-  std::int32_t width, height;
-  bool has_texture, has_coverage;
-};
-
-Loaded load(const char* name) {
+// Size, if the file is a picture, and whether there are a texture and its coverage.
+std::string loaded(const std::string& name) {
   GlTexture* texture = nullptr;
   TextureInfo info{-1, -1};
-  const int result = gfx_texture_load(name, &texture, &info);
-  const Loaded loaded{result, info.width, info.height, texture->id != 0,
-                      texture->coverage != nullptr};
+  const int result = gfx_texture_load(("images\\" + name).c_str(), &texture, &info);
+  std::string text = texture->id != 0 ? "texture" : "no texture";
+  if (result != 0) text += " of " + std::to_string(info.width) + "x" + std::to_string(info.height);
+  if (texture->coverage != nullptr) text += " with coverage";
   gfx_texture_free(texture);
-  return loaded;
+  return text;
 }
 
 TEST(TextureLoad, FirstExtensionInNameSelectsReader) {
   const PictureFolder folder;
   const Bytes tga = tga_bytes(8, 16, numbered);
   const Bytes bmp = bmp_bytes(100, 60, numbered);
-  for (const char* name : {"a.tga", "A.TGA", "a.tga.png", "a.Tga"}) {
-    folder.write(std::string("images/") + name, tga);
+  struct Case {
+    const char* name;
+    Bytes file;
+    const char* seen;
+  };
+  const Case cases[] = {
+      {"a.tga", tga, "texture of 8x16 with coverage"},
+      {"A.TGA", tga, "texture of 8x16 with coverage"},
+      {"a.tga.png", tga, "texture of 8x16 with coverage"},
+      {"a.Tga", tga, "no texture"},
+      {"b.bmp", bmp, "texture of 100x60 with coverage"},  // the size without padding
+      {"b.tga.bmp", bmp, "texture of 100x60 with coverage"},
+      {"c.png", PNG_OF_256_BY_64, "texture of 256x64"},  // no pixels to read back
+  };
+  for (const Case& c : cases) {
+    folder.write(std::string("images/") + c.name, c.file);
+    EXPECT_EQ(loaded(c.name), c.seen) << c.name;
   }
-  folder.write("images/b.bmp", bmp);
-  folder.write("images/b.tga.bmp", bmp);
-  folder.write("images/c.png", PNG_OF_256_BY_64);
-
-  for (const char* name : {R"(images\a.tga)", R"(images\A.TGA)", R"(images\a.tga.png)"}) {
-    const Loaded loaded = load(name);
-    EXPECT_EQ(loaded.result, 1) << name;
-    EXPECT_EQ(loaded.width, 8) << name;
-    EXPECT_EQ(loaded.height, 16) << name;
-    EXPECT_TRUE(loaded.has_coverage) << name;
-  }
-  for (const char* name : {R"(images\b.bmp)", R"(images\b.tga.bmp)"}) {
-    const Loaded loaded = load(name);
-    EXPECT_EQ(loaded.result, 1) << name;
-    EXPECT_EQ(loaded.width, 100) << "the size without padding";
-    EXPECT_EQ(loaded.height, 60) << name;
-  }
-  const Loaded png_loaded = load(R"(images\c.png)");
-  EXPECT_EQ(png_loaded.width, 256);
-  EXPECT_EQ(png_loaded.height, 64);
-  EXPECT_FALSE(png_loaded.has_coverage) << "no pixels to read back";
-  for (const char* name : {R"(images\a.Tga)", R"(images\none.tga)", R"(images\none.png)", "x"}) {
-    const Loaded loaded = load(name);
-    EXPECT_EQ(loaded.result, 0) << name;
-    EXPECT_FALSE(loaded.has_texture) << name;
-  }
+  for (const char* name : {"none.tga", "none.png", "x"}) EXPECT_EQ(loaded(name), "no texture");
 }
 
 TEST(TextureLoad, BitmapFillsCornerOfItsTexture) {
@@ -123,28 +104,26 @@ TEST(TextureLoad, BitmapFillsCornerOfItsTexture) {
   };
   folder.write("images/b.bmp", bmp_bytes(3, 3, colour));
   headless_display.record = true;
-  load(R"(images\b.bmp)");
+  loaded("b.bmp");
   headless_display.record = false;
-  ASSERT_EQ(headless_display.rgba.size(), 4U * 4 * 4);
+  Bytes expected;  // red, green, blue, alpha
   for (int y = 0; y < 4; ++y) {
     for (int x = 0; x < 4; ++x) {
-      const std::uint8_t* p = &headless_display.rgba[4 * (4 * y + x)];
-      const std::uint32_t found = p[3] << 24 | p[0] << 16 | p[1] << 8 | p[2];
-      const bool outside = x == 3 || y == 3, nothing = x == 2 && y == 0;
-      EXPECT_EQ(found, outside   ? 0x0000FF00U
-                       : nothing ? 0U
-                                 : 0xFF000000U | colour(x, y))
-          << x << ',' << y;
+      const auto level = static_cast<std::uint8_t>(1 + x + 3 * y);
+      Bytes pixel = {level, static_cast<std::uint8_t>(2 * level),
+                     static_cast<std::uint8_t>(3 * level), 0xFF};
+      if (x == 2 && y == 0) pixel = {0, 0, 0, 0};
+      if (x == 3 || y == 3) pixel = {0, 0xFF, 0, 0};
+      expected.insert(expected.end(), pixel.begin(), pixel.end());
     }
   }
+  EXPECT_EQ(headless_display.rgba, expected);
 }
 
 TEST(TextureLoad, SizeThatIsNoPowerOfTwoHasNoCoverage) {
   const PictureFolder folder;
   folder.write("images/odd.tga", tga_bytes(12, 16, numbered));
-  const Loaded loaded = load(R"(images\odd.tga)");
-  EXPECT_TRUE(loaded.has_texture);
-  EXPECT_FALSE(loaded.has_coverage) << "a width of 12 is padded to 16";
+  EXPECT_EQ(loaded("odd.tga"), "texture of 12x16") << "a width of 12 is padded to 16";
 }
 
 TEST(Panels, MissingFileLeavesPanelThatDrawsNothing) {
@@ -153,13 +132,14 @@ TEST(Panels, MissingFileLeavesPanelThatDrawsNothing) {
   folder.write("images/there.tga", tga_bytes(8, 8, [](int, int) { return 0xFFFFFFFFU; }));
   Panel table[2];
   EXPECT_EQ(gfx_panels_load(table, 2, names), 0);
-  EXPECT_STREQ(table[0].name, names[0]);
-  EXPECT_EQ(table[0].width, 0);
-  EXPECT_EQ(table[1].width, 8);
-  EXPECT_EQ(table[1].visible, 1);
-  EXPECT_EQ(table[1].flags, 1U);
-  EXPECT_EQ(table[1].colour, 0xFFFFFFFFU);
-  EXPECT_EQ(table[1].scale_x, 0.0F);
+  for (const Panel& panel : table) {
+    EXPECT_STREQ(panel.name, names[&panel - table]);
+    EXPECT_EQ(panel.width, &panel == table ? 0 : 8);
+    EXPECT_EQ(panel.visible, 1);
+    EXPECT_EQ(panel.flags, 1U);
+    EXPECT_EQ(panel.colour, 0xFFFFFFFFU);
+    EXPECT_EQ(panel.scale_x, 0.0F);
+  }
   const std::uint64_t before = headless_display.quads;
   table[0].flags = PANEL_SOURCE_RECT;
   table[0].src_w = table[0].src_h = 50;
