@@ -2,72 +2,35 @@
 
 #include <png.h>
 
-#include <cstdlib>
-#include <cstring>
-#include <fstream>
-#include <iterator>
+#include <utility>
+
+#include "gfx/bitmap_reader.h"
+#include "gfx/tga_reader.h"
+#include "platform/files.h"
 
 using art::Picture;
 
-const std::string& pictures_folder() {
-  static const std::string folder = [] {
-    if (const char* given = std::getenv("LILYHOP_PICTURES")) return std::string(given);
-    std::string command = std::string(ART_RENDER) + " " + ART_PICTURES;
-    return std::string(std::system(command.c_str()) == 0 ? ART_PICTURES : "");
-  }();
-  return folder;
-}
+namespace {
 
-std::vector<uint8_t> read_file(const std::string& path) {
-  std::ifstream in(path, std::ios::binary | std::ios::ate);
-  if (!in) return {};
-  std::vector<uint8_t> bytes(static_cast<size_t>(in.tellg()));
-  in.seekg(0);
-  in.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
-  return bytes;
-}
-
-static uint32_t word(const std::vector<uint8_t>& b, size_t at, int count) {
-  uint32_t v = 0;
-  for (int i = count - 1; i >= 0; i--) v = v << 8 | b[at + static_cast<size_t>(i)];
-  return v;
-}
-
-std::optional<Picture> read_tga(const std::string& path) {
-  std::vector<uint8_t> b = read_file(path);
-  if (b.size() < 18 || b[0] != 0 || b[2] != 2 || b[16] != 32) return {};
-  int w = static_cast<int>(word(b, 12, 2)), h = static_cast<int>(word(b, 14, 2));
-  if (b.size() != 18 + static_cast<size_t>(w) * static_cast<size_t>(h) * 4) return {};
-  Picture p(w, h);
-  size_t at = 18;
-  for (int y = h - 1; y >= 0; y--) {
-    for (int x = 0; x < w; x++, at += 4) {
-      uint8_t* q = p.at(x, y);
-      q[0] = b[at + 2];
-      q[1] = b[at + 1];
-      q[2] = b[at];
-      q[3] = b[at + 3];
-    }
-  }
+std::optional<Picture> read_tga(const std::string& name) {
+  TgaImage image{};
+  if (!tga_read(name.c_str(), image)) return {};
+  Picture p(image.width, image.height);
+  p.rgba = image.pixels;
+  for (size_t i = 0; i < p.rgba.size(); i += 4) std::swap(p.rgba[i], p.rgba[i + 2]);
   return p;
 }
 
-std::optional<Picture> read_bmp(const std::string& path) {
-  std::vector<uint8_t> b = read_file(path);
-  if (b.size() < 54 || b[0] != 'B' || b[1] != 'M' || word(b, 2, 4) != b.size()) return {};
-  if (word(b, 10, 4) != 54 || word(b, 14, 4) != 40 || word(b, 26, 2) != 1) return {};
-  if (word(b, 28, 2) != 24 || word(b, 30, 4) != 0) return {};
-  int w = static_cast<int>(word(b, 18, 4)), h = static_cast<int>(word(b, 22, 4));
-  size_t row = (static_cast<size_t>(w) * 3 + 3) & ~size_t{3};
-  if (w <= 0 || h <= 0 || b.size() != 54 + row * static_cast<size_t>(h)) return {};
-  Picture p(w, h);
-  for (int y = 0; y < h; y++) {
-    for (int x = 0; x < w; x++) {
-      const uint8_t* s = &b[54 + row * static_cast<size_t>(h - 1 - y) + static_cast<size_t>(x) * 3];
-      uint8_t* q = p.at(x, y);
-      bool key = s[2] == 255 && s[1] == 0 && s[0] == 255;
-      for (int k = 0; k < 3; k++) q[k] = key ? 0 : s[2 - k];
-      q[3] = key ? 0 : 255;
+std::optional<Picture> read_bmp(const std::string& name) {
+  BitmapImage image{};
+  if (!bitmap_read(name.c_str(), image)) return {};
+  Picture p(image.width, image.height);
+  const uint8_t* in = image.pixels.data();
+  for (int y = p.height - 1; y >= 0; y--) {
+    for (int x = 0; x < p.width; x++, in += 3) {
+      const bool key = in[0] == 255 && in[1] == 0 && in[2] == 255;
+      for (int k = 0; k < 3; k++) p.at(x, y)[k] = key ? 0 : in[k];
+      p.at(x, y)[3] = key ? 0 : 255;
     }
   }
   return p;
@@ -77,18 +40,19 @@ std::optional<Picture> read_png(const std::string& path) {
   png_image image{};
   image.version = PNG_IMAGE_VERSION;
   if (!png_image_begin_read_from_file(&image, path.c_str())) return {};
-  if (image.format != PNG_FORMAT_RGBA) {
-    png_image_free(&image);
-    return {};
-  }
+  const bool taken = image.format == PNG_FORMAT_RGBA;
   Picture p(static_cast<int>(image.width), static_cast<int>(image.height));
-  if (!png_image_finish_read(&image, nullptr, p.rgba.data(), 0, nullptr)) return {};
+  if (taken) png_image_finish_read(&image, nullptr, p.rgba.data(), 0, nullptr);
+  png_image_free(&image);
+  if (!taken || PNG_IMAGE_FAILED(image)) return {};
   return p;
 }
 
-std::optional<Picture> read_picture(const art::CatalogueRow& row) {
-  std::string path = pictures_folder() + "/" + art::catalogue_path(row);
-  if (std::strstr(row.name, ".tga")) return read_tga(path);
-  if (std::strstr(row.name, ".bmp")) return read_bmp(path);
-  return read_png(path);
+}  // namespace
+
+std::optional<Picture> read_picture(const std::string& folder, const std::string& name) {
+  files_use_roots("", folder);
+  if (name.ends_with(".tga")) return read_tga(name);
+  if (name.ends_with(".bmp")) return read_bmp(name);
+  return read_png(folder + "/" + name);
 }
