@@ -1,8 +1,12 @@
 // An ordered reboot: who is asked for it, what a refusal does, and the program's own new start.
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sched.h>
 #include <sys/reboot.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <systemd/sd-bus.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -20,7 +24,7 @@
 #include "platform/headless/clock_control.h"
 #include "platform/power.h"
 #include "platform/thread.h"
-#include "tests/platform/system_bus.h"
+#include "tests/temp_folder.h"
 
 namespace {
 
@@ -40,14 +44,74 @@ extern "C" int __wrap_reboot(int how) {
 
 namespace {
 
-template <typename Condition>
-bool soon(Condition condition) {
-  for (int i = 0; i < 3000; ++i) {
-    if (condition()) return true;
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+// A system bus of the test's own, with a login manager on it that answers as it is told.
+class SystemBus {
+ public:
+  SystemBus() {  // DBUS_SYSTEM_BUS_ADDRESS leads to it
+    const std::string path = folder.file("bus");
+    sockaddr_un address{AF_UNIX, {}};
+    path.copy(address.sun_path, sizeof address.sun_path - 1);
+    if (bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) std::abort();
+    listen(listener, 4);
+    setenv("DBUS_SYSTEM_BUS_ADDRESS", ("unix:path=" + path).c_str(), 1);
+    server = std::thread([this] { serve(); });
   }
-  return false;
-}
+  ~SystemBus() {
+    ends = true;
+    server.join();
+    close(listener);
+  }
+  SystemBus(const SystemBus&) = delete;
+  SystemBus& operator=(const SystemBus&) = delete;
+
+  std::string error;           // the answer to Reboot, "" for yes; set it before the question
+  std::atomic<int> asked = 0;  // calls of Reboot
+  std::atomic<bool> interactive = false;  // what the last one asked for
+
+ private:
+  static int on_message(sd_bus_message* message, void* context, sd_bus_error* /*error*/) {
+    auto& bus = *static_cast<SystemBus*>(context);
+    if (sd_bus_message_is_method_call(message, "org.freedesktop.DBus", "Hello") > 0) {
+      return sd_bus_reply_method_return(message, "s", ":1.1");
+    }
+    if (sd_bus_message_is_method_call(message, "org.freedesktop.login1.Manager", "Reboot") <= 0) {
+      return 0;
+    }
+    int flag = 1;
+    sd_bus_message_read(message, "b", &flag);
+    bus.interactive = flag != 0;
+    ++bus.asked;
+    if (bus.error.empty()) return sd_bus_reply_method_return(message, "");
+    return sd_bus_reply_method_errorf(message, bus.error.c_str(), "told to say so");
+  }
+
+  void serve() {
+    while (!ends) {
+      pollfd waiting{listener, POLLIN, 0};
+      if (poll(&waiting, 1, 20) <= 0) continue;
+      const int line = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
+      sd_bus* bus = nullptr;
+      sd_bus_new(&bus);
+      sd_id128_t id{};
+      sd_id128_randomize(&id);
+      sd_bus_set_fd(bus, line, line);
+      sd_bus_set_server(bus, 1, id);
+      sd_bus_add_filter(bus, nullptr, on_message, this);
+      sd_bus_start(bus);
+      int left = 0;
+      while (!ends && left >= 0) {
+        left = sd_bus_process(bus, nullptr);
+        if (left == 0) sd_bus_wait(bus, 20'000);
+      }
+      sd_bus_flush_close_unref(bus);
+    }
+  }
+
+  TempFolder folder;
+  const int listener = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  std::atomic<bool> ends = false;
+  std::thread server;
+};
 
 class Power : public testing::Test {
  protected:
@@ -64,7 +128,11 @@ class Power : public testing::Test {
   // Orders a reboot that must be refused. Returns what was said.
   static std::string refused() {
     power_reboot("it is time");
-    EXPECT_TRUE(soon(power_reboot_refused));
+    bool told = false;
+    for (int i = 0; i < 3000 && !(told = power_reboot_refused()); ++i) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    EXPECT_TRUE(told);
     EXPECT_FALSE(power_reboot_refused()) << "told once";
     return testing::internal::GetCapturedStderr();
   }
