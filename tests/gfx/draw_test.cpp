@@ -245,6 +245,11 @@ TEST_F(DrawTest, NumbersAreTrimmedAndCentred) {
   EXPECT_EQ(number(0, 10, 10, 0, 0), "");
   panel_table_free();
   EXPECT_EQ(number(1, 0, 0, 1, 0), "") << "no font is loaded";
+  const PanelName names[2] = {R"(images\fonts\numbers_credits.bmp)"};
+  NumberFont fonts[2] = {{}, {nullptr, 5, 0, {}}};
+  EXPECT_EQ(gfx_numbers_load(fonts, 1, names), 0);
+  EXPECT_EQ(gfx_numbers_free(fonts, 1), 0);
+  EXPECT_EQ(fonts[1].digit_width, 5) << "it isn't one of theirs";
 }
 
 TEST_F(DrawTest, LinesAreQuads) {
