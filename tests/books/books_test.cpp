@@ -60,8 +60,8 @@ TEST_F(Books, FileFormatIsFixed) {
   EXPECT_EQ(p.substr(0, 4), "030P");
   EXPECT_EQ(p.substr(4 + 8 * 128, 128),
             row_bytes(8, 0, "Timeout (Seconds)", "\xff\xff\xff\xff", 128));
-  EXPECT_EQ(p.substr(4 + 14 * 128, 128),
-            row_bytes(14, 0x10, "Payout Percent", "\0\0\0\0\xCD\xCC\xCC\x3E"s, 128));
+  EXPECT_EQ(p.substr(4 + 19 * 128, 128),
+            row_bytes(19, 0x10, "Tickets Per Game", "\0\0\0\0\0\0\x20\x42"s, 128));
   ASSERT_EQ(a.size(), AUDITS_SIZE);
   EXPECT_EQ(a.substr(0, 4), "810A");
   EXPECT_EQ(a.substr(4, 56), row_bytes(0, 0x20, "Time Game On", "", 56));
