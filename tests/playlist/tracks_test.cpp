@@ -129,7 +129,8 @@ TEST_F(Tracks, LimitsPlayersTo32) {
   parse(
       "PLAYLIST 1, 'x', 1, 1\n[1] SIGNAL 1\nEND\n"
       "PLAYLIST 2, 'y', 1, 1\nPLAY 0, 'loud.wav', 0\nEND\n");
-  for (int i = 0; i < JPS_PLAYERS; ++i) play("x");
+  EXPECT_EQ(play("z"), 0U) << "an unknown name";
+  for (int i = 0; i < JPS_PLAYERS; ++i) EXPECT_EQ(play("x"), 0U) << "it needs no track";
   EXPECT_EQ(jps_players_running(), JPS_PLAYERS);
   EXPECT_EQ(play("y"), 0U) << "the 33rd";
   EXPECT_EQ(owner(0), nullptr);
