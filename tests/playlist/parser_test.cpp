@@ -1,6 +1,9 @@
 #include <cstddef>
+#include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <filesystem>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -12,99 +15,111 @@
 
 namespace {
 
-using Parser = Stage;
-
-struct Refusal {
-  const char* line;
-  const char* message;  // behind "ERROR! "
-};
-
 std::string error(int line, const std::string& message) {
   return "[" + std::to_string(line) + "]: ERROR! " + message + "\n";
 }
 
+struct Refusal {
+  std::string message;  // of each line; "": it is taken
+  std::vector<std::string> lines;
+};
+
+class Parser : public Stage {
+ protected:
+  // What is printed for these lines behind `head`, without what the first pass says.
+  void expect_refused(const std::vector<Refusal>& rows, const std::string& head,
+                      const std::string& foot) {
+    int number = static_cast<int>(std::ranges::count(head, '\n'));
+    std::string script = head, expected;
+    for (const auto& [message, lines] : rows) {
+      for (const std::string& line : lines) {
+        script += line + "\n";
+        ++number;
+        if (!message.empty()) expected += error(number, message);
+      }
+    }
+    ASSERT_NE(parse(script + foot), nullptr);
+    std::istringstream all(printed);
+    std::string later;
+    for (std::string line; std::getline(all, line);) {
+      if (line.find("bad quote string") == std::string::npos) later += line + "\n";
+    }
+    EXPECT_EQ(later, expected);
+  }
+
+  // Everything that a command holds and isn't 0.
+  std::string text_of(const JpsCommand& command) const {
+    const std::pair<const char*, std::int64_t> words[] = {
+        {"if", command.condition},
+        {"track", command.track},
+        {"value", command.value},
+        {"ms", std::lround(command.seconds * 1000)},
+        {"sound", command.sound == nullptr ? 0 : command.sound - bank->sounds + 1},
+        {"group", command.group == nullptr ? 0 : command.group - bank->groups + 1},
+        {"loop", command.loop},
+        {"count", command.count},
+        {"key", command.key.low | command.key.high},
+        {"number", command.number}};
+    std::string text =
+        std::to_string(command.opcode) + " at " + std::to_string(std::lround(command.time * 1000));
+    for (const auto& [name, value] : words) {
+      if (value != 0) text += std::string(", ") + name + " " + std::to_string(value);
+    }
+    return text;
+  }
+};
+
 }  // namespace
 
 TEST_F(Parser, KeepsEveryCommandWithItsOperands) {
-  ASSERT_NE(parse("CONSTANT VOL 0x10\n"
-                  "GROUP 'g', 0\n SOUND 'short.wav', 1\nEND\n"
-                  "VOL_ATTEN\n"
-                  "PLAYLIST 7, 'seven', VOL+4-1, 0X3\n"
-                  "  PLAY 2, \x91loud.wav', 1\n"
-                  "\tPLAYS 0x3 , 'soft.wav' ,-1 ; for ever, 'loud'\n"
-                  "[1.5] SETVOL 2, VOL + 100, 0.25\n"
-                  "[+.5]\tLOOPSTART 0\n"
-                  "LOOPEND\n"
-                  "DUCK 010, 30, 1\n"
-                  "UNDUCK 8, 2\n"
-                  "SETPAN 1, -100, 0\n"
-                  "SETFREQ 1, 22050, 0\n"
-                  "SIGNAL 65535\n"
-                  "GOTO 'a, b; c'\n"
-                  "LABEL 'a, b; c'\n"
-                  "ONMARKER 3 MARKER 2047\n"
-                  "ONSMARKER 2047 PLAYGROUP 1, 'g', 0\n"
-                  "SETPRI 1, VOL\n"
-                  "DUCK 1, 0, 0\n"
-                  "SETVOL 1, 0, 0\n"
-                  "SETPRI 1, 0\n"
-                  "STOP 15\n"
-                  "END of it\n"),
-            nullptr);
+  const JpsKey label = jps_key("a, b; c");
+  const std::string key = ", key " + std::to_string(label.low | label.high);
+  const std::pair<const char*, std::string> rows[] = {
+      {"  PLAY 2, \x91loud.wav', 1", "2 at 0, track 2, sound 2, loop 1"},
+      {"\tPLAYS 0x3 , 'soft.wav' ,-1 ; for ever, 'loud'", "2 at 0, track 3, sound 3, loop -1"},
+      {"[1.5] SETVOL 2, VOL + 100, 0.25", "4 at 1500, track 2, value 116, ms 250"},
+      {"[+.5]\tLOOPSTART 0", "5 at 2000, count -1"},
+      {"LOOPEND", "6 at 2000"},
+      {"DUCK 010, 30, 1", "7 at 2000, track 8, value 30, ms 1000"},  // may be octal
+      {"UNDUCK 8, 2", "8 at 2000, track 8, ms 2000"},
+      {"SETPAN 1, -100, 0", "10 at 2000, track 1, value 65436"},
+      {"SETFREQ 1, 22050, 0", "11 at 2000, track 1, value 22050"},
+      {"SIGNAL 65535", "12 at 2000, number 65535"},
+      {"GOTO 'a, b; c'", "13 at 2000" + key},
+      {"LABEL 'a, b; c'", "15 at 2000" + key},
+      {"ONMARKER 3 MARKER 2047", "16 at 2000, if 196609, number 2047"},  // 0x30001
+      {"ONSMARKER 2047 PLAYGROUP 1, 'g', 0", "17 at 2000, if 134152194, track 1, group 1"},
+      {"SETPRI 1, VOL", "18 at 2000, track 1, value 16"},
+      {"DUCK 1, 0, 0", "7 at 2000, track 1"},
+      {"SETVOL 1, 0, 0", "4 at 2000, track 1"},
+      {"SETPRI 1, 0", "18 at 2000, track 1"},
+      {"STOP 15", "3 at 2000, track 15"},
+      {"END of it", "1 at 2000"},
+  };
+  std::string script =
+      "CONSTANT VOL 0x10\nGROUP 'g', 0\n SOUND 'short.wav', 1\nEND\nVOL_ATTEN\n"
+      "PLAYLIST 7, 'seven', VOL+4-1, 0X3\n";
+  for (const auto& [line, text] : rows) script += std::string(line) + "\n";
+  ASSERT_NE(parse(script), nullptr);
   EXPECT_EQ(printed, "");
-  ASSERT_EQ(bank->playlist_count, 1U);
+  ASSERT_EQ(bank->command_count, std::size(rows));
+  const JpsCommand* command = bank->commands;
+  for (const auto& [line, text] : rows) EXPECT_EQ(text_of(*command++), text) << line;
   EXPECT_TRUE(bank->volume_attenuation);
+  ASSERT_EQ(bank->playlist_count, 1U);
   const JpsPlaylist& playlist = bank->playlists[0];
+  EXPECT_EQ(playlist.first_command, bank->commands);
+  EXPECT_EQ(playlist.command_count, std::size(rows));
   EXPECT_EQ(playlist.number, 7);
   EXPECT_EQ(playlist.key, jps_key("seven"));
   EXPECT_EQ(playlist.priority, 19);
   EXPECT_EQ(playlist.track_mask, 3);
   EXPECT_EQ(playlist.tracks_needed, 4U) << "STOP and SETPAN need no track";
-  ASSERT_EQ(playlist.command_count, 20U);
-  const JpsCommand* command = playlist.first_command;
-  const auto next = [&command](JpsOpcode opcode, float time) -> const JpsCommand& {
-    EXPECT_EQ(command->opcode, opcode);
-    EXPECT_EQ(command->time, time) << "opcode " << opcode;
-    return *command++;
-  };
-  const JpsCommand& first = next(JPS_PLAY, 0);
-  EXPECT_EQ(first.track, 2);
-  EXPECT_EQ(first.loop, 1);
-  EXPECT_EQ(first.sound->key, jps_key("loud.wav"));
-  EXPECT_EQ(first.sound->streamed, 0);
-  EXPECT_EQ(first.sound->file, nullptr);
-  const JpsCommand& second = next(JPS_PLAY, 0);
-  EXPECT_EQ(second.track, 3);
-  EXPECT_EQ(second.loop, -1);
-  EXPECT_EQ(second.sound->streamed, 1);
-  EXPECT_EQ(second.sound->length, 882000U);
-  const JpsCommand& setvol = next(JPS_SETVOL, 1.5F);
-  EXPECT_EQ(setvol.value, 116);
-  EXPECT_EQ(setvol.seconds, 0.25F);
-  EXPECT_EQ(next(JPS_LOOPSTART, 2).count, -1);
-  next(JPS_LOOPEND, 2);
-  const JpsCommand& duck = next(JPS_DUCK, 2);
-  EXPECT_EQ(duck.track, 8) << "a plain number may be octal";
-  EXPECT_EQ(duck.value, 30);
-  EXPECT_EQ(next(JPS_UNDUCK, 2).seconds, 2);
-  EXPECT_EQ(next(JPS_SETPAN, 2).value, 65436);
-  EXPECT_EQ(next(JPS_SETFREQ, 2).value, 22050);
-  EXPECT_EQ(next(JPS_SIGNAL, 2).number, 65535);
-  const JpsKey label = jps_key("a, b; c");
-  EXPECT_EQ(next(JPS_GOTO, 2).key, label);
-  EXPECT_EQ(next(JPS_LABEL, 2).key, label);
-  const JpsCommand& marker = next(JPS_MARKER, 2);
-  EXPECT_EQ(marker.condition, 0x30001U);
-  EXPECT_EQ(marker.number, 2047);
-  const JpsCommand& group = next(JPS_PLAYGROUP, 2);
-  EXPECT_EQ(group.condition, 0x07FF0002U);
-  EXPECT_EQ(group.group, &bank->groups[0]);
-  EXPECT_EQ(next(JPS_SETPRI, 2).value, 16);
-  for (const JpsOpcode opcode : {JPS_DUCK, JPS_SETVOL, JPS_SETPRI}) {
-    EXPECT_EQ(next(opcode, 2).value, 0);
-  }
-  EXPECT_EQ(next(JPS_STOP, 2).track, 15);
-  next(JPS_END, 2);
+  EXPECT_EQ(bank->sounds[1].key, jps_key("loud.wav"));
+  EXPECT_EQ(bank->sounds[1].streamed, 0);
+  EXPECT_EQ(bank->sounds[1].file, nullptr);
+  EXPECT_EQ(bank->sounds[2].streamed, 1);
+  EXPECT_EQ(bank->sounds[2].length, 882000U);
 }
 
 TEST_F(Parser, CommandTimesIncludeOffsetsAndWaits) {
@@ -139,73 +154,46 @@ TEST_F(Parser, RefusedCommandsAreReportedWithLineAndReason) {
   const std::string loop =
       "the loop operand is missing: 1 plays the sound once, any other value repeats it";
   const std::string string = "Syntax error: string must surrounded by single quotes";
-  const std::pair<const char*, std::string> lines[] = {
-      {"[", "Syntax error after '['"},
-      {"[ 1] STOP 1", "Syntax error after '['"},
-      {"[x] STOP 1", "invalid time value, ignoring command"},
-      {"[1e99] STOP 1", "invalid time value, ignoring command"},
-      {"[1 STOP 1", "missing closing ']' after time, ignoring command"},
-      {"[-1] STOP 1", "time is less than previous command, ignoring command"},
-      {"PLAY", "PLAY requires arguments"},
-      {"PLAY 1", "Too few arguments to PLAY"},
-      {"PLAYS 1,", "Too few arguments to PLAY"},
-      {"PLAY x, 'loud.wav', 1", "'x' is not a whole number"},
-      {"PLAY 16, 'loud.wav', 1", track},
-      {"PLAY 99999999999999999999, 'loud.wav', 1", track},
-      {"PLAY 1, loud.wav, 1", string},
-      {"PLAY 1, 'loud.wav' 1", string},
-      {"PLAY 1, 'loud.wav'", loop},
-      {"PLAY 1, 'loud.wav, 1", string},
-      {"PLAY 1, 'none.wav', 1", "couldn't open sound file 'none.wav'"},
-      {R"(PLAY 1, '..\sounds\loud.wav', 1)", R"(couldn't open sound file '..\sounds\loud.wav')"},
-      {"PLAYGROUP", "Too few arguments to PLAYGROUP"},
-      {"PLAYGROUP 1", "Too few arguments to PLAYGROUP"},
-      {"PLAYGROUP 1, 'g', 1", "PLAYGROUP: invalid group name 'g'"},
-      {"STOP", "Too few arguments to STOP"},
-      {"STOP ;1", "Too few arguments to STOP"},
-      {"WAITFOR", "Too few arguments to WAITFOR"},
-      {"WAITFOR 1", "'WAITFOR' without 'PLAY'"},
-      {"LOOPSTART", "No arguments!"},
-      {"LOOPSTART -2", "Loop count must be 0 or more; 0 runs for ever"},
-      {"SETVOL", "No arguments!"},
-      {"SETVOL 1", "Not enough arguments!"},
-      {"SETVOL 1, 256, 0", "Volume must be in the range 0-255"},
-      {"SETVOL 1, 1-2, 0", "Volume must be in the range 0-255"},
-      {"SETVOL 1, 5, -0.1", "Ramp time must be positive"},
-      {"SETVOL 1, 5, soon", "'soon' is not a number of seconds"},
-      {"SETVOL 1, 5, inf", "'inf' is not a number of seconds"},
-      {"SETPRI", "No arguments!"},
-      {"SETPRI 1", "Not enough arguments!"},
-      {"SETPRI 1, 256", "Priority must be in the range 0-255"},
-      {"SETPAN 1, 0", "Too few arguments to SETPAN"},
-      {"SETFREQ 1", "Too few arguments to SETFREQ"},
-      {"SETFREQ 1, 70000, 0", "Value must be in the range -32768 to 65535"},
-      {"DUCK", "Too few arguments to DUCK"},
-      {"DUCK 1, 256, 0", "Volume must be in the range 0-255"},
-      {"UNDUCK 1", "NOT ENOUGH ARGUMENTS"},
-      {"SIGNAL", "Too few arguments to SIGNAL"},
-      {"SIGNAL 65536", "Signal number too high! Must be less than 65536"},
-      {"MARKER", "Too few arguments to MARKER"},
-      {"MARKER 2048", "Marker number too high! Must be less than 2048"},
-      {"ONSMARKER STOP 1", "ONSMARKER needs a marker number, not 'STOP'"},
-      {"GOTO", "Too few arguments to GOTO"},
+  const std::vector<Refusal> rows = {
+      {"Syntax error after '['", {"[", "[ 1] STOP 1"}},
+      {"invalid time value, ignoring command", {"[x] STOP 1", "[1e99] STOP 1"}},
+      {"missing closing ']' after time, ignoring command", {"[1 STOP 1"}},
+      {"time is less than previous command, ignoring command", {"[-1] STOP 1"}},
+      {"PLAY requires arguments", {"PLAY"}},
+      {"Too few arguments to PLAY", {"PLAY 1", "PLAYS 1,"}},
+      {"'x' is not a whole number", {"PLAY x, 'loud.wav', 1"}},
+      {track, {"PLAY 16, 'loud.wav', 1", "PLAY 99999999999999999999, 'loud.wav', 1"}},
+      {string, {"PLAY 1, loud.wav, 1", "PLAY 1, 'loud.wav' 1", "PLAY 1, 'loud.wav, 1"}},
+      {loop, {"PLAY 1, 'loud.wav'"}},
+      {"couldn't open sound file 'none.wav'", {"PLAY 1, 'none.wav', 1"}},
+      {R"(couldn't open sound file '..\sounds\loud.wav')", {R"(PLAY 1, '..\sounds\loud.wav', 1)"}},
+      {"Too few arguments to PLAYGROUP", {"PLAYGROUP", "PLAYGROUP 1"}},
+      {"PLAYGROUP: invalid group name 'g'", {"PLAYGROUP 1, 'g', 1"}},
+      {"Too few arguments to STOP", {"STOP", "STOP ;1"}},
+      {"Too few arguments to WAITFOR", {"WAITFOR"}},
+      {"'WAITFOR' without 'PLAY'", {"WAITFOR 1"}},
+      {"No arguments!", {"LOOPSTART", "SETVOL", "SETPRI"}},
+      {"Loop count must be 0 or more; 0 runs for ever", {"LOOPSTART -2"}},
+      {"Not enough arguments!", {"SETVOL 1", "SETPRI 1"}},
+      {"Volume must be in the range 0-255",
+       {"SETVOL 1, 256, 0", "SETVOL 1, 1-2, 0", "DUCK 1, 256, 0"}},
+      {"Ramp time must be positive", {"SETVOL 1, 5, -0.1"}},
+      {"'soon' is not a number of seconds", {"SETVOL 1, 5, soon"}},
+      {"'inf' is not a number of seconds", {"SETVOL 1, 5, inf"}},
+      {"Priority must be in the range 0-255", {"SETPRI 1, 256"}},
+      {"Too few arguments to SETPAN", {"SETPAN 1, 0"}},
+      {"Too few arguments to SETFREQ", {"SETFREQ 1"}},
+      {"Value must be in the range -32768 to 65535", {"SETFREQ 1, 70000, 0"}},
+      {"Too few arguments to DUCK", {"DUCK"}},
+      {"NOT ENOUGH ARGUMENTS", {"UNDUCK 1"}},
+      {"Too few arguments to SIGNAL", {"SIGNAL"}},
+      {"Signal number too high! Must be less than 65536", {"SIGNAL 65536"}},
+      {"Too few arguments to MARKER", {"MARKER"}},
+      {"Marker number too high! Must be less than 2048", {"MARKER 2048"}},
+      {"ONSMARKER needs a marker number, not 'STOP'", {"ONSMARKER STOP 1"}},
+      {"Too few arguments to GOTO", {"GOTO"}},
   };
-  std::string script = "PLAYLIST 1, 'x', 1, 1\nLABEL 'GROUP'\n";
-  std::string expected;
-  int number = 2;
-  for (const auto& [line, message] : lines) {
-    script += std::string(line) + "\n";
-    expected += error(++number, message);
-  }
-  ASSERT_NE(parse(script + "END\n"), nullptr);
-  std::string later;  // without those of the first pass
-  for (std::size_t at = 0; at < printed.size();) {
-    const std::size_t end = printed.find('\n', at) + 1;
-    const std::string line = printed.substr(at, end - at);
-    if (line.find("bad quote string") == std::string::npos) later += line;
-    at = end;
-  }
-  EXPECT_EQ(later, expected);
+  expect_refused(rows, "PLAYLIST 1, 'x', 1, 1\nLABEL 'GROUP'\n", "END\n");
   EXPECT_EQ(bank->command_count, 2U) << "refused lines leave no command";
   EXPECT_EQ(bank->playlists[0].tracks_needed, 0U);
   EXPECT_EQ(bank->sound_count, 0U) << "and no sound";
@@ -214,48 +202,31 @@ TEST_F(Parser, RefusedCommandsAreReportedWithLineAndReason) {
 TEST_F(Parser, RefusedStatementsAreReportedWithLineAndReason) {
   const std::string name = "Syntax error: string must surrounded by single quotes";
   const std::string long_name(53, 'N');
-  const std::pair<std::string, std::string> lines[] = {
-      {"PLAYLIST", "not enough args to PLAYLIST"},
-      {"PLAYLIST ;1, 'a', 1, 1", "not enough args to PLAYLIST"},
-      {"PLAYLIST x, 'a', 1, 1", "'x' is not a whole number"},
-      {"PLAYLIST 1", name},
-      {"PLAYLIST 1, 'a', 256, 1", "priority must be in the range 0-255"},
-      {"PLAYLIST 1, 'a', 0-1, 1", "priority must be in the range 0-255"},
-      {"PLAYLIST 1, 'a', 1, 2-2", "trackmask must be non-zero"},
-      {"PLAYLIST 1, 'a', 1, 0x10000", "trackmask must be in the range 0x1-0xFFFF"},
-      {"GROUP", name},
-      {"GROUP 'g'", "Couldn't get repeat number"},
-      {"GROUP 'g', -1", "no-repeat count must not be negative"},
-      {"CONSTANT", "No arguments to CONSTANT!"},
-      {"CONSTANT A", "CONSTANT needs a value after its name"},
-      {"CONSTANT " + long_name + " 1", "A constant's name must not be longer than 52 characters"},
-      {"CONSTANT 5A 1", "A constant's name must not begin with a digit or contain '+', '-' or ','"},
-      {"CONSTANT A-B 1",
-       "A constant's name must not begin with a digit or contain '+', '-' or ','"},
-      {"CONSTANT TWICE 1", ""},
-      {"CONSTANT TWICE 2", "constant 'TWICE' has a value already"},
-      {"[0] VOL_GAIN", ""},
-      {"[0.5] VOL_GAIN", ""},
-      {"PLAYLIST 1, 'a', 1, 1", "nonzero time before playlist call!"},
+  const std::string bad_name =
+      "A constant's name must not begin with a digit or contain '+', '-' or ','";
+  const std::vector<Refusal> rows = {
+      {"not enough args to PLAYLIST", {"PLAYLIST", "PLAYLIST ;1, 'a', 1, 1"}},
+      {"'x' is not a whole number", {"PLAYLIST x, 'a', 1, 1"}},
+      {name, {"PLAYLIST 1"}},
+      {"priority must be in the range 0-255",
+       {"PLAYLIST 1, 'a', 256, 1", "PLAYLIST 1, 'a', 0-1, 1"}},
+      {"trackmask must be non-zero", {"PLAYLIST 1, 'a', 1, 2-2"}},
+      {"trackmask must be in the range 0x1-0xFFFF", {"PLAYLIST 1, 'a', 1, 0x10000"}},
+      {name, {"GROUP"}},
+      {"Couldn't get repeat number", {"GROUP 'g'"}},
+      {"no-repeat count must not be negative", {"GROUP 'g', -1"}},
+      {"No arguments to CONSTANT!", {"CONSTANT"}},
+      {"CONSTANT needs a value after its name", {"CONSTANT A"}},
+      {"A constant's name must not be longer than 52 characters", {"CONSTANT " + long_name + " 1"}},
+      {bad_name, {"CONSTANT 5A 1", "CONSTANT A-B 1"}},
+      {"", {"CONSTANT TWICE 1"}},
+      {"constant 'TWICE' has a value already", {"CONSTANT TWICE 2"}},
+      {"", {"[0] VOL_GAIN", "[0.5] VOL_GAIN"}},
+      {"nonzero time before playlist call!", {"PLAYLIST 1, 'a', 1, 1"}},
   };
-  std::string script;
-  std::string expected;
-  int number = 0;
-  for (const auto& [line, message] : lines) {
-    script += line + "\n";
-    ++number;
-    if (!message.empty()) expected += error(number, message);
-  }
-  ASSERT_NE(parse(script), nullptr);
-  EXPECT_EQ(printed, expected);
+  expect_refused(rows, "", "");
   EXPECT_EQ(bank->playlist_count, 0U);
   EXPECT_EQ(bank->group_count, 0U);
-}
-
-TEST_F(Parser, SoundWithoutTwoQuotesIsReportedFirst) {
-  parse("PLAYLIST 1, 'a', 1, 1\nPLAY 0, 'a.wav', 0\nPLAY 0, 'a.wav, 0\nPLAY 0, a.wav, 0\nEND\n");
-  const std::string bad = error(3, "bad quote string") + error(4, "bad quote string");
-  EXPECT_EQ(printed.substr(0, bad.size()), bad);
 }
 
 TEST_F(Parser, PlaylistHasDefaultPriorityAndMask) {
@@ -308,34 +279,29 @@ TEST_F(Parser, ReadsBlankCommentLongAndUnterminatedLines) {
   EXPECT_EQ(playlist_parse(R"(sounds\none.txt)"), nullptr);
 }
 
-TEST_F(Parser, FirstPassCountsKeywords) {
-  struct Lost {
-    std::vector<int> lines;
-  } lost;
-  const auto note = [](int line, void* context) {
-    static_cast<Lost*>(context)->lines.push_back(line);
-  };
-  const JpsStats stats = jps_parse_get_stats(
+TEST_F(Parser, FirstPassCountsKeywordsAndReportsSoundsWithoutTwoQuotes) {
+  parse(
       "PLAYLIST 1, 'PLAY'\n"       // a playlist
       "PLAY 1, 'x', 1\n"           // a sound
       "PLAY 1, 'x', 1\n"           // the same again counts
       "; PLAY 'not'\n\n"           // nothing
       "STOP 1 ; after the PLAY\n"  // counts as a sound, and lacks a string
       "SOUND 'PLAYLIST', 1\n"      // a playlist and a sound of a group
-      "SOUND 'y', 1 ; GROUP\n"     // a sound, also of a group
+      "SOUND 'y, 1 ; GROUP\n"      // a sound with one quote, also of a group
       "GROUP 'g', 1\n"             // a group
       "PLAYGROUP 1, 'g', 1\n"      // a sound, since it begins with PLAY
-      "CONSTANT GROUPS 1\n",       // a group
-      note, &lost);
-  EXPECT_EQ(stats.commands, 9U);
-  EXPECT_EQ(stats.playlists, 2U);
-  EXPECT_EQ(stats.sounds, 5U);
-  EXPECT_EQ(stats.groups, 2U);
-  EXPECT_EQ(stats.group_sounds, 2U);
-  EXPECT_EQ(lost.lines, std::vector<int>{6});
+      "CONSTANT GROUPS 1\n");      // a group
+  const std::string bad = error(6, "bad quote string") + error(8, "bad quote string");
+  EXPECT_EQ(printed.substr(0, bad.size()), bad);
+  EXPECT_EQ(bank->command_capacity, 9U);
+  EXPECT_EQ(bank->playlist_capacity, 2U);
+  EXPECT_EQ(bank->sound_capacity, 5U);
+  EXPECT_EQ(bank->group_capacity, 2U);
+  EXPECT_EQ(bank->group_sound_capacity, 2U);
   std::string many;
   for (int i = 0; i < 2100; ++i) many += "PLAY 1, 'x', 1\n";
-  EXPECT_EQ(jps_parse_get_stats(many, note, &lost).sounds, JPS_MAX_SOUND_NAMES);
+  parse(many);
+  EXPECT_EQ(bank->sound_capacity, JPS_MAX_SOUND_NAMES);
 }
 
 TEST_F(Parser, GroupsNormalizeWeightsAndLimitNoRepeat) {
