@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Checks the links of the documents: each relative link and picture in a committed *.md names a
-committed file or folder, each picture in docs/pictures/ is linked, and each test in the tables of
-docs/decisions.md exists. Prints what is wrong and exits with 1."""
+committed file or folder, and each picture in docs/pictures/ is linked. Prints what is wrong and exits
+with 1."""
 
 import os
 import pathlib
@@ -11,8 +11,6 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 LINK = re.compile(r"\]\(([^)\s]+)\)")
-CASE = re.compile(r"^TEST(?:_F)?\(\s*(\w+),\s*(\w+)\)", re.M)
-DECISIONS = "docs/decisions.md"
 
 
 def committed():
@@ -34,15 +32,5 @@ for document in sorted(name for name in files if name.endswith(".md")):
             wrong.append(f"{document}: {link} isn't in the repository")
 wrong += [f"{name}: no document shows it" for name in sorted(files - set(linked))
           if name.startswith("docs/pictures/")]
-
-cases = {f"{suite}.{case}" for name in files if re.match(r"tests/.*\.cpp$", name)
-         for suite, case in CASE.findall((ROOT / name).read_text())}
-for row in (ROOT / DECISIONS).read_text().splitlines():
-    tests = row.split(" | ")[-1]
-    gone = set(re.findall(r"\b[A-Z]\w+\.[A-Z]\w+", tests)) - cases
-    for scripts in re.findall(r"e2e: ([\w, `-]+)", tests):
-        gone |= {name for name in scripts.replace("`", "").split(", ")
-                 if not files & {f"tests/e2e/{name.strip()}.script", f"tests/e2e/{name.strip()}"}}
-    wrong += [f"{DECISIONS}: there is no test {name}" for name in sorted(gone)]
 print("\n".join(wrong + [f"docs-links: {len(linked)} links, {len(wrong)} wrong"]))
 sys.exit(1 if wrong else 0)
