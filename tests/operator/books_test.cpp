@@ -57,8 +57,11 @@ TEST_F(Books, DamagedCounters_AreShownAsStored) {
   choose("Payout");
   EXPECT_EQ(line("Tickets Per Frog"), "Tickets Per Frog                      0.000          0.000");
   audits[AUDIT_GAMES_PLAYED].count = 1;
+  audits[AUDIT_TIME_TOTAL_PLAYED].time_ms = 23450;
   choose("Payout");
   EXPECT_EQ(line("Tickets Per Frog"), "Tickets Per Frog                      5.000          0.000");
+  choose("System");
+  EXPECT_EQ(line("Time Per Frog"), "Time Per Frog                       0:23.45              -");
 }
 
 TEST_F(Books, Resets_ClearTheirOwnRowsAfterYesOnly) {

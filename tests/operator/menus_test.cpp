@@ -222,6 +222,7 @@ TEST_F(Menus, VolumeScreens_AdjustAcceptAndCancel) {
   EXPECT_EQ(volumes(), heard(14, 4, 14));
   press(PRESS_SRV);
   EXPECT_EQ(volumes(), heard(12, 4, 12)) << "cancelled";
+  EXPECT_EQ(jps_fake.played.back(), "menu_cancel");
   EXPECT_EQ(selected(), "Volume");
   EXPECT_EQ(sound_enabled, 0);
   choose("Volume");
@@ -231,6 +232,7 @@ TEST_F(Menus, VolumeScreens_AdjustAcceptAndCancel) {
   press(PRESS_P1S);
   press(PRESS_TST);
   EXPECT_EQ(volumes(), heard(0, 4, 0)) << "Left Start alone wraps";
+  EXPECT_EQ(jps_fake.played.back(), "menu_select");
 
   choose("Attract Volume");
   EXPECT_EQ(volume_step, 4);
