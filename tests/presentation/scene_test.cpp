@@ -83,9 +83,14 @@ TEST_F(Scene, DrawsLayersInOrder) {
             "Attract Volume: 0 / 20; ioerror; ");
 }
 
-TEST_F(Scene, RightShadowIsMirrored) {
-  EXPECT_EQ(named({"shadow"}), (Lines{line("shadow", 0, 0, 0x80FFFFFF),
-                                      line("shadow", 1104, 0, 0x80FFFFFF, 0, 1, true)}));
+TEST_F(Scene, BanksStandAtTheirPlacesAndRightShadowIsMirrored) {
+  const std::uint32_t opaque = white(255);
+  EXPECT_EQ(
+      named({"bkdrop_lft", "bkdrop_rt", "grass_lft", "grass_rt", "dpatch", "dpatch2", "shadow"}),
+      (Lines{line("bkdrop_lft", 0, 0, opaque), line("bkdrop_rt", 680, 0, opaque),
+             line("grass_lft", 0, 653, opaque), line("grass_rt", 680, 653, opaque),
+             line("dpatch", 214, 650, opaque), line("dpatch2", 894, 650, opaque),
+             line("shadow", 0, 0, 0x80FFFFFF), line("shadow", 1104, 0, 0x80FFFFFF, 0, 1, true)}));
 }
 
 TEST_F(Scene, GoingDownDrawsOnlyItsMessage) {
