@@ -21,6 +21,7 @@
 #include "frame/tick_steps.h"
 #include "frame/tick_timers.h"
 #include "frame/ticket_status.h"
+#include "io/lamp_effects.h"
 #include "io/watchdog_link.h"
 #include "operator/main_menu.h"
 #include "platform/clock.h"
@@ -420,6 +421,7 @@ TEST_F(Money, HandsOwedTicketsAndCoilsToABoardThatComesLate) {
     jamma_fake_reset();
     jamma_fake.open = jamma_fake.synced = false;
     audits[AUDIT_TICKETS_OWED].count = 9;
+    audits[AUDIT_CURRENT_CREDITS].count = 1;
     game_begin();
     tick(3);
     jamma_fake_forget_calls();
@@ -435,6 +437,7 @@ TEST_F(Money, HandsOwedTicketsAndCoilsToABoardThatComesLate) {
   tick(3);
   EXPECT_EQ(jamma_fake_sum(JAMMA_ADD_TICKETS, 0), 9);
   EXPECT_EQ(coils(), std::pair(1, 1));
+  EXPECT_GT(lamp_value(LAMP_LEFT_PODIUM), 0) << "a waiting credit invites again";
   EXPECT_EQ(audit_count(AUDIT_TICKETS_OWED, 0), 0) << "the board's own count is the books' now";
 
   begin_without_board();

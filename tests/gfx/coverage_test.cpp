@@ -55,6 +55,7 @@ TEST(Coverage, BoxHasTheTilesInUseOfRectangleAndItsEdge) {
       {footed, {-1, 0, 8, 8}, "-1,0 8x8"},
       {footed, {0, 64, 8, 8}, "0,64 8x8"},
       {footed, {0, 0, 65, 1}, "0,0 65x1"},
+      {footed, {8, 8, 8, 0}, "8,8 8x0"},
   };
   for (const Case& c : cases) {
     EXPECT_EQ(shown(coverage_box_with_edge(c.coverage, c.rect)), c.box) << shown(c.rect);
