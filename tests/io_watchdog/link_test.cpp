@@ -11,8 +11,10 @@
 #include "books/audits.h"
 #include "frame/game_clock.h"
 #include "frame/game_mode.h"
+#include "io/watchdog_device.h"
 #include "io/watchdog_link.h"
 #include "platform/files.h"
+#include "platform/headless/usb_control.h"
 #include "tests/io_watchdog/fake_usb.h"
 #include "tests/temp_folder.h"
 
@@ -238,6 +240,8 @@ TEST_F(Watchdog, FailedOpenDoesNotSelectAnotherDevice) {
   tick(17);  // it is looked for again in the first tick
   EXPECT_EQ(device->words(), (Words{0xC040}));
   EXPECT_TRUE(stranger->heard.empty());
+  headless_usb_driver = nullptr;
+  EXPECT_FALSE(watchdog_open_device()) << "a machine without USB";
 }
 
 }  // namespace

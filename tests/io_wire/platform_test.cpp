@@ -18,6 +18,7 @@
 #include "platform/serial.h"
 #include "platform/thread.h"
 #include "tests/fakes/pty.h"
+#include "tests/open_files.h"
 
 namespace {
 
@@ -67,12 +68,14 @@ TEST(Serial, OpensOnlyNamesOfConfiguredPorts) {
   Pty pty;
   environment.com[15] = pty.path();
   environment.com[14] = "/dev/null";
+  const auto files = open_files();
   for (const char* name : {"COM0", "COM1", "COM15", "COM17", "COM", "COM16 ", "COM1x", "com16",
                            "LPT1", "COM99999999999"}) {
     int error = 0;
     EXPECT_EQ(serial_open(name, &error), nullptr) << name;
     EXPECT_NE(error, 0) << name;
   }
+  EXPECT_EQ(open_files(), files);
   int error = 0;
   SerialPort* const port = serial_open("COM16", &error);
   ASSERT_NE(port, nullptr) << error;
