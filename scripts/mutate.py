@@ -21,7 +21,6 @@ import os
 import pathlib
 import random
 import re
-import shutil
 import subprocess
 import sys
 import tempfile
@@ -183,8 +182,7 @@ class Bench:
 
     def failing_scripts(self, game):
         with tempfile.TemporaryDirectory(prefix="mutate-game") as installation:
-            subprocess.run([ROOT / "tools/stress/undrawn", installation], capture_output=True, check=True)
-            shutil.copy(game, f"{installation}/lilyhop")
+            subprocess.run([ROOT / "tools/stress/undrawn", installation, game], capture_output=True, check=True)
 
             def fails(script):
                 try:
