@@ -59,7 +59,6 @@ std::shared_ptr<ReadAhead> read_ahead_start(const PanelName* names, int count) {
 }
 
 bool read_ahead_ready(ReadAhead& reading, int index) {
-  if (reading.thread == nullptr) return true;
   const MutexLock lock(reading.mutex);
   return reading.ready[index] != 0;
 }

@@ -253,7 +253,7 @@ std::uint32_t display_texture_load_png(const char* path, int* width, int* height
 }
 
 bool display_texture_read_alpha(std::uint32_t texture, std::uint8_t* alpha) {
-  if (gl.context == nullptr || texture == 0) return false;
+  if (gl.context == nullptr) return false;
   texture_bind(texture);
   if (dxt5_read(alpha)) return true;
   errors_forget();

@@ -41,7 +41,7 @@ struct Found {  // the display before its first change
   DisplaySize screen;  // all monitors together
 };
 
-constinit Found found{XCB_NONE, {}, {0, 0}};
+constinit Found found{};
 
 // The window's library uses an X display unless it is told otherwise.
 bool display_is_x() {
@@ -125,7 +125,7 @@ DisplaySize screen_size(const Display& display) {
   xcb_connection_t* x = display.x.get();
   const auto root =
       owned(xcb_get_geometry_reply(x, xcb_get_geometry(x, display.screen->root), nullptr));
-  return root ? DisplaySize{root->width, root->height} : DisplaySize{0, 0};
+  return root ? DisplaySize{root->width, root->height} : DisplaySize{};
 }
 
 // The bottom right corner of the area that monitors show.

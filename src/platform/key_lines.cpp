@@ -3,7 +3,6 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include <cstdio>
 #include <string>
 
 #include "platform/environment.h"
@@ -18,8 +17,9 @@ void listener_close() {
   listener = -1;
 }
 
-bool line_write(const char* line, std::size_t size) {
-  return send(listener, line, size, MSG_NOSIGNAL | MSG_DONTWAIT) == static_cast<ssize_t>(size);
+bool line_write(const std::string& line) {
+  return send(listener, line.data(), line.size(), MSG_NOSIGNAL | MSG_DONTWAIT) ==
+         static_cast<ssize_t>(line.size());
 }
 
 }  // namespace
@@ -27,16 +27,12 @@ bool line_write(const char* line, std::size_t size) {
 void key_line_send(bool pressed, const char* name) {
   const std::string& path = environment.keys_socket;
   if (path.empty() || name[0] == '\0') return;
-  char line[96];
-  const int length =
-      std::snprintf(line, sizeof line, "%s %s\n", pressed ? "press" : "release", name);
-  if (length <= 0 || length >= static_cast<int>(sizeof line)) return;
-  const auto size = static_cast<std::size_t>(length);
-  if (listener >= 0 && line_write(line, size)) return;
+  const std::string line = std::string(pressed ? "press " : "release ") + name + '\n';
+  if (listener >= 0 && line_write(line)) return;
   // The old listener has gone, or its buffer is full and may hold part of a line: connect again.
   // Keys are rare, and connecting to a local socket is quick, so each key without a connection
   // tries.
   listener_close();
   listener = unix_socket_connect(path, SOCK_STREAM);
-  if (listener >= 0 && !line_write(line, size)) listener_close();
+  if (listener >= 0 && !line_write(line)) listener_close();
 }

@@ -33,7 +33,7 @@ bool past_the_end(const JpsPlayer& player) {
 void run_armed(JpsPlayer& player, float& t) {
   const std::uint32_t next = player.pc;
   const bool at_end = command_at(player).opcode == JPS_END;
-  if (jps_player_exec(*player.armed_command, player, t) == JPS_SKIPPED) {
+  if (!jps_player_exec(*player.armed_command, player, t)) {
     --player.pc;
     return;
   }

@@ -26,7 +26,7 @@ void jump(JpsPlayer& player, std::uint32_t index, float& t) {
   player.pc = index;
 }
 
-int run_end(const JpsCommand&, JpsPlayer& player, float&) {
+void run_end(const JpsCommand&, JpsPlayer& player, float&) {
   const bool sounding = std::ranges::any_of(player.tracks, [](std::int32_t track) {
     return track >= 0 && jpsdrvr_is_playing(track) == 1;
   });
@@ -35,55 +35,53 @@ int run_end(const JpsCommand&, JpsPlayer& player, float&) {
   } else {
     jps_player_stop(player);
   }
-  return JPS_DONE;
 }
 
-int start_sound(JpsSound* sound, const JpsCommand& command, int track) {
-  if (sound == nullptr) return JPS_FAILED;
+void start_sound(JpsSound* sound, const JpsCommand& command, int track) {
+  if (sound == nullptr) return;
   sound->loop = command.loop == 1 ? 0 : 1;
-  return jpsdrvr_play(sound, track) == 0 ? JPS_DONE : JPS_FAILED;
+  jpsdrvr_play(sound, track);
 }
 
-int run_play(const JpsCommand& command, JpsPlayer& player, float&) {
+void run_play(const JpsCommand& command, JpsPlayer& player, float&) {
   const int track = driver_track(command, player);
-  if (track < 0) return JPS_FAILED;
+  if (track < 0) return;
   const JpsSound* const playing = jpsdrvr_track(track).sound;
   if (playing != nullptr && playing->streamed == 0) jpsdrvr_stop(track);
-  return start_sound(command.sound, command, track);
+  start_sound(command.sound, command, track);
 }
 
-int run_playgroup(const JpsCommand& command, JpsPlayer& player, float&) {
+void run_playgroup(const JpsCommand& command, JpsPlayer& player, float&) {
   const int track = driver_track(command, player);
-  if (track < 0 || player.armed_command != nullptr) return JPS_FAILED;
+  if (track < 0 || player.armed_command != nullptr) return;
   JpsSound* const sound = jps_group_pick(*command.group);
-  if (sound == nullptr) return JPS_FAILED;
+  if (sound == nullptr) return;
   if (jpsdrvr_is_playing(track) == 1) jpsdrvr_stop(track);
-  return start_sound(sound, command, track);
+  start_sound(sound, command, track);
 }
 
-int run_stop(const JpsCommand& command, JpsPlayer& player, float&) {
+void run_stop(const JpsCommand& command, JpsPlayer& player, float&) {
   const int track = driver_track(command, player);
-  return track >= 0 && jpsdrvr_stop(track) == 0 ? JPS_DONE : JPS_FAILED;
+  if (track >= 0) jpsdrvr_stop(track);
 }
 
-int run_setvol(const JpsCommand& command, JpsPlayer& player, float&) {
+void run_setvol(const JpsCommand& command, JpsPlayer& player, float&) {
   const int track = driver_track(command, player);
-  if (track < 0) return JPS_FAILED;
+  if (track < 0) return;
   const int asked = static_cast<int>(player.volume);
   const int volume = command.value * asked / 255;
-  if (command.seconds > 0 && jps_ramp_add(player, track, volume, command.seconds)) return JPS_DONE;
+  if (command.seconds > 0 && jps_ramp_add(player, track, volume, command.seconds)) return;
   // If it is set at once, a lower volume counts twice. The scripts' levels were chosen for this.
-  return jpsdrvr_set_volume(track, asked - 255 + volume) == 0 ? JPS_DONE : JPS_FAILED;
+  jpsdrvr_set_volume(track, asked - 255 + volume);
 }
 
-int run_loopstart(const JpsCommand& command, JpsPlayer& player, float&) {
+void run_loopstart(const JpsCommand& command, JpsPlayer& player, float&) {
   const auto free = std::ranges::find(player.loops, 0, &JpsLoop::remaining);
   if (free == std::end(player.loops)) {
     jps_complain("jps_opcode_func_loopstart(): ERROR! Loop overflow\n");
-    return JPS_FAILED;
+    return;
   }
   *free = {player.pc, command.count};
-  return JPS_DONE;
 }
 
 // The LOOPSTART that a LOOPEND at `pc` belongs to. False, after a message, if there is none.
@@ -100,75 +98,66 @@ bool find_loopstart(const JpsPlayer& player, std::uint32_t& index) {
   return false;
 }
 
-int run_loopend(const JpsCommand&, JpsPlayer& player, float& t) {
+void run_loopend(const JpsCommand&, JpsPlayer& player, float& t) {
   std::uint32_t start = 0;
-  if (!find_loopstart(player, start)) return JPS_FAILED;
+  if (!find_loopstart(player, start)) return;
   const auto loop = std::ranges::find_if(player.loops, [start](const JpsLoop& row) {
     return row.remaining != 0 && row.start_pc == start;
   });
   if (loop == std::end(player.loops)) {
     jps_complain("ERROR! Couldn't find matching loop struct\n");
-    return JPS_FAILED;
+    return;
   }
   jump(player, start, t);
   if (loop->remaining > 0) --loop->remaining;
-  return JPS_DONE;
 }
 
-int run_duck(const JpsCommand& command, JpsPlayer& player, float&) {
+void run_duck(const JpsCommand& command, JpsPlayer& player, float&) {
   const JpsTrack& track = jpsdrvr_track(command.track);
-  if (!(command.seconds > 0) || track.owner == nullptr) return JPS_DONE;
+  if (!(command.seconds > 0) || track.owner == nullptr) return;
   jps_ramp_add(player, command.track, std::max(track.volume - command.value, 0), command.seconds);
-  return JPS_DONE;
 }
 
-int run_unduck(const JpsCommand& command, JpsPlayer& player, float&) {
+void run_unduck(const JpsCommand& command, JpsPlayer& player, float&) {
   for (std::uint32_t index = player.pc; index-- > 0;) {
     const JpsCommand& earlier = command_of(player, index);
     if (earlier.opcode != JPS_DUCK || earlier.track != command.track) continue;
     const int volume = std::min(jpsdrvr_track(command.track).volume + earlier.value, 255);
     jps_ramp_add(player, command.track, volume, command.seconds);
-    return JPS_DONE;
+    return;
   }
   jps_complain("jps_opcode_func_unduck(): ERROR! Couldn't find matching duck call\n");
-  return JPS_FAILED;
 }
 
-int run_signal(const JpsCommand& command, JpsPlayer&, float&) {
+void run_signal(const JpsCommand& command, JpsPlayer&, float&) {
   jps_signal_post(command.number);
-  return JPS_DONE;
 }
 
-int run_goto(const JpsCommand& command, JpsPlayer& player, float& t) {
+void run_goto(const JpsCommand& command, JpsPlayer& player, float& t) {
   for (std::uint32_t index = 0; index < player.playlist->command_count; ++index) {
     const JpsCommand& label = command_of(player, index);
     if (label.opcode != JPS_LABEL || label.key != command.key) continue;
     jump(player, index, t);
     break;
   }
-  return JPS_DONE;
 }
 
-int run_marker(const JpsCommand& command, JpsPlayer&, float&) {
+void run_marker(const JpsCommand& command, JpsPlayer&, float&) {
   jps_marker_set(command.number, jps_clock_s());
-  return JPS_DONE;
 }
 
-int run_setpri(const JpsCommand& command, JpsPlayer& player, float&) {
+void run_setpri(const JpsCommand& command, JpsPlayer& player, float&) {
   const int track = driver_track(command, player);
-  if (track < 0) return JPS_FAILED;
+  if (track < 0) return;
   jpsdrvr_track(track).priority = command.value;
-  return JPS_DONE;
 }
 
 // LABEL is only a place, and WAITFOR was resolved by the parser.
-int run_nothing(const JpsCommand&, JpsPlayer&, float&) {
-  return JPS_DONE;
-}
+void run_nothing(const JpsCommand&, JpsPlayer&, float&) {}
 
 struct OpcodeRow {
   std::uint32_t opcode;
-  int (*run)(const JpsCommand& command, JpsPlayer& player, float& t);
+  void (*run)(const JpsCommand& command, JpsPlayer& player, float& t);
 };
 
 // Opcodes without a row do nothing: scripts may contain pans and frequencies.
@@ -218,18 +207,17 @@ bool condition_holds(const JpsCommand& command, JpsPlayer& player) {
 
 }  // namespace
 
-int jps_player_exec(const JpsCommand& command, JpsPlayer& player, float& t) {
+bool jps_player_exec(const JpsCommand& command, JpsPlayer& player, float& t) {
   if (!condition_holds(command, player)) {
     ++player.pc;
-    return JPS_SKIPPED;
+    return false;
   }
   const bool known = command.opcode < std::size(OPCODES) && OPCODES[command.opcode].run != nullptr;
-  int result = JPS_FAILED;
   if (known) {
-    result = OPCODES[command.opcode].run(command, player, t);
+    OPCODES[command.opcode].run(command, player, t);
   } else {
     jps_complain("jps_player_exec(): ERROR! Invalid opcode '0x%0x'\n", command.opcode);
   }
   ++player.pc;
-  return result;
+  return true;
 }

@@ -14,13 +14,9 @@ void jps_player_update(JpsPlayer& player, float t);
 // Ends a player and silences its tracks.
 void jps_player_stop(JpsPlayer& player);
 
-// Results of the handlers, and of a command whose marker isn't set.
-constexpr int JPS_DONE = 0;
-constexpr int JPS_SKIPPED = 1;
-constexpr int JPS_FAILED = -1;
-
-// Runs a command for the player, if its condition allows, and steps `pc`. A jump moves `t`.
-int jps_player_exec(const JpsCommand& command, JpsPlayer& player, float& t);
+// Runs a command for the player, if its condition allows, and steps `pc`. A jump moves `t`. False
+// if the marker that the command needs isn't set.
+bool jps_player_exec(const JpsCommand& command, JpsPlayer& player, float& t);
 
 // Takes the tracks that the player's playlist needs, if necessary from players of lower or, last,
 // equal priority. Returns the mask of tracks taken; 0 if there are none for it.
