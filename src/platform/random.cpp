@@ -8,7 +8,7 @@ namespace {
 // any thread may draw. The start is fixed until a seed is set.
 constexpr std::uint64_t WEYL_STEP = 0x9E3779B97F4A7C15;
 
-constinit std::atomic<std::uint64_t> weyl{0};
+constinit std::atomic<std::uint64_t> weyl{};
 
 constexpr std::uint64_t scrambled(std::uint64_t word) {
   word = (word ^ (word >> 30)) * 0xBF58476D1CE4E5B9;

@@ -1,7 +1,10 @@
 // Tracks, duplicates, refused calls, and a machine without sound.
+#include <malloc.h>
+
 #include <atomic>
 #include <chrono>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <random>
 #include <thread>
@@ -111,6 +114,20 @@ TEST_F(Driver, FreedSoundFadesOutOnAllItsTracks) {
   EXPECT_GT(peak(fading), 1000) << "the samples live until it has faded out";
   EXPECT_EQ(peak(render(512).left), 0);
   EXPECT_EQ(jpsdrvr_free_sound(tone), -1);
+}
+
+TEST_F(Driver, FreedSoundsGiveTheirMemoryBack) {
+  std::size_t in_use[6];
+  for (std::size_t& bytes : in_use) {
+    JpsSound& tone = sine(1000, 0.25, {}, 500'000);  // 2 MB
+    jpsdrvr_play(&tone, 0);
+    render(1000);
+    jpsdrvr_free_sound(tone);
+    render(512);
+    const auto memory = mallinfo2();
+    bytes = memory.uordblks + memory.hblkhd;
+  }
+  EXPECT_LT(in_use[5], in_use[1] + 1'000'000);
 }
 
 TEST(NoDevice, EveryCallReturnsMinusOne) {

@@ -1,8 +1,12 @@
 // Volume, pan, and changes of both without clicks.
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <functional>
+#include <iterator>
 #include <numbers>
 #include <utility>
+#include <vector>
 
 #include "platform/headless/sound_capture.h"
 #include "tests/sound_driver/studio.h"
@@ -144,6 +148,22 @@ TEST_F(Levels, NoChangeClicks) {
     }
     EXPECT_EQ(peak(render(100).left), 0);
   }
+}
+
+// A ramp may end with the first frame of a block.
+TEST_F(Levels, RampIsTheSameInBlocksOfAnySize) {
+  JpsSound& steady = wave([](int) { return 0.5; }, 4410, {});
+  const auto heard_in = [&](const std::vector<int>& blocks) {
+    Samples all;
+    jpsdrvr_play(&steady, 0);
+    for (const int frames : blocks) std::ranges::copy(render(frames).left, std::back_inserter(all));
+    jpsdrvr_stop(0);
+    render(512);
+    return all;
+  };
+  const Samples whole = heard_in({256});
+  const Samples parts = heard_in({63, 100, 93});
+  for (std::size_t i = 0; i < whole.size(); ++i) EXPECT_NEAR(parts[i], whole[i], 2) << i;
 }
 
 // A constant level, which begins and ends with a step of its own.
