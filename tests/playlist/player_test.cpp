@@ -7,6 +7,8 @@
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
 #include <map>
 #include <set>
 #include <sstream>
@@ -344,6 +346,14 @@ TEST_F(Player, TimerThreadRunsPlaylists) {
     EXPECT_TRUE(jps_signal_take(number));
     EXPECT_EQ(number, 1);
   }
+  std::set<std::string> threads;
+  for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
+    std::string name;
+    std::ifstream comm(thread.path() / "comm");
+    std::getline(comm, name);
+    threads.insert(name);
+  }
+  EXPECT_TRUE(threads.contains("sound timer"));
   EXPECT_EQ(jps_bank_play_name("x"), 1U);
   jps_stop_all();
   EXPECT_EQ(jps_players_running(), 0);
