@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "books/audits.h"
+#include "books/journal.h"
 #include "books/prefs.h"
 #include "frame/game_clock.h"
 #include "frame/game_init.h"
@@ -104,6 +105,12 @@ TEST(GameInit, ReadsTheDiskAndStartsWhatShutdownEndsAndStores) {
             (std::array{42, 9, 7, 3, 1}));
   EXPECT_NE(jps_bank_play_name("bgm"), 0U) << "the script is loaded";
   EXPECT_GT(loudness(), 0);
+  journal_put(JOURNAL_LINK_LOST);
+  const auto noted = [&] { return drive.read("journal").find("link-lost") != std::string::npos; };
+  for (int i = 0; i < 3000 && !noted(); ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  EXPECT_TRUE(noted()) << "the journal's thread; no books are stored meanwhile";
   const auto begun = now_ms();
   constexpr std::int32_t NO_FRAME = -1;
   signs[0].frame = NO_FRAME;
