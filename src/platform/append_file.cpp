@@ -4,7 +4,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -63,16 +62,8 @@ std::uint64_t append_size(const AppendFile* file) {
 }
 
 bool append_bytes(AppendFile* file, const void* data, std::size_t size) {
-  const char* rest = static_cast<const char*>(data);
-  std::size_t left = size;
-  while (left > 0) {
-    const ssize_t count = write(file->fd, rest, left);
-    if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) break;
-    rest += count;
-    left -= static_cast<std::size_t>(count);
-  }
-  if (left == 0) {
+  // A disk takes all of it, unless it is full or fails.
+  if (write(file->fd, data, size) == static_cast<ssize_t>(size)) {
     file->size += size;
     return true;
   }
