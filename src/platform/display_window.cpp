@@ -106,7 +106,7 @@ bool display_open_window(const char* title, int width, int height, bool fullscre
 }
 
 DisplaySize display_window_size() {
-  DisplaySize size{0, 0};
+  DisplaySize size{};
   if (state.window != nullptr) SDL_GetWindowSize(state.window, &size.width, &size.height);
   return size;
 }

