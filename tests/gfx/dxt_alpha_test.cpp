@@ -38,7 +38,7 @@ TEST(DxtAlpha, EndpointsAreExactAndOthersLieBetween) {
 TEST(DxtAlpha, BlocksAreInRowOrder) {
   std::vector<std::uint8_t> bytes;
   for (const std::uint8_t end : {10, 20, 30, 40}) {
-    const auto one = block(end, end, 0);
+    const auto one = block(end, end + 1, 0);
     bytes.insert(bytes.end(), one.begin(), one.end());
   }
   std::uint8_t alpha[64];

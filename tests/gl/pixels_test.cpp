@@ -207,6 +207,20 @@ TEST_F(Pixels, AlphaOfAnUncompressedTextureIsReadBack) {
   for (std::size_t i = 0; i < alpha.size(); ++i) EXPECT_EQ(alpha[i], i * 9) << i;
 }
 
+// The window has 3 pixels for 2 of the layout: each that the box touches is drawn.
+TEST_F(Pixels, OnlyWhatTheClipBoxTouchesIsDrawn) {
+  DisplayQuad quad{0,    {10, 60, 60, 10}, {20, 20, 70, 70}, {}, {}, {RED, RED, RED, RED}, true,
+                   true, {21, 31, 20, 30}};
+  const Shot seen = screen_shot(2040, 1152, [&] {
+    display_draw_quad(quad);
+    quad.clipped = false;
+    for (float& x : quad.x) x += 100;
+    display_draw_quad(quad);
+  });
+  EXPECT_EQ(row(seen, 60), "31 000000, 31 ff0000, 103 000000, 75 ff0000, 160 000000");
+  EXPECT_EQ(column(seen, 40, 200), "46 000000, 46 ff0000, 108 000000");
+}
+
 // A sheet of cells with soft blots and opaque blocks, some up to the cell's edge.
 std::uint32_t blot(int x, int y) {
   const int cell = x / 64 + y / 64 * 4;

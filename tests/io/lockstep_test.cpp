@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr unsigned BOOTS = 40;
+constexpr unsigned BOOTS = 150;
 constexpr int STEPS = 400;
 
 class Lockstep : public LinkTest {
@@ -106,7 +106,7 @@ class Lockstep : public LinkTest {
   // Mostly the next round; at times a moment at which an output steps, a query is due, the board is
   // taken for lost, an answer to an order is late, the next order goes out, or a count gets old.
   int time_to_pass() {
-    if (!once_in(10)) return die(30);
+    if (!once_in(6)) return die(30);
     const int side = die(2);
     const std::int64_t due =
         one_of<std::int64_t>(

@@ -1,11 +1,14 @@
 // Hardware tests with a fake board: what they draw and which commands they send.
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdint>
+#include <sstream>
 #include <string>
 #include <tuple>
 #include <utility>
 
+#include "books/journal.h"
 #include "frame/game_clock.h"
 #include "frame/game_mode.h"
 #include "frame/sides.h"
@@ -149,19 +152,35 @@ TEST_F(Diagnostics, SoundTest_TogglesSoundsAndPans) {
   EXPECT_EQ(selected(), "Sound Test");
 }
 
-TEST_F(Diagnostics, TicketTest_OrdersTickets) {
+TEST_F(Diagnostics, TicketTest_OrdersTicketsAndNotesThem) {
+  journal_open("", 1);
   choose("Ticket Dispenser");
+  std::string lines;
   for (const auto& [row, side, count] : {std::tuple{"Advance One Ticket Left", 0, 1},
                                          {"Advance Ten Tickets Left", 0, 10},
                                          {"Advance One Ticket Right", 1, 1},
                                          {"Advance Ten Tickets Right", 1, 10}}) {
-    jamma_fake_forget_calls();
-    choose(row);
-    EXPECT_EQ(selected(), row);
-    ASSERT_EQ(jamma_fake_count(JAMMA_ADD_TICKETS), 1U);
-    const JammaFakeCall& call = *jamma_fake_last(JAMMA_ADD_TICKETS);
-    EXPECT_EQ(std::tuple(call.a, call.b), std::tuple(side, count));
+    for (const bool board : {true, false}) {
+      jamma_fake_forget_calls();
+      jamma_fake.open = board;
+      choose(row);
+      EXPECT_EQ(selected(), row);
+      ASSERT_EQ(jamma_fake_count(JAMMA_ADD_TICKETS), 1U);
+      const JammaFakeCall& call = *jamma_fake_last(JAMMA_ADD_TICKETS);
+      EXPECT_EQ(std::tuple(call.a, call.b), std::tuple(side, count));
+      lines += std::string(" tickets side=") + (side == 0 ? "left" : "right") +
+               " game=0 by=test tickets=0 paper=" + std::to_string(count) +
+               " told=" + (board ? "yes" : "no") + "\n";
+    }
   }
+  journal_close();
+  std::istringstream journal(drive.read("journal"));
+  std::string noted;
+  for (std::string line; std::getline(journal, line);) {
+    const std::size_t at = line.find(" tickets side");
+    if (at != std::string::npos) noted += line.substr(at) + "\n";
+  }
+  EXPECT_EQ(noted, lines);
 }
 
 TEST_F(Diagnostics, LedTest_LightsAllSegmentsAndEndsDark) {

@@ -74,7 +74,9 @@ class SystemBus {
     if (sd_bus_message_is_method_call(message, "org.freedesktop.DBus", "Hello") > 0) {
       return sd_bus_reply_method_return(message, "s", ":1.1");
     }
-    if (sd_bus_message_is_method_call(message, "org.freedesktop.login1.Manager", "Reboot") <= 0) {
+    if (sd_bus_message_is_method_call(message, "org.freedesktop.login1.Manager", "Reboot") <= 0 ||
+        std::string(sd_bus_message_get_destination(message)) != "org.freedesktop.login1" ||
+        std::string(sd_bus_message_get_path(message)) != "/org/freedesktop/login1") {
       return 0;
     }
     int flag = 1;
@@ -187,7 +189,7 @@ TEST_F(Power, KernelIsAskedIfTheMachineHangsOnItsWayDown) {
   EXPECT_LT(rebooted_at_ms, 121'000);
 }
 
-constexpr int LEFT_OPEN = 77;
+constexpr int LEFT_OPEN = STDERR_FILENO + 1;
 
 // Run by the test below, as the program that has started anew.
 TEST(NewStart, DISABLED_TellsWhatItInherited) {

@@ -155,7 +155,7 @@ TEST_F(Parser, RefusedCommandsAreReportedWithLineAndReason) {
       "the loop operand is missing: 1 plays the sound once, any other value repeats it";
   const std::string string = "Syntax error: string must surrounded by single quotes";
   const std::vector<Refusal> rows = {
-      {"Syntax error after '['", {"[", "[ 1] STOP 1"}},
+      {"Syntax error after '['", {"[", "[ 1] STOP 1", "[\t1] STOP 1"}},
       {"invalid time value, ignoring command", {"[x] STOP 1", "[1e99] STOP 1"}},
       {"missing closing ']' after time, ignoring command", {"[1 STOP 1"}},
       {"time is less than previous command, ignoring command", {"[-1] STOP 1"}},
