@@ -4,11 +4,8 @@
 
 namespace {
 
-// A slot's place in the ring. The lane's scroll stays in one turn of it, so that one addition is
-// enough below 0; the second modulo only holds a stray scroll to the ring.
+// A slot's place in the ring, for numbers on either side of it too.
 int slot_wrapped(int number, int slot_count) {
-  if (number >= 0 && number < slot_count) return number;
-  if (number >= 0) return number % slot_count;
   return (number % slot_count + slot_count) % slot_count;
 }
 

@@ -68,6 +68,11 @@ std::uint32_t CUsbIo::ioctl_sync(std::uint32_t code, const std::uint8_t* in, std
   return file_handle->control(code, in, in_size, out, out_size, out_returned);
 }
 
+std::uint32_t CUsbIo::ioctl_sync(std::uint32_t code, const std::uint8_t* in, std::size_t in_size) {
+  std::size_t none = 0;
+  return ioctl_sync(code, in, in_size, nullptr, 0, none);
+}
+
 std::uint32_t CUsbIo::get_driver_info(UsbDriverInfo& out) {
   std::uint8_t block[12] = {};
   std::size_t returned = 0;
@@ -97,13 +102,11 @@ std::uint32_t CUsbIo::set_configuration(const UsbSetConfiguration& request) {
   put_u16(block + 4, request.interface_index);
   put_u16(block + 6, request.alternate_setting);
   put_u32(block + 8, request.maximum_transfer_size);
-  std::size_t returned = 0;
-  return ioctl_sync(USB_SET_CONFIGURATION, block, sizeof block, nullptr, 0, returned);
+  return ioctl_sync(USB_SET_CONFIGURATION, block, sizeof block);
 }
 
 std::uint32_t CUsbIo::reset_device() {
-  std::size_t returned = 0;
-  return ioctl_sync(USB_RESET_DEVICE, nullptr, 0, nullptr, 0, returned);
+  return ioctl_sync(USB_RESET_DEVICE, nullptr, 0);
 }
 
 std::unique_ptr<UsbDeviceList> CUsbIo::create_device_list(const UsbClassGuid& class_guid) {
@@ -118,8 +121,7 @@ std::uint32_t CUsbIoPipe::bind(int index, std::uint8_t endpoint, const UsbDevice
                                const UsbClassGuid* class_guid) {
   const std::uint32_t code = open(index, device_info, class_guid);
   if (code != USB_OK) return code;
-  std::size_t returned = 0;
-  return ioctl_sync(USB_BIND_PIPE, &endpoint, 1, nullptr, 0, returned);
+  return ioctl_sync(USB_BIND_PIPE, &endpoint, 1);
 }
 
 bool CUsbIoPipe::submit(UsbTransferBuffer& buffer, bool write) {

@@ -41,6 +41,8 @@ class CUsbIo {
   // A control request, one at a time for each object. Returns 0 or a code.
   std::uint32_t ioctl_sync(std::uint32_t code, const std::uint8_t* in, std::size_t in_size,
                            std::uint8_t* out, std::size_t out_size, std::size_t& out_returned);
+  // Without an answer's bytes.
+  std::uint32_t ioctl_sync(std::uint32_t code, const std::uint8_t* in, std::size_t in_size);
 
   std::uint32_t get_driver_info(UsbDriverInfo& out);
   // `in_out_size`: the room in `out`, and then the bytes that came.
