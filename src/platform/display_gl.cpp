@@ -21,35 +21,19 @@ struct Pixels {  // window pixels, x and y from the bottom left, far ends exclud
 };
 
 struct Gl {
-  SDL_GLContext context = nullptr;
-  int left = 0, top = 0, right = 1, bottom = 1;  // visible layout, y downward
-  DisplaySize window{1, 1};
-  GLuint texture = 0;    // bound
-  bool textured = true;  // GL_TEXTURE_2D
-  bool blended = true;   // GL_BLEND
-  bool scissored = false;
+  SDL_GLContext context;
+  int left, top, right, bottom;  // visible layout, y downward
+  DisplaySize window;
+  GLuint texture;                     // bound
+  bool textured, blended, scissored;  // GL_TEXTURE_2D, GL_BLEND and GL_SCISSOR_TEST are on
 };
 
-constinit Gl gl;
+constinit Gl gl{};
 
 constexpr float BYTE = 255.0F;
 
 float byte_of(std::uint32_t colour, int shift) {
   return static_cast<float>(colour >> shift & 0xFF) / BYTE;
-}
-
-void state_set() {
-  glEnable(GL_TEXTURE_2D);
-  glShadeModel(GL_SMOOTH);
-  glClearColor(0.0F, 0.0F, 0.0F, 0.3F);
-  glClearDepth(1.0);
-  glDepthFunc(GL_LEQUAL);
-  glHint(GL_PERSPECTIVE_CORRECTION_HINT, GL_FASTEST);
-  glColor4f(1.0F, 1.0F, 1.0F, 1.0F);
-  glEnable(GL_BLEND);
-  glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
-  glAlphaFunc(GL_GREATER, 0.1F);
-  glDrawBuffer(GL_BACK);
 }
 
 // Removes errors of earlier calls, which say nothing about the next one.
@@ -71,6 +55,20 @@ void switch_to(bool& is_on, bool on, GLenum capability) {
   } else {
     glDisable(capability);
   }
+}
+
+void state_set() {
+  switch_to(gl.textured, true, GL_TEXTURE_2D);
+  glShadeModel(GL_SMOOTH);
+  glClearColor(0.0F, 0.0F, 0.0F, 0.3F);
+  glClearDepth(1.0);
+  glDepthFunc(GL_LEQUAL);
+  glHint(GL_PERSPECTIVE_CORRECTION_HINT, GL_FASTEST);
+  glColor4f(1.0F, 1.0F, 1.0F, 1.0F);
+  switch_to(gl.blended, true, GL_BLEND);
+  glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+  glAlphaFunc(GL_GREATER, 0.1F);
+  glDrawBuffer(GL_BACK);
 }
 
 int floor_div(std::int64_t a, std::int64_t b) {
