@@ -5,12 +5,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
 #include <string>
 
 #include "platform/clock.h"
@@ -48,6 +51,23 @@ TEST(Threads, JoinOfAStuckThreadTimesOut) {
   release = true;
   EXPECT_TRUE(thread_join(*thread, 2000));
   EXPECT_TRUE(thread_join(*thread, 0)) << "a second time";
+}
+
+TEST(Threads, JoinedThreadLeavesNoStackBehind) {
+  const auto areas_of_memory = [] {
+    std::ifstream file("/proc/self/maps");
+    return std::count(std::istreambuf_iterator<char>(file), {}, '\n');
+  };
+  const auto run = [] {
+    const auto thread =
+        thread_start("short", THREAD_PRIORITY_NORMAL, [](const Thread&, void*) {}, nullptr);
+    ASSERT_NE(thread, nullptr);
+    EXPECT_TRUE(thread_join(*thread, 20000));
+  };
+  run();  // the first one leaves what later ones use
+  const auto before = areas_of_memory();
+  for (int i = 0; i < 50; ++i) run();
+  EXPECT_LT(areas_of_memory(), before + 20);
 }
 
 TEST(Threads, PinnedCallerStartsUnpinnedThreads) {
