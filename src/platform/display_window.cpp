@@ -78,11 +78,10 @@ bool display_sdl_video() {
 
 bool display_open_window(const char* title, int width, int height, bool fullscreen) {
   if (!display_sdl_video()) return false;
-  SDL_GL_SetAttribute(SDL_GL_DOUBLEBUFFER, 1);
-  SDL_GL_SetAttribute(SDL_GL_RED_SIZE, 8);
-  SDL_GL_SetAttribute(SDL_GL_GREEN_SIZE, 8);
-  SDL_GL_SetAttribute(SDL_GL_BLUE_SIZE, 8);
-  SDL_GL_SetAttribute(SDL_GL_DEPTH_SIZE, 16);
+  // Two buffers and 16 bits of depth are the defaults.
+  for (const SDL_GLattr size : {SDL_GL_RED_SIZE, SDL_GL_GREEN_SIZE, SDL_GL_BLUE_SIZE}) {
+    SDL_GL_SetAttribute(size, 8);
+  }
   std::uint32_t flags = SDL_WINDOW_SHOWN;
   // The primary monitor has its mode by now, and the window fills it, also where no window manager
   // would see to that.
