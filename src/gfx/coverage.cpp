@@ -138,7 +138,7 @@ PixelRect coverage_opaque_core(const Coverage& coverage, const PixelRect& rect) 
     }
     std::int32_t depth = 0;
     for (std::int32_t c = 0; c <= columns; ++c) {
-      const std::int32_t height = c < columns ? heights[c] : 0;
+      const std::int32_t height = heights[c];  // 0 behind the last column
       while (depth > 0 && heights[stack[depth - 1]] >= height) {
         const std::int32_t tall = heights[stack[--depth]];
         const std::int32_t from = depth > 0 ? stack[depth - 1] + 1 : 0;

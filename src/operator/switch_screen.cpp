@@ -69,7 +69,7 @@ void switch_test_input() {
   const JammaInputs* inputs = read_inputs();
   for (int slot = 0; slot < SLOTS; ++slot) {
     const bool down = is_down(inputs, slot);
-    test.held[slot] = down ? 1 : 0;
+    test.held[slot] = down;
     if (down) {
       test.seen[slot] = 1;
       if (!test.rising[slot]) jps_bank_play_name("menu_over");

@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "gfx/fill_plan.h"
@@ -64,15 +66,57 @@ TEST(Coverage, BoxHasTheTilesInUseOfRectangleAndItsEdge) {
   }
 }
 
-TEST(Coverage, CoreIsLargestOpaqueRectangle) {
-  Picture picture(256, 256);
-  picture.fill(0, 0, 256, 256, 254);
-  picture.fill(16, 32, 64, 64, 255);
-  picture.fill(128, 32, 32, 192, 255);
-  const Coverage coverage = picture.coverage();
-  EXPECT_EQ(shown(coverage_opaque_core(coverage, {0, 0, 256, 256})), "128,32 32x192");
-  EXPECT_EQ(shown(coverage_opaque_core(coverage, {20, 35, 60, 60})), "20,35 60x60")
-      << "an opaque tile counts where the rectangle cuts it";
+// Beside every rectangle of tiles that there is.
+TEST(Coverage, OpaqueCoreIsTheLargestOfOpaqueTiles) {
+  std::mt19937 random(7);
+  const auto below = [&random](int n) { return static_cast<int>(random() % n); };
+  constexpr int SIDE = 10 * COVERAGE_TILE_PX;
+  for (int round = 0; round < 300; ++round) {
+    Picture picture(SIDE, SIDE);
+    picture.fill(0, 0, SIDE, SIDE, 255);
+    for (int hole = below(25); hole > 0; --hole) picture.fill(below(SIDE), below(SIDE), 1, 1, 254);
+    const int x = below(SIDE), y = below(SIDE);
+    const PixelRect rect{x, y, 1 + below(SIDE - x), 1 + below(SIDE - y)};
+    const auto tile = [](int pixel) { return pixel / COVERAGE_TILE_PX; };
+    const int right = tile(x + rect.width - 1), bottom = tile(y + rect.height - 1);
+    const auto opaque = [&](int tx, int ty) {
+      for (int i = 0; i < COVERAGE_TILE_PX * COVERAGE_TILE_PX; ++i) {
+        const int at =
+            (ty * COVERAGE_TILE_PX + tile(i)) * SIDE + tx * COVERAGE_TILE_PX + i % COVERAGE_TILE_PX;
+        if (picture.alphas[at] != 255) return false;
+      }
+      return true;
+    };
+    int most = 0;
+    for (int top = tile(y); top <= bottom; ++top) {
+      for (int left = tile(x); left <= right; ++left) {
+        int widest = right + 1 - left;
+        for (int row = top; row <= bottom; ++row) {
+          int width = 0;
+          while (width < widest && opaque(left + width, row)) ++width;
+          widest = width;
+          most = std::max(most, width * (row + 1 - top));
+        }
+      }
+    }
+    const PixelRect core = coverage_opaque_core(picture.coverage(), rect);
+    if (most == 0) {
+      EXPECT_EQ(shown(core), "nothing");
+      continue;
+    }
+    const int tiles = (tile(core.x + core.width - 1) + 1 - tile(core.x)) *
+                      (tile(core.y + core.height - 1) + 1 - tile(core.y));
+    ASSERT_EQ(tiles, most) << shown(core) << " of " << shown(rect);
+    // What lies in the rectangle of its tiles, and no more.
+    for (const auto& [first, length, from, whole] :
+         {std::tuple{core.x, core.width, rect.x, rect.width},
+          {core.y, core.height, rect.y, rect.height}}) {
+      EXPECT_TRUE(first == from || first % COVERAGE_TILE_PX == 0) << shown(core);
+      const int end = first + length;
+      EXPECT_TRUE(end == from + whole || end % COVERAGE_TILE_PX == 0) << shown(core);
+      EXPECT_TRUE(first >= from && end <= from + whole) << shown(core);
+    }
+  }
 }
 
 // On random pictures.
