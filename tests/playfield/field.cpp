@@ -57,7 +57,6 @@ bool book_read(const char* /*name*/, const char* /*magic*/, void* /*data*/, std:
 void Field::SetUp() {
   plain_sheets();
   std::ranges::fill(show_active, false);
-  looks_set_watched(true);
   reset_rules(1000);
   outcomes.clear();
   jps_fake_reset();
