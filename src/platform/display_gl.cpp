@@ -43,10 +43,6 @@ void errors_forget() {
   }
 }
 
-int errors_taken() {
-  return glGetError() == GL_NO_ERROR ? 0 : 1;
-}
-
 void switch_to(bool& is_on, bool on, GLenum capability) {
   if (is_on == on) return;
   is_on = on;
@@ -199,18 +195,21 @@ void display_set_projection(int left, int top, int width, int height) {
 int display_begin_frame(std::uint32_t colour) {
   if (gl.context == nullptr) return 0;
   int errors = 0;
+  const auto look = [&errors] {
+    if (glGetError() != GL_NO_ERROR) ++errors;
+  };
   glDrawBuffer(GL_BACK);
-  errors += errors_taken();
+  look();
   gl.window = display_window_size();
   glViewport(0, 0, gl.window.width, gl.window.height);
-  errors += errors_taken();
+  look();
   switch_to(gl.scissored, false, GL_SCISSOR_TEST);
   glClearColor(byte_of(colour, 16), byte_of(colour, 8), byte_of(colour, 0), byte_of(colour, 24));
-  errors += errors_taken();
+  look();
   glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-  errors += errors_taken();
+  look();
   glLoadIdentity();
-  errors += errors_taken();
+  look();
   return errors;
 }
 

@@ -84,6 +84,13 @@ struct Pixels : testing::Test {
   std::vector<std::unique_ptr<GlTexture>> loaded;
 };
 
+TEST_F(Pixels, FrameTellsOfEachErrorOnce) {
+  EXPECT_EQ(display_begin_frame(0), 0);
+  glEnable(GL_RGBA);  // no switch
+  EXPECT_EQ(display_begin_frame(0), 1);
+  EXPECT_EQ(display_begin_frame(0), 0);
+}
+
 TEST_F(Pixels, TgaIsUprightAndUnfiltered) {
   const GlTexture* texture = quartered();
   const Shot seen = shot([&] {

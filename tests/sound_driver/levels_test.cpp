@@ -176,6 +176,11 @@ TEST_F(Levels, WaveWithoutOwnFadeIsFadedInAndOut) {
   for (int i = 64; i < 1000; ++i) ASSERT_EQ(take.left[i], top) << i;
   EXPECT_EQ(take.left[1064], 0);
   EXPECT_EQ(jpsdrvr_is_playing(0), 0);
+  // One that ends while it is still faded in falls from where it has come to.
+  jpsdrvr_play(&wave([](int) { return 0.6; }, 32, {}), 0);
+  const Samples brief = render(200).left;
+  EXPECT_GT(brief[31], top / 4);
+  EXPECT_NEAR(brief[32], brief[31] * 63 / 64, 1);
   for (const int pan : {-10000, 10000}) {
     jpsdrvr_set_pan(0, pan);
     jpsdrvr_play(&cut, 0);
