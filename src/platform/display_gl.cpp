@@ -17,7 +17,6 @@ namespace {
 
 struct Pixels {  // window pixels, x and y from the bottom left, far ends excluded
   int left, bottom, right, top;
-  [[nodiscard]] bool empty() const { return left >= right || bottom >= top; }
 };
 
 struct Gl {
@@ -267,7 +266,6 @@ void display_draw_quad(const DisplayQuad& quad) {
   switch_to(gl.scissored, quad.clipped, GL_SCISSOR_TEST);
   if (quad.clipped) {
     const Pixels clip = box_pixels(quad.clip);
-    if (clip.empty()) return;
     glScissor(clip.left, clip.bottom, clip.right - clip.left, clip.top - clip.bottom);
   }
   quad_emit(quad);

@@ -160,6 +160,21 @@ TEST(Coverage, FillPlanDrawsEachVisiblePixelOnce) {
   }
 }
 
+TEST(FillPlan, LeavesOutWhatLiesBetweenTwoSpots) {
+  for (const PixelRect other : {PixelRect{240, 0, 8, 8}, {0, 240, 8, 8}}) {
+    Picture picture(256, 256);
+    picture.fill(0, 0, 8, 8, 254);
+    picture.fill(other.x, other.y, 8, 8, 254);
+    std::string pieces;
+    const auto texture = static_cast<std::uint32_t>(6000 + other.x);
+    const FillPlan& plan = fill_plan_recall(texture, picture.coverage(), {0, 0, 256, 256});
+    for (const FillPiece& piece : plan.pieces) {
+      pieces += shown({piece.x, piece.y, piece.width, piece.height}) + " ";
+    }
+    EXPECT_EQ(pieces, "0,0 8x8 " + shown(other) + " ");
+  }
+}
+
 // More cells than the game's sheets have. A plan that is made anew lies elsewhere.
 TEST(FillPlan, KeepsCellsWithCollidingHashes) {
   Picture picture(1024, 1024);
