@@ -102,6 +102,18 @@ TEST(AppWindow, TriesFullscreenModesThenAsksOperator) {
   }
 }
 
+TEST(AppWindow, OnlyAWindowHasSidesOf80PixelsAtLeast) {
+  for (const auto& [asked, seen] : {std::pair{AppWindow{60, 500, 0}, std::pair{80, 500}},
+                                    {AppWindow{500, 60, 0}, {500, 80}},
+                                    {AppWindow{60, 60, 1}, {60, 60}}}) {
+    headless_display = {};
+    app_window = asked;
+    ASSERT_TRUE(app_open_window());
+    app_resize_window();
+    EXPECT_EQ(std::pair(headless_display.window.width, headless_display.window.height), seen);
+  }
+}
+
 TEST(AppWindow, ShowsTheLayoutFromItsCornerAgainAfterEachMove) {
   const auto projection = [] { return std::to_array(headless_display.projection); };
   headless_display = {};
