@@ -4,7 +4,7 @@
 
 namespace {
 
-// A slot's place in the ring, for numbers on either side of it too.
+// A slot's place in the ring, also for numbers below 0 or behind the last slot.
 int slot_wrapped(int number, int slot_count) {
   return (number % slot_count + slot_count) % slot_count;
 }

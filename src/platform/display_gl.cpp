@@ -182,6 +182,8 @@ void display_set_projection(int left, int top, int width, int height) {
   gl.top = top;
   gl.right = width;
   gl.bottom = height;
+  gl.window = display_window_size();
+  glViewport(0, 0, gl.window.width, gl.window.height);
   glMatrixMode(GL_PROJECTION);
   glLoadIdentity();
   glOrtho(left, width, -height, -top, -1.0, 1.0);

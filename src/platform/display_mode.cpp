@@ -70,6 +70,8 @@ bool take_output(Display& display, xcb_randr_output_t output) {
   if (!info || info->crtc == XCB_NONE || info->connection == XCB_RANDR_CONNECTION_DISCONNECTED) {
     return false;
   }
+  const auto crtc = crtc_info(display, info->crtc);
+  if (!crtc || crtc->mode == XCB_NONE) return false;
   display.crtc = info->crtc;
   const xcb_randr_mode_t* modes = xcb_randr_get_output_info_modes(info.get());
   display.modes.assign(modes, modes + info->num_modes);

@@ -147,7 +147,7 @@ std::size_t read_bytes(ReadFile* file, void* data, std::size_t size) {
   return std::fread(data, 1, size, file->stream);
 }
 
-// The kernel gives less than is asked for only where the file ends.
+// The kernel gives less than is asked for only where the file ends, or on an error.
 std::size_t read_at(ReadFile* file, std::uint64_t offset, void* data, std::size_t size) {
   const ssize_t count = pread(fileno(file->stream), data, size, static_cast<off_t>(offset));
   return count < 0 ? 0 : static_cast<std::size_t>(count);

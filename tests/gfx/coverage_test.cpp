@@ -66,7 +66,7 @@ TEST(Coverage, BoxHasTheTilesInUseOfRectangleAndItsEdge) {
   }
 }
 
-// Beside every rectangle of tiles that there is.
+// Compared with all rectangles of tiles.
 TEST(Coverage, OpaqueCoreIsTheLargestOfOpaqueTiles) {
   std::mt19937 random(7);
   const auto below = [&random](int n) { return static_cast<int>(random() % n); };
@@ -104,9 +104,15 @@ TEST(Coverage, OpaqueCoreIsTheLargestOfOpaqueTiles) {
       EXPECT_EQ(shown(core), "nothing");
       continue;
     }
+    ASSERT_GT(core.width, 0) << shown(rect);
     const int tiles = (tile(core.x + core.width - 1) + 1 - tile(core.x)) *
                       (tile(core.y + core.height - 1) + 1 - tile(core.y));
     ASSERT_EQ(tiles, most) << shown(core) << " of " << shown(rect);
+    for (int ty = tile(core.y); ty <= tile(core.y + core.height - 1); ++ty) {
+      for (int tx = tile(core.x); tx <= tile(core.x + core.width - 1); ++tx) {
+        EXPECT_TRUE(opaque(tx, ty)) << shown(core);
+      }
+    }
     // What lies in the rectangle of its tiles, and no more.
     for (const auto& [first, length, from, whole] :
          {std::tuple{core.x, core.width, rect.x, rect.width},

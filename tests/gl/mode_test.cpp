@@ -67,7 +67,7 @@ class Monitor {
     ASSERT_EQ(reply->status, 0);
   }
 
-  // As another program that is typed to.
+  // Takes the focus, as another program does.
   void take_focus() const {
     xcb_set_input_focus(x, XCB_INPUT_FOCUS_NONE, root, XCB_CURRENT_TIME);
     xcb_flush(x);

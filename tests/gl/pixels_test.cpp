@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -86,9 +87,18 @@ struct Pixels : testing::Test {
 
 TEST_F(Pixels, FrameTellsOfEachErrorOnce) {
   EXPECT_EQ(display_begin_frame(0), 0);
-  glEnable(GL_RGBA);  // no switch
+  glEnable(GL_RGBA);  // isn't one of the capabilities
   EXPECT_EQ(display_begin_frame(0), 1);
   EXPECT_EQ(display_begin_frame(0), 0);
+}
+
+TEST_F(Pixels, ProjectionIsOnTheWholeWindow) {
+  glViewport(1, 2, 3, 4);
+  display_set_projection(0, 0, 1360, 768);
+  int seen[4] = {};
+  glGetIntegerv(GL_VIEWPORT, seen);
+  const DisplaySize window = display_window_size();
+  EXPECT_EQ(std::to_array(seen), (std::array{0, 0, window.width, window.height}));
 }
 
 TEST_F(Pixels, TgaIsUprightAndUnfiltered) {
@@ -151,7 +161,7 @@ TEST_F(Pixels, EarlierGlErrorDoesNotChangeAlphaReadBack) {
     ASSERT_TRUE(display_texture_read_alpha(texture->id, alphas[wrong].data()));
   }
   EXPECT_EQ(alphas[0], alphas[1]);
-  EXPECT_EQ(alphas[0][1], 128) << "neither 0 nor 255 will do: GL isn't made to decode it";
+  EXPECT_EQ(alphas[0][1], 128) << "the blocks were read: GL would have decoded a 2";
 }
 
 TEST_F(Pixels, TintMultipliesAndItsAlphaFades) {

@@ -176,7 +176,7 @@ TEST_F(Levels, WaveWithoutOwnFadeIsFadedInAndOut) {
   for (int i = 64; i < 1000; ++i) ASSERT_EQ(take.left[i], top) << i;
   EXPECT_EQ(take.left[1064], 0);
   EXPECT_EQ(jpsdrvr_is_playing(0), 0);
-  // One that ends while it is still faded in falls from where it has come to.
+  // One that ends while it is still faded in fades out from the level that it has reached.
   jpsdrvr_play(&wave([](int) { return 0.6; }, 32, {}), 0);
   const Samples brief = render(200).left;
   EXPECT_GT(brief[31], top / 4);
